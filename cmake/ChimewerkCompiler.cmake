@@ -1,0 +1,22 @@
+# Language level, warnings and sanitizers, the same for every target.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+add_compile_options(
+  -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wcast-qual -Wcast-align
+  -Wmissing-declarations -Wshadow -Wundef -Wdouble-promotion)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-Wsuggest-override -Wduplicated-cond -Wlogical-op)
+endif()
+if(CHIMEWERK_WERROR)
+  add_compile_options(-Werror)
+endif()
+
+if(CHIMEWERK_SANITIZE)
+  add_compile_options(-fsanitize=${CHIMEWERK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${CHIMEWERK_SANITIZE})
+endif()

@@ -1,0 +1,44 @@
+# One static library per folder. A folder's headers can be included as "folder/header.h" by exactly those targets
+# that link its library: the include path holds one link per library, not the source root, so an include of a
+# folder that is not linked, an upward one above all, does not compile.
+#
+#   chimewerk_layer(sound SOURCES a.cpp b.cpp USES platform)
+#
+# makes the target chimewerk_sound. The layers it uses are public: whoever uses this one may include those too.
+function(chimewerk_layer name)
+  cmake_parse_arguments(LAYER "" "" "SOURCES;USES" ${ARGN})
+  set(target chimewerk_${name})
+  set(view ${PROJECT_BINARY_DIR}/include/${name})
+  file(MAKE_DIRECTORY ${view})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${name} SYMBOLIC)
+
+  if(LAYER_SOURCES)
+    add_library(${target} STATIC ${LAYER_SOURCES})
+    set(scope PUBLIC)
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${target} ${scope} ${view})
+  foreach(used IN LISTS LAYER_USES)
+    target_link_libraries(${target} ${scope} chimewerk_${used})
+  endforeach()
+
+  chimewerk_check_headers(${target} ${name})
+endfunction()
+
+# Every public header compiles alone: one translation unit per header that includes nothing else.
+function(chimewerk_check_headers target name)
+  file(GLOB headers RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS *.h)
+  if(NOT headers)
+    return()
+  endif()
+  set(units "")
+  foreach(header IN LISTS headers)
+    set(unit ${CMAKE_CURRENT_BINARY_DIR}/alone/${header}.cpp)
+    file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${name}/${header}\"\n#include \"${name}/${header}\"\n")
+    list(APPEND units ${unit})
+  endforeach()
+  add_library(${target}_headers_alone OBJECT ${units})
+  target_link_libraries(${target}_headers_alone PRIVATE ${target})
+endfunction()

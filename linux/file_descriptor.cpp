@@ -1,0 +1,13 @@
+#include "linux/file_descriptor.h"
+
+#include <unistd.h>
+
+namespace chimewerk {
+
+FileDescriptor::~FileDescriptor() {
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <utility>
+
+namespace chimewerk {
+
+/// Owns a file descriptor and closes it.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
+    FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        std::swap(descriptor_, other.descriptor_);
+        return *this;
+    }
+    ~FileDescriptor();
+
+    /// The descriptor, or a negative number when there is none.
+    int get() const { return descriptor_; }
+    explicit operator bool() const { return descriptor_ >= 0; }
+
+private:
+    int descriptor_ = -1;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/file_system.h"
+
+namespace chimewerk {
+
+/// The files of this machine.
+class PosixFileSystem final : public FileSystem {
+public:
+    bool fileExists(const std::string& path) const override;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/clock.h"
+
+namespace chimewerk {
+
+/// The machine's wall clock.
+class SystemClock final : public Clock {
+public:
+    WallTime now() const override { return std::chrono::system_clock::now(); }
+};
+
+}  // namespace chimewerk

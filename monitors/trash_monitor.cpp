@@ -1,0 +1,86 @@
+#include "monitors/trash_monitor.h"
+
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+constexpr Seconds kPollInterval{0.5};
+/// A change that no count has decided by then is taken for an add.
+constexpr Seconds kCountDeadline{3.0};
+constexpr Seconds kAddSpacing{1.0};
+
+}  // namespace
+
+TrashMonitor::TrashMonitor(MainQueue& queue, const Clock& clock, TrashSource& trash)
+    : queue_(queue), clock_(clock), trash_(trash) {}
+
+void TrashMonitor::start() {
+    fetchCount(&TrashMonitor::takeFirstCount);
+    lastMtime_ = trash_.modificationTime();
+    timer_ = queue_.every(kPollInterval, lifeline_.guard([this] { poll(); }));
+}
+
+void TrashMonitor::stop() {
+    if (timer_) {
+        timer_->invalidate();
+        timer_ = nullptr;
+    }
+}
+
+void TrashMonitor::poll() {
+    // Any difference is a change, also a time that has gone back; equality is meant.
+    const double modified = trash_.modificationTime();
+    if (modified < lastMtime_ || modified > lastMtime_) {
+        lastMtime_ = modified;
+        if (!pending_) {
+            pending_ = true;
+            pendingSince_ = clock_.now();
+        }
+    }
+    if (!pending_ || fetching_) {
+        return;
+    }
+    if (clock_.now() - pendingSince_ > kCountDeadline) {
+        pending_ = false;
+        if (takeAddSlot() && onAdd) {
+            onAdd();
+        }
+        return;
+    }
+    fetching_ = true;
+    fetchCount(&TrashMonitor::decide);
+}
+
+void TrashMonitor::decide(std::optional<std::int64_t> count) {
+    fetching_ = false;
+    if (!count) {
+        return;  // Still pending: the next poll counts again, or gives up at the deadline.
+    }
+    pending_ = false;
+    const std::int64_t before = std::exchange(lastCount_, *count);
+    if (*count > before) {
+        if (takeAddSlot() && onAdd) {
+            onAdd();
+        }
+    } else if (*count == 0 && before > 0 && onEmpty) {
+        onEmpty();
+    }
+}
+
+bool TrashMonitor::takeAddSlot() {
+    const WallTime now = clock_.now();
+    if (now - lastAddFired_ <= kAddSpacing) {
+        return false;
+    }
+    lastAddFired_ = now;
+    return true;
+}
+
+void TrashMonitor::fetchCount(void (TrashMonitor::*completion)(std::optional<std::int64_t>)) {
+    trash_.countItems(lifeline_.guard(
+        [this, completion](std::optional<std::int64_t> count) { (this->*completion)(count); }));
+}
+
+}  // namespace chimewerk

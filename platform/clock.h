@@ -1,0 +1,23 @@
+#pragma once
+
+#include <chrono>
+
+#include "platform/main_queue.h"
+
+namespace chimewerk {
+
+/// A moment of the wall clock, in seconds since 1970-01-01 UTC, with fractions.
+using WallTime = std::chrono::time_point<std::chrono::system_clock, Seconds>;
+
+/// Earlier than anything that happens; any span since then is longer than every rule asks for.
+inline constexpr WallTime kDistantPast{Seconds{-62135769600.0}};
+
+/// Tells the wall-clock time. Any thread.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    virtual WallTime now() const = 0;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,15 @@
+#pragma once
+
+namespace chimewerk {
+
+/// The sounds that the desktop's file manager makes by itself.
+class FileManagerSounds {
+public:
+    virtual ~FileManagerSounds() = default;
+
+    /// Lets the file manager's own trash sounds be heard (true), or silences them while the program plays its own
+    /// (false). Main thread; failures are silent.
+    virtual void setFinderTrashSoundEnabled(bool enabled) = 0;
+};
+
+}  // namespace chimewerk

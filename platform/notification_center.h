@@ -1,0 +1,48 @@
+#pragma once
+
+#include <any>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace chimewerk {
+
+/// An announcement to whoever observes its name.
+struct Notification {
+    std::string_view name;
+    /// What it is about; empty when it says nothing but its name.
+    std::any object = {};
+    /// Further facts by name.
+    std::map<std::string, std::any> userInfo = {};
+};
+
+/// In-process publish and subscribe by name. Main thread only.
+class NotificationCenter {
+public:
+    using Observer = std::function<void(const Notification&)>;
+
+    /// Ends the observation when it is destroyed. May outlive the centre.
+    class Subscription {
+    public:
+        Subscription() = default;
+        explicit Subscription(std::shared_ptr<Observer> observer) : observer_(std::move(observer)) {}
+
+    private:
+        std::shared_ptr<Observer> observer_;
+    };
+
+    /// Calls `observer` for each later notification of this name, synchronously and in the order of subscription, for
+    /// as long as the result is held.
+    [[nodiscard]] Subscription observe(std::string_view name, Observer observer);
+
+    /// Calls every observer of the notification's name before it returns. An observer may subscribe and unsubscribe,
+    /// itself included; who subscribes during a posting is not called for it.
+    void post(const Notification& notification);
+
+private:
+    std::multimap<std::string, std::weak_ptr<Observer>, std::less<>> observers_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+namespace chimewerk {
+
+/// The angle sensor's reading, on every sample. No object; user info "angle": float, degrees.
+inline constexpr std::string_view lidAngleDidChange = "Chimewerk.lidAngle";
+
+/// An enabled event's trigger count was increased. Object: the event identifier, a std::string.
+inline constexpr std::string_view eventCounterUpdated = "Chimewerk.counter";
+
+/// Another theme was selected, or one was deleted. Object: the `SoundTheme` selected, or none where a custom theme
+/// was the matter.
+inline constexpr std::string_view themeDidChange = "Chimewerk.theme";
+
+}  // namespace chimewerk

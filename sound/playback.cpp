@@ -1,0 +1,117 @@
+// How an event becomes a sound: the switch, the count, the search for a file, the start, the release.
+#include <algorithm>
+
+#include "sound/notifications.h"
+#include "sound/sound_manager.h"
+
+namespace chimewerk {
+
+namespace {
+
+constexpr float kPreviewVolume = 0.6F;
+/// A sound is held for its duration, at least for the shortest hold, and the margin on top.
+constexpr Seconds kShortestHold{0.2};
+constexpr Seconds kHoldMargin{0.1};
+
+/// The virtual key codes that have a sound of their own.
+std::string keySoundName(std::int64_t keyCode) {
+    constexpr std::int64_t kSpace = 49;
+    constexpr std::int64_t kReturn = 36;
+    constexpr std::int64_t kKeypadEnter = 76;
+    switch (keyCode) {
+        case kSpace:
+            return "key_space";
+        case kReturn:
+        case kKeypadEnter:
+            return "key_return";
+        default:
+            return "key_click";
+    }
+}
+
+}  // namespace
+
+void SoundManager::play(std::string_view id) {
+    SoundEvent* const event = findEvent(id);
+    if (event == nullptr || !event->isEnabled) {
+        return;
+    }
+    countAndAnnounce(*event);
+    playEvent(*event);
+}
+
+void SoundManager::playEvent(const SoundEvent& event) {
+    if (!playOwnFile(event)) {
+        playFromLibrary(event.id, event);
+    }
+}
+
+void SoundManager::playKey(std::int64_t keyCode) {
+    SoundEvent* const event = findEvent("key_press");
+    if (event == nullptr || !event->isEnabled) {
+        return;
+    }
+    countAndAnnounce(*event);
+    if (!playOwnFile(*event)) {
+        playFromLibrary(keySoundName(keyCode), *event);
+    }
+}
+
+void SoundManager::previewTheme(SoundTheme theme) {
+    if (theme != SoundTheme::system) {
+        playFile(themeFile(theme, "slap"), kPreviewVolume);
+    }
+}
+
+void SoundManager::countAndAnnounce(SoundEvent& event) {
+    ++event.triggerCount;
+    around_.queue.post([&notifications = around_.notifications, id = event.id] {
+        notifications.post({.name = eventCounterUpdated, .object = id});
+    });
+}
+
+bool SoundManager::playOwnFile(const SoundEvent& event) {
+    return event.soundPath && !event.soundPath->empty() && playFile(*event.soundPath, event.volume);
+}
+
+/// Plays the sound of this name: the selected theme's, else the default one, else the event's alert sound.
+void SoundManager::playFromLibrary(const std::string& soundName, const SoundEvent& event) {
+    if (currentTheme != SoundTheme::system && !activeCustomThemeID &&
+        playFile(themeFile(currentTheme, soundName), event.volume)) {
+        return;
+    }
+    for (const char* const extension : {".wav", ".mp3"}) {
+        if (playFile(res_ + "/" + soundName + extension, event.volume)) {
+            return;
+        }
+    }
+    if (const auto sound = around_.sounds.soundNamed(event.systemFallback)) {
+        fire(sound, event.volume);
+    }
+}
+
+bool SoundManager::playFile(const std::string& path, float volume) {
+    if (!around_.files.fileExists(path)) {
+        return false;
+    }
+    const auto sound = around_.sounds.soundFromFile(path);
+    if (!sound) {
+        return false;
+    }
+    fire(sound, volume);
+    return true;
+}
+
+void SoundManager::fire(const std::shared_ptr<Sound>& sound, float volume) {
+    sound->setVolume(volume);
+    playing_.push_back(sound);
+    sound->play();
+    const Seconds hold = std::max(sound->duration(), kShortestHold) + kHoldMargin;
+    around_.queue.postAfter(hold, lifeline_.guard([this, sound] { std::erase(playing_, sound); }));
+}
+
+std::string SoundManager::themeFile(SoundTheme theme, const std::string& soundName) const {
+    return res_ + "/t_" + std::string(rawValue(theme)) + "_" + soundName + ".wav";
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,35 @@
+#include "sound/sound_manager.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "sound/event_table.h"
+
+namespace chimewerk {
+
+SoundManager::SoundManager(std::string resourceFolder, const Surroundings& surroundings)
+    : events(factoryEvents()), res_(std::move(resourceFolder)), around_(surroundings) {}
+
+const CustomTheme* SoundManager::activeCustomTheme() const {
+    const auto found = std::find_if(customThemes.begin(), customThemes.end(), [this](const CustomTheme& theme) {
+        return theme.id == activeCustomThemeID;
+    });
+    return found == customThemes.end() ? nullptr : &*found;
+}
+
+const SoundEvent* SoundManager::findEvent(std::string_view id) const {
+    const auto found =
+        std::find_if(events.begin(), events.end(), [id](const SoundEvent& event) { return event.id == id; });
+    return found == events.end() ? nullptr : &*found;
+}
+
+SoundEvent* SoundManager::findEvent(std::string_view id) {
+    return const_cast<SoundEvent*>(std::as_const(*this).findEvent(id));
+}
+
+bool SoundManager::isEventEnabled(std::string_view id) const {
+    const SoundEvent* const event = findEvent(id);
+    return event != nullptr && event->isEnabled;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+namespace chimewerk {
+
+/// The built-in themes. `system` is the absence of one: events play their own file or their alert sound.
+enum class SoundTheme { system, bit8, soft, scifi, classic, trad, piano };
+
+/// Every theme, in the order of the theme menu.
+inline constexpr std::array<SoundTheme, 7> kAllThemes = {SoundTheme::system, SoundTheme::bit8,    SoundTheme::soft,
+                                                         SoundTheme::scifi,  SoundTheme::classic, SoundTheme::trad,
+                                                         SoundTheme::piano};
+
+/// The theme's name in settings and in file names, such as "8bit".
+std::string_view rawValue(SoundTheme theme);
+
+/// The theme with exactly this raw value, letter case included; none for any other text.
+std::optional<SoundTheme> themeFromRawValue(std::string_view raw);
+
+/// The theme's name as the user sees it, such as "🎮 8-bit".
+std::string_view displayName(SoundTheme theme);
+
+}  // namespace chimewerk

@@ -1,0 +1,190 @@
+#include "monitors/trash_monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/fake_trash_source.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+/// A monitor that has been started on a trash with `items` in it. What fires is appended to `fired`: '+' for an add, '0'
+/// for an empty.
+class TheTrashMonitor : public testing::Test {
+protected:
+    void startWith(std::int64_t items) {
+        trash.items = items;
+        monitor.emplace(queue, queue, trash);
+        monitor->onAdd = [this] { fired += '+'; };
+        monitor->onEmpty = [this] { fired += '0'; };
+        monitor->start();
+    }
+    void poll(int times = 1) { queue.advance(Seconds{0.5} * times); }
+
+    VirtualMainQueue queue;
+    FakeTrashSource trash;
+    std::optional<TrashMonitor> monitor;
+    std::string fired;
+};
+
+TEST_F(TheTrashMonitor, DecidesAChangeByTheCount) {
+    struct Case {
+        std::int64_t before;
+        std::int64_t change;
+        const char* fires;
+    };
+    for (const Case& c : {Case{0, 1, "+"}, Case{5, 10, "+"}, Case{3, -3, "0"}, Case{1, -1, "0"}, Case{3, -1, ""},
+                          Case{3, 0, ""}, Case{0, 0, ""}}) {
+        fired.clear();
+        startWith(c.before);
+        poll();
+        trash.change(c.change);
+        poll(4);
+        EXPECT_EQ(fired, c.fires) << c.before << " items, changed by " << c.change;
+    }
+}
+
+TEST_F(TheTrashMonitor, CountsOnlyWhenTheFolderHasChanged) {
+    startWith(4);
+    poll(100);
+    EXPECT_EQ(trash.countsBegun, 1);
+    trash.change(1);
+    poll(100);
+    EXPECT_EQ(trash.countsBegun, 2);
+}
+
+TEST_F(TheTrashMonitor, SpacesAddsByMoreThanASecondAndFollowsTheCountMeanwhile) {
+    startWith(0);
+    trash.change(1);
+    poll();
+    trash.change(1);
+    poll();
+    trash.change(1);
+    poll();
+    EXPECT_EQ(fired, "+");  // The third comes exactly 1 s after the first.
+    trash.change(1);
+    poll();
+    EXPECT_EQ(fired, "++");
+    trash.change(-4);
+    poll();
+    EXPECT_EQ(fired, "++0");  // Empties are not spaced.
+}
+
+TEST_F(TheTrashMonitor, PlaysOneAddForManyFilesAtOnce) {
+    startWith(0);
+    for (int i = 0; i < 10; ++i) {
+        trash.change(1);
+        queue.advance(Seconds{0.1});
+    }
+    EXPECT_EQ(fired, "+");
+}
+
+TEST_F(TheTrashMonitor, TakesAChangeForAnAddWhenNoCountComesInThreeSeconds) {
+    startWith(5);
+    trash.countsAtOnce = false;
+    trash.change(-5);
+    poll();
+    for (int i = 0; i < 6; ++i) {  // Counts that fail at once, up to exactly 3 s after the change was seen.
+        ASSERT_EQ(trash.waiting(), 1U);
+        trash.answer(std::nullopt);
+        poll();
+    }
+    EXPECT_EQ(fired, "");
+    trash.answer(std::nullopt);
+    poll();
+    EXPECT_EQ(fired, "+");
+    EXPECT_EQ(trash.waiting(), 0U);
+    poll(20);
+    EXPECT_EQ(fired, "+");
+}
+
+TEST_F(TheTrashMonitor, DoesNotMoveTheDeadlineForChangesWhilePending) {
+    startWith(0);
+    trash.countsAtOnce = false;
+    for (int i = 0; i < 8; ++i) {
+        trash.change(1);
+        poll();
+        if (trash.waiting() > 0) {
+            trash.answer(std::nullopt);
+        }
+    }
+    EXPECT_EQ(fired, "+");
+}
+
+TEST_F(TheTrashMonitor, WaitsForACountThatDoesNotFinish) {
+    startWith(1);
+    trash.countsAtOnce = false;
+    trash.change(1);
+    poll(20);
+    EXPECT_EQ(trash.waiting(), 1U);
+    EXPECT_EQ(fired, "");
+    trash.answer(std::nullopt);  // Long past the deadline.
+    poll();
+    EXPECT_EQ(fired, "+");
+}
+
+TEST_F(TheTrashMonitor, TakesALateCountOverTheDeadline) {
+    startWith(2);
+    trash.countsAtOnce = false;
+    trash.change(-2);
+    poll(20);
+    trash.answer(0);
+    EXPECT_EQ(fired, "0");
+}
+
+TEST_F(TheTrashMonitor, BeginsAtZeroWhenTheFirstCountFails) {
+    trash.countsAtOnce = false;
+    startWith(7);
+    trash.answer(std::nullopt);
+    trash.countsAtOnce = true;
+    trash.change(-7);
+    poll();
+    EXPECT_EQ(fired, "");
+    trash.change(1);
+    poll();
+    EXPECT_EQ(fired, "+");
+}
+
+TEST_F(TheTrashMonitor, TreatsATrashThatComesAndGoesLikeAnyChange) {
+    trash.modified = 0;
+    startWith(0);
+    poll(4);
+    trash.modified = 500;
+    trash.items = 1;
+    poll();
+    EXPECT_EQ(fired, "+");
+    trash.modified = 0;
+    trash.items = 0;
+    poll();
+    EXPECT_EQ(fired, "+0");
+}
+
+TEST_F(TheTrashMonitor, StopsLookingButTakesTheCountUnderWay) {
+    startWith(3);
+    trash.countsAtOnce = false;
+    trash.change(-3);
+    poll();
+    monitor->stop();
+    trash.answer(0);
+    EXPECT_EQ(fired, "0");
+    trash.change(1);
+    poll(20);
+    EXPECT_EQ(trash.waiting(), 0U);
+    monitor->stop();
+}
+
+TEST_F(TheTrashMonitor, MayEndWhileACountIsUnderWay) {
+    startWith(3);
+    trash.countsAtOnce = false;
+    trash.change(1);
+    poll();
+    monitor.reset();
+    trash.answer(4);
+    poll(2);
+    EXPECT_EQ(fired, "");
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,49 @@
+#include "platform/notification_center.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <vector>
+
+namespace chimewerk {
+namespace {
+
+TEST(TheNotificationCenter, CallsTheObserversOfTheNameInOrderForAsLongAsTheySubscribe) {
+    NotificationCenter center;
+    std::vector<std::string> heard;
+    const auto first = center.observe("a", [&](const Notification& n) {
+        heard.push_back("first " + std::any_cast<std::string>(n.object));
+    });
+    auto second = std::optional(center.observe("a", [&](const Notification&) { heard.push_back("second"); }));
+    const auto other = center.observe("b", [&](const Notification&) { heard.push_back("other"); });
+
+    center.post({.name = "a", .object = std::string("x")});
+    second.reset();
+    center.post({.name = "a", .object = std::string("y")});
+
+    EXPECT_EQ(heard, (std::vector<std::string>{"first x", "second", "first y"}));
+}
+
+TEST(TheNotificationCenter, LetsObserversComeAndGoDuringAPosting) {
+    NotificationCenter center;
+    int late = 0;
+    int victim = 0;
+    std::vector<NotificationCenter::Subscription> held;
+    auto toEnd = std::optional<NotificationCenter::Subscription>();
+    const auto meddler = center.observe("a", [&](const Notification&) {
+        toEnd.reset();
+        held.push_back(center.observe("a", [&](const Notification&) { ++late; }));
+    });
+    toEnd = center.observe("a", [&](const Notification&) { ++victim; });
+
+    center.post({.name = "a"});
+
+    EXPECT_EQ(victim, 0);
+    EXPECT_EQ(late, 0);
+    center.post({.name = "a"});
+    EXPECT_EQ(late, 1);
+}
+
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "sound/custom_theme.h"
+#include "sound/event_table.h"
+#include "sound/sound_manager.h"
+#include "sound/sound_theme.h"
+#include "support/fake_sound_service.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+TEST(TheEventTable, HoldsTheNineteenEventsInOrderWithTheirFactorySwitches) {
+    const auto events = factoryEvents();
+    std::string switches;
+    std::set<std::string> ids;
+    for (const SoundEvent& event : events) {
+        switches += event.id + (event.isEnabled ? "+ " : "- ");
+        ids.insert(event.id);
+        EXPECT_EQ(event.soundPath, std::nullopt) << event.id;
+        EXPECT_EQ(event.triggerCount, 0) << event.id;
+    }
+    EXPECT_EQ(switches,
+              "slap+ lid_open+ lid_close+ lid_angle- charger_connect+ charger_disconnect+ brightness_up+ "
+              "brightness_down+ key_press- volume_up- volume_down- screenshot- app_launch- trash_empty+ trash_add+ "
+              "network_up- network_down- battery_low+ usb_connect- ");
+    EXPECT_EQ(ids.size(), events.size());
+}
+
+TEST(TheEventTable, KeepsTheBytesOfTextsAndNumbers) {
+    const auto events = factoryEvents();
+    EXPECT_EQ(events.at(8).emoji, "\xE2\x8C\xA8\xEF\xB8\x8F");
+    EXPECT_EQ(events.at(13).emoji, "\xF0\x9F\x97\x91\xEF\xB8\x8F");
+    EXPECT_EQ(events.at(18).emoji, "\xF0\x9F\x96\xA5\xEF\xB8\x8F");
+    EXPECT_EQ(events.at(17).emoji, "\xF0\x9F\xAA\xAB");
+    EXPECT_EQ(events.at(17).threshold, 20.0F);
+    EXPECT_EQ(events.at(3).threshold, 90.0F);
+    EXPECT_EQ(events.at(8).volume, 0.3F);
+}
+
+TEST(TheThemes, GoToRawValuesAndBackExactly) {
+    for (const SoundTheme theme : kAllThemes) {
+        EXPECT_EQ(themeFromRawValue(rawValue(theme)), theme);
+        EXPECT_EQ(themeFromRawValue(displayName(theme)), std::nullopt);
+    }
+    EXPECT_EQ(rawValue(SoundTheme::bit8), "8bit");
+    EXPECT_EQ(kAllThemes.front(), SoundTheme::system);
+    EXPECT_EQ(kAllThemes.back(), SoundTheme::piano);
+    for (const char* const wrong : {"", "8BIT", "Classic", "classic ", "bit8"}) {
+        EXPECT_EQ(themeFromRawValue(wrong), std::nullopt) << wrong;
+    }
+}
+
+TEST(ACustomTheme, SurvivesItsJsonForm) {
+    const std::vector<CustomTheme> themes = {
+        {.id = "A", .name = "Büro \"1\"\n", .sounds = {{"slap", "/a/ü.wav"}, {"lid_open", ""}}},
+        {.id = "", .name = "", .sounds = {}},
+    };
+    const auto json = encodeCustomThemes(themes);
+    ASSERT_TRUE(json);
+    EXPECT_EQ(decodeCustomThemes(*json), themes);
+    EXPECT_EQ(encodeCustomThemes({}), "[]");
+    EXPECT_EQ(encodeCustomThemes({{.id = "A", .name = "\xFF", .sounds = {}}}), std::nullopt);
+}
+
+TEST(ACustomTheme, IsRefusedWithItsWholeListWhenAnyPartIsMissingOrOfAnotherType) {
+    const std::string good = R"({"id":"A","name":"n","sounds":{"slap":"/x"}})";
+    ASSERT_TRUE(decodeCustomThemes("[" + good + "]"));
+    for (const std::string bad : {
+             R"({"id":"A","name":"n"})",
+             R"({"id":"A","sounds":{}})",
+             R"({"name":"n","sounds":{}})",
+             R"({"id":1,"name":"n","sounds":{}})",
+             R"({"id":"A","name":null,"sounds":{}})",
+             R"({"id":"A","name":"n","sounds":[]})",
+             R"({"id":"A","name":"n","sounds":null})",
+             R"({"id":"A","name":"n","sounds":[["slap","/x"]]})",
+             R"({"id":"A","name":"n","sounds":{"slap":1}})",
+             R"("text")",
+             R"(null)",
+             R"({"id":"A")",
+         }) {
+        EXPECT_EQ(decodeCustomThemes("[" + good + "," + bad + "]"), std::nullopt) << bad;
+    }
+    for (const std::string bad : {"", "{}", "null", "3", "[", "\xFF"}) {
+        EXPECT_EQ(decodeCustomThemes(bad), std::nullopt) << bad;
+    }
+}
+
+TEST(ACustomTheme, HasAFileOnlyWhereTheEntryIsNotEmpty) {
+    const CustomTheme theme{.id = "A", .name = "n", .sounds = {{"slap", "/x"}, {"lid_open", ""}}};
+    EXPECT_EQ(theme.soundFor("slap"), "/x");
+    EXPECT_EQ(theme.soundFor("lid_open"), std::nullopt);
+    EXPECT_EQ(theme.soundFor("lid_close"), std::nullopt);
+}
+
+TEST(TheSoundManager, StartsAsDeliveredAndKnowsItsSelectedCustomTheme) {
+    VirtualMainQueue queue;
+    NotificationCenter notifications;
+    FakeSoundService sounds;
+    SoundManager manager("", {.queue = queue, .notifications = notifications, .sounds = sounds, .files = sounds});
+
+    EXPECT_EQ(manager.events, factoryEvents());
+    EXPECT_EQ(manager.currentTheme, SoundTheme::classic);
+    EXPECT_FALSE(manager.isCustomThemeActive());
+    EXPECT_EQ(manager.activeCustomTheme(), nullptr);
+
+    manager.customThemes = {{.id = "A", .name = "first", .sounds = {}}, {.id = "A", .name = "second", .sounds = {}}};
+    manager.activeCustomThemeID = "A";
+    ASSERT_NE(manager.activeCustomTheme(), nullptr);
+    EXPECT_EQ(manager.activeCustomTheme()->name, "first");
+
+    manager.activeCustomThemeID = "gone";
+    EXPECT_TRUE(manager.isCustomThemeActive());
+    EXPECT_EQ(manager.activeCustomTheme(), nullptr);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,214 @@
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "sound/notifications.h"
+#include "sound/sound_manager.h"
+#include "support/fake_sound_service.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+using Play = FakeSoundService::Play;
+using Plays = std::vector<Play>;
+
+class Playback : public testing::Test {
+protected:
+    Playback() {
+        for (const char* const name : {"Funk", "Tink", "Purr"}) {
+            sounds.addNamedSound(name);
+        }
+    }
+
+    /// What has been played since the last call.
+    Plays played() {
+        Plays fresh(sounds.plays().begin() + static_cast<std::ptrdiff_t>(seen_), sounds.plays().end());
+        seen_ = sounds.plays().size();
+        return fresh;
+    }
+    SoundEvent& event(std::string_view id) { return *manager->findEvent(id); }
+
+    VirtualMainQueue queue;
+    NotificationCenter notifications;
+    FakeSoundService sounds;
+    std::optional<SoundManager> manager{std::in_place, "/res",
+                                        SoundManager::Surroundings{queue, notifications, sounds, sounds}};
+    std::vector<std::string> announced;
+    NotificationCenter::Subscription counting = notifications.observe(
+        eventCounterUpdated,
+        [this](const Notification& n) { announced.push_back(std::any_cast<std::string>(n.object)); });
+
+private:
+    std::size_t seen_ = 0;
+};
+
+TEST_F(Playback, CountsAndAnnouncesAnEnabledEventAfterTheCallEvenIfNothingCanPlay) {
+    event("slap").systemFallback = "No Such Sound";
+    manager->play("slap");
+    manager->play("slap");
+    EXPECT_EQ(event("slap").triggerCount, 2);
+    EXPECT_TRUE(announced.empty());
+    queue.runPosted();
+    EXPECT_EQ(announced, (std::vector<std::string>{"slap", "slap"}));
+    EXPECT_EQ(played(), Plays{});
+}
+
+TEST_F(Playback, IgnoresUnknownAndDisabledEvents) {
+    manager->play("no_such_event");
+    manager->play("lid_angle");
+    manager->playKey(0);
+    queue.runPosted();
+    EXPECT_EQ(played(), Plays{});
+    EXPECT_TRUE(announced.empty());
+    EXPECT_EQ(event("lid_angle").triggerCount, 0);
+    EXPECT_EQ(event("key_press").triggerCount, 0);
+}
+
+TEST_F(Playback, TakesTheFirstSourceThatYieldsASound) {
+    // Each source in turn is lost, from the first to the last; the next one takes over.
+    manager->currentTheme = SoundTheme::bit8;
+    event("slap").soundPath = "/own.ogg";
+    event("slap").volume = 0.7F;
+    const std::vector<std::string> inOrder = {"/own.ogg", "/res/t_8bit_slap.wav", "/res/slap.wav", "/res/slap.mp3"};
+    for (const auto& path : inOrder) {
+        sounds.addFile(path);
+    }
+    for (const auto& path : inOrder) {
+        manager->play("slap");
+        EXPECT_EQ(played(), (Plays{{path, 0.7F}}));
+        sounds.removeFile(path);
+        sounds.addUndecodableFile(path);
+    }
+    manager->play("slap");
+    EXPECT_EQ(played(), (Plays{{"Funk", 0.7F}}));
+    EXPECT_EQ(event("slap").soundPath, "/own.ogg");
+}
+
+TEST_F(Playback, LeavesTheThemeOutUnderTheSystemThemeAndUnderACustomTheme) {
+    sounds.addFile("/res/t_classic_slap.wav");
+    manager->play("slap");
+    EXPECT_EQ(played(), (Plays{{"/res/t_classic_slap.wav", 1.0F}}));
+
+    manager->activeCustomThemeID = "A";
+    manager->play("slap");
+    EXPECT_EQ(played(), (Plays{{"Funk", 1.0F}}));
+
+    manager->activeCustomThemeID.reset();
+    manager->currentTheme = SoundTheme::system;
+    sounds.addFile("/res/t_system_slap.wav");
+    event("slap").soundPath = "";
+    manager->play("slap");
+    EXPECT_EQ(played(), (Plays{{"Funk", 1.0F}}));
+}
+
+TEST_F(Playback, LooksAtTheFilesAnewEachTime) {
+    manager->play("slap");
+    sounds.addFile("/res/slap.wav");
+    manager->play("slap");
+    sounds.removeFile("/res/slap.wav");
+    manager->play("slap");
+    EXPECT_EQ(played(), (Plays{{"Funk", 1.0F}, {"/res/slap.wav", 1.0F}, {"Funk", 1.0F}}));
+}
+
+TEST_F(Playback, PlaysAnyEventThatItIsPassedWithoutCounting) {
+    SoundEvent passed = event("lid_angle");
+    passed.volume = 0.25F;
+    passed.soundPath = "/mine.wav";
+    sounds.addFile("/mine.wav");
+    manager->playEvent(passed);
+    queue.runPosted();
+    EXPECT_EQ(played(), (Plays{{"/mine.wav", 0.25F}}));
+    EXPECT_EQ(event("lid_angle").triggerCount, 0);
+    EXPECT_TRUE(announced.empty());
+}
+
+TEST_F(Playback, ChoosesTheKeySoundByKeyCode) {
+    event("key_press").isEnabled = true;
+    struct Case {
+        std::int64_t keyCode;
+        std::string sound;
+    };
+    for (const Case& key : {Case{49, "key_space"}, Case{36, "key_return"}, Case{76, "key_return"},
+                            Case{0, "key_click"}, Case{-1, "key_click"}, Case{std::int64_t{49} << 32, "key_click"}}) {
+        const std::vector<std::string> inOrder = {"/res/t_piano_" + key.sound + ".wav", "/res/" + key.sound + ".wav",
+                                                  "/res/" + key.sound + ".mp3"};
+        manager->currentTheme = SoundTheme::piano;
+        for (const auto& path : inOrder) {
+            sounds.addFile(path);
+        }
+        for (const auto& path : inOrder) {
+            manager->playKey(key.keyCode);
+            EXPECT_EQ(played(), (Plays{{path, 0.3F}})) << key.keyCode;
+            sounds.removeFile(path);
+        }
+        manager->playKey(key.keyCode);
+        EXPECT_EQ(played(), (Plays{{"Tink", 0.3F}})) << key.keyCode;
+    }
+    queue.runPosted();
+    EXPECT_EQ(announced.size(), 24U);
+    EXPECT_EQ(announced.front(), "key_press");
+}
+
+TEST_F(Playback, LetsAUsersFileReplaceEveryKeySound) {
+    event("key_press").isEnabled = true;
+    event("key_press").soundPath = "/own.wav";
+    sounds.addFile("/own.wav");
+    sounds.addFile("/res/t_classic_key_space.wav");
+    sounds.addFile("/res/key_press.wav");
+    manager->playKey(49);
+    manager->playKey(36);
+    sounds.removeFile("/own.wav");
+    manager->playKey(0);
+    EXPECT_EQ(played(), (Plays{{"/own.wav", 0.3F}, {"/own.wav", 0.3F}, {"Tink", 0.3F}}));
+}
+
+TEST_F(Playback, PreviewsAThemeWhateverTheKnockEventIsSetTo) {
+    event("slap").isEnabled = false;
+    event("slap").soundPath = "/own.wav";
+    sounds.addFile("/own.wav");
+    sounds.addFile("/res/t_soft_slap.wav");
+    sounds.addFile("/res/slap.wav");
+    manager->previewTheme(SoundTheme::soft);
+    EXPECT_EQ(played(), (Plays{{"/res/t_soft_slap.wav", 0.6F}}));
+    manager->previewTheme(SoundTheme::system);
+    manager->previewTheme(SoundTheme::scifi);
+    queue.runPosted();
+    EXPECT_EQ(played(), Plays{});
+    EXPECT_TRUE(announced.empty());
+}
+
+TEST_F(Playback, HoldsEachSoundForItsDurationAtLeastAFifthOfASecondAndATenthMore) {
+    sounds.addFile("/short.wav", Seconds{0.05});
+    sounds.addFile("/long.wav", Seconds{2.0});
+    event("slap").soundPath = "/short.wav";
+    event("lid_open").soundPath = "/long.wav";
+    manager->play("slap");
+    manager->play("lid_open");
+    EXPECT_EQ(manager->playing().size(), 2U);
+
+    queue.advance(Seconds{0.29});
+    EXPECT_EQ(manager->playing().size(), 2U);
+    queue.advance(Seconds{0.02});
+    EXPECT_EQ(manager->playing().size(), 1U);
+    queue.advance(Seconds{1.78});
+    EXPECT_EQ(manager->playing().size(), 1U);
+    queue.advance(Seconds{0.02});
+    EXPECT_EQ(manager->playing().size(), 0U);
+}
+
+TEST_F(Playback, OverlapsPlaysOfOneEventAndReleasesEachByItself) {
+    for (int i = 0; i < 3; ++i) {
+        manager->play("slap");
+        queue.advance(Seconds{0.1});
+    }
+    EXPECT_EQ(manager->playing().size(), 3U);
+    queue.advance(Seconds{0.35});
+    EXPECT_EQ(manager->playing().size(), 2U);
+    manager.reset();
+    queue.advance(Seconds{1.0});
+    EXPECT_EQ(queue.queued(), 0U);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "platform/clock.h"
+#include "platform/main_queue.h"
+
+namespace chimewerk {
+
+/// A main queue in virtual time: nothing runs but in `runPosted()` and `advance()`, and an hour passes in a moment. It is
+/// also the wall clock of the tests.
+class VirtualMainQueue final : public MainQueue, public Clock {
+public:
+    void post(Job job) override { jobs_.emplace(now_, std::move(job)); }
+    void postAfter(Seconds delay, Job job) override { jobs_.emplace(now_ + delay, std::move(job)); }
+    std::shared_ptr<Timer> every(Seconds interval, Job job) override {
+        auto timer = std::make_shared<VirtualTimer>();
+        repeat(timer, interval, std::make_shared<Job>(std::move(job)));
+        return timer;
+    }
+
+    WallTime now() const override { return now_; }
+
+    /// Runs what is due now.
+    void runPosted() { advance(Seconds{0}); }
+
+    /// Lets time pass, running each job at its moment.
+    void advance(Seconds span) {
+        const WallTime end = now_ + span;
+        // The slack takes up rounding, so that ten steps of 0.1 s reach what is due in 1 s.
+        constexpr Seconds kSlack{1e-7};
+        while (!jobs_.empty() && jobs_.begin()->first <= end + kSlack) {
+            auto due = jobs_.extract(jobs_.begin());
+            now_ = std::max(now_, due.key());
+            due.mapped()();
+        }
+        now_ = std::max(now_, end);
+    }
+
+    /// How many jobs are queued, timers included.
+    std::size_t queued() const { return jobs_.size(); }
+
+private:
+    struct VirtualTimer final : Timer {
+        bool valid = true;
+        void invalidate() override { valid = false; }
+    };
+
+    void repeat(const std::shared_ptr<VirtualTimer>& timer, Seconds interval, const std::shared_ptr<Job>& job) {
+        postAfter(interval, [this, timer, interval, job] {
+            if (timer->valid) {
+                (*job)();
+            }
+            if (timer->valid) {
+                repeat(timer, interval, job);
+            }
+        });
+    }
+
+    WallTime now_{Seconds{1'700'000'000}};
+    std::multimap<WallTime, Job> jobs_;
+};
+
+}  // namespace chimewerk
