@@ -1,0 +1,39 @@
+#include "linux/decoder.h"
+
+#include "linux/m4a_module.h"
+#include "linux/sndfile_decoder.h"
+
+namespace chimewerk {
+
+namespace {
+
+bool any(std::span<const std::byte> /*bytes*/) { return true; }
+
+/// Tried in order: the first whose look at the bytes fits opens them.
+struct Format {
+    bool (*recognises)(std::span<const std::byte> bytes);
+    std::unique_ptr<Decoder> (*open)(M4aModule& m4a, std::span<const std::byte> bytes);
+};
+
+constexpr Format kFormats[] = {
+    {M4aModule::recognises, [](M4aModule& m4a, std::span<const std::byte> bytes) { return m4a.open(bytes); }},
+    {any, [](M4aModule&, std::span<const std::byte> bytes) { return openSndfileDecoder(bytes); }},
+};
+
+}  // namespace
+
+Decoders::Decoders(const std::string& moduleFolder)
+    : m4a_(std::make_unique<M4aModule>(moduleFolder + "/chimewerk-m4a.so")) {}
+
+Decoders::~Decoders() = default;
+
+std::unique_ptr<Decoder> Decoders::open(std::span<const std::byte> bytes) const {
+    for (const Format& format : kFormats) {
+        if (format.recognises(bytes)) {
+            return format.open(*m4a_, bytes);
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace chimewerk

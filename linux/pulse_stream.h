@@ -1,0 +1,70 @@
+#pragma once
+
+#include <pulse/pulseaudio.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+
+namespace chimewerk {
+
+/// One playback stream on the sound server, in the output form (see pcm_reader.h). It begins corked. Everything happens
+/// under the lock of the connection, and so do the callbacks.
+class PulseStream {
+public:
+    struct Callbacks {
+        /// The server has made the stream.
+        std::function<void()> ready;
+        /// The stream has ended for good, at the server's wish; the callback may destroy it.
+        std::function<void()> failed;
+        /// The server wants this many frames more; only where it is set.
+        std::function<void(std::size_t frames)> wanted = {};
+    };
+
+    /// Asks the server for a stream that keeps about `latencyMilliseconds` of sound between itself and the speaker.
+    PulseStream(pa_context& context, unsigned latencyMilliseconds, Callbacks callbacks);
+    PulseStream(const PulseStream&) = delete;
+    PulseStream& operator=(const PulseStream&) = delete;
+    ~PulseStream();
+
+    /// Hands over frames to be played next: behind those that wait, or at once when none do.
+    void write(std::span<const float> stereo);
+    /// Begins to play what is written.
+    void uncork();
+    /// Ends playing at once and forgets what waits.
+    void corkAndFlush();
+    /// Calls `drained` when everything written has been heard, unless more is written or it is corked before.
+    void drain(std::function<void()> drained);
+    /// How many frames the server would take now to have its fill.
+    std::size_t wantedFrames() const;
+    /// Asks how many frames wait to be played; the answer is none when the server cannot tell.
+    void askQueued(std::function<void(std::optional<std::int64_t> frames)> answer);
+
+private:
+    /// An operation under way; its callback does not come once this is gone or holds another.
+    class Operation {
+    public:
+        Operation() = default;
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+        ~Operation() { reset(nullptr); }
+        void reset(pa_operation* operation);
+
+    private:
+        pa_operation* operation_ = nullptr;
+    };
+
+    void stateChanged();
+
+    pa_stream* stream_;
+    Callbacks callbacks_;
+    bool dry_ = true;  // Nothing waits: the server's reading position has run past what was written.
+    std::function<void()> drained_;
+    std::function<void(std::optional<std::int64_t>)> queuedAnswer_;
+    Operation draining_;
+    Operation asking_;
+};
+
+}  // namespace chimewerk
