@@ -7,17 +7,19 @@ namespace chimewerk {
 
 namespace {
 
-bool any(std::span<const std::byte> /*bytes*/) { return true; }
+bool any(std::span<const std::byte> /*bytes*/) {
+    return true;
+}
 
 /// Tried in order: the first whose look at the bytes fits opens them.
 struct Format {
     bool (*recognises)(std::span<const std::byte> bytes);
-    std::unique_ptr<Decoder> (*open)(M4aModule& m4a, std::span<const std::byte> bytes);
+    std::unique_ptr<Decoder> (*open)(M4aModule& m4a, const VisibleFile& file);
 };
 
 constexpr Format kFormats[] = {
-    {M4aModule::recognises, [](M4aModule& m4a, std::span<const std::byte> bytes) { return m4a.open(bytes); }},
-    {any, [](M4aModule&, std::span<const std::byte> bytes) { return openSndfileDecoder(bytes); }},
+    {M4aModule::recognises, [](M4aModule& m4a, const VisibleFile& file) { return m4a.open(file); }},
+    {any, [](M4aModule&, const VisibleFile& file) { return openSndfileDecoder(file); }},
 };
 
 }  // namespace
@@ -27,10 +29,10 @@ Decoders::Decoders(const std::string& moduleFolder)
 
 Decoders::~Decoders() = default;
 
-std::unique_ptr<Decoder> Decoders::open(std::span<const std::byte> bytes) const {
+std::unique_ptr<Decoder> Decoders::open(const VisibleFile& file) const {
     for (const Format& format : kFormats) {
-        if (format.recognises(bytes)) {
-            return format.open(*m4a_, bytes);
+        if (format.recognises(file.bytes)) {
+            return format.open(*m4a_, file);
         }
     }
     return nullptr;

@@ -10,6 +10,12 @@ namespace chimewerk {
 
 class M4aModule;
 
+/// The bytes of a file, or its beginning: what lies beyond reads as the end, but counts for its size.
+struct VisibleFile {
+    std::span<const std::byte> bytes;
+    std::uint64_t size;
+};
+
 /// Decodes one sound from bytes in memory. Used by one thread at a time.
 class Decoder {
 public:
@@ -19,11 +25,12 @@ public:
     virtual int rate() const = 0;
     /// Samples per frame, at least 1.
     virtual int channels() const = 0;
-    /// The length in seconds that the bytes tell of; 0 when they tell none.
+    /// The length in seconds as the file tells it, or else as counted in the bytes that are visible; 0 when
+    /// it is not known.
     virtual double seconds() const = 0;
 
-    /// Decodes the next frames into `samples`, interleaved, nominally from -1 to 1, and tells how many frames there
-    /// were. Less than fit in, or 0, means that the sound has ended or that its rest is damaged.
+    /// Decodes the next frames into `samples`, interleaved, nominally from -1 to 1, and tells how many frames
+    /// there were. Less than fit in, or 0, means that the sound has ended or that its rest is damaged.
     virtual std::size_t read(std::span<float> samples) = 0;
 };
 
@@ -34,8 +41,9 @@ public:
     explicit Decoders(const std::string& moduleFolder);
     ~Decoders();
 
-    /// A decoder over `bytes`, which must outlive it; null when they are of no known format or too damaged to begin.
-    std::unique_ptr<Decoder> open(std::span<const std::byte> bytes) const;
+    /// A decoder over the file, which must outlive it; null when it is of no known format or too damaged to
+    /// begin.
+    std::unique_ptr<Decoder> open(const VisibleFile& file) const;
 
 private:
     std::unique_ptr<M4aModule> m4a_;

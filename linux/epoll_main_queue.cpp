@@ -38,9 +38,10 @@ void drain(const FileDescriptor& counter) {
 
 }  // namespace
 
-/// Falls due at whole multiples of its interval since the clock's beginning, so that timers whose intervals are
-/// multiples of one another wake the processor together.
-class EpollMainQueue::RepeatingTimer final : public Timer, public std::enable_shared_from_this<RepeatingTimer> {
+/// Falls due at whole multiples of its interval since the clock's beginning, so that timers whose intervals
+/// are multiples of one another wake the processor together.
+class EpollMainQueue::RepeatingTimer final : public Timer,
+                                             public std::enable_shared_from_this<RepeatingTimer> {
 public:
     RepeatingTimer(EpollMainQueue& queue, Seconds interval, Job job)
         : queue_(queue), interval_(toTicks(interval)), job_(std::move(job)) {}

@@ -13,9 +13,9 @@
 
 namespace chimewerk {
 
-/// The main loop on epoll: posted jobs, timers and readable descriptors. It runs by itself (`run()`) or inside another
-/// loop, which watches `descriptor()` and calls `dispatch()` when that is readable. All but `post()` belongs to the
-/// main thread.
+/// The main loop on epoll: posted jobs, timers and readable descriptors. It runs by itself (`run()`) or
+/// inside another loop, which watches `descriptor()` and calls `dispatch()` when that is readable. All but
+/// `post()` belongs to the main thread.
 class EpollMainQueue final : public MainQueue {
 public:
     /// Ends a watch when it is destroyed; must not outlive the queue.
@@ -32,8 +32,8 @@ public:
     void postAfter(Seconds delay, Job job) override;
     std::shared_ptr<Timer> every(Seconds interval, Job job) override;
 
-    /// Runs `job` on the main thread whenever `descriptor` is readable, or broken, until the result is destroyed, which
-    /// must be before the descriptor is closed. Null when the descriptor cannot be watched.
+    /// Runs `job` on the main thread whenever `descriptor` is readable, or broken, until the result is
+    /// destroyed, which must be before the descriptor is closed. Null when the descriptor cannot be watched.
     [[nodiscard]] std::unique_ptr<Watch> watch(int descriptor, Job job);
 
     /// Dispatches until `quit()` has been called.

@@ -13,8 +13,8 @@ constexpr std::size_t kChannels = 2;
 constexpr std::int64_t kSlack = 2;
 /// Just below the full range, so that the rounding of a sum does not reach the end of it.
 constexpr float kFull = 0.98F;
-/// Between two blocks a gain rises at most by the one and falls at most by the other: faster would be heard as a
-/// distortion rather than as a level.
+/// Between two blocks a gain rises at most by the one and falls at most by the other: faster would be heard
+/// as a distortion rather than as a level.
 constexpr float kRise = 1.15F;
 constexpr float kFall = 1.5F;
 /// From silence a gain begins to rise at this.
@@ -34,8 +34,8 @@ std::vector<float> peaksOf(std::span<const float> stereo) {
     return peaks;
 }
 
-/// The level of each block as early or as late as it may come: the sequence begins `kSlack` blocks before the peaks and
-/// ends as many after them.
+/// The level of each block as early or as late as it may come: the sequence begins `kSlack` blocks before the
+/// peaks and ends as many after them.
 std::vector<float> withSlack(const std::vector<float>& peaks) {
     std::vector<float> reach(peaks.size() + 2 * kSlack, 0.0F);
     for (std::size_t i = 0; i < peaks.size(); ++i) {
@@ -59,11 +59,13 @@ void smooth(std::vector<float>& gains) {
 /// Applies one gain a block, going evenly from the middle of one block to the middle of the next.
 void applyGains(std::span<float> stereo, const std::vector<float>& gains) {
     for (std::size_t frame = 0; frame * kChannels < stereo.size(); ++frame) {
-        // Within a block the gain never exceeds the block's own: it leans towards a neighbour only if that is lower.
+        // Within a block the gain never exceeds the block's own: it leans towards a neighbour only if that is
+        // lower.
         const std::size_t block = frame / Headroom::kBlock;
         const float position = static_cast<float>(frame % Headroom::kBlock) / Headroom::kBlock;
         const bool early = position < 0.5F;
-        const std::size_t neighbour = early ? (block > 0 ? block - 1 : 0) : std::min(block + 1, gains.size() - 1);
+        const std::size_t neighbour =
+            early ? (block > 0 ? block - 1 : 0) : std::min(block + 1, gains.size() - 1);
         const float away = early ? 0.5F - position : position - 0.5F;
         const float edge = std::min(gains[block], gains[neighbour]);
         const float gain = gains[block] + (edge - gains[block]) * 2.0F * away;

@@ -10,10 +10,10 @@ namespace chimewerk {
 
 /// Keeps the sum of all sounds that play at once within full scale.
 ///
-/// The sound server adds the sounds up and cuts off what goes beyond, which is heard as a crackle. But what will play
-/// in the next seconds is known: every sound reserves its level, in blocks of 5 ms, when it starts. A sound that starts
-/// while others play gets, block by block, what they leave of the range, and so swells as they fade. A sound that
-/// starts in silence is left as it is.
+/// The sound server adds the sounds up and cuts off what goes beyond, which is heard as a crackle. But what
+/// will play in the next seconds is known: every sound reserves its level, in blocks of 5 ms, when it starts.
+/// A sound that starts while others play gets, block by block, what they leave of the range, and so swells as
+/// they fade. A sound that starts in silence is left as it is.
 ///
 /// No clock of its own, no lock. Time is in frames at the output rate, on a line that only goes forward.
 class Headroom {
@@ -23,9 +23,9 @@ public:
     /// How far ahead levels can be reserved, in blocks (20 s). What lies beyond is not reserved.
     static constexpr std::size_t kHorizon = 4096;
 
-    /// Scales the stereo frames in place so that, played from frame `start` on, they fit in beside what has been
-    /// reserved, and reserves them. `start` may be off by 10 ms; calls come in about the order of their starts. No
-    /// more than `ceiling` (0 to 1) of the full range is taken.
+    /// Scales the stereo frames in place so that, played from frame `start` on, they fit in beside what has
+    /// been reserved, and reserves them. `start` may be off by 10 ms; calls come in about the order of their
+    /// starts. No more than `ceiling` (0 to 1) of the full range is taken.
     void fit(std::span<float> stereo, std::int64_t start, float ceiling = 1.0F);
 
 private:

@@ -12,11 +12,15 @@ namespace {
 
 constexpr std::size_t kDecodeFrames = 4096;
 
-double ratioFrom(int rate) { return static_cast<double>(kOutputRate) / rate; }
+double ratioFrom(int rate) {
+    return static_cast<double>(kOutputRate) / rate;
+}
 
 }  // namespace
 
-void PcmReader::FreeConverter::operator()(SRC_STATE_tag* converter) const { src_delete(converter); }
+void PcmReader::FreeConverter::operator()(SRC_STATE_tag* converter) const {
+    src_delete(converter);
+}
 
 std::unique_ptr<PcmReader> PcmReader::over(std::unique_ptr<Decoder> decoder) {
     const int rate = decoder->rate();
@@ -51,7 +55,8 @@ std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
         const std::size_t asked = std::min(wanted - done, kDecodeFrames);
         const std::span block = std::span(decoded_).first(asked * channels);
         const std::size_t got = decoder_->read(block);
-        mixToStereo(block.first(got * channels), decoder_->channels(), stereo.subspan(done * kOutputChannels));
+        mixToStereo(block.first(got * channels), decoder_->channels(),
+                    stereo.subspan(done * kOutputChannels));
         done += got;
         ended_ = got < asked;
     }

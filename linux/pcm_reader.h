@@ -15,8 +15,8 @@ namespace chimewerk {
 inline constexpr int kOutputRate = 48000;
 inline constexpr int kOutputChannels = 2;
 
-/// Turns what a decoder yields, whatever its rate and channels, into frames of the output form. Samples that are no
-/// numbers become silence. Used by one thread at a time.
+/// Turns what a decoder yields, whatever its rate and channels, into frames of the output form. Samples that
+/// are no numbers become silence. Used by one thread at a time.
 class PcmReader {
 public:
     /// Null when the decoder's rate is beyond what can be converted.
@@ -39,8 +39,9 @@ private:
 
     std::unique_ptr<Decoder> decoder_;
     std::unique_ptr<SRC_STATE_tag, FreeConverter> converter_;  // Null when the rate is the output's.
-    std::vector<float> decoded_;  // Interleaved, as the decoder yields it.
-    std::vector<float> waiting_;  // Stereo at the decoder's rate, of which the first `used_` samples are done with.
+    std::vector<float> decoded_;                               // Interleaved, as the decoder yields it.
+    std::vector<float>
+        waiting_;  // Stereo at the decoder's rate, of which the first `used_` samples are done with.
     std::size_t used_ = 0;
     bool ended_ = false;
 };

@@ -4,6 +4,8 @@
 
 namespace chimewerk {
 
-bool PosixFileSystem::fileExists(const std::string& path) const { return access(path.c_str(), F_OK) == 0; }
+bool PosixFileSystem::fileExists(const std::string& path) const {
+    return access(path.c_str(), F_OK) == 0;
+}
 
 }  // namespace chimewerk

@@ -4,8 +4,8 @@
 
 namespace chimewerk {
 
-/// Where the program finds what belongs to it: beside itself, in the layout of an installation, so that it can be
-/// installed, or built, anywhere. Empty when the program's own place cannot be told.
+/// Where the program finds what belongs to it: beside itself, in the layout of an installation, so that it
+/// can be installed, or built, anywhere. Empty when the program's own place cannot be told.
 struct ProgramFolders {
     /// The sounds: share/chimewerk/sounds beside the folder of the program.
     std::string sounds;

@@ -25,7 +25,8 @@ public:
     ~TimeEvent() override { api_.time_free(event_); }
 
 private:
-    static void fire(pa_mainloop_api* /*api*/, pa_time_event* /*event*/, const timeval* /*when*/, void* user) {
+    static void fire(pa_mainloop_api* /*api*/, pa_time_event* /*event*/, const timeval* /*when*/,
+                     void* user) {
         // The job may destroy this handle, and itself with it.
         const auto job = std::move(static_cast<TimeEvent*>(user)->job_);
         job();
@@ -36,13 +37,17 @@ private:
     pa_time_event* event_;
 };
 
-void PulseConnection::FreeLoop::operator()(pa_threaded_mainloop* loop) const { pa_threaded_mainloop_free(loop); }
+void PulseConnection::FreeLoop::operator()(pa_threaded_mainloop* loop) const {
+    pa_threaded_mainloop_free(loop);
+}
 
 PulseConnection::Lock::Lock(PulseConnection& connection) : loop_(connection.loop_.get()) {
     pa_threaded_mainloop_lock(loop_);
 }
 
-PulseConnection::Lock::~Lock() { pa_threaded_mainloop_unlock(loop_); }
+PulseConnection::Lock::~Lock() {
+    pa_threaded_mainloop_unlock(loop_);
+}
 
 PulseConnection::PulseConnection() : loop_(pa_threaded_mainloop_new()), retryDelay_(kFirstRetry) {
     pa_threaded_mainloop_set_name(loop_.get(), "chimewerk-audio");

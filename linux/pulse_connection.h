@@ -9,19 +9,22 @@
 
 namespace chimewerk {
 
-/// What lives on a connection to the sound server. All calls come on the connection's thread, with its lock held.
+/// What lives on a connection to the sound server. All calls come on the connection's thread, with its lock
+/// held.
 class PulsePart {
 public:
     virtual ~PulsePart() = default;
 
     /// The server has been reached; `context` is valid until `serverLost()`.
     virtual void serverFound(pa_context& context) = 0;
-    /// The server has gone, and with it everything that was made on the context; what is left of that is released now.
+    /// The server has gone, and with it everything that was made on the context; what is left of that is
+    /// released now.
     virtual void serverLost() = 0;
 };
 
-/// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of its own. When the
-/// server goes away, or is not there yet, it is looked for until it is found: soon at first, then every two seconds.
+/// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of its own.
+/// When the server goes away, or is not there yet, it is looked for until it is found: soon at first, then
+/// every two seconds.
 class PulseConnection {
 public:
     /// Starts the thread; without one (the system is out of resources) there is never a server.
@@ -31,8 +34,8 @@ public:
     /// Ends the connection and the thread; the parts hear no more.
     ~PulseConnection();
 
-    /// Adds a part, which must outlive the connection's use of it: it is removed before it ends. Any thread but the
-    /// connection's.
+    /// Adds a part, which must outlive the connection's use of it: it is removed before it ends. Any thread
+    /// but the connection's.
     void add(PulsePart& part);
     void remove(PulsePart& part);
 
@@ -56,8 +59,8 @@ public:
     public:
         virtual ~Alarm() = default;
     };
-    /// Runs `job` on the connection's thread, with its lock held, after `delay`. Lock held; the handle too is destroyed
-    /// under the lock, or by the job itself.
+    /// Runs `job` on the connection's thread, with its lock held, after `delay`. Lock held; the handle too is
+    /// destroyed under the lock, or by the job itself.
     [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay, std::function<void()> job);
 
 private:

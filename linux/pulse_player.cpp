@@ -14,7 +14,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Streams that are held ready while it is quiet: enough for a few sounds at once without waiting for the server.
+/// Streams that are held ready while it is quiet: enough for a few sounds at once without waiting for the
+/// server.
 constexpr std::size_t kQuietLanes = 3;
 /// Streams at the most. A server allows a few hundred, for all programs together.
 constexpr std::size_t kMostLanes = 24;
@@ -24,8 +25,8 @@ constexpr unsigned kSurplusLatencyMilliseconds = 60;
 /// How long a sound waits for a server.
 constexpr auto kPatience = 1s;
 constexpr std::size_t kMostWaiting = 64;
-/// A sound that has not been heard to its end this long after it should have been is not going to be: the device has
-/// been stopped. Its stream is wanted for others.
+/// A sound that has not been heard to its end this long after it should have been is not going to be: the
+/// device has been stopped. Its stream is wanted for others.
 constexpr auto kOverdue = 2s;
 constexpr auto kQuietBeforeShrinking = 4s;
 /// Long sounds are handed over in parts, and so much ahead of what is heard.
@@ -48,7 +49,9 @@ void scale(std::span<float> samples, float volume) {
 
 }  // namespace
 
-PulsePlayer::PulsePlayer(PulseConnection& connection) : connection_(connection) { connection_.add(*this); }
+PulsePlayer::PulsePlayer(PulseConnection& connection) : connection_(connection) {
+    connection_.add(*this);
+}
 
 PulsePlayer::~PulsePlayer() {
     connection_.remove(*this);
@@ -112,9 +115,10 @@ void PulsePlayer::start(Voice voice) {
 
 void PulsePlayer::addLane() {
     Lane& lane = lanes_.emplace_back();
-    lane.stream = std::make_unique<PulseStream>(
-        *context_, kLatencyMilliseconds,
-        PulseStream::Callbacks{.ready = [this, &lane] { laneReady(lane); }, .failed = [this, &lane] { laneFailed(lane); }});
+    lane.stream =
+        std::make_unique<PulseStream>(*context_, kLatencyMilliseconds,
+                                      PulseStream::Callbacks{.ready = [this, &lane] { laneReady(lane); },
+                                                             .failed = [this, &lane] { laneFailed(lane); }});
 }
 
 void PulsePlayer::laneReady(Lane& lane) {
@@ -269,20 +273,22 @@ void PulsePlayer::fit(Voice& voice, std::span<float> stereo) {
 /// Has the next part of a long sound decoded and delivered.
 void PulsePlayer::decodeNext(Voice& voice) {
     voice.decoding = true;
-    decoding_.post([this, id = voice.id, sound = voice.sound, volume = voice.volume](const std::stop_token& stop) {
-        std::vector<float> stereo(kPartFrames * kOutputChannels);
-        const std::size_t frames = sound->readRest(stereo);
-        stereo.resize(frames * kOutputChannels);
-        scale(stereo, volume);
-        if (!stop.stop_requested()) {
-            const PulseConnection::Lock lock(connection_);
-            deliver(id, stereo, frames < kPartFrames);
-        }
-    });
+    decoding_.post(
+        [this, id = voice.id, sound = voice.sound, volume = voice.volume](const std::stop_token& stop) {
+            std::vector<float> stereo(kPartFrames * kOutputChannels);
+            const std::size_t frames = sound->readRest(stereo);
+            stereo.resize(frames * kOutputChannels);
+            scale(stereo, volume);
+            if (!stop.stop_requested()) {
+                const PulseConnection::Lock lock(connection_);
+                deliver(id, stereo, frames < kPartFrames);
+            }
+        });
 }
 
 void PulsePlayer::deliver(std::uint64_t id, std::span<float> stereo, bool complete) {
-    const auto found = std::find_if(lanes_.begin(), lanes_.end(), [id](const Lane& lane) { return lane.voice.id == id; });
+    const auto found =
+        std::find_if(lanes_.begin(), lanes_.end(), [id](const Lane& lane) { return lane.voice.id == id; });
     if (found == lanes_.end()) {
         deliverSurplus(id, stereo, complete);
         return;

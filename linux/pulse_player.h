@@ -16,13 +16,13 @@
 
 namespace chimewerk {
 
-/// Plays sounds through a pool of streams that are connected beforehand and corked, which costs nothing while it is
-/// quiet. A sound takes one of them, is handed to it and uncorks it; when it has been heard the stream is corked again.
-/// The server does the mixing. When more sounds play at once than the pool may have streams, the surplus is mixed here
-/// and goes out through one stream more.
+/// Plays sounds through a pool of streams that are connected beforehand and corked, which costs nothing while
+/// it is quiet. A sound takes one of them, is handed to it and uncorks it; when it has been heard the stream
+/// is corked again. The server does the mixing. When more sounds play at once than the pool may have streams,
+/// the surplus is mixed here and goes out through one stream more.
 ///
-/// `play()` belongs to the main thread; the rest runs on the connection's thread, under its lock. Long sounds are decoded
-/// ahead of the server on a worker.
+/// `play()` belongs to the main thread; the rest runs on the connection's thread, under its lock. Long sounds
+/// are decoded ahead of the server on a worker.
 class PulsePlayer final : public PulsePart {
 public:
     /// The connection outlives the player.
@@ -31,8 +31,8 @@ public:
     PulsePlayer& operator=(const PulsePlayer&) = delete;
     ~PulsePlayer() override;
 
-    /// Starts the sound and returns at once. `volume` is from 0 to 1. While there is no server, or no device, the sound
-    /// waits for one for a second.
+    /// Starts the sound and returns at once. `volume` is from 0 to 1. While there is no server, or no device,
+    /// the sound waits for one for a second.
     void play(std::shared_ptr<SoundFile> sound, float volume);
 
     void serverFound(pa_context& context) override;
@@ -44,10 +44,10 @@ private:
     /// A sound on its way to the speaker.
     struct Voice {
         std::uint64_t id = 0;
-        std::vector<float> stereo;  // The part to play first, at its volume.
+        std::vector<float> stereo;         // The part to play first, at its volume.
         std::shared_ptr<SoundFile> sound;  // What follows comes from here; null when nothing does.
         float volume = 0;
-        Clock::time_point asked;  // When it was to be heard.
+        Clock::time_point asked;     // When it was to be heard.
         std::int64_t nextFrame = 0;  // On the headroom's time line, where the next part goes.
         bool decoding = false;       // The next part is being decoded.
     };

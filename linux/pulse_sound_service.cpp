@@ -8,7 +8,8 @@ namespace {
 
 class PulseSound final : public Sound {
 public:
-    PulseSound(PulsePlayer& player, std::shared_ptr<SoundFile> file) : player_(player), file_(std::move(file)) {}
+    PulseSound(PulsePlayer& player, std::shared_ptr<SoundFile> file)
+        : player_(player), file_(std::move(file)) {}
 
     void setVolume(float volume) override { volume_ = volume; }
     void play() override { player_.play(file_, volume_); }

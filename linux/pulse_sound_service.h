@@ -11,8 +11,8 @@ namespace chimewerk {
 /// Sounds through PulseAudio, or PipeWire in its stead, from files and from a folder of alert sounds.
 class PulseSoundService final : public SoundService {
 public:
-    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. Decoders and player outlive the service and its
-    /// sounds.
+    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. Decoders and player outlive the service
+    /// and its sounds.
     PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder);
 
     std::shared_ptr<Sound> soundFromFile(const std::string& path) override;

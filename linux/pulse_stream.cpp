@@ -8,10 +8,13 @@ namespace chimewerk {
 
 namespace {
 
-constexpr pa_sample_spec kForm{.format = PA_SAMPLE_FLOAT32LE, .rate = kOutputRate, .channels = kOutputChannels};
+constexpr pa_sample_spec kForm{
+    .format = PA_SAMPLE_FLOAT32LE, .rate = kOutputRate, .channels = kOutputChannels};
 constexpr std::size_t kFrameSize = sizeof(float) * kOutputChannels;
 
-PulseStream& self(void* user) { return *static_cast<PulseStream*>(user); }
+PulseStream& self(void* user) {
+    return *static_cast<PulseStream*>(user);
+}
 
 /// For requests whose outcome shows in other ways.
 void forget(pa_operation* operation) {
@@ -47,18 +50,22 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
     if (callbacks_.wanted) {
         pa_stream_set_write_callback(
             stream_,
-            [](pa_stream*, std::size_t bytes, void* user) { self(user).callbacks_.wanted(bytes / kFrameSize); }, this);
+            [](pa_stream*, std::size_t bytes, void* user) {
+                self(user).callbacks_.wanted(bytes / kFrameSize);
+            },
+            this);
     }
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
-    const auto latency = static_cast<std::uint32_t>(pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
+    const auto latency =
+        static_cast<std::uint32_t>(pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
                                 .tlength = latency,
                                 .prebuf = 0,
                                 .minreq = kServersChoice,
                                 .fragsize = kServersChoice};
-    pa_stream_connect_playback(stream_, nullptr, &buffer,
-                               static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY),
-                               nullptr, nullptr);
+    pa_stream_connect_playback(
+        stream_, nullptr, &buffer,
+        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY), nullptr, nullptr);
 }
 
 PulseStream::~PulseStream() {
@@ -93,13 +100,15 @@ std::size_t PulseStream::wantedFrames() const {
 
 void PulseStream::write(std::span<const float> stereo) {
     draining_.reset(nullptr);
-    // Once the server has run dry, its reading position is ahead of the last frame written: what is written there would
-    // be in the past.
+    // Once the server has run dry, its reading position is ahead of the last frame written: what is written
+    // there would be in the past.
     const pa_seek_mode_t where = std::exchange(dry_, false) ? PA_SEEK_RELATIVE_ON_READ : PA_SEEK_RELATIVE;
     pa_stream_write(stream_, stereo.data(), stereo.size_bytes(), nullptr, 0, where);
 }
 
-void PulseStream::uncork() { forget(pa_stream_cork(stream_, 0, nullptr, nullptr)); }
+void PulseStream::uncork() {
+    forget(pa_stream_cork(stream_, 0, nullptr, nullptr));
+}
 
 void PulseStream::corkAndFlush() {
     draining_.reset(nullptr);

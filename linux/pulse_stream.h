@@ -10,8 +10,8 @@
 
 namespace chimewerk {
 
-/// One playback stream on the sound server, in the output form (see pcm_reader.h). It begins corked. Everything happens
-/// under the lock of the connection, and so do the callbacks.
+/// One playback stream on the sound server, in the output form (see pcm_reader.h). It begins corked.
+/// Everything happens under the lock of the connection, and so do the callbacks.
 class PulseStream {
 public:
     struct Callbacks {
@@ -23,7 +23,8 @@ public:
         std::function<void(std::size_t frames)> wanted = {};
     };
 
-    /// Asks the server for a stream that keeps about `latencyMilliseconds` of sound between itself and the speaker.
+    /// Asks the server for a stream that keeps about `latencyMilliseconds` of sound between itself and the
+    /// speaker.
     PulseStream(pa_context& context, unsigned latencyMilliseconds, Callbacks callbacks);
     PulseStream(const PulseStream&) = delete;
     PulseStream& operator=(const PulseStream&) = delete;

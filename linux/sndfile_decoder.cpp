@@ -5,23 +5,28 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <span>
 
 namespace chimewerk {
 
 namespace {
 
-/// What libsndfile reads from: a position in the bytes.
+/// What libsndfile reads from: a position in the file.
 struct Cursor {
-    std::span<const std::byte> bytes;
+    VisibleFile file;
     sf_count_t position = 0;
 
     static Cursor& of(void* user) { return *static_cast<Cursor*>(user); }
-    sf_count_t size() const { return static_cast<sf_count_t>(bytes.size()); }
+    sf_count_t size() const { return static_cast<sf_count_t>(file.size); }
 };
 
-sf_count_t length(void* user) { return Cursor::of(user).size(); }
+sf_count_t length(void* user) {
+    return Cursor::of(user).size();
+}
 
-sf_count_t tell(void* user) { return Cursor::of(user).position; }
+sf_count_t tell(void* user) {
+    return Cursor::of(user).position;
+}
 
 sf_count_t seek(sf_count_t offset, int whence, void* user) {
     Cursor& cursor = Cursor::of(user);
@@ -32,15 +37,18 @@ sf_count_t seek(sf_count_t offset, int whence, void* user) {
 
 sf_count_t readBytes(void* target, sf_count_t count, void* user) {
     Cursor& cursor = Cursor::of(user);
-    const sf_count_t size = std::clamp<sf_count_t>(count, 0, cursor.size() - cursor.position);
+    const sf_count_t visible = static_cast<sf_count_t>(cursor.file.bytes.size()) - cursor.position;
+    const sf_count_t size = std::clamp<sf_count_t>(count, 0, std::max<sf_count_t>(0, visible));
     if (size > 0) {
-        std::memcpy(target, cursor.bytes.data() + cursor.position, static_cast<std::size_t>(size));
+        std::memcpy(target, cursor.file.bytes.data() + cursor.position, static_cast<std::size_t>(size));
         cursor.position += size;
     }
     return size;
 }
 
-sf_count_t writeNothing(const void* /*source*/, sf_count_t /*count*/, void* /*user*/) { return 0; }
+sf_count_t writeNothing(const void* /*source*/, sf_count_t /*count*/, void* /*user*/) {
+    return 0;
+}
 
 struct CloseFile {
     void operator()(SNDFILE* file) const { sf_close(file); }
@@ -48,7 +56,7 @@ struct CloseFile {
 
 class SndfileDecoder final : public Decoder {
 public:
-    explicit SndfileDecoder(std::span<const std::byte> bytes) : cursor_{bytes} {
+    explicit SndfileDecoder(const VisibleFile& file) : cursor_{file} {
         static SF_VIRTUAL_IO io{length, seek, readBytes, writeNothing, tell};
         file_.reset(sf_open_virtual(&io, SFM_READ, &info_, &cursor_));
     }
@@ -63,8 +71,10 @@ public:
         return known ? static_cast<double>(info_.frames) / info_.samplerate : 0.0;
     }
     std::size_t read(std::span<float> samples) override {
-        const auto frames = static_cast<sf_count_t>(samples.size() / static_cast<std::size_t>(info_.channels));
-        return static_cast<std::size_t>(std::max<sf_count_t>(0, sf_readf_float(file_.get(), samples.data(), frames)));
+        const auto frames =
+            static_cast<sf_count_t>(samples.size() / static_cast<std::size_t>(info_.channels));
+        return static_cast<std::size_t>(
+            std::max<sf_count_t>(0, sf_readf_float(file_.get(), samples.data(), frames)));
     }
 
 private:
@@ -75,8 +85,8 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Decoder> openSndfileDecoder(std::span<const std::byte> bytes) {
-    auto decoder = std::make_unique<SndfileDecoder>(bytes);
+std::unique_ptr<Decoder> openSndfileDecoder(const VisibleFile& file) {
+    auto decoder = std::make_unique<SndfileDecoder>(file);
     return decoder->isOpen() ? std::move(decoder) : nullptr;
 }
 

@@ -1,13 +1,12 @@
 #pragma once
 
 #include <memory>
-#include <span>
 
 #include "linux/decoder.h"
 
 namespace chimewerk {
 
-/// WAV, AIFF, MP3 and what else libsndfile knows; null when it does not know the bytes.
-std::unique_ptr<Decoder> openSndfileDecoder(std::span<const std::byte> bytes);
+/// WAV, AIFF, MP3 and what else libsndfile knows; null when it does not know the file.
+std::unique_ptr<Decoder> openSndfileDecoder(const VisibleFile& file);
 
 }  // namespace chimewerk

@@ -30,9 +30,9 @@ bool hasTag(std::span<const std::byte> bytes, std::size_t at, std::string_view t
 /// More chunks than this before the sound are not looked at.
 constexpr int kMostChunks = 64;
 
-/// Follows the chunks of a RIFF or IFF file to the one that holds the samples, and tells whether that one runs past the
-/// file's end. Programs that wrote to a pipe left a length of zero or of about the most that can be said: such a file
-/// is whole.
+/// Follows the chunks of a RIFF or IFF file to the one that holds the samples, and tells whether that one
+/// runs past the file's end. Programs that wrote to a pipe left a length of zero or of about the most that
+/// can be said: such a file is whole.
 bool chunksAreTruncated(const ReadAt& readAt, std::uint64_t size, std::string_view samples, ByteOrder order) {
     constexpr std::uint32_t kUnknownLength = 0x7FF00000;
     std::uint64_t at = 12;
@@ -105,7 +105,8 @@ void inspectMp3(const ReadAt& readAt, std::uint64_t size, SoundContainer& facts)
     }
     const bool mpeg1 = version == 3;
     const std::size_t at = 4 + (mpeg1 ? (mono ? 17U : 32U) : (mono ? 9U : 17U));
-    if (!hasTag(frame, at, "Xing") && !hasTag(frame, at, "Info")) {
+    facts.lengthIsUntold = !hasTag(frame, at, "Xing") && !hasTag(frame, at, "Info");
+    if (facts.lengthIsUntold) {
         return;
     }
     constexpr std::array<double, 3> kRates = {44100, 48000, 32000};

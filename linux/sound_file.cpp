@@ -18,8 +18,8 @@ constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 30U;
 /// How much of a file is read at first, and at second, to decode its head from, beyond the tags at its start.
 constexpr std::uint64_t kFirstBytes = 256 * 1024;
 constexpr std::uint64_t kMoreBytes = 16 * kFirstBytes;
-/// A sound of up to a second is decoded whole. Of a longer one the head must last until the thread that decodes the
-/// rest gets its turn on a busy machine.
+/// A sound of up to a second is decoded whole. Of a longer one the head must last until the thread that
+/// decodes the rest gets its turn on a busy machine.
 constexpr std::size_t kShortFrames = kOutputRate;
 constexpr std::size_t kHeadFrames = kOutputRate / 4;
 
@@ -62,7 +62,8 @@ bool SoundFile::decodeHead() {
             continue;
         }
         const double visibleSeconds = reader_->decoder().seconds();
-        const bool isShort = wholeIsVisible() && visibleSeconds * kOutputRate <= static_cast<double>(kShortFrames);
+        const bool isShort =
+            wholeIsVisible() && visibleSeconds * kOutputRate <= static_cast<double>(kShortFrames);
         const std::size_t wanted = isShort ? kShortFrames + kHeadFrames : kHeadFrames;
         head_.resize(wanted * kOutputChannels);
         const std::size_t frames = reader_->read(head_);
@@ -72,8 +73,12 @@ bool SoundFile::decodeHead() {
         }
         headIsAll_ = frames < wanted;
         const double decoded = static_cast<double>(frames) / kOutputRate;
-        const double proportion = static_cast<double>(size_ - audioStart) / static_cast<double>(visible - audioStart);
-        seconds_ = headIsAll_ ? decoded : container.seconds > 0 ? container.seconds : visibleSeconds * proportion;
+        const double proportion =
+            static_cast<double>(size_ - audioStart) / static_cast<double>(visible - audioStart);
+        seconds_ = headIsAll_                 ? decoded
+                   : container.seconds > 0    ? container.seconds
+                   : container.lengthIsUntold ? visibleSeconds * proportion
+                                              : visibleSeconds;
         return frames > 0;
     }
     return false;
@@ -85,7 +90,7 @@ bool SoundFile::begin(std::size_t visible) {
     if (!readBytes(visible)) {
         return false;
     }
-    auto decoder = decoders_.open(bytes_);
+    auto decoder = decoders_.open({bytes_, size_});
     reader_ = decoder ? PcmReader::over(std::move(decoder)) : nullptr;
     return reader_ != nullptr;
 }
@@ -123,8 +128,8 @@ bool SoundFile::readBytes(std::size_t count) {
 std::size_t SoundFile::readAt(std::uint64_t offset, std::span<std::byte> target) const {
     std::size_t done = 0;
     while (done < target.size()) {
-        const ssize_t got = pread(file_.get(), target.data() + done, target.size() - done,
-                                  static_cast<off_t>(offset + done));
+        const ssize_t got =
+            pread(file_.get(), target.data() + done, target.size() - done, static_cast<off_t>(offset + done));
         if (got == 0 || (got < 0 && errno != EINTR)) {
             break;
         }

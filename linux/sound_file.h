@@ -13,12 +13,12 @@
 
 namespace chimewerk {
 
-/// A sound file, opened and its head decoded, so that it can start at once however long it is: what follows the head
-/// is read and decoded later, by whichever thread calls `readRest()`.
+/// A sound file, opened and its head decoded, so that it can start at once however long it is: what follows
+/// the head is read and decoded later, by whichever thread calls `readRest()`.
 class SoundFile {
 public:
-    /// Null when `path` names no regular file, or one that is empty, of 1 GiB or more, cut off, of no known format or
-    /// without a frame of sound. Never waits for a writer, as opening a FIFO would.
+    /// Null when `path` names no regular file, or one that is empty, of 1 GiB or more, cut off, of no known
+    /// format or without a frame of sound. Never waits for a writer, as opening a FIFO would.
     static std::unique_ptr<SoundFile> open(const Decoders& decoders, const std::string& path);
 
     /// The beginning of the sound, stereo at the output rate; all of it when it is short.
@@ -28,8 +28,8 @@ public:
     /// The whole length in seconds; of a long file without a table of contents, about.
     double seconds() const { return seconds_; }
 
-    /// Writes the frames that follow what has been read so far and tells how many; fewer than fit in only at the end.
-    /// One thread at a time; may wait for the disk.
+    /// Writes the frames that follow what has been read so far and tells how many; fewer than fit in only at
+    /// the end. One thread at a time; may wait for the disk.
     std::size_t readRest(std::span<float> stereo);
 
 private:

@@ -61,7 +61,9 @@ std::vector<Share> normalisedShares(int channels) {
     return shares;
 }
 
-float numberOr0(float sample) { return std::isfinite(sample) ? sample : 0.0F; }
+float numberOr0(float sample) {
+    return std::isfinite(sample) ? sample : 0.0F;
+}
 
 }  // namespace
 

@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// Adds up the sounds for which there is no stream of their own. Its sounds have been fitted into the range beforehand
-/// (see headroom.h), so their sum needs no limit. No lock, no clock.
+/// Adds up the sounds for which there is no stream of their own. Its sounds have been fitted into the range
+/// beforehand (see headroom.h), so their sum needs no limit. No lock, no clock.
 class SurplusMixer {
 public:
     /// Adds a sound; `complete` tells that its frames are all there are.
@@ -16,8 +16,8 @@ public:
     /// Adds the next frames of a sound; false when there is no such sound any more.
     bool append(std::uint64_t voice, std::span<const float> stereo, bool complete);
 
-    /// Replaces `stereo` with the sum of the next frames of all sounds, silence where they end. A sound that is not
-    /// complete is waited for.
+    /// Replaces `stereo` with the sum of the next frames of all sounds, silence where they end. A sound that
+    /// is not complete is waited for.
     void mix(std::span<float> stereo);
 
     bool empty() const { return voices_.empty(); }

@@ -9,12 +9,12 @@
 
 namespace chimewerk {
 
-/// One thread that does slow work, job after job, and never holds up the end of the program for longer than its
-/// present job takes to notice the stop. The thread starts with the first job.
+/// One thread that does slow work, job after job, and never holds up the end of the program for longer than
+/// its present job takes to notice the stop. The thread starts with the first job.
 class Worker {
 public:
-    /// Runs on the worker's thread. A job that may take long looks at the token now and then and returns when a stop
-    /// is requested.
+    /// Runs on the worker's thread. A job that may take long looks at the token now and then and returns when
+    /// a stop is requested.
     using Job = std::function<void(const std::stop_token&)>;
 
     Worker() = default;
@@ -29,8 +29,8 @@ private:
 
     std::mutex lock_;
     std::condition_variable_any added_;
-    std::deque<Job> jobs_;   // guarded by lock_
-    std::jthread thread_;    // started under lock_
+    std::deque<Job> jobs_;  // guarded by lock_
+    std::jthread thread_;   // started under lock_
 };
 
 }  // namespace chimewerk

@@ -40,7 +40,11 @@ std::string folder(const char* variable, const char* belowHome) {
 
 }  // namespace
 
-std::string xdgDataHome() { return folder("XDG_DATA_HOME", "/.local/share"); }
-std::string xdgConfigHome() { return folder("XDG_CONFIG_HOME", "/.config"); }
+std::string xdgDataHome() {
+    return folder("XDG_DATA_HOME", "/.local/share");
+}
+std::string xdgConfigHome() {
+    return folder("XDG_CONFIG_HOME", "/.config");
+}
 
 }  // namespace chimewerk

@@ -4,8 +4,8 @@
 
 namespace chimewerk {
 
-/// The user's folders, absolute and without a slash at the end; the empty string when there is no home folder.
-/// Values of the environment that are not absolute count as not set.
+/// The user's folders, absolute and without a slash at the end; the empty string when there is no home
+/// folder. Values of the environment that are not absolute count as not set.
 
 /// $XDG_DATA_HOME, else .local/share in the home folder.
 std::string xdgDataHome();

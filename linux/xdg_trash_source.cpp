@@ -49,7 +49,8 @@ double XdgTrashSource::modificationTime() const {
         return 0;
     }
     constexpr double kNanosecond = 1e-9;
-    return static_cast<double>(status.st_mtim.tv_sec) + static_cast<double>(status.st_mtim.tv_nsec) * kNanosecond;
+    return static_cast<double>(status.st_mtim.tv_sec) +
+           static_cast<double>(status.st_mtim.tv_nsec) * kNanosecond;
 }
 
 void XdgTrashSource::countItems(CountCompletion completion) {

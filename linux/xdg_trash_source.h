@@ -8,8 +8,8 @@
 
 namespace chimewerk {
 
-/// The desktop's trash: the folder "Trash/files" in the user's data folder. It may be missing (nothing has been trashed
-/// yet; the count is 0), be a link, come and go. Items are counted on the worker.
+/// The desktop's trash: the folder "Trash/files" in the user's data folder. It may be missing (nothing has
+/// been trashed yet; the count is 0), be a link, come and go. Items are counted on the worker.
 class XdgTrashSource final : public TrashSource {
 public:
     /// `dataHome` is the user's data folder; the queue outlives the source.

@@ -1,5 +1,5 @@
-// The module that decodes M4A with FFmpeg's libraries. It is opened through one C function, so that the program itself
-// is not linked with them.
+// The module that decodes M4A with FFmpeg's libraries. It is opened through one C function, so that the
+// program itself is not linked with them.
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -42,20 +42,21 @@ struct FreeConverter {
     void operator()(SwrContext* converter) const { swr_free(&converter); }
 };
 
-/// A position in the bytes, which FFmpeg reads and moves.
+/// A position in the file, which FFmpeg reads and moves.
 struct Cursor {
-    std::span<const std::byte> bytes;
+    VisibleFile file;
     std::int64_t position = 0;
 
-    std::int64_t size() const { return static_cast<std::int64_t>(bytes.size()); }
+    std::int64_t size() const { return static_cast<std::int64_t>(file.size); }
 
     static int read(void* opaque, std::uint8_t* target, int count) {
         auto& cursor = *static_cast<Cursor*>(opaque);
-        const std::int64_t size = std::min<std::int64_t>(count, cursor.size() - cursor.position);
+        const std::int64_t size = std::min<std::int64_t>(
+            count, static_cast<std::int64_t>(cursor.file.bytes.size()) - cursor.position);
         if (size <= 0) {
             return AVERROR_EOF;
         }
-        std::memcpy(target, cursor.bytes.data() + cursor.position, static_cast<std::size_t>(size));
+        std::memcpy(target, cursor.file.bytes.data() + cursor.position, static_cast<std::size_t>(size));
         cursor.position += size;
         return static_cast<int>(size);
     }
@@ -65,7 +66,9 @@ struct Cursor {
         if ((whence & AVSEEK_SIZE) != 0) {
             return cursor.size();
         }
-        const std::int64_t base = whence == SEEK_CUR ? cursor.position : whence == SEEK_END ? cursor.size() : 0;
+        const std::int64_t base = whence == SEEK_CUR   ? cursor.position
+                                  : whence == SEEK_END ? cursor.size()
+                                                       : 0;
         cursor.position = std::clamp<std::int64_t>(base + offset, 0, cursor.size());
         return cursor.position;
     }
@@ -73,9 +76,9 @@ struct Cursor {
 
 class M4aDecoder final : public Decoder {
 public:
-    explicit M4aDecoder(std::span<const std::byte> bytes) : cursor_{bytes} {}
+    explicit M4aDecoder(const VisibleFile& file) : cursor_{file} {}
 
-    /// Whether the bytes hold a sound that can be decoded.
+    /// Whether the file holds a sound that can be decoded.
     bool open() { return openContainer() && openCodec() && openConverter(); }
 
     int rate() const override { return codec_->sample_rate; }
@@ -104,7 +107,8 @@ public:
 private:
     bool openContainer() {
         auto* const buffer = static_cast<unsigned char*>(av_malloc(kIoBufferSize));
-        io_.reset(avio_alloc_context(buffer, kIoBufferSize, 0, &cursor_, Cursor::read, nullptr, Cursor::seek));
+        io_.reset(
+            avio_alloc_context(buffer, kIoBufferSize, 0, &cursor_, Cursor::read, nullptr, Cursor::seek));
         AVFormatContext* format = avformat_alloc_context();
         if (!io_ || format == nullptr) {
             avformat_free_context(format);
@@ -136,8 +140,8 @@ private:
     bool openConverter() {
         SwrContext* converter = nullptr;
         AVChannelLayout* const layout = &codec_->ch_layout;
-        if (swr_alloc_set_opts2(&converter, layout, AV_SAMPLE_FMT_FLT, rate(), layout, codec_->sample_fmt, rate(), 0,
-                                nullptr) < 0) {
+        if (swr_alloc_set_opts2(&converter, layout, AV_SAMPLE_FMT_FLT, rate(), layout, codec_->sample_fmt,
+                                rate(), 0, nullptr) < 0) {
             return false;
         }
         converter_.reset(converter);
@@ -202,12 +206,12 @@ private:
 
 }  // namespace
 
-/// The module's one entrance: a decoder over the bytes, which must outlive it, or null.
-extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(const std::byte* bytes, std::size_t size);
+/// The module's one entrance: a decoder over the file's bytes, which must outlive it, or null.
+extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(const VisibleFile* file);
 
-extern "C" Decoder* chimewerkOpenM4a(const std::byte* bytes, std::size_t size) {
+extern "C" Decoder* chimewerkOpenM4a(const VisibleFile* file) {
     av_log_set_level(AV_LOG_QUIET);
-    auto decoder = std::make_unique<M4aDecoder>(std::span(bytes, size));
+    auto decoder = std::make_unique<M4aDecoder>(*file);
     return decoder->open() ? decoder.release() : nullptr;
 }
 
