@@ -1,0 +1,37 @@
+#pragma once
+
+#include <vector>
+
+#include "synth/curve.h"
+#include "synth/sound.h"
+
+namespace chimewerk::synth {
+
+/// Pitches are in hertz, lengths in seconds; amplitudes reach 1.
+Sound sineTone(double seconds, const Curve& hertz);
+
+/// A rectangle that is high for `duty` (0 to 1) of each period; its edges are rounded so that it does not
+/// alias.
+Sound pulseTone(double seconds, const Curve& hertz, const Curve& duty);
+
+/// A saw tooth with rounded edges.
+Sound sawTone(double seconds, const Curve& hertz);
+
+/// A triangle of 16 steps up and 16 down, as the cheap converters of old game consoles made it.
+Sound steppedTriangle(double seconds, const Curve& hertz);
+
+/// A sine whose phase is modulated by another at `ratio` times its frequency, `index` radians each way.
+Sound fmTone(double seconds, const Curve& hertz, double ratio, const Curve& index);
+
+/// One sine of a struck body: its frequency as a ratio to the fundamental, its level, and how long it takes
+/// to fall by 60 dB.
+struct Partial {
+    double ratio;
+    double level;
+    double t60;
+};
+
+/// All partials struck at once, up within `attack` seconds. Those beyond hearing are left out.
+Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack);
+
+}  // namespace chimewerk::synth
