@@ -1,12 +1,35 @@
 #include "synth/arithmetic.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace chimewerk::synth {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kLn2 = 0.69314718055994530942;
+
+// Taylor series, the highest power first: sin x / x in powers of x squared up to a quarter turn, and e to the
+// x up to half an octave.
+constexpr std::array<double, 9> kSineSeries = [] {
+    std::array<double, 9> series{};
+    double coefficient = 1.0;
+    for (int n = 0; n < 9; ++n) {
+        series.at(static_cast<std::size_t>(8 - n)) = coefficient;
+        coefficient /= -(2.0 * n + 2.0) * (2.0 * n + 3.0);
+    }
+    return series;
+}();
+constexpr std::array<double, 13> kExponentialSeries = [] {
+    std::array<double, 13> series{};
+    double coefficient = 1.0;
+    for (int n = 0; n < 13; ++n) {
+        series.at(static_cast<std::size_t>(12 - n)) = coefficient;
+        coefficient /= n + 1.0;
+    }
+    return series;
+}();
 
 }  // namespace
 
@@ -18,9 +41,10 @@ double sine(double turns) {
         folded = -0.5 - folded;
     }
     const double x = 2.0 * kPi * folded;
-    double sum = 1.0;
-    for (int n = 16; n >= 2; n -= 2) {
-        sum = 1.0 - sum * x * x / (n * (n + 1));
+    const double square = x * x;
+    double sum = 0.0;
+    for (const double coefficient : kSineSeries) {
+        sum = sum * square + coefficient;
     }
     return sum * x;
 }
@@ -32,9 +56,9 @@ double cosine(double turns) {
 double powerOfTwo(double exponent) {
     const double whole = std::floor(exponent + 0.5);
     const double x = (exponent - whole) * kLn2;
-    double sum = 1.0;
-    for (int n = 12; n >= 1; --n) {
-        sum = 1.0 + sum * x / n;
+    double sum = 0.0;
+    for (const double coefficient : kExponentialSeries) {
+        sum = sum * x + coefficient;
     }
     return std::ldexp(sum, static_cast<int>(whole));
 }

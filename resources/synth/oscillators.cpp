@@ -8,7 +8,6 @@ namespace chimewerk::synth {
 namespace {
 
 constexpr double kTurnsPerRadian = 0.15915494309189533577;
-constexpr double kHighestPartial = 18000.0;
 
 // A phase in turns that advances with a frequency that may change at every sample.
 class Phase {
@@ -86,17 +85,6 @@ Sound fmTone(double seconds, const Curve& hertz, double ratio, const Curve& inde
         const double bend = index(now) * kTurnsPerRadian * sine(modulator.advance(pitch * ratio));
         return sine(carrier.advance(pitch) + bend);
     });
-}
-
-Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack) {
-    Sound sum(seconds);
-    for (const Partial& partial : partials) {
-        if (hertz * partial.ratio < kHighestPartial) {
-            sum.add(0.0, sineTone(seconds, hertz * partial.ratio) * struck(attack, partial.t60),
-                    partial.level);
-        }
-    }
-    return sum;
 }
 
 }  // namespace chimewerk::synth

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "synth/curve.h"
 #include "synth/sound.h"
 
@@ -22,16 +20,5 @@ Sound steppedTriangle(double seconds, const Curve& hertz);
 
 /// A sine whose phase is modulated by another at `ratio` times its frequency, `index` radians each way.
 Sound fmTone(double seconds, const Curve& hertz, double ratio, const Curve& index);
-
-/// One sine of a struck body: its frequency as a ratio to the fundamental, its level, and how long it takes
-/// to fall by 60 dB.
-struct Partial {
-    double ratio;
-    double level;
-    double t60;
-};
-
-/// All partials struck at once, up within `attack` seconds. Those beyond hearing are left out.
-Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack);
 
 }  // namespace chimewerk::synth

@@ -5,6 +5,8 @@
 namespace chimewerk::synth {
 namespace {
 
+constexpr double kHighestMode = 18000.0;
+
 // Two poles; a unit impulse makes a sine of amplitude 1 that dies exponentially.
 void addMode(Sound& sum, const Mode& mode, const Sound& force) {
     const double radius = decibels(-60.0 / (mode.t60 * kSampleRate));
@@ -28,7 +30,7 @@ void addMode(Sound& sum, const Mode& mode, const Sound& force) {
 Sound driven(const Body& body, const Sound& force, double tail) {
     Sound sum(force.seconds() + tail);
     for (const Mode& mode : body) {
-        if (mode.hertz < 18000.0) {
+        if (mode.hertz < kHighestMode) {
             addMode(sum, mode, force);
         }
     }
@@ -50,6 +52,16 @@ Body resized(Body body, double pitch, double ringing) {
         mode.t60 *= ringing;
     }
     return body;
+}
+
+Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack) {
+    Body body;
+    for (const Partial& partial : partials) {
+        body.push_back({hertz * partial.ratio, partial.t60, partial.level});
+    }
+    Sound impulse(1.0 / kSampleRate);
+    impulse[0] = 1.0;
+    return driven(body, impulse, seconds).lasting(seconds) * breathed(attack, seconds, 1.0 / kSampleRate);
 }
 
 }  // namespace chimewerk::synth

@@ -26,4 +26,15 @@ Sound blow(double milliseconds);
 /// The same body grown or shrunk: all its frequencies times `pitch`, all its decays times `ringing`.
 Body resized(Body body, double pitch, double ringing = 1.0);
 
+/// One sine of a struck body: its frequency as a ratio to the fundamental, its level, and how long it takes
+/// to fall by 60 dB.
+struct Partial {
+    double ratio;
+    double level;
+    double t60;
+};
+
+/// All partials struck at once, up within `attack` seconds. Those beyond hearing are left out.
+Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack);
+
 }  // namespace chimewerk::synth
