@@ -1,0 +1,114 @@
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "sounds/levels.h"
+#include "sounds/picture.h"
+#include "sounds/sound_set.h"
+#include "sounds/spectrum.h"
+
+// Measures the built sounds and writes a table of them, and one picture per group, into a folder.
+namespace {
+
+using namespace chimewerk::sounds;
+
+struct Row {
+    SoundFile file;
+    Samples samples;
+    Levels levels;
+    double trend;
+    Portrait portrait;
+    std::string nearest;
+    double distance = 1000.0;
+};
+
+using Group = std::vector<Row>;
+
+void findNearest(Group& group) {
+    for (Row& row : group) {
+        for (const Row& other : group) {
+            const double distance = row.portrait.distanceTo(other.portrait);
+            if (&row != &other && distance < row.distance) {
+                row.distance = distance;
+                row.nearest = other.file.name;
+            }
+        }
+    }
+}
+
+std::string rounded(double value, int digits) {
+    std::ostringstream text;
+    text.setf(std::ios::fixed);
+    text.precision(digits);
+    text << value;
+    return text.str();
+}
+
+void writeTable(std::ostream& out, const std::string& name, const Group& group) {
+    out << "\n## " << name << "\n\n![" << name << "](" << name << ".png)\n\n"
+        << "| sound | ms | peak dBFS | LUFS | onset ms | trend octaves | nearest | distance dB |\n"
+        << "|---|---|---|---|---|---|---|---|\n";
+    for (const Row& row : group) {
+        out << "| " << row.file.name << " | " << rounded(1000.0 * row.levels.seconds, 0) << " | "
+            << rounded(row.levels.peak, 1) << " | " << rounded(row.levels.loudness, 1) << " | "
+            << rounded(row.levels.onset, 1) << " | " << (row.trend > 0 ? "+" : "") << rounded(row.trend, 2)
+            << " | " << row.nearest << " | " << rounded(row.distance, 1) << " |\n";
+    }
+}
+
+void drawGroup(const std::filesystem::path& path, const Group& group) {
+    std::vector<Tile> tiles;
+    for (const Row& row : group) {
+        tiles.push_back({row.file.name, row.samples});
+    }
+    writePng(path, grid(tiles));
+}
+
+void writeReport(const std::filesystem::path& folder) {
+    std::vector<std::string> order;
+    std::map<std::string, Group> groups;
+    for (const SoundFile& file : everySoundFile()) {
+        if (!groups.contains(file.group)) {
+            order.push_back(file.group);
+        }
+        const Samples samples = samplesOf(file);
+        groups[file.group].push_back(
+            {file, samples, measureLevels(samples), trend(samples), Portrait(samples), "", 1000.0});
+    }
+    std::ofstream table(folder / "table.md");
+    table << "# The sounds, measured and drawn\n\nMade by `chimewerk-sound-report` from the built files; "
+             "what the columns "
+             "mean is told in [sounds.md](../sounds.md).\n";
+    for (const std::string& name : order) {
+        findNearest(groups[name]);
+        writeTable(table, name, groups[name]);
+        drawGroup(folder / (name + ".png"), groups[name]);
+    }
+    if (!table.flush()) {
+        throw std::runtime_error("cannot write into " + folder.string());
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr
+            << "usage: chimewerk-sound-report FOLDER\nWrites a table and pictures of the built sounds.\n";
+        return 2;
+    }
+    try {
+        writeReport(argv[1]);
+    } catch (const std::exception& failure) {
+        std::cerr << "chimewerk-sound-report: " << failure.what() << '\n';
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+#include "sounds/wav_file.h"
+
+namespace chimewerk::sounds {
+
+/// The power at 0, 23.4, 46.9 ... 24,000 Hz within 43 ms around a moment.
+inline constexpr std::size_t kBins = 1025;
+inline constexpr double kHertzPerBin = kSampleRate / 2048.0;
+using Spectrum = std::array<double, kBins>;
+
+/// One spectrum for every `hop` seconds, the first around the beginning of the sound.
+std::vector<Spectrum> spectra(const Samples& samples, double hop);
+
+/// How far a sound rises (positive) or falls (negative) from its first to its last third, in octaves of the
+/// centre of its power spectrum. Moments more than 30 dB below the loudest do not count, louder ones count
+/// more. The power spectrum rather than the amplitude spectrum, because it follows the tones that are heard
+/// as the pitch and not the many weak partials above them, which die first in nearly every sound.
+double trend(const Samples& samples);
+
+/// What the ear can tell sounds apart by: the level in 23 bands of a third of an octave for every 20 ms, in
+/// decibels above a floor 40 dB below the sound's loudest cell. It knows melody, rhythm and timbre, and no
+/// volume.
+class Portrait {
+public:
+    explicit Portrait(const Samples& samples);
+
+    /// The root mean square difference of two portraits in decibels over all cells in which either is above
+    /// its floor; 0 for a copy at any volume, about 25 for sounds with nothing in common.
+    double distanceTo(const Portrait& other) const;
+
+private:
+    static constexpr std::size_t kBands = 23;
+    std::vector<std::array<double, kBands>> frames_;
+};
+
+}  // namespace chimewerk::sounds
