@@ -15,10 +15,10 @@ constexpr std::int64_t kSlack = 2;
 constexpr float kFull = 0.98F;
 /// Between two blocks a gain rises at most by the one and falls at most by the other: faster would be heard
 /// as a distortion rather than as a level.
-constexpr float kRise = 1.15F;
-constexpr float kFall = 1.5F;
+constexpr float kRise = 1.5F;
+constexpr float kFall = 2.0F;
 /// From silence a gain begins to rise at this.
-constexpr float kLeast = 1e-3F;
+constexpr float kLeast = 0.1F;
 
 std::vector<float> peaksOf(std::span<const float> stereo) {
     constexpr std::size_t kSamples = Headroom::kBlock * kChannels;

@@ -85,6 +85,11 @@ void PulseConnection::connectNow() {
     }
 }
 
+void PulseConnection::renew() {
+    drop();
+    connect(PA_CONTEXT_NOAUTOSPAWN);
+}
+
 std::unique_ptr<PulseConnection::Alarm> PulseConnection::after(std::chrono::milliseconds delay,
                                                                std::function<void()> job) {
     return std::make_unique<TimeEvent>(*pa_threaded_mainloop_get_api(loop_.get()), delay, std::move(job));

@@ -19,6 +19,8 @@ using namespace std::chrono_literals;
 constexpr std::size_t kQuietLanes = 3;
 /// Streams at the most. A server allows a few hundred, for all programs together.
 constexpr std::size_t kMostLanes = 24;
+/// After a burst that took more streams than this the memory shared with the server is given back too.
+constexpr std::size_t kLargeBurst = 8;
 constexpr unsigned kLatencyMilliseconds = 10;
 /// The surplus is mixed in time with the server, from a thread that may have to wait for its turn.
 constexpr unsigned kSurplusLatencyMilliseconds = 60;
@@ -186,16 +188,18 @@ void PulsePlayer::shrinkLater() {
     shrinking_ = connection_.after(std::chrono::milliseconds(kQuietBeforeShrinking), [this] { shrink(); });
 }
 
-/// Gives back what a burst of sounds has needed.
+/// Gives back what a burst of sounds has needed, once it is over.
 void PulsePlayer::shrink() {
-    std::size_t surplusLanes = lanes_.size() - std::min(lanes_.size(), kQuietLanes);
-    lanes_.remove_if([&surplusLanes](const Lane& lane) {
-        const bool remove = surplusLanes > 0 && lane.state == Lane::State::idle;
-        surplusLanes -= remove ? 1 : 0;
-        return remove;
-    });
-    if (surplusState_ == SurplusState::idle) {
-        surplusLost();
+    const bool quiet = surplusState_ != SurplusState::feeding && surplusState_ != SurplusState::draining &&
+                       std::all_of(lanes_.begin(), lanes_.end(),
+                                   [](const Lane& lane) { return lane.state == Lane::State::idle; });
+    if (!quiet) {
+        return;  // The end of the last sound calls again.
+    }
+    if (lanes_.size() > kLargeBurst) {
+        connection_.renew();
+    } else if (lanes_.size() > kQuietLanes) {
+        lanes_.resize(kQuietLanes);
     }
     malloc_trim(0);
 }

@@ -45,8 +45,6 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
     }
     pa_stream_set_state_callback(
         stream_, [](pa_stream*, void* user) { self(user).stateChanged(); }, this);
-    pa_stream_set_underflow_callback(
-        stream_, [](pa_stream*, void* user) { self(user).dry_ = true; }, this);
     if (callbacks_.wanted) {
         pa_stream_set_write_callback(
             stream_,
@@ -58,9 +56,11 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const auto latency =
         static_cast<std::uint32_t>(pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
+    // Playing begins with the first frame that is there. Not with none at all, which `prebuf` 0 would mean: the server
+    // would then never count the stream as run dry, would play silence in its stead and never call it drained.
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
                                 .tlength = latency,
-                                .prebuf = 0,
+                                .prebuf = kFrameSize,
                                 .minreq = kServersChoice,
                                 .fragsize = kServersChoice};
     pa_stream_connect_playback(
@@ -73,7 +73,6 @@ PulseStream::~PulseStream() {
         return;
     }
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
-    pa_stream_set_underflow_callback(stream_, nullptr, nullptr);
     pa_stream_set_write_callback(stream_, nullptr, nullptr);
     pa_stream_disconnect(stream_);
     pa_stream_unref(stream_);
@@ -100,10 +99,7 @@ std::size_t PulseStream::wantedFrames() const {
 
 void PulseStream::write(std::span<const float> stereo) {
     draining_.reset(nullptr);
-    // Once the server has run dry, its reading position is ahead of the last frame written: what is written
-    // there would be in the past.
-    const pa_seek_mode_t where = std::exchange(dry_, false) ? PA_SEEK_RELATIVE_ON_READ : PA_SEEK_RELATIVE;
-    pa_stream_write(stream_, stereo.data(), stereo.size_bytes(), nullptr, 0, where);
+    pa_stream_write(stream_, stereo.data(), stereo.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE);
 }
 
 void PulseStream::uncork() {
@@ -115,7 +111,6 @@ void PulseStream::corkAndFlush() {
     asking_.reset(nullptr);
     forget(pa_stream_cork(stream_, 1, nullptr, nullptr));
     forget(pa_stream_flush(stream_, nullptr, nullptr));
-    dry_ = true;
 }
 
 void PulseStream::drain(std::function<void()> drained) {

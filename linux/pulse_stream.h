@@ -61,7 +61,6 @@ private:
 
     pa_stream* stream_;
     Callbacks callbacks_;
-    bool dry_ = true;  // Nothing waits: the server's reading position has run past what was written.
     std::function<void()> drained_;
     std::function<void(std::optional<std::int64_t>)> queuedAnswer_;
     Operation draining_;
