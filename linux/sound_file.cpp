@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 30U;
 /// How much of a file is read at first, and at second, to decode its head from, beyond the tags at its start.
-constexpr std::uint64_t kFirstBytes = 256 * 1024;
+constexpr std::uint64_t kFirstBytes = std::uint64_t{256} * 1024;
 constexpr std::uint64_t kMoreBytes = 16 * kFirstBytes;
 /// A sound of up to a second is decoded whole. Of a longer one the head must last until the thread that
 /// decodes the rest gets its turn on a busy machine.
