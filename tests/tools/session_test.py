@@ -96,7 +96,11 @@ class ASession(unittest.TestCase):
         self.assert_nothing_left(folder)
 
     def test_is_ended_by_a_signal_which_lets_the_command_finish(self):
-        script = "trap 'sleep 0.2; pactl get-default-sink; exit' TERM; echo $CHIMEWERK_SESSION; setsid sleep 1000 & wait"
+        script = """
+            trap 'sleep 0.2; pactl get-default-sink; exit' TERM
+            setsid sleep 1000 &
+            echo $CHIMEWERK_SESSION
+            while :; do sleep 0.05; done"""
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number):
                 process = subprocess.Popen([TOOL, "--", "sh", "-c", script], stdout=subprocess.PIPE, text=True)
