@@ -19,4 +19,8 @@ endif()
 if(CHIMEWERK_SANITIZE)
   add_compile_options(-fsanitize=${CHIMEWERK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${CHIMEWERK_SANITIZE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # The sanitizers' checks hide from GCC that a value is always set before it is read.
+    add_compile_options(-Wno-maybe-uninitialized)
+  endif()
 endif()
