@@ -1,0 +1,157 @@
+#include "support/recording.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::microseconds;
+
+constexpr SteadyTime kStart{1000s};
+constexpr int kBlock = Recording::kRate / 200;
+
+/// How far a time is from the start, in whole microseconds.
+std::int64_t micros(SteadyTime time) {
+    return std::chrono::round<microseconds>(time - kStart).count();
+}
+
+class ARecording : public testing::Test {
+protected:
+    /// Blocks of 5 ms arrive, each `delay(i)` after it begins to be played.
+    template <typename Delay>
+    void arrive(int blocks, Delay delay) {
+        for (int i = 0; i < blocks; ++i) {
+            recording.append(std::vector<float>(kBlock * Recording::kChannels), played + delay(i));
+            played += 5ms;
+        }
+    }
+    void arrive(int blocks) {
+        arrive(blocks, [](int) { return 0ms; });
+    }
+    /// One block that is silent but for one sample of its 49th frame (1 ms after it begins).
+    void arriveWithClick(float level) {
+        std::vector<float> samples(kBlock * Recording::kChannels);
+        samples[48 * Recording::kChannels + 1] = level;
+        recording.append(samples, played);
+        played += 5ms;
+    }
+
+    Recording recording;
+    SteadyTime played = kStart;
+};
+
+TEST_F(ARecording, FindsTheFirstSoundThatReachesTheThreshold) {
+    arrive(10);
+    arriveWithClick(0.01F);
+    arriveWithClick(-0.5F);
+    arriveWithClick(1.5F);
+    const auto soundAfter = [&](std::chrono::milliseconds after, float threshold) {
+        const auto sound = recording.firstSoundAfter(kStart + after, threshold);
+        return sound ? micros(*sound) : -1;
+    };
+    EXPECT_EQ(soundAfter(-1s, 0.01F), 51'000);
+    EXPECT_EQ(soundAfter(0s, 0.02F), 56'000);
+    EXPECT_EQ(soundAfter(56ms, 0.02F), 56'000) << "the moment itself counts";
+    EXPECT_EQ(soundAfter(57ms, 0.02F), 61'000);
+    EXPECT_EQ(soundAfter(0s, 1.5F), 61'000) << "louder than full scale is not clipped";
+    EXPECT_EQ(soundAfter(0s, 1.6F), -1);
+    EXPECT_EQ(soundAfter(10s, 0.01F), -1);
+}
+
+TEST_F(ARecording, TellsThePeakOfASpan) {
+    EXPECT_EQ(recording.peakBetween(kStart, kStart + 1s), 0.0F) << "before anything was recorded";
+    arriveWithClick(0.25F);
+    arriveWithClick(-0.75F);
+    EXPECT_EQ(recording.peakBetween(kStart, kStart + 1s), 0.75F);
+    EXPECT_EQ(recording.peakBetween(kStart, kStart + 5ms), 0.25F);
+    EXPECT_EQ(recording.peakBetween(kStart + 2ms, kStart + 6ms), 0.0F) << "the end does not count";
+    EXPECT_EQ(recording.peakBetween(kStart + 5ms, kStart + 1ms), 0.0F);
+}
+
+TEST_F(ARecording, IsPlacedByTheBlocksThatCameInTime) {
+    EXPECT_FALSE(recording.end());
+    const auto mostLateSomeEarly = [](int i) {
+        if (i % 5 == 3) {
+            return microseconds(-4000);
+        }
+        return microseconds(i % 3 == 0 ? 100 : i % 13 * 700);
+    };
+    arrive(400, mostLateSomeEarly);
+    arriveWithClick(1.0F);
+    arrive(400, mostLateSomeEarly);
+    EXPECT_NEAR(static_cast<double>(micros(*recording.firstSoundAfter(kStart, 1.0F))), 2'001'000, 200);
+    EXPECT_NEAR(static_cast<double>(micros(*recording.end())), 4'005'000 - 21, 200);
+}
+
+TEST_F(ARecording, FollowsASinkWhoseClockIsSlow) {
+    for (int i = 0; i < 60 * 200; ++i) {
+        arrive(1);
+        played += 1us;
+    }
+    const SteadyTime begun = played;
+    arriveWithClick(1.0F);
+    const auto sound = recording.firstSoundAfter(kStart, 1.0F);
+    EXPECT_NEAR(static_cast<double>(micros(*sound)), static_cast<double>(micros(begun + 1ms)), 300)
+        << "after a minute in which the clock lost 12 ms";
+}
+
+TEST_F(ARecording, KeepsTheTimesOnBothSidesOfAPause) {
+    arrive(100);
+    arriveWithClick(0.5F);
+    recording.pause();
+    played += 10s;
+    const SteadyTime resumed = played;
+    arriveWithClick(1.0F);
+    arrive(100);
+    EXPECT_EQ(micros(*recording.firstSoundAfter(kStart, 0.5F)), 501'000);
+    EXPECT_EQ(recording.firstSoundAfter(kStart + 5s, 0.5F), resumed + 1ms);
+    EXPECT_EQ(recording.peakBetween(kStart + 1s, resumed), 0.0F);
+}
+
+TEST_F(ARecording, IsWrittenAsItIs) {
+    arriveWithClick(1.5F);
+    const TemporaryFolder folder;
+    const std::string path = folder / "recording.wav";
+    ASSERT_TRUE(recording.writeWav(path));
+    EXPECT_GT(std::filesystem::file_size(path), recording.samples().size() * sizeof(float));
+    EXPECT_FALSE(recording.writeWav(folder / "no/folder.wav"));
+}
+
+TEST(ThePaceOfBlocks, IsLiveOnceATenthOfASecondTookATenthOfASecond) {
+    struct Case {
+        const char* name;
+        /// What arrives at once, and after it nothing for as long as it is played.
+        std::chrono::milliseconds renderedAhead;
+        std::chrono::milliseconds liveAfter;
+    };
+    for (const Case& c : {Case{"fresh", 0ms, 100ms}, Case{"rendered ahead", 2000ms, 2100ms}}) {
+        SCOPED_TRACE(c.name);
+        LivePace pace(Recording::kRate);
+        SteadyTime now = kStart;
+        for (auto ahead = c.renderedAhead; ahead > 0ms; ahead -= 5ms) {
+            EXPECT_FALSE(pace.blockArrived(kBlock, now));
+        }
+        now += c.renderedAhead;
+        while (!pace.blockArrived(kBlock, now) && now < kStart + 10s) {
+            now += 5ms;
+        }
+        EXPECT_NEAR(static_cast<double>(micros(now)), static_cast<double>(microseconds(c.liveAfter).count()),
+                    20'000);
+    }
+}
+
+TEST(ThePaceOfBlocks, IsNotLiveWhenMoreComesThanIsPlayed) {
+    LivePace pace(Recording::kRate);
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_FALSE(pace.blockArrived(kBlock, kStart + i * 2ms));
+    }
+}
+
+}  // namespace
+}  // namespace chimewerk
