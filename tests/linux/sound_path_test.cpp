@@ -1,4 +1,5 @@
-// The way from a sound file to the loudspeaker, on a real sound server whose sink is recorded. Needs a private session.
+// The way from a sound file to the loudspeaker, on a real sound server whose sink is recorded. Needs a
+// private session.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -52,7 +53,9 @@ bool eventually(Condition condition, std::chrono::milliseconds patience = 5s) {
 std::chrono::duration<double> processorTime() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    const auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec); };
+    const auto seconds = [](const timeval& t) {
+        return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec);
+    };
     return std::chrono::duration<double>(seconds(usage.ru_utime) + seconds(usage.ru_stime));
 }
 
@@ -66,19 +69,26 @@ std::size_t residentBytes() {
 
 class TheSoundPath : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(eventually([this] { return ourStreams() == 3; })); }
+    void SetUp() override {
+        ASSERT_TRUE(eventually([this] { return ourStreams() == 3; }));
+    }
 
     /// How many streams the program has at the server.
     static std::size_t ourStreams() {
         const std::string list = outputOf("pactl list sink-inputs 2>/dev/null");
         std::size_t count = 0;
-        for (std::size_t at = 0; (at = list.find("application.name = \"Chimewerk\"", at)) != std::string::npos; ++at) {
+        for (std::size_t at = 0;
+             (at = list.find("application.name = \"Chimewerk\"", at)) != std::string::npos; ++at) {
             ++count;
         }
         return count;
     }
-    static bool allCorked() { return outputOf("pactl list sink-inputs").find("Corked: no") == std::string::npos; }
-    static bool sinkSuspended() { return outputOf("pactl list short sinks").find("SUSPENDED") != std::string::npos; }
+    static bool allCorked() {
+        return outputOf("pactl list sink-inputs").find("Corked: no") == std::string::npos;
+    }
+    static bool sinkSuspended() {
+        return outputOf("pactl list short sinks").find("SUSPENDED") != std::string::npos;
+    }
 
     SteadyClock::time_point play(const std::string& path, float volume = 1.0F) {
         const auto before = SteadyClock::now();
@@ -103,8 +113,8 @@ protected:
     SinkRecorder recorder;
 };
 
-/// Where the sound in a recording begins, how many frames it lasts, from the first to the last audible sample of the left
-/// channel, and the longest stretch of silence within.
+/// Where the sound in a recording begins, how many frames it lasts, from the first to the last audible sample
+/// of the left channel, and the longest stretch of silence within.
 struct Extent {
     std::size_t first = 0;
     std::size_t frames = 0;
@@ -173,7 +183,8 @@ TEST_F(TheSoundPath, PlaysOneHundredSoundsAtOnceWithinRange) {
     EXPECT_GE(recorder.peakBetween(begin, end + 1s), 0.5F);
     // Tones of one pitch cancel each other for moments; a stream that starved would be heard for longer.
     const Extent extent = extentOf(recorder.samples(), 0.005F);
-    EXPECT_GT(static_cast<double>(extent.frames) / 48000, std::chrono::duration<double>(end - begin).count() + 0.3);
+    EXPECT_GT(static_cast<double>(extent.frames) / 48000,
+              std::chrono::duration<double>(end - begin).count() + 0.3);
     EXPECT_LT(extent.longestGap, 1440U);
     EXPECT_TRUE(eventually([] { return ourStreams() == 3; }, 15s));
     EXPECT_TRUE(allCorked());
@@ -232,9 +243,11 @@ TEST_F(TheSoundPath, IsHeardAgainAfterTheServerWasKilledInTheMiddleOfASound) {
 
 TEST_F(TheSoundPath, GoesOnWhenItsStreamsAreKilledOrItsDeviceIsTakenAway) {
     const auto path = file("tone.wav", sine(480, 0.5, 0.2));
-    ASSERT_EQ(std::system("for i in $(pactl list short sink-inputs | cut -f1); do pactl kill-sink-input $i 2>/dev/null || "
-                          "pacmd kill-sink-input $i >/dev/null; done"),
-              0);
+    ASSERT_EQ(
+        std::system(
+            "for i in $(pactl list short sink-inputs | cut -f1); do pactl kill-sink-input $i 2>/dev/null || "
+            "pacmd kill-sink-input $i >/dev/null; done"),
+        0);
     ASSERT_TRUE(recorder.start());
     const auto asked = play(path);
     EXPECT_TRUE(recorder.waitForSound(asked, kAudible, asked + 2s));

@@ -1,0 +1,100 @@
+// What a play costs the main thread, up to the hand-over to the sound server.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "linux/posix_file_system.h"
+#include "linux/sound_file.h"
+#include "platform/notification_center.h"
+#include "sound/sound_manager.h"
+#include "support/sound_files.h"
+#include "support/temporary_folder.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+/// Reads and decodes for real, and plays to nobody.
+class ServerlessSoundService final : public SoundService {
+public:
+    std::shared_ptr<Sound> soundFromFile(const std::string& path) override {
+        auto file = SoundFile::open(decoders_, path);
+        return file ? std::make_shared<Unheard>(std::move(file)) : nullptr;
+    }
+    std::shared_ptr<Sound> soundNamed(std::string_view /*name*/) override { return nullptr; }
+
+private:
+    class Unheard final : public Sound {
+    public:
+        explicit Unheard(std::unique_ptr<SoundFile> file) : file_(std::move(file)) {}
+        void setVolume(float /*volume*/) override {}
+        void play() override { benchmark::DoNotOptimize(file_->head().data()); }
+        Seconds duration() const override { return Seconds(file_->seconds()); }
+
+    private:
+        std::unique_ptr<SoundFile> file_;
+    };
+
+    Decoders decoders_{CHIMEWERK_MODULE_DIR};
+};
+
+void playAnEvent(benchmark::State& state, const std::string& eventId, const std::string& ownFile = {}) {
+    VirtualMainQueue queue;
+    NotificationCenter notifications;
+    ServerlessSoundService service;
+    const PosixFileSystem files;
+    SoundManager sounds(CHIMEWERK_SOUND_DIR,
+                        {.queue = queue, .notifications = notifications, .sounds = service, .files = files});
+    SoundEvent& event = *sounds.findEvent(eventId);
+    event.isEnabled = true;
+    event.soundPath = ownFile;
+    for ([[maybe_unused]] const auto& round : state) {
+        sounds.play(eventId);
+        queue.advance(Seconds{1000});
+    }
+}
+
+const TemporaryFolder& folder() {
+    static const TemporaryFolder made;
+    return made;
+}
+
+/// The path of a sound of so many seconds, made by ffmpeg where libsndfile does not write the format.
+std::string soundOf(double seconds, const std::string& extension) {
+    const std::string wav = folder() / (std::to_string(seconds) + ".wav");
+    writeSoundFile(wav, sine(440, 0.5, seconds));
+    if (extension == "wav") {
+        return wav;
+    }
+    std::string path = folder() / (std::to_string(seconds) + "." + extension);
+    if (std::system(("ffmpeg -nostdin -v error -y -i " + wav + " " + path).c_str()) != 0) {
+        std::abort();
+    }
+    return path;
+}
+
+void registerAll() {
+    benchmark::RegisterBenchmark("play/theme sound",
+                                 [](benchmark::State& state) { playAnEvent(state, "trash_add"); });
+    for (const char* const extension : {"wav", "aiff", "mp3", "m4a"}) {
+        for (const double seconds : {0.3, 600.0}) {
+            const std::string path = soundOf(seconds, extension);
+            const std::string name =
+                std::string("play/") + extension + " of " + (seconds < 1 ? "0.3 s" : "10 min");
+            benchmark::RegisterBenchmark(name.c_str(), [path](benchmark::State& state) {
+                playAnEvent(state, "slap", path);
+            })->Unit(benchmark::kMicrosecond);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace chimewerk
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    chimewerk::registerAll();
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
