@@ -1,7 +1,5 @@
 #include "linux/pcm_reader.h"
 
-#include <samplerate.h>
-
 #include <algorithm>
 
 #include "linux/stereo_mix.h"
@@ -12,38 +10,24 @@ namespace {
 
 constexpr std::size_t kDecodeFrames = 4096;
 
-double ratioFrom(int rate) {
-    return static_cast<double>(kOutputRate) / rate;
-}
-
 }  // namespace
-
-void PcmReader::FreeConverter::operator()(SRC_STATE_tag* converter) const {
-    src_delete(converter);
-}
 
 std::unique_ptr<PcmReader> PcmReader::over(std::unique_ptr<Decoder> decoder) {
     const int rate = decoder->rate();
-    std::unique_ptr<PcmReader> reader(new PcmReader(std::move(decoder)));
-    if (rate != kOutputRate) {
-        if (src_is_valid_ratio(ratioFrom(rate)) == 0) {
-            return nullptr;
-        }
-        int error = 0;
-        reader->converter_.reset(src_new(SRC_SINC_FASTEST, kOutputChannels, &error));
-        if (!reader->converter_) {
-            return nullptr;
-        }
+    if (rate < Resampler::kLowestRate || rate > Resampler::kHighestRate) {
+        return nullptr;
     }
-    return reader;
+    return std::unique_ptr<PcmReader>(new PcmReader(std::move(decoder)));
 }
 
-PcmReader::PcmReader(std::unique_ptr<Decoder> decoder) : decoder_(std::move(decoder)) {}
-
-PcmReader::~PcmReader() = default;
+PcmReader::PcmReader(std::unique_ptr<Decoder> decoder) : decoder_(std::move(decoder)) {
+    if (decoder_->rate() != kOutputRate) {
+        resampler_ = std::make_unique<Resampler>(decoder_->rate(), kOutputRate);
+    }
+}
 
 std::size_t PcmReader::read(std::span<float> stereo) {
-    return converter_ ? readConverted(stereo) : readAtOwnRate(stereo);
+    return resampler_ ? readConverted(stereo) : readAtOwnRate(stereo);
 }
 
 std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
@@ -64,29 +48,19 @@ std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
 }
 
 std::size_t PcmReader::readConverted(std::span<float> stereo) {
-    std::size_t done = 0;
-    const std::size_t wanted = stereo.size() / kOutputChannels;
-    while (done < wanted) {
-        if (used_ == waiting_.size() && !ended_) {
-            waiting_.resize(kDecodeFrames * kOutputChannels);
-            waiting_.resize(readAtOwnRate(waiting_) * kOutputChannels);
-            used_ = 0;
+    std::size_t done = resampler_->read(stereo);
+    while (done * kOutputChannels + 1 < stereo.size() && !ended_) {
+        // As much as what is still wanted is made of, in small steps: a head is not worth decoding more than
+        // it needs.
+        const std::size_t wanted = stereo.size() / kOutputChannels - done;
+        const auto source = wanted * static_cast<std::size_t>(decoder_->rate()) / kOutputRate + 64;
+        own_.resize(std::min(source, kDecodeFrames) * kOutputChannels);
+        const std::size_t frames = readAtOwnRate(own_);
+        resampler_->feed(std::span(own_).first(frames * kOutputChannels));
+        if (ended_) {
+            resampler_->end();
         }
-        SRC_DATA step{};
-        step.data_in = waiting_.data() + used_;
-        step.input_frames = static_cast<long>((waiting_.size() - used_) / kOutputChannels);
-        step.data_out = stereo.data() + done * kOutputChannels;
-        step.output_frames = static_cast<long>(wanted - done);
-        step.src_ratio = ratioFrom(decoder_->rate());
-        step.end_of_input = ended_ ? 1 : 0;
-        if (src_process(converter_.get(), &step) != 0) {
-            break;
-        }
-        used_ += static_cast<std::size_t>(step.input_frames_used) * kOutputChannels;
-        done += static_cast<std::size_t>(step.output_frames_gen);
-        if (ended_ && step.output_frames_gen == 0 && used_ == waiting_.size()) {
-            break;
-        }
+        done += resampler_->read(stereo.subspan(done * kOutputChannels));
     }
     return done;
 }

@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "linux/decoder.h"
-
-struct SRC_STATE_tag;
+#include "linux/resampler.h"
 
 namespace chimewerk {
 
@@ -21,7 +20,6 @@ class PcmReader {
 public:
     /// Null when the decoder's rate is beyond what can be converted.
     static std::unique_ptr<PcmReader> over(std::unique_ptr<Decoder> decoder);
-    ~PcmReader();
 
     /// Writes up to `stereo.size() / 2` frames and tells how many; fewer only at the sound's end.
     std::size_t read(std::span<float> stereo);
@@ -29,20 +27,14 @@ public:
     const Decoder& decoder() const { return *decoder_; }
 
 private:
-    struct FreeConverter {
-        void operator()(SRC_STATE_tag* converter) const;
-    };
-
     explicit PcmReader(std::unique_ptr<Decoder> decoder);
     std::size_t readAtOwnRate(std::span<float> stereo);
     std::size_t readConverted(std::span<float> stereo);
 
     std::unique_ptr<Decoder> decoder_;
-    std::unique_ptr<SRC_STATE_tag, FreeConverter> converter_;  // Null when the rate is the output's.
-    std::vector<float> decoded_;                               // Interleaved, as the decoder yields it.
-    std::vector<float>
-        waiting_;  // Stereo at the decoder's rate, of which the first `used_` samples are done with.
-    std::size_t used_ = 0;
+    std::unique_ptr<Resampler> resampler_;  // Null when the rate is the output's.
+    std::vector<float> decoded_;            // Interleaved, as the decoder yields it.
+    std::vector<float> own_;                // Stereo at the decoder's rate.
     bool ended_ = false;
 };
 

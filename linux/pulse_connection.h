@@ -54,9 +54,9 @@ public:
     /// Looks for the server at once if there is none. Lock held.
     void connectNow();
 
-    /// Connects anew, for the parts as if the server had gone and come. It gives back the memory that the library shares
-    /// with the server, which only grows while a connection lasts. Lock held; from the connection's thread, and not from
-    /// within a callback of what lives on the context.
+    /// Connects anew, for the parts as if the server had gone and come. It gives back the memory that the
+    /// library shares with the server, which only grows while a connection lasts. Lock held; from the
+    /// connection's thread, and not from within a callback of what lives on the context.
     void renew();
 
     /// A job in the future of the connection's thread; it does not run once the handle is gone.

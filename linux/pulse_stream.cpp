@@ -56,8 +56,9 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const auto latency =
         static_cast<std::uint32_t>(pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
-    // Playing begins with the first frame that is there. Not with none at all, which `prebuf` 0 would mean: the server
-    // would then never count the stream as run dry, would play silence in its stead and never call it drained.
+    // Playing begins with the first frame that is there. Not with none at all, which `prebuf` 0 would mean:
+    // the server would then never count the stream as run dry, would play silence in its stead and never call
+    // it drained.
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
                                 .tlength = latency,
                                 .prebuf = kFrameSize,

@@ -105,8 +105,8 @@ void inspectMp3(const ReadAt& readAt, std::uint64_t size, SoundContainer& facts)
     }
     const bool mpeg1 = version == 3;
     const std::size_t at = 4 + (mpeg1 ? (mono ? 17U : 32U) : (mono ? 9U : 17U));
-    facts.lengthIsUntold = !hasTag(frame, at, "Xing") && !hasTag(frame, at, "Info");
-    if (facts.lengthIsUntold) {
+    facts.isMp3 = true;
+    if (!hasTag(frame, at, "Xing") && !hasTag(frame, at, "Info")) {
         return;
     }
     constexpr std::array<double, 3> kRates = {44100, 48000, 32000};
@@ -119,6 +119,7 @@ void inspectMp3(const ReadAt& readAt, std::uint64_t size, SoundContainer& facts)
         field += 4;
     }
     if ((present & 2U) != 0) {
+        facts.sizeFieldAt = facts.audioStart + field;
         facts.truncated = facts.audioStart + load32(frame, field, ByteOrder::big) > size;
     }
 }

@@ -13,10 +13,12 @@ struct SoundContainer {
     bool truncated = false;
     /// Where the sound begins: behind the tags at the file's start, which may hold whole pictures.
     std::uint64_t audioStart = 0;
-    /// The length in seconds of an MP3 that has a table of contents, else 0.
+    /// An MP3: frame after frame, with or without a table of contents before them.
+    bool isMp3 = false;
+    /// The length in seconds as the table of contents tells it, 0 without one.
     double seconds = 0;
-    /// An MP3 without one: only a count of its frames, all the way to the end, tells its length.
-    bool lengthIsUntold = false;
+    /// Where the table of contents tells the number of bytes, big-endian in 32 bits; 0 when it does not.
+    std::uint64_t sizeFieldAt = 0;
 };
 
 /// Reads up to `target.size()` bytes at `offset` and tells how many there were; fewer than asked for only at

@@ -8,8 +8,6 @@
 #include <cerrno>
 #include <new>
 
-#include "linux/sound_container.h"
-
 namespace chimewerk {
 
 namespace {
@@ -21,7 +19,7 @@ constexpr std::uint64_t kMoreBytes = 16 * kFirstBytes;
 /// A sound of up to a second is decoded whole. Of a longer one the head must last until the thread that
 /// decodes the rest gets its turn on a busy machine.
 constexpr std::size_t kShortFrames = kOutputRate;
-constexpr std::size_t kHeadFrames = kOutputRate / 4;
+constexpr std::size_t kHeadFrames = kOutputRate / 5;
 
 }  // namespace
 
@@ -47,41 +45,52 @@ SoundFile::SoundFile(const Decoders& decoders, FileDescriptor file, std::uint64_
     : decoders_(decoders), file_(std::move(file)), size_(size) {}
 
 bool SoundFile::decodeHead() {
-    const SoundContainer container = inspectSoundContainer(
+    container_ = inspectSoundContainer(
         [this](std::uint64_t offset, std::span<std::byte> target) { return readAt(offset, target); }, size_);
-    if (container.truncated) {
+    if (container_.truncated) {
         return false;
     }
-    const std::uint64_t audioStart = container.audioStart < size_ ? container.audioStart : 0;
+    if (container_.audioStart >= size_) {
+        container_.audioStart = 0;
+    }
     for (const std::uint64_t beyondTags : {kFirstBytes, kMoreBytes, size_}) {
-        const auto visible = static_cast<std::size_t>(std::min(size_, audioStart + beyondTags));
-        if (!begin(visible)) {
-            if (wholeIsVisible()) {
-                return false;
-            }
-            continue;
+        if (decodeHeadFrom(static_cast<std::size_t>(std::min(size_, container_.audioStart + beyondTags)))) {
+            return !head_.empty();
         }
-        const double visibleSeconds = reader_->decoder().seconds();
-        const bool isShort =
-            wholeIsVisible() && visibleSeconds * kOutputRate <= static_cast<double>(kShortFrames);
-        const std::size_t wanted = isShort ? kShortFrames + kHeadFrames : kHeadFrames;
-        head_.resize(wanted * kOutputChannels);
-        const std::size_t frames = reader_->read(head_);
-        head_.resize(frames * kOutputChannels);
-        if (frames < wanted && !wholeIsVisible()) {
-            continue;  // The bytes at hand did not yield a head's worth.
+        if (wholeIsVisible()) {
+            return false;
         }
-        headIsAll_ = frames < wanted;
-        const double decoded = static_cast<double>(frames) / kOutputRate;
-        const double proportion =
-            static_cast<double>(size_ - audioStart) / static_cast<double>(visible - audioStart);
-        seconds_ = headIsAll_                 ? decoded
-                   : container.seconds > 0    ? container.seconds
-                   : container.lengthIsUntold ? visibleSeconds * proportion
-                                              : visibleSeconds;
-        return frames > 0;
     }
     return false;
+}
+
+/// Decodes the head with that much of the file in sight; false when it does not yield a head's worth.
+bool SoundFile::decodeHeadFrom(std::size_t visible) {
+    if (!begin(visible)) {
+        return false;
+    }
+    const double toldSeconds = reader_->decoder().seconds();
+    const bool isShort = wholeIsVisible() && toldSeconds * kOutputRate <= static_cast<double>(kShortFrames);
+    const std::size_t wanted = isShort ? kShortFrames + kHeadFrames : kHeadFrames;
+    head_.resize(wanted * kOutputChannels);
+    const std::size_t frames = reader_->read(head_);
+    head_.resize(frames * kOutputChannels);
+    if (frames < wanted && !wholeIsVisible()) {
+        return false;
+    }
+    headIsAll_ = frames < wanted;
+    if (headIsAll_) {
+        seconds_ = static_cast<double>(frames) / kOutputRate;
+    } else if (container_.seconds > 0) {
+        seconds_ = container_.seconds;
+    } else if (container_.isMp3) {
+        // Counted in the frames in sight: the others are taken to be as long.
+        const auto audio = static_cast<double>(size_ - container_.audioStart);
+        seconds_ = toldSeconds * audio / static_cast<double>(visible - container_.audioStart);
+    } else {
+        seconds_ = toldSeconds;
+    }
+    return true;
 }
 
 /// Opens a decoder over the file's first `visible` bytes.
@@ -90,9 +99,25 @@ bool SoundFile::begin(std::size_t visible) {
     if (!readBytes(visible)) {
         return false;
     }
-    auto decoder = decoders_.open({bytes_, size_});
+    VisibleFile file{.bytes = bytes_, .size = size_};
+    if (container_.isMp3) {
+        // Its decoder walks through all frames that the size promises, and complains on the standard error
+        // about a table of contents that tells of more.
+        file.size = visible;
+        tellTableOfContents(visible - static_cast<std::size_t>(container_.audioStart));
+    }
+    auto decoder = decoders_.open(file);
     reader_ = decoder ? PcmReader::over(std::move(decoder)) : nullptr;
     return reader_ != nullptr;
+}
+
+void SoundFile::tellTableOfContents(std::size_t bytes) {
+    if (container_.sizeFieldAt == 0 || container_.sizeFieldAt + 4 > bytes_.size()) {
+        return;
+    }
+    for (std::size_t i = 0; i < 4; ++i) {
+        bytes_[container_.sizeFieldAt + i] = static_cast<std::byte>(bytes >> (8 * (3 - i)) & 0xFFU);
+    }
 }
 
 std::size_t SoundFile::readRest(std::span<float> stereo) {

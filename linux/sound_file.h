@@ -10,6 +10,7 @@
 #include "linux/decoder.h"
 #include "linux/file_descriptor.h"
 #include "linux/pcm_reader.h"
+#include "linux/sound_container.h"
 
 namespace chimewerk {
 
@@ -35,7 +36,9 @@ public:
 private:
     SoundFile(const Decoders& decoders, FileDescriptor file, std::uint64_t size);
     bool decodeHead();
+    bool decodeHeadFrom(std::size_t visible);
     bool begin(std::size_t visible);
+    void tellTableOfContents(std::size_t bytes);
     bool readBytes(std::size_t count);
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> target) const;
     bool wholeIsVisible() const { return bytes_.size() == size_; }
@@ -43,6 +46,7 @@ private:
     const Decoders& decoders_;
     FileDescriptor file_;  // Closed when all of it has been read.
     const std::uint64_t size_;
+    SoundContainer container_;
     std::vector<std::byte> bytes_;  // The file's beginning, or all of it.
     std::unique_ptr<PcmReader> reader_;
     std::vector<float> head_;
