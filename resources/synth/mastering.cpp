@@ -68,15 +68,26 @@ Sound limited(Sound sound) {
     return sound;
 }
 
-Sound withCleanEdges(const Sound& sound) {
-    const double length = sound.seconds();
-    return highPass(sound, 25.0) * breathed(0.0006, length, std::min(0.012, 0.2 * length));
+// Without the end that nobody hears any more.
+Sound trimmed(const Sound& sound, Role role) {
+    const double inaudible = decibels(-54.0);
+    const auto shortest = static_cast<std::size_t>((role == Role::event ? 0.16 : 0.042) * kSampleRate);
+    std::size_t length = sound.size();
+    while (length > shortest && std::abs(sound[length - 1]) < inaudible) {
+        --length;
+    }
+    return sound.lasting(static_cast<double>(length) / kSampleRate);
+}
+
+Sound withCleanEdges(const Sound& sound, Role role) {
+    const Sound heard = trimmed(highPass(sound, 25.0), role);
+    return heard * breathed(0.0006, heard.seconds(), std::min(0.012, 0.2 * heard.seconds()));
 }
 
 }  // namespace
 
 std::vector<std::int16_t> mastered(const Sound& sound, Role role) {
-    const Sound clean = withCleanEdges(sound.normalised());
+    const Sound clean = withCleanEdges(sound.normalised(), role);
     // -0.691 is the standard's offset: a full-scale sine of 997 Hz in one channel then measures -3.01.
     const double wanted = decibels(2.0 * ((role == Role::event ? kEventLoudness : kKeyLoudness) + 0.691));
     double gain = 1.0;

@@ -55,7 +55,7 @@ Sound crackle(double seconds, const Curve& perSecond, std::uint64_t seed) {
 
 Sound stickSlip(double seconds, const Curve& hertz, double unrest, std::uint64_t seed) {
     Random random(seed);
-    double stress = 1.0;
+    double stress = 0.9;
     double strength = 1.0;
     return rendered(seconds, [&](double now) {
         stress += hertz(now) / kSampleRate;

@@ -52,7 +52,7 @@ Sound glass() {
 Sound blowAcross() {
     const Sound air = noise(0.7, 82);
     const Sound neck = bandPass(air, wobble(392, 5, 0.2), 28.0) * 4.0 + bandPass(air, 1180, 14.0) * 0.8;
-    return (neck + bandPass(air, 2400, 0.8) * 0.25) * breathed(0.025, 0.7, 0.4);
+    return (neck + bandPass(air, 2400, 0.8) * 0.25) * breathed(0.012, 0.7, 0.4);
 }
 
 // The smallest tap on metal.

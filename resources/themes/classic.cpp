@@ -42,7 +42,8 @@ Sound ending(const Sound& sound, double seconds) {
 }
 
 Sound slap() {
-    return ending(bar("F3"_hz) + bar("C4"_hz) * 0.6 + mallet(500) * 1.2, 0.4);
+    const Sound wood = bar("F3"_hz) + bar("C4"_hz) * 0.6 + mallet(600) * 1.2;
+    return ending(wood + bell("F4"_hz) * 0.35 + bell("C5"_hz) * 0.2, 0.6);
 }
 
 Sound lidOpen() {
@@ -133,7 +134,8 @@ Sound batteryLow() {
 }
 
 Sound usbConnect() {
-    return ending(mallet(1800) * 0.8 + play(bell, {{0.03, "A4"_hz, 0.8}, {0.13, "A5"_hz, 0.8}}), 0.6);
+    const Sound plugged = bar("A5"_hz) * 0.8 + chime("E6"_hz) * 0.3;
+    return ending(mallet(1800) * 0.8 + bar("A4"_hz) + Sound().add(0.1, plugged), 0.45);
 }
 
 Sound keyClick() {

@@ -138,7 +138,7 @@ Sound networkDown() {
         hangUp.add(note.at, pulse(note.hertz, 0.125, note.at > 0.3 ? 0.3 : 0.1));
         hangUp.add(note.at, bass(note.hertz / 4.0, 0.12), 0.7);
     }
-    return hangUp.add(0.42, clank(3000, 0.12), 0.4);
+    return hangUp.add(0.42, bass(glide("D4"_hz, "D2"_hz, 0.2), 0.28));
 }
 
 Sound batteryLow() {

@@ -42,7 +42,7 @@ std::vector<Partial> stringPartials(double hertz, double force) {
 Sound hammer(double hertz, double force) {
     const Body action = {{95, 0.08, 1.0}, {185, 0.06, 0.8}, {310, 0.04, 0.5}, {520, 0.03, 0.3}};
     const Sound felt = bandPass(noise(0.03, 61), std::min(5000.0, 4.0 * hertz), 0.8) * struck(0.0008, 0.025);
-    return driven(action, blow(1.8), 0.1) * 0.25 + felt * (0.3 * force);
+    return driven(action, blow(1.8), 0.1) * 0.1 + felt * (0.3 * force);
 }
 
 Sound string(double hertz, double force, double seconds) {
@@ -53,6 +53,13 @@ Sound string(double hertz, double force, double seconds) {
 Sound note(double hertz) {
     return string(hertz, 0.7, 0.9);
 }
+// A finger leaves these when the next one comes.
+Sound legato(double hertz) {
+    return string(hertz, 0.7, 0.4).damped(0.26, 0.16);
+}
+Sound softLegato(double hertz) {
+    return string(hertz, 0.35, 0.4).damped(0.22, 0.16);
+}
 Sound softNote(double hertz) {
     return string(hertz, 0.35, 0.9);
 }
@@ -60,14 +67,14 @@ Sound loudNote(double hertz) {
     return string(hertz, 1.0, 0.9);
 }
 Sound staccato(double hertz) {
-    return string(hertz, 0.8, 0.4).damped(0.2, 0.1);
+    return string(hertz, 0.8, 0.4).damped(0.16, 0.1);
 }
 
 // With the pedal down the free strings take up what they hear and answer a moment later.
 Sound withPedal(const Sound& sound, double seconds) {
     Body strings;
     for (int key = -17; key <= 24; ++key) {
-        strings.push_back({262.0 * semitones(key), 1.6, 0.006});
+        strings.push_back({262.0 * semitones(key), 1.6, 2.0e-5});
     }
     return inRoom(sound + driven(strings, sound, 0.2) * 0.5, 0.12, 0.5, 0.05).damped(seconds, 0.4 * seconds);
 }
@@ -81,11 +88,8 @@ Sound slap() {
 }
 
 Sound lidOpen() {
-    return withPedal(play(note, {{0.0, "C4"_hz, 0.8},
-                                 {0.09, "G4"_hz, 0.8},
-                                 {0.18, "D5"_hz, 0.9},
-                                 {0.27, "E5"_hz},
-                                 {0.36, "G5"_hz}}),
+    return withPedal(play(legato, {{0.0, "C4"_hz, 0.8}, {0.09, "G4"_hz, 0.8}, {0.18, "D5"_hz, 0.9}}) +
+                         play(note, {{0.27, "E5"_hz}, {0.36, "G5"_hz, 1.2}}),
                      1.19);
 }
 
@@ -103,28 +107,31 @@ Sound lidAngle() {
 }
 
 Sound chargerConnect() {
-    return withPedal(play(note, {{0.0, "G3"_hz}, {0.1, "D4"_hz}, {0.2, "B4"_hz}, {0.2, "G5"_hz}}), 0.95);
+    return withPedal(
+        play(legato, {{0.0, "G3"_hz}, {0.1, "D4"_hz}}) + play(note, {{0.2, "B4"_hz}, {0.2, "G5"_hz, 1.2}}),
+        0.95);
 }
 
 Sound chargerDisconnect() {
-    return withPedal(play(note, {{0.0, "G5"_hz}, {0.0, "B4"_hz}, {0.12, "D4"_hz}, {0.24, "G3"_hz, 1.2}}),
-                     0.9);
+    return withPedal(
+        play(legato, {{0.0, "G5"_hz}, {0.0, "B4"_hz}, {0.12, "D4"_hz}}) + play(note, {{0.24, "G3"_hz, 1.2}}),
+        0.9);
 }
 
 Sound brightnessUp() {
-    return withoutPedal(play(softNote, {{0.0, "A5"_hz}, {0.07, "E6"_hz}}), 0.4);
+    return withoutPedal(play(softLegato, {{0.0, "E5"_hz}}) + play(softNote, {{0.07, "E6"_hz, 1.2}}), 0.4);
 }
 
 Sound brightnessDown() {
-    return withoutPedal(play(softNote, {{0.0, "E6"_hz}, {0.07, "A5"_hz}}), 0.4);
+    return withoutPedal(play(softLegato, {{0.0, "E6"_hz}}) + play(softNote, {{0.07, "E5"_hz, 1.2}}), 0.4);
 }
 
 Sound volumeUp() {
-    return withoutPedal(play(staccato, {{0.0, "E4"_hz}, {0.07, "A4"_hz}}), 0.3);
+    return withoutPedal(play(staccato, {{0.0, "D4"_hz, 0.8}, {0.07, "B4"_hz}}), 0.3);
 }
 
 Sound volumeDown() {
-    return withoutPedal(play(staccato, {{0.0, "A4"_hz}, {0.07, "E4"_hz}}), 0.3);
+    return withoutPedal(play(staccato, {{0.0, "B4"_hz, 0.8}, {0.07, "D4"_hz}}), 0.3);
 }
 
 Sound screenshot() {
@@ -134,10 +141,9 @@ Sound screenshot() {
 }
 
 Sound appLaunch() {
-    return withPedal(
-        play(softNote,
-             {{0.0, "C5"_hz}, {0.045, "E5"_hz}, {0.09, "G5"_hz}, {0.135, "B5"_hz}, {0.18, "D6"_hz}}),
-        0.8);
+    return withPedal(play(softLegato, {{0.0, "C5"_hz}, {0.045, "E5"_hz}, {0.09, "G5"_hz}, {0.135, "B5"_hz}}) +
+                         play(softNote, {{0.18, "D6"_hz, 1.3}}),
+                     0.8);
 }
 
 Sound trashEmpty() {
@@ -158,12 +164,14 @@ Sound trashAdd() {
 }
 
 Sound networkUp() {
-    return withPedal(play(note, {{0.0, "D5"_hz, 0.8}, {0.1, "D5"_hz, 0.8}, {0.2, "A5"_hz}, {0.3, "D6"_hz}}),
+    return withPedal(play(legato, {{0.0, "D5"_hz, 0.8}, {0.1, "D5"_hz, 0.8}, {0.2, "A5"_hz}}) +
+                         play(note, {{0.3, "D6"_hz, 1.2}}),
                      0.9);
 }
 
 Sound networkDown() {
-    return withPedal(play(note, {{0.0, "D6"_hz, 0.8}, {0.1, "A5"_hz, 0.8}, {0.2, "D5"_hz}, {0.32, "D4"_hz}}),
+    return withPedal(play(legato, {{0.0, "D6"_hz, 0.8}, {0.1, "D6"_hz, 0.8}, {0.2, "G5"_hz}}) +
+                         play(note, {{0.32, "D4"_hz}}),
                      0.85);
 }
 
@@ -177,7 +185,8 @@ Sound batteryLow() {
 }
 
 Sound usbConnect() {
-    return withoutPedal(play(note, {{0.0, "F4"_hz, 0.9}, {0.0, "C5"_hz, 0.9}, {0.11, "F5"_hz}}), 0.55);
+    return withoutPedal(
+        play(legato, {{0.0, "F4"_hz, 0.9}, {0.0, "C5"_hz, 0.9}}) + play(note, {{0.11, "F5"_hz, 1.1}}), 0.55);
 }
 
 Sound keyClick() {

@@ -46,7 +46,7 @@ Sound slap() {
 }
 
 Sound lidOpen() {
-    const Sound rising = engine(55, 440, 0.8) * tremolo(18, 0.35) * breathed(0.03, 0.8, 0.25);
+    const Sound rising = engine(55, 440, 0.8) * tremolo(18, 0.35) * breathed(0.002, 0.8, 0.25);
     return inHall(rising * 0.6 + Sound().add(0.5, crystal("A5"_hz) + crystal("E6"_hz) * 0.6, 0.6));
 }
 
@@ -101,10 +101,11 @@ Sound screenshot() {
 }
 
 Sound appLaunch() {
-    const Sound thrust = bandPass(noise(0.9, 33), glide(250, 4200, 0.7), 1.2) * breathed(0.25, 0.9, 0.25);
+    const Sound thrust = bandPass(noise(0.9, 33), glide(180, 5200, 0.8), 0.9) * breathed(0.004, 0.9, 0.35);
+    const Sound ignition = sineTone(0.3, glide(120, 45, 0.25)) * struck(0.003, 0.5);
     const Sound warp =
-        fmTone(0.9, glide(70, 1150, 0.7), 0.5, glide(5.0, 1.0, 0.7)) * breathed(0.01, 0.9, 0.25);
-    return inHall(thrust * 0.9 + warp * 0.6);
+        fmTone(0.55, glide(240, 2300, 0.42), 0.5, glide(6.0, 0.6, 0.45)) * breathed(0.02, 0.55, 0.2);
+    return inHall(thrust * 1.4 + ignition + Sound().add(0.4, warp, 0.7));
 }
 
 Sound trashEmpty() {

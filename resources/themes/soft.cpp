@@ -11,7 +11,7 @@ namespace {
 
 using namespace synth;
 
-constexpr double kAttack = 0.022;
+constexpr double kAttack = 0.012;
 
 // A pure tone with a little octave above it; two of them, hardly out of tune, so that it lives.
 Sound tone(const Curve& hertz, double seconds) {
@@ -34,7 +34,7 @@ Sound drop(double hertz) {
 }
 
 Sound breath(const Curve& hertz, double seconds, std::uint64_t seed) {
-    return bandPass(noise(seconds, seed), hertz, 1.2) * breathed(0.05, seconds, 0.6 * seconds);
+    return bandPass(noise(seconds, seed), hertz, 1.2) * breathed(0.008, seconds, 0.6 * seconds);
 }
 
 Sound softly(const Sound& sound) {
@@ -78,15 +78,15 @@ Sound brightnessDown() {
 }
 
 Sound volumeUp() {
-    return softly(tone(glide("D5"_hz, "A5"_hz, 0.16), 0.3));
+    return inRoom(tone(glide("D5"_hz, "A5"_hz, 0.2), 0.26), 0.2, 0.4, 0.08);
 }
 
 Sound volumeDown() {
-    return softly(tone(glide("A5"_hz, "D5"_hz, 0.16), 0.3));
+    return inRoom(tone(glide("A5"_hz, "D5"_hz, 0.2), 0.26), 0.2, 0.4, 0.08);
 }
 
 Sound screenshot() {
-    return softly(breath(glide(2200, 900, 0.12), 0.16, 21) * 0.9 + Sound().add(0.06, drop("D5"_hz), 0.7));
+    return softly(breath(glide(2200, 900, 0.12), 0.16, 21) * 1.4 + Sound().add(0.07, drop("D5"_hz), 0.5));
 }
 
 Sound appLaunch() {
@@ -115,9 +115,10 @@ Sound networkDown() {
 }
 
 Sound batteryLow() {
-    const auto call = [](double hertz) { return tone(hertz, 0.24) + tone(1.5 * hertz, 0.24) * 0.4; };
-    return softly(
-        play(call, {{0.0, "F#5"_hz}, {0.16, "D5"_hz}, {0.4, "F#5"_hz}, {0.56, "D5"_hz}, {0.72, "B4"_hz}}));
+    const auto call = [](double hertz) { return tone(hertz, 0.15) + tone(1.5 * hertz, 0.15) * 0.4; };
+    const Sound calls =
+        play(call, {{0.0, "F#5"_hz}, {0.16, "D5"_hz}, {0.42, "F#5"_hz}, {0.58, "D5"_hz}, {0.84, "B4"_hz}});
+    return inRoom(calls, 0.15, 0.5, 0.15);
 }
 
 Sound usbConnect() {

@@ -20,7 +20,7 @@ const Body kWoodBlock = {{780, 0.09, 1.0}, {1720, 0.05, 0.5}, {2890, 0.03, 0.3},
 const Body kLatch = {
     {1240, 0.06, 0.6}, {2130, 0.05, 0.8}, {3420, 0.05, 0.9}, {4870, 0.04, 0.6}, {6900, 0.025, 0.4}};
 const Body kBrassBell = {
-    {1046, 0.9, 1.0}, {1052, 0.7, 0.5}, {2480, 0.5, 0.5}, {4390, 0.25, 0.3}, {6700, 0.12, 0.15}};
+    {1046, 0.9, 1.0}, {1052, 0.7, 0.5}, {2480, 0.5, 0.8}, {4390, 0.3, 0.6}, {6700, 0.15, 0.35}};
 const Body kBasket = {{96, 0.12, 1.0}, {205, 0.1, 0.6}, {337, 0.07, 0.4}, {770, 0.04, 0.2}};
 const Body kTypebar = {
     {290, 0.03, 1.0}, {640, 0.025, 0.8}, {1650, 0.02, 0.6}, {2900, 0.02, 0.6}, {4600, 0.014, 0.4}};
@@ -38,10 +38,12 @@ Sound block(double pitch) {
     return driven(resized(kWoodBlock, pitch), blow(0.5), 0.14);
 }
 
-// A dry hinge: the wood sticks and slips at `hertz`, and the door sings along above it.
+// A dry hinge: the wood sticks and slips at `hertz`, and the door sings along above it, higher the faster it
+// slips.
 Sound creak(const Curve& hertz, double seconds, std::uint64_t seed) {
-    const Sound slips = stickSlip(seconds, hertz, 0.22, seed) * breathed(0.02, seconds, 0.3 * seconds);
-    return driven(kHinge, slips, 0.05) + driven(resized(kDoor, 1.6, 0.5), slips, 0.05) * 0.5;
+    const Sound slips = stickSlip(seconds, hertz, 0.12, seed) * breathed(0.0005, seconds, 0.3 * seconds);
+    const Sound voice = driven(kHinge, slips, 0.05) + driven(resized(kDoor, 1.6, 0.5), slips, 0.05) * 0.5;
+    return bandPass(voice, hertz * 6.5, 1.3) + voice * 0.15;
 }
 
 // Sheets rubbing and folding: a rush of small breaks in something thin.
@@ -99,7 +101,7 @@ Sound brightnessDown() {
 
 Sound volumeUp() {
     Sound knob;
-    const double pitches[] = {0.62, 0.78, 0.98};
+    const double pitches[] = {0.52, 0.78, 1.17};
     double at = 0.0;
     for (const double pitch : pitches) {
         knob.add(at, knuckle(3.2 * pitch) + snap(pitch) * 0.12);
@@ -110,7 +112,7 @@ Sound volumeUp() {
 
 Sound volumeDown() {
     Sound knob;
-    const double pitches[] = {0.98, 0.78, 0.62};
+    const double pitches[] = {1.17, 0.78, 0.52};
     double at = 0.0;
     for (const double pitch : pitches) {
         knob.add(at, knuckle(3.2 * pitch) + snap(pitch) * 0.12);
@@ -126,12 +128,12 @@ Sound screenshot() {
 }
 
 Sound appLaunch() {
-    const Sound ding = driven(kBrassBell, blow(0.35), 0.75) * breathed(0.001, 0.75, 0.4);
+    const Sound ding = driven(kBrassBell, blow(0.15), 0.75) * breathed(0.001, 0.75, 0.4);
     return thud(0.8, 2.0) * 0.3 + Sound().add(0.02, ding);
 }
 
 Sound trashEmpty() {
-    Sound rubbish = paper(0.85, glide(2600, 250, 0.8), 0.8, 56) * 1.6;
+    Sound rubbish = paper(0.85, glide(2600, 250, 0.8), 0.8, 56) * tremolo(6.5, 0.75) * 1.8;
     rubbish.add(0.18, driven(kBasket, blow(3.0), 0.25), 0.8).add(0.33, knuckle(1.4), 0.35);
     return rubbish.add(0.46, driven(resized(kBasket, 1.2), blow(2.0), 0.25), 0.9)
         .add(0.62, thud(2.5, 0.7), 0.8);

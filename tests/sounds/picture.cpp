@@ -13,11 +13,10 @@ namespace {
 constexpr int kColumns = 7;
 constexpr int kTileWidth = 150;
 constexpr int kLabelHeight = 14;
-constexpr int kWaveHeight = 24;
-constexpr int kSpectrumHeight = 80;
-constexpr int kTileHeight = kLabelHeight + kWaveHeight + kSpectrumHeight + 6;
+constexpr int kWaveHeight = 32;
+constexpr int kSpectrumHeight = 120;
+constexpr int kTileHeight = kLabelHeight + kWaveHeight + kSpectrumHeight + 10;
 constexpr int kInnerWidth = kTileWidth - 6;
-constexpr double kShownSeconds = 1.2;
 constexpr std::uint8_t kInk = 15;
 constexpr std::uint8_t kWave = 10;
 
@@ -44,8 +43,14 @@ void drawText(Picture& picture, int left, int top, std::string_view text) {
     }
 }
 
-void drawWave(Picture& picture, int left, int top, const Samples& samples) {
-    const auto perColumn = static_cast<std::size_t>(kShownSeconds * kSampleRate / kInnerWidth);
+void drawWave(Picture& picture, int left, int top, const Tile& tile) {
+    const Samples& samples = tile.samples;
+    const auto perColumn = static_cast<std::size_t>(tile.seconds * kSampleRate / kInnerWidth);
+    const auto [lowest, highest] = std::minmax_element(samples.begin(), samples.end());
+    const double peak = std::max({-*lowest, *highest, 1e-6});
+    const auto rowOf = [=](double sample) {
+        return static_cast<int>(std::lround((0.5 - 0.5 * sample / peak) * (kWaveHeight - 1)));
+    };
     for (int column = 0; column < kInnerWidth; ++column) {
         const std::size_t from = static_cast<std::size_t>(column) * perColumn;
         if (from >= samples.size()) {
@@ -55,9 +60,6 @@ void drawWave(Picture& picture, int left, int top, const Samples& samples) {
         const auto last =
             samples.begin() + static_cast<std::ptrdiff_t>(std::min(from + perColumn, samples.size()));
         const auto [low, high] = std::minmax_element(first, last);
-        const auto rowOf = [](double sample) {
-            return static_cast<int>(std::lround((0.5 - 0.5 * sample) * (kWaveHeight - 1)));
-        };
         for (int row = rowOf(*high); row <= rowOf(*low); ++row) {
             picture.at(left + column, top + row) = kWave;
         }
@@ -72,11 +74,12 @@ double powerBetween(const Spectrum& spectrum, double fromHertz, double toHertz) 
                              spectrum.begin() + static_cast<std::ptrdiff_t>(last) + 1);
 }
 
-void drawSpectrogram(Picture& picture, int left, int top, const Samples& samples) {
+void drawSpectrogram(Picture& picture, int left, int top, const Tile& tile) {
     constexpr double kLowest = 60.0;
     constexpr double kHighest = 16000.0;
     constexpr double kRange = 50.0;
-    const auto columns = spectra(samples, kShownSeconds / kInnerWidth);
+    // The shorter the time that is shown, the shorter what one column sees.
+    const auto columns = spectra(tile.samples, tile.seconds / kInnerWidth, 0.035 * tile.seconds);
     double loudest = 1e-12;
     for (const Spectrum& spectrum : columns) {
         loudest = std::max(loudest, *std::max_element(spectrum.begin(), spectrum.end()));
@@ -111,8 +114,8 @@ Picture grid(const std::vector<Tile>& tiles) {
         const int left = i % kColumns * kTileWidth + 3;
         const int top = i / kColumns * kTileHeight + 3;
         drawText(picture, left, top, tile.label);
-        drawWave(picture, left, top + kLabelHeight, tile.samples);
-        drawSpectrogram(picture, left, top + kLabelHeight + kWaveHeight, tile.samples);
+        drawWave(picture, left, top + kLabelHeight, tile);
+        drawSpectrogram(picture, left, top + kLabelHeight + kWaveHeight + 2, tile);
     }
     return picture;
 }

@@ -25,11 +25,12 @@ struct Picture {
 struct Tile {
     std::string label;
     Samples samples;
+    /// How much time the tile is wide.
+    double seconds = 1.2;
 };
 
-/// The tiles, seven in a row: each with its label, its waveform and below it its spectrogram, 60 Hz to 16 kHz
-/// from bottom to top on a logarithmic scale, 50 dB from dark to bright. All have the same scale of time, 1.2
-/// s wide.
+/// The tiles, seven in a row: each with its label, its waveform at full height and below it its spectrogram,
+/// 60 Hz to 16 kHz from bottom to top on a logarithmic scale, 50 dB from dark to bright.
 Picture grid(const std::vector<Tile>& tiles);
 
 /// Throws std::runtime_error when the file cannot be written.

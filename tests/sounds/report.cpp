@@ -66,7 +66,7 @@ void writeTable(std::ostream& out, const std::string& name, const Group& group) 
 void drawGroup(const std::filesystem::path& path, const Group& group) {
     std::vector<Tile> tiles;
     for (const Row& row : group) {
-        tiles.push_back({row.file.name, row.samples});
+        tiles.push_back({row.file.name, row.samples, row.file.isKey() ? 0.15 : 1.2});
     }
     writePng(path, grid(tiles));
 }

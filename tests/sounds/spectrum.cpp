@@ -45,12 +45,12 @@ void transform(Block& block) {
     }
 }
 
-Spectrum spectrumAround(const Samples& samples, std::size_t centre) {
+Spectrum spectrumAround(const Samples& samples, std::size_t centre, std::size_t window) {
     Block block{};
-    for (std::size_t i = 0; i < kSize; ++i) {
+    for (std::size_t i = 0; i < window; ++i) {
         const std::size_t at = centre + i;
-        if (at >= kSize / 2 && at - kSize / 2 < samples.size()) {
-            block[i] = samples[at - kSize / 2] * (0.5 - 0.5 * roots()[i].real());
+        if (at >= window / 2 && at - window / 2 < samples.size()) {
+            block[i] = samples[at - window / 2] * (0.5 - 0.5 * roots()[i * kSize / window].real());
         }
     }
     transform(block);
@@ -90,11 +90,12 @@ double meanCentre(const std::vector<Moment>& moments, std::size_t from, std::siz
 
 }  // namespace
 
-std::vector<Spectrum> spectra(const Samples& samples, double hop) {
+std::vector<Spectrum> spectra(const Samples& samples, double hop, double window) {
     std::vector<Spectrum> result;
     const auto step = static_cast<std::size_t>(hop * kSampleRate);
+    const auto seen = std::min(kSize, static_cast<std::size_t>(window * kSampleRate));
     for (std::size_t centre = 0; centre < samples.size(); centre += step) {
-        result.push_back(spectrumAround(samples, centre));
+        result.push_back(spectrumAround(samples, centre, seen));
     }
     return result;
 }
@@ -106,11 +107,24 @@ double trend(const Samples& samples) {
         moments.push_back(momentOf(spectrum));
         loudest = std::max(loudest, moments.back().power);
     }
-    std::erase_if(moments, [=](const Moment& moment) { return moment.power < 0.001 * loudest; });
+    std::erase_if(moments, [=](const Moment& moment) { return moment.power < 0.01 * loudest; });
     const std::size_t third = std::max<std::size_t>(1, moments.size() / 3);
     return moments.empty()
                ? 0.0
                : meanCentre(moments, moments.size() - third, moments.size()) - meanCentre(moments, 0, third);
+}
+
+double shrillness(const Samples& samples) {
+    constexpr auto kBorder = static_cast<std::size_t>(4000.0 / kHertzPerBin);
+    double above = 0.0;
+    double all = 1e-12;
+    for (const Spectrum& spectrum : spectra(samples, 0.02)) {
+        for (std::size_t bin = 1; bin < kBins; ++bin) {
+            all += spectrum[bin];
+            above += bin > kBorder ? spectrum[bin] : 0.0;
+        }
+    }
+    return above / all;
 }
 
 Portrait::Portrait(const Samples& samples) {
@@ -129,6 +143,22 @@ Portrait::Portrait(const Samples& samples) {
             level = std::max(0.0, kRange + 10.0 * std::log10(std::max(level, 1e-12) / loudest));
         }
     }
+}
+
+int Portrait::strokes() const {
+    // Two frames apart, so that a beginning that falls between two frames counts fully.
+    constexpr double kRise = 3.0;
+    int count = 0;
+    bool rising = true;  // the first frame is the first stroke
+    for (std::size_t i = 2; i < frames_.size(); ++i) {
+        double rise = 0.0;
+        for (std::size_t band = 0; band < kBands; ++band) {
+            rise += std::max(0.0, frames_[i][band] - frames_[i - 2][band]) / kBands;
+        }
+        count += rise >= kRise && !rising ? 1 : 0;
+        rising = rise >= kRise;
+    }
+    return count + 1;
 }
 
 double Portrait::distanceTo(const Portrait& other) const {
