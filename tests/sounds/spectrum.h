@@ -26,6 +26,12 @@ double trend(const Samples& samples);
 /// The share (0 to 1) of the sound's power that lies above 4 kHz, where a loud sound hurts.
 double shrillness(const Samples& samples);
 
+/// The least distance of two portraits whose sounds nobody takes for each other. A sound and its copy at
+/// another volume, a little later or a quarter of a tone higher stay below kUnlike. Within a theme all sounds
+/// have one timbre, and so their melodies must differ the more.
+inline constexpr double kUnlike = 8.0;
+inline constexpr double kUnlikeWithinATheme = 10.0;
+
 /// What the ear can tell sounds apart by: the level in 23 bands of a third of an octave for every 20 ms, in
 /// decibels above a floor 40 dB below the sound's loudest cell. It knows melody, rhythm and timbre, and no
 /// volume.
