@@ -95,14 +95,18 @@ Sound bandPass(const Sound& sound, const Curve& hertz, double q) {
 
 Sound inRoom(const Sound& sound, double level, double t60, double tail) {
     // Lengths without a common factor, so that the echoes do not fall together into a tone of their own.
-    constexpr std::array<std::size_t, 6> kWalls = {797, 971, 1153, 1327, 1559, 1801};
+    constexpr std::array<std::size_t, 8> kWalls = {907, 1021, 1153, 1277, 1399, 1531, 1667, 1801};
+    constexpr std::array<std::size_t, 3> kCorners = {379, 241, 113};
     const Sound dry = sound.lasting(sound.seconds() + tail);
     Sound wet(dry.seconds());
     for (const std::size_t wall : kWalls) {
         const double seconds = static_cast<double>(wall) / kSampleRate;
         wet.add(0.0, comb(dry, wall, decibels(-60.0 * seconds / t60)), 1.0 / kWalls.size());
     }
-    return dry + allPass(allPass(wet, 241), 113) * level;
+    for (const std::size_t corner : kCorners) {
+        wet = allPass(wet, corner);
+    }
+    return dry + wet * level;
 }
 
 Sound echoed(const Sound& sound, double seconds, double gain, int count) {

@@ -13,7 +13,7 @@ namespace {
 constexpr double kEventLoudness = -19.0;  // LUFS
 constexpr double kKeyLoudness = -27.0;
 constexpr double kCeiling = 0.885;  // -1.06 dBFS: rounding to 16 bits stays below -1
-constexpr double kKnee = 0.5;
+constexpr double kKnee = 0.7;
 
 // A section of the loudness weighting of ITU-R BS.1770 at 48 kHz.
 class Biquad {

@@ -1,7 +1,5 @@
 #include "synth/noise.h"
 
-#include <cmath>
-
 #include "synth/arithmetic.h"
 
 namespace chimewerk::synth {

@@ -23,8 +23,9 @@ Sound funk() {
 // A low brass, tongued and let go.
 Sound basso() {
     const Curve hertz = glide("F2"_hz, "C2"_hz, 0.4);
-    const Sound reeds = sawTone(0.6, hertz) + sawTone(0.6, hertz * 1.006);
-    return inRoom(lowPass(reeds, glide(1700, 350, 0.5), 1.2) * breathed(0.012, 0.6, 0.35), 0.2, 0.5, 0.1);
+    const Sound reeds = saturated(sawTone(0.6, hertz) + sawTone(0.6, hertz * 1.006), 2.0);
+    const Sound brass = lowPass(reeds, glide(3200, 1000, 0.5), 1.2) + bandPass(reeds, 520, 2.0) * 1.5;
+    return inRoom(brass * breathed(0.012, 0.6, 0.35), 0.2, 0.5, 0.1);
 }
 
 // A bubble that bursts.

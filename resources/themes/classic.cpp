@@ -1,6 +1,5 @@
 #include "synth/filters.h"
 #include "synth/noise.h"
-#include "synth/oscillators.h"
 #include "synth/resonators.h"
 #include "synth/score.h"
 #include "themes/recipe.h"

@@ -42,7 +42,7 @@ Sound keySpace() {
 
 Sound keyReturn() {
     Sound key = spring(0.85) * 0.9 + cap(0.8, 77) * 1.2;
-    key.add(0.006, bottom(0.9, 1.0) * 1.2 + bottom(0.5, 2.0) * 1.2);
+    key.add(0.006, bottom(0.9, 1.0) * 1.2 + bottom(0.6, 1.4) * 0.9);
     key.add(0.02, cap(0.7, 78), 0.3);
     return key.add(0.068, spring(1.0) * 0.5 + bottom(1.4, 0.6) * 0.4).damped(0.13, 0.04);
 }

@@ -2,7 +2,6 @@
 #include <cmath>
 #include <vector>
 
-#include "synth/filters.h"
 #include "synth/noise.h"
 #include "synth/oscillators.h"
 #include "synth/score.h"

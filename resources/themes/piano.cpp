@@ -4,7 +4,6 @@
 #include "synth/arithmetic.h"
 #include "synth/filters.h"
 #include "synth/noise.h"
-#include "synth/oscillators.h"
 #include "synth/resonators.h"
 #include "synth/score.h"
 #include "themes/recipe.h"
@@ -84,7 +83,10 @@ Sound withoutPedal(const Sound& sound, double seconds) {
 }
 
 Sound slap() {
-    return withoutPedal(play(loudNote, {{0.0, "C2"_hz}, {0.0, "G2"_hz, 0.7}, {0.0, "C3"_hz, 0.6}}), 0.5);
+    return withoutPedal(
+        play(loudNote, {{0.0, "C2"_hz, 0.8}, {0.0, "G2"_hz, 0.6}, {0.0, "C3"_hz, 0.7}, {0.0, "G4"_hz, 0.4}}) +
+            hammer(600, 1.0),
+        0.5);
 }
 
 Sound lidOpen() {

@@ -42,8 +42,9 @@ Sound softly(const Sound& sound) {
 }
 
 Sound slap() {
-    return softly(sineTone(0.4, glide(210, 120, 0.08)) * struck(0.005, 0.4) +
-                  sineTone(0.3, glide(420, 293, 0.05)) * struck(0.008, 0.3) * 0.5);
+    return softly(sineTone(0.4, glide(210, 130, 0.08)) * struck(0.005, 0.35) +
+                  sineTone(0.3, glide(440, "D4"_hz, 0.05)) * struck(0.006, 0.3) * 0.6 +
+                  sineTone(0.3, glide(660, "A4"_hz, 0.05)) * struck(0.006, 0.25) * 0.45);
 }
 
 Sound lidOpen() {

@@ -1,6 +1,5 @@
 #include "synth/filters.h"
 #include "synth/noise.h"
-#include "synth/oscillators.h"
 #include "synth/resonators.h"
 #include "synth/score.h"
 #include "themes/recipe.h"
@@ -41,7 +40,7 @@ Sound block(double pitch) {
 // A dry hinge: the wood sticks and slips at `hertz`, and the door sings along above it, higher the faster it
 // slips.
 Sound creak(const Curve& hertz, double seconds, std::uint64_t seed) {
-    const Sound slips = stickSlip(seconds, hertz, 0.12, seed) * breathed(0.0005, seconds, 0.3 * seconds);
+    const Sound slips = stickSlip(seconds, hertz, 0.05, seed) * breathed(0.0005, seconds, 0.3 * seconds);
     const Sound voice = driven(kHinge, slips, 0.05) + driven(resized(kDoor, 1.6, 0.5), slips, 0.05) * 0.5;
     return bandPass(voice, hertz * 6.5, 1.3) + voice * 0.15;
 }
@@ -58,7 +57,7 @@ Sound scrape(const Curve& hertz, double seconds, std::uint64_t seed) {
 }
 
 Sound slap() {
-    return knuckle(1.0) + driven(kBasket, blow(2.5), 0.25) * 0.5 + block(0.62) * 0.25;
+    return knuckle(1.0) + driven(kBasket, blow(2.5), 0.25) * 0.15 + block(0.62) * 0.7;
 }
 
 Sound lidOpen() {
@@ -88,7 +87,7 @@ Sound chargerConnect() {
 Sound chargerDisconnect() {
     Sound plug = snap(1.15) * 0.8 + block(1.5) * 0.5;
     return plug.add(0.03, scrape(glide(2600, 700, 0.14), 0.16, 54), 0.5)
-        .add(0.18, thud(2.0, 0.7) + knuckle(1.2) * 0.4, 1.3);
+        .add(0.18, thud(1.6, 0.9) + knuckle(1.6) * 0.5 + block(0.6) * 0.3, 1.3);
 }
 
 Sound brightnessUp() {

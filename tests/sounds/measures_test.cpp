@@ -121,15 +121,15 @@ TEST(TheMeasures, TakeNoCopyForAnotherSound) {
     }
 }
 
-TEST(TheMeasures, CountStrokesAndFindWhatIsShrill) {
+TEST(TheMeasures, CountStrokesAndFindTheShareOfTheHighTones) {
     const Samples stroke = part(goodSound(), 0.0, 0.3);
     Samples three = stroke;
     three.insert(three.end(), stroke.begin(), stroke.end());
     three.insert(three.end(), stroke.begin(), stroke.end());
     EXPECT_EQ(Portrait(stroke).strokes(), 1);
     EXPECT_EQ(Portrait(three).strokes(), 3);
-    EXPECT_LT(shrillness(sweep(1000, 1000, 0.5, 0.5)), 0.01);
-    EXPECT_GT(shrillness(sweep(6000, 6000, 0.5, 0.5)), 0.99);
+    EXPECT_LT(shareAbove(4000.0, sweep(1000, 1000, 0.5, 0.5)), 0.01);
+    EXPECT_GT(shareAbove(4000.0, sweep(6000, 6000, 0.5, 0.5)), 0.99);
 }
 
 TEST(TheMeasures, RefuseAFileThatIsNotWhatItsHeaderSays) {

@@ -114,14 +114,14 @@ double trend(const Samples& samples) {
                : meanCentre(moments, moments.size() - third, moments.size()) - meanCentre(moments, 0, third);
 }
 
-double shrillness(const Samples& samples) {
-    constexpr auto kBorder = static_cast<std::size_t>(4000.0 / kHertzPerBin);
+double shareAbove(double hertz, const Samples& samples) {
+    const auto border = static_cast<std::size_t>(hertz / kHertzPerBin);
     double above = 0.0;
     double all = 1e-12;
     for (const Spectrum& spectrum : spectra(samples, 0.02)) {
         for (std::size_t bin = 1; bin < kBins; ++bin) {
             all += spectrum[bin];
-            above += bin > kBorder ? spectrum[bin] : 0.0;
+            above += bin > border ? spectrum[bin] : 0.0;
         }
     }
     return above / all;

@@ -23,8 +23,8 @@ std::vector<Spectrum> spectra(const Samples& samples, double hop, double window 
 /// as the pitch and not the many weak partials above them, which die first in nearly every sound.
 double trend(const Samples& samples);
 
-/// The share (0 to 1) of the sound's power that lies above 4 kHz, where a loud sound hurts.
-double shrillness(const Samples& samples);
+/// The share (0 to 1) of the sound's power that lies above a frequency.
+double shareAbove(double hertz, const Samples& samples);
 
 /// The least distance of two portraits whose sounds nobody takes for each other. A sound and its copy at
 /// another volume, a little later or a quarter of a tone higher stay below kUnlike. Within a theme all sounds
