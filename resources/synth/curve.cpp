@@ -32,7 +32,11 @@ Curve glide(double from, double to, double seconds) {
     double high = 40.0;
     for (int i = 0; i < 60; ++i) {
         const double middle = 0.5 * (low + high);
-        (powerOfTwo(middle) < to / from ? low : high) = middle;
+        if (powerOfTwo(middle) < to / from) {
+            low = middle;
+        } else {
+            high = middle;
+        }
     }
     return Curve([=](double now) { return from * powerOfTwo(low * progress(now, seconds)); });
 }

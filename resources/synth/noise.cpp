@@ -30,7 +30,8 @@ Sound registerNoise(double seconds, const Curve& hertz, RegisterLoop loop) {
         constexpr int kParts = 4;
         for (int part = 0; part < kParts; ++part) {
             due += hertz(now) / (kSampleRate * kParts);
-            for (; due >= 1.0; due -= 1.0) {
+            while (due >= 1.0) {
+                due -= 1.0;
                 const unsigned feedback = (bits ^ (bits >> tap)) & 1U;
                 bits = (bits >> 1U) | (feedback << 14U);
             }

@@ -51,6 +51,10 @@ Sound operator+(Sound left, const Sound& right) {
     return left.add(0.0, right);
 }
 
+Sound after(double seconds, const Sound& sound) {
+    return Sound().add(seconds, sound);
+}
+
 Sound operator*(Sound sound, double gain) {
     for (double& sample : sound) {
         sample *= gain;

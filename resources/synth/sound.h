@@ -40,7 +40,10 @@ private:
     std::vector<double> samples_;
 };
 
+/// Both at once; the longer of the two decides the length.
 Sound operator+(Sound left, const Sound& right);
+/// The sound behind a silence.
+Sound after(double seconds, const Sound& sound);
 Sound operator*(Sound sound, double gain);
 /// Shaped by a level that changes with time.
 Sound operator*(Sound sound, const Curve& level);

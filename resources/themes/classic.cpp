@@ -59,7 +59,7 @@ Sound lidAngle() {
 }
 
 Sound chargerConnect() {
-    return ending(play(bell, {{0.0, "C5"_hz, 0.7}, {0.09, "G5"_hz}}) + Sound().add(0.18, chime("E6"_hz), 0.6),
+    return ending(play(bell, {{0.0, "C5"_hz, 0.7}, {0.09, "G5"_hz}}) + after(0.18, chime("E6"_hz) * 0.6),
                   0.9);
 }
 
@@ -87,12 +87,12 @@ Sound screenshot() {
     const Body camera = {{640, 0.03, 0.6}, {1850, 0.03, 0.8}, {3300, 0.025, 0.7}, {5200, 0.02, 0.4}};
     Sound shutter = driven(camera, blow(0.4), 0.08);
     shutter.add(0.085, driven(resized(camera, 0.8), blow(0.6), 0.08), 1.3);
-    return ending(shutter + Sound().add(0.09, chime("A5"_hz), 0.12), 0.36);
+    return ending(shutter + after(0.09, chime("A5"_hz) * 0.12), 0.36);
 }
 
 Sound appLaunch() {
     return ending(play(bar, {{0.0, "C5"_hz, 0.7}, {0.06, "E5"_hz, 0.7}, {0.12, "G5"_hz, 0.8}}) +
-                      Sound().add(0.18, bell("C6"_hz), 0.7),
+                      after(0.18, bell("C6"_hz) * 0.7),
                   0.75);
 }
 
@@ -108,7 +108,7 @@ Sound trashEmpty() {
 
 Sound trashAdd() {
     const Sound paper = bandPass(crackle(0.12, 2500, 43), 2600, 0.8) * breathed(0.002, 0.12, 0.06);
-    return ending(paper * 3.0 + Sound().add(0.1, bar("A3"_hz) + bar("E4"_hz) * 0.5), 0.42);
+    return ending(paper * 3.0 + after(0.1, bar("A3"_hz) + bar("E4"_hz) * 0.5), 0.42);
 }
 
 Sound networkUp() {
@@ -118,7 +118,7 @@ Sound networkUp() {
 
 Sound networkDown() {
     return ending(play(chime, {{0.0, "F6"_hz, 0.8}, {0.1, "Bb5"_hz, 0.8}, {0.2, "F5"_hz}}) +
-                      Sound().add(0.28, bell("F4"_hz), 0.7),
+                      after(0.28, bell("F4"_hz) * 0.7),
                   0.8);
 }
 
@@ -134,7 +134,7 @@ Sound batteryLow() {
 
 Sound usbConnect() {
     const Sound plugged = bar("A5"_hz) * 0.8 + chime("E6"_hz) * 0.3;
-    return ending(mallet(1800) * 0.8 + bar("A4"_hz) + Sound().add(0.1, plugged), 0.45);
+    return ending(mallet(1800) * 0.8 + bar("A4"_hz) + after(0.1, plugged), 0.45);
 }
 
 Sound keyClick() {
@@ -146,7 +146,7 @@ Sound keySpace() {
 }
 
 Sound keyReturn() {
-    return (bar("C5"_hz) + mallet(1600) + Sound().add(0.035, bar("G5"_hz), 0.8)).damped(0.13, 0.07);
+    return (bar("C5"_hz) + mallet(1600) + after(0.035, bar("G5"_hz) * 0.8)).damped(0.13, 0.07);
 }
 
 constexpr Recipe kRecipes[] = {

@@ -90,12 +90,18 @@ Sound brightnessDown() {
            held(0.1, 0.16);
 }
 
+// A lead and a bass an octave below it, gliding together.
+Sound slide(double from, double to) {
+    const Curve hertz = glide(from, to, 0.13);
+    return pulse(hertz, 0.5, 0.2) + bass(hertz * 0.5, 0.2);
+}
+
 Sound volumeUp() {
-    return pulse(glide("A4"_hz, "A5"_hz, 0.13), 0.5, 0.2) + bass(glide("A3"_hz, "A4"_hz, 0.13), 0.2);
+    return slide("A4"_hz, "A5"_hz);
 }
 
 Sound volumeDown() {
-    return pulse(glide("A5"_hz, "A4"_hz, 0.13), 0.5, 0.2) + bass(glide("A4"_hz, "A3"_hz, 0.13), 0.2);
+    return slide("A5"_hz, "A4"_hz);
 }
 
 Sound screenshot() {
@@ -120,24 +126,21 @@ Sound trashAdd() {
     return toss.add(0.22, hiss(7000, 0.08) + bass("C3"_hz, 0.12));
 }
 
+Sound beep(double hertz) {
+    return pulse(hertz, 0.125, 0.1) + bass(hertz / 4.0, 0.11) * 0.7;
+}
+
 Sound networkUp() {
-    Sound dial;
-    const Note notes[] = {{0.0, "D5"_hz}, {0.07, "G5"_hz}, {0.14, "C6"_hz}, {0.28, "D6"_hz}, {0.35, "G6"_hz}};
-    for (const Note& note : notes) {
-        dial.add(note.at, pulse(note.hertz, 0.125, note.at > 0.3 ? 0.35 : 0.1));
-        dial.add(note.at, bass(note.hertz / 4.0, 0.1), 0.7);
-    }
-    return dial;
+    const Sound dial =
+        play(beep, {{0.0, "D5"_hz}, {0.07, "G5"_hz}, {0.14, "C6"_hz}, {0.28, "D6"_hz}, {0.35, "G6"_hz}});
+    return dial + after(0.36, pulse("G6"_hz, 0.25, 0.35));
 }
 
 Sound networkDown() {
-    Sound hangUp;
-    const Note notes[] = {{0.0, "G6"_hz}, {0.07, "D6"_hz}, {0.14, "C6"_hz}, {0.28, "G5"_hz}, {0.35, "D5"_hz}};
-    for (const Note& note : notes) {
-        hangUp.add(note.at, pulse(note.hertz, 0.125, note.at > 0.3 ? 0.3 : 0.1));
-        hangUp.add(note.at, bass(note.hertz / 4.0, 0.12), 0.7);
-    }
-    return hangUp.add(0.42, bass(glide("D4"_hz, "D2"_hz, 0.2), 0.28));
+    const Sound dial =
+        play(beep, {{0.0, "G6"_hz}, {0.07, "D6"_hz}, {0.14, "C6"_hz}, {0.28, "G5"_hz}, {0.35, "D5"_hz}});
+    return dial + after(0.38, pulse("D5"_hz, 0.125, 0.25) * 0.6) +
+           after(0.42, bass(glide("D4"_hz, "D2"_hz, 0.2), 0.28));
 }
 
 Sound batteryLow() {

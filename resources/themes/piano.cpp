@@ -8,8 +8,7 @@
 #include "synth/score.h"
 #include "themes/recipe.h"
 
-// The piano theme: stiff strings in pairs, a felt hammer, a soundboard, and all other strings when the pedal
-// is down.
+// The piano theme: stiff strings in pairs, a felt hammer, and all other strings when the pedal is down.
 namespace chimewerk::themes {
 namespace {
 
@@ -52,18 +51,19 @@ Sound string(double hertz, double force, double seconds) {
 Sound note(double hertz) {
     return string(hertz, 0.7, 0.9);
 }
-// A finger leaves these when the next one comes.
-Sound legato(double hertz) {
-    return string(hertz, 0.7, 0.4).damped(0.26, 0.16);
-}
-Sound softLegato(double hertz) {
-    return string(hertz, 0.35, 0.4).damped(0.22, 0.16);
-}
 Sound softNote(double hertz) {
     return string(hertz, 0.35, 0.9);
 }
 Sound loudNote(double hertz) {
     return string(hertz, 1.0, 0.9);
+}
+
+// Notes whose key is let go: when the next one comes, or at once.
+Sound legato(double hertz) {
+    return string(hertz, 0.7, 0.4).damped(0.26, 0.16);
+}
+Sound softLegato(double hertz) {
+    return string(hertz, 0.35, 0.4).damped(0.22, 0.16);
 }
 Sound staccato(double hertz) {
     return string(hertz, 0.8, 0.4).damped(0.16, 0.1);
@@ -178,8 +178,9 @@ Sound networkDown() {
 }
 
 Sound batteryLow() {
+    constexpr double kTritone = 6.0;
     const auto chord = [](double hertz) {
-        return loudNote(hertz).damped(0.3, 0.1) + loudNote(hertz * semitones(6)).damped(0.3, 0.1);
+        return (loudNote(hertz) + loudNote(hertz * semitones(kTritone))).damped(0.3, 0.1);
     };
     return withoutPedal(
         play(chord, {{0.0, "B4"_hz}, {0.16, "G4"_hz}, {0.42, "B4"_hz}, {0.58, "G4"_hz}, {0.84, "B4"_hz}}),
@@ -200,7 +201,7 @@ Sound keySpace() {
 }
 
 Sound keyReturn() {
-    return (string("G4"_hz, 0.8, 0.2) + Sound().add(0.02, string("D5"_hz, 0.8, 0.2))).damped(0.135, 0.08);
+    return (string("G4"_hz, 0.8, 0.2) + after(0.02, string("D5"_hz, 0.8, 0.2))).damped(0.135, 0.08);
 }
 
 constexpr Recipe kRecipes[] = {

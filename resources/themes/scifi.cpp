@@ -47,7 +47,7 @@ Sound slap() {
 
 Sound lidOpen() {
     const Sound rising = engine(55, 440, 0.8) * tremolo(18, 0.35) * breathed(0.002, 0.8, 0.25);
-    return inHall(rising * 0.6 + Sound().add(0.5, crystal("A5"_hz) + crystal("E6"_hz) * 0.6, 0.6));
+    return inHall(rising * 0.6 + after(0.5, (crystal("A5"_hz) + crystal("E6"_hz) * 0.6) * 0.6));
 }
 
 Sound lidClose() {
@@ -77,35 +77,45 @@ Sound chargerDisconnect() {
     return inHall(crystal("F#6"_hz) * 0.5 + fall);
 }
 
+// A beam that is turned up or down.
+Sound beam(double from, double to) {
+    const Sound light =
+        ringModulated(sineTone(0.26, glide(from, to, 0.17)), glide(0.5 * from, 0.5 * to, 0.17), 0.5);
+    return inHall(light * breathed(0.004, 0.26, 0.13));
+}
+
 Sound brightnessUp() {
-    return inHall(ringModulated(sineTone(0.26, glide(600, 1900, 0.17)), glide(300, 950, 0.17), 0.5) *
-                  breathed(0.004, 0.26, 0.13));
+    return beam(600, 1900);
 }
 
 Sound brightnessDown() {
-    return inHall(ringModulated(sineTone(0.26, glide(1900, 600, 0.17)), glide(950, 300, 0.17), 0.5) *
-                  breathed(0.004, 0.26, 0.13));
+    return beam(1900, 600);
+}
+
+// The higher, the richer: `fullness` is the depth of the modulation.
+Sound warp(double from, double to, const Curve& fullness) {
+    return fmTone(0.22, glide(from, to, 0.14), 2.0, fullness) * breathed(0.003, 0.22, 0.1);
 }
 
 Sound volumeUp() {
-    return fmTone(0.22, glide(220, 660, 0.14), 2.0, ramp(1.0, 4.0, 0.16)) * breathed(0.003, 0.22, 0.1);
+    return warp(220, 660, ramp(1.0, 4.0, 0.16));
 }
 
 Sound volumeDown() {
-    return fmTone(0.22, glide(660, 220, 0.14), 2.0, ramp(4.0, 1.0, 0.16)) * breathed(0.003, 0.22, 0.1);
+    return warp(660, 220, ramp(4.0, 1.0, 0.16));
 }
 
 Sound screenshot() {
     const Sound scan = bandPass(noise(0.32, 32), glide(700, 6500, 0.28), 6.0) * breathed(0.004, 0.32, 0.06);
-    return inHall(scan * 2.0 + Sound().add(0.29, zap(2600, 1300, 0.09), 0.6));
+    return inHall(scan * 2.0 + after(0.29, zap(2600, 1300, 0.09) * 0.6));
 }
 
 Sound appLaunch() {
     const Sound thrust = bandPass(noise(0.9, 33), glide(180, 5200, 0.8), 0.9) * breathed(0.004, 0.9, 0.35);
     const Sound ignition = sineTone(0.3, glide(120, 45, 0.25)) * struck(0.003, 0.5);
-    const Sound warp =
+    const Sound leap =
         fmTone(0.55, glide(240, 2300, 0.42), 0.5, glide(6.0, 0.6, 0.45)) * breathed(0.02, 0.55, 0.2);
-    return inHall(thrust * 1.4 + ignition + Sound().add(0.4, warp, 0.7));
+    return inHall(thrust * 1.4 + ignition + after(0.4, leap * 0.7));
 }
 
 Sound trashEmpty() {
@@ -123,13 +133,13 @@ Sound trashAdd() {
 Sound networkUp() {
     return inHall(
         play(chirp, {{0.0, 620}, {0.06, 930}, {0.12, 740}, {0.18, 1240}, {0.24, 990}, {0.3, 1650}}) +
-        Sound().add(0.38, crystal("G6"_hz), 0.8));
+        after(0.38, crystal("G6"_hz) * 0.8));
 }
 
 Sound networkDown() {
     return inHall(
         play(chirp, {{0.0, 1650}, {0.06, 990}, {0.12, 1240}, {0.18, 740}, {0.24, 930}, {0.3, 460}}) +
-        Sound().add(0.38, zap(420, 60, 0.4)));
+        after(0.38, zap(420, 60, 0.4)));
 }
 
 Sound batteryLow() {
@@ -146,8 +156,7 @@ Sound usbConnect() {
     const Sound servo = engine(160, 320, 0.16) * breathed(0.006, 0.16, 0.04);
     const Body hull = {
         {310, 0.25, 1.0}, {733, 0.2, 0.7}, {1270, 0.15, 0.6}, {2210, 0.1, 0.4}, {3470, 0.06, 0.3}};
-    return inHall(servo * 0.4 + Sound().add(0.17, driven(hull, blow(0.5), 0.3)) +
-                  Sound().add(0.24, chirp(1480), 0.5));
+    return inHall(servo * 0.4 + after(0.17, driven(hull, blow(0.5), 0.3)) + after(0.24, chirp(1480) * 0.5));
 }
 
 Sound keyClick() {
@@ -159,7 +168,7 @@ Sound keySpace() {
 }
 
 Sound keyReturn() {
-    return (zap(900, 300, 0.07) + Sound().add(0.045, zap(500, 1400, 0.08), 0.8)).damped(0.125, 0.03);
+    return (zap(900, 300, 0.07) + after(0.045, zap(500, 1400, 0.08) * 0.8)).damped(0.125, 0.03);
 }
 
 constexpr Recipe kRecipes[] = {

@@ -67,7 +67,7 @@ Sound chargerConnect() {
 
 Sound chargerDisconnect() {
     return softly(play(shortTone, {{0.0, "F#5"_hz, 0.8}}) +
-                  Sound().add(0.08, tone(glide("A4"_hz, "D4"_hz, 0.3), 0.65)));
+                  after(0.08, tone(glide("A4"_hz, "D4"_hz, 0.3), 0.65)));
 }
 
 Sound brightnessUp() {
@@ -78,16 +78,20 @@ Sound brightnessDown() {
     return softly(play(shortTone, {{0.0, "D6"_hz, 0.8}, {0.08, "A5"_hz}}));
 }
 
+Sound slide(double from, double to) {
+    return inRoom(tone(glide(from, to, 0.2), 0.26), 0.2, 0.4, 0.08);
+}
+
 Sound volumeUp() {
-    return inRoom(tone(glide("D5"_hz, "A5"_hz, 0.2), 0.26), 0.2, 0.4, 0.08);
+    return slide("D5"_hz, "A5"_hz);
 }
 
 Sound volumeDown() {
-    return inRoom(tone(glide("A5"_hz, "D5"_hz, 0.2), 0.26), 0.2, 0.4, 0.08);
+    return slide("A5"_hz, "D5"_hz);
 }
 
 Sound screenshot() {
-    return softly(breath(glide(2200, 900, 0.12), 0.16, 21) * 1.4 + Sound().add(0.07, drop("D5"_hz), 0.5));
+    return softly(breath(glide(2200, 900, 0.12), 0.16, 21) * 1.4 + after(0.07, drop("D5"_hz) * 0.5));
 }
 
 Sound appLaunch() {
@@ -107,12 +111,12 @@ Sound trashAdd() {
 
 Sound networkUp() {
     return softly(play(shortTone, {{0.0, "D5"_hz, 0.7}, {0.13, "D5"_hz, 0.7}}) +
-                  Sound().add(0.26, longTone("B5"_hz)));
+                  after(0.26, longTone("B5"_hz)));
 }
 
 Sound networkDown() {
     return softly(play(shortTone, {{0.0, "B5"_hz, 0.7}, {0.13, "B5"_hz, 0.7}}) +
-                  Sound().add(0.26, longTone("D5"_hz)));
+                  after(0.26, longTone("D5"_hz)));
 }
 
 Sound batteryLow() {
@@ -123,7 +127,7 @@ Sound batteryLow() {
 }
 
 Sound usbConnect() {
-    return softly(play(drop, {{0.0, "A4"_hz}}) + Sound().add(0.07, shortTone("E5"_hz), 0.8));
+    return softly(play(drop, {{0.0, "A4"_hz}}) + after(0.07, shortTone("E5"_hz) * 0.8));
 }
 
 Sound keyClick() {
@@ -136,7 +140,7 @@ Sound keySpace() {
 
 Sound keyReturn() {
     return sineTone(0.125, "D4"_hz) * struck(0.004, 0.12) +
-           Sound().add(0.03, sineTone(0.095, "A4"_hz) * struck(0.004, 0.1));
+           after(0.03, sineTone(0.095, "A4"_hz) * struck(0.004, 0.1));
 }
 
 constexpr Recipe kRecipes[] = {

@@ -91,33 +91,25 @@ Sound chargerDisconnect() {
 }
 
 Sound brightnessUp() {
-    return block(0.75) * 0.9 + Sound().add(0.075, block(1.2) + snap(0.9) * 0.3);
+    return block(0.75) * 0.9 + after(0.075, block(1.2) + snap(0.9) * 0.3);
 }
 
 Sound brightnessDown() {
-    return block(1.2) + snap(0.9) * 0.3 + Sound().add(0.075, block(0.75) * 0.9);
+    return block(1.2) + snap(0.9) * 0.3 + after(0.075, block(0.75) * 0.9);
+}
+
+// Three clicks of a wooden knob; the second and third each `ratio` above the one before.
+Sound knob(double pitch, double ratio) {
+    const auto click = [](double height) { return knuckle(3.2 * height) + snap(height) * 0.12; };
+    return play(click, {{0.0, pitch}, {0.05, pitch * ratio}, {0.1, pitch * ratio * ratio}});
 }
 
 Sound volumeUp() {
-    Sound knob;
-    const double pitches[] = {0.52, 0.78, 1.17};
-    double at = 0.0;
-    for (const double pitch : pitches) {
-        knob.add(at, knuckle(3.2 * pitch) + snap(pitch) * 0.12);
-        at += 0.05;
-    }
-    return knob;
+    return knob(0.52, 1.5);
 }
 
 Sound volumeDown() {
-    Sound knob;
-    const double pitches[] = {1.17, 0.78, 0.52};
-    double at = 0.0;
-    for (const double pitch : pitches) {
-        knob.add(at, knuckle(3.2 * pitch) + snap(pitch) * 0.12);
-        at += 0.05;
-    }
-    return knob;
+    return knob(1.17, 1.0 / 1.5);
 }
 
 Sound screenshot() {
@@ -128,7 +120,7 @@ Sound screenshot() {
 
 Sound appLaunch() {
     const Sound ding = driven(kBrassBell, blow(0.15), 0.75) * breathed(0.001, 0.75, 0.4);
-    return thud(0.8, 2.0) * 0.3 + Sound().add(0.02, ding);
+    return thud(0.8, 2.0) * 0.3 + after(0.02, ding);
 }
 
 Sound trashEmpty() {
@@ -140,7 +132,7 @@ Sound trashEmpty() {
 
 Sound trashAdd() {
     return paper(0.17, 2800, 1.15, 57) * 1.4 +
-           Sound().add(0.2, driven(kBasket, blow(2.5), 0.25) + paper(0.1, 700, 0.9, 58));
+           after(0.2, driven(kBasket, blow(2.5), 0.25) + paper(0.1, 700, 0.9, 58));
 }
 
 // A telegraph sounder: an iron arm falls onto its anvil and is drawn back.
@@ -169,7 +161,7 @@ Sound batteryLow() {
 
 Sound usbConnect() {
     const Sound slide = scrape(glide(500, 1500, 0.1), 0.12, 59);
-    return slide * 0.5 + Sound().add(0.12, thud(0.9, 1.7)).add(0.13, snap(0.7) + snap(1.2) * 0.4);
+    return slide * 0.5 + after(0.12, thud(0.9, 1.7)) + after(0.13, snap(0.7) + snap(1.2) * 0.4);
 }
 
 Sound typebar(double pitch, double milliseconds) {
@@ -181,7 +173,7 @@ Sound keyClick() {
 }
 
 Sound keySpace() {
-    return (typebar(0.62, 1.2) + Sound().add(0.022, block(0.8), 0.35).add(0.045, snap(0.8), 0.3))
+    return (typebar(0.62, 1.2) + after(0.022, block(0.8) * 0.35) + after(0.045, snap(0.8) * 0.3))
         .damped(0.13, 0.04);
 }
 
