@@ -1,11 +1,11 @@
-#include <cmath>
-#include <cstdio>
+#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -51,6 +51,39 @@ std::string rounded(double value, int digits) {
     return text.str();
 }
 
+// The range of one figure over the rows that are wanted, "-" when there are none.
+template <typename Wanted, typename Figure>
+std::string range(const Group& group, int digits, Wanted wanted, Figure figure) {
+    double low = 1e9;
+    double high = -1e9;
+    for (const Row& row : group) {
+        if (wanted(row)) {
+            low = std::min(low, figure(row));
+            high = std::max(high, figure(row));
+        }
+    }
+    return low > high ? "-" : rounded(low, digits) + " to " + rounded(high, digits);
+}
+
+void writeSummary(std::ostream& out, const std::string& name, const Group& group) {
+    const auto all = [](const Row&) { return true; };
+    const auto key = [](const Row& row) { return row.file.isKey(); };
+    const auto event = [](const Row& row) { return !row.file.isKey(); };
+    const auto length = [](const Row& row) { return 1000.0 * row.levels.seconds; };
+    const auto loud = [](const Row& row) { return row.levels.loudness; };
+    std::size_t samples = 0;
+    for (const Row& row : group) {
+        samples += row.samples.size();
+    }
+    out << "| [" << name << "](#" << name << ") | " << range(group, 0, event, length) << " | "
+        << range(group, 0, key, length) << " | "
+        << range(group, 1, all, [](const Row& row) { return row.levels.peak; }) << " | "
+        << range(group, 1, event, loud) << " | " << range(group, 1, key, loud) << " | "
+        << range(group, 1, all, [](const Row& row) { return row.levels.onset; }) << " | "
+        << range(group, 1, all, [](const Row& row) { return row.distance; }) << " | " << samples * 2 / 1000
+        << " |\n";
+}
+
 void writeTable(std::ostream& out, const std::string& name, const Group& group) {
     out << "\n## " << name << "\n\n![" << name << "](" << name << ".png)\n\n"
         << "| sound | ms | peak dBFS | LUFS | onset ms | trend octaves | nearest | distance dB |\n"
@@ -86,8 +119,14 @@ void writeReport(const std::filesystem::path& folder) {
     table << "# The sounds, measured and drawn\n\nMade by `chimewerk-sound-report` from the built files; "
              "what the columns "
              "mean is told in [sounds.md](../sounds.md).\n";
+    table << "\n| theme | ms, events | ms, keys | peak dBFS | LUFS, events | LUFS, keys | onset ms | "
+             "distance to the "
+             "nearest, dB | kB |\n|---|---|---|---|---|---|---|---|---|\n";
     for (const std::string& name : order) {
         findNearest(groups[name]);
+        writeSummary(table, name, groups[name]);
+    }
+    for (const std::string& name : order) {
         writeTable(table, name, groups[name]);
         drawGroup(folder / (name + ".png"), groups[name]);
     }
