@@ -9,7 +9,7 @@ namespace chimewerk::synth {
 namespace {
 
 std::size_t samplesIn(double seconds) {
-    return static_cast<std::size_t>(std::max(0.0, seconds) * kSampleRate + 0.5);
+    return static_cast<std::size_t>(std::floor(std::max(0.0, seconds) * kSampleRate + 0.5));
 }
 
 }  // namespace

@@ -40,11 +40,11 @@ Sound clank(const Curve& hertz, double seconds) {
 }
 
 // The lead voice: an arpeggio whose last note is held, thin at first and fuller from step to step.
-Sound arpeggio(std::vector<double> notes, double each, double hold) {
+Sound arpeggio(std::vector<double> notes, double each, double fall) {
     const double run = each * static_cast<double>(notes.size());
-    const double seconds = run + hold;
+    const double seconds = run + fall;
     return pulseTone(seconds, steps(std::move(notes), each), steps({0.125, 0.25, 0.5, 0.25}, run / 3.0)) *
-           held(run, hold);
+           held(run, fall);
 }
 
 Sound slap() {

@@ -93,8 +93,9 @@ TEST(TheBuiltSounds, AreEquallyLoudWithinAndAcrossThemesAndTheirKeysQuieter) {
 }
 
 TEST(TheBuiltSounds, AreEachUnlikeAllOthers) {
-    std::vector<SoundFile> files = everySoundFile();
+    const std::vector<SoundFile> files = everySoundFile();
     std::vector<Portrait> portraits;
+    portraits.reserve(files.size());
     for (const SoundFile& file : files) {
         portraits.emplace_back(samplesOf(file));
     }

@@ -10,7 +10,7 @@
 namespace chimewerk::sounds {
 namespace {
 
-constexpr int kColumns = 7;
+constexpr int kMostColumns = 7;
 constexpr int kTileWidth = 150;
 constexpr int kLabelHeight = 14;
 constexpr int kWaveHeight = 32;
@@ -108,11 +108,13 @@ Picture::Picture(int columns, int rows)
 
 Picture grid(const std::vector<Tile>& tiles) {
     const int count = static_cast<int>(tiles.size());
-    Picture picture(std::min(count, kColumns) * kTileWidth, (count + kColumns - 1) / kColumns * kTileHeight);
+    const int rows = (count + kMostColumns - 1) / kMostColumns;
+    const int columns = (count + rows - 1) / rows;
+    Picture picture(columns * kTileWidth, rows * kTileHeight);
     for (int i = 0; i < count; ++i) {
         const Tile& tile = tiles[static_cast<std::size_t>(i)];
-        const int left = i % kColumns * kTileWidth + 3;
-        const int top = i / kColumns * kTileHeight + 3;
+        const int left = i % columns * kTileWidth + 3;
+        const int top = i / columns * kTileHeight + 3;
         drawText(picture, left, top, tile.label);
         drawWave(picture, left, top + kLabelHeight, tile);
         drawSpectrogram(picture, left, top + kLabelHeight + kWaveHeight + 2, tile);

@@ -29,8 +29,9 @@ struct Tile {
     double seconds = 1.2;
 };
 
-/// The tiles, seven in a row: each with its label, its waveform at full height and below it its spectrogram,
-/// 60 Hz to 16 kHz from bottom to top on a logarithmic scale, 50 dB from dark to bright.
+/// At least one tile, in rows of equal length, seven at most: each with its label, its waveform at full
+/// height and below it its spectrogram, 60 Hz to 16 kHz from bottom to top on a logarithmic scale, 50 dB from
+/// dark to bright.
 Picture grid(const std::vector<Tile>& tiles);
 
 /// Throws std::runtime_error when the file cannot be written.
