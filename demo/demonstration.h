@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string>
+
+#include "demo/child_process.h"
+#include "demo/rows.h"
+#include "support/sink_recorder.h"
+
+namespace chimewerk {
+
+/// Starts the program, gives it the signals of the rows one by one and listens to what the sink plays. Prints
+/// as it goes.
+class Demonstration {
+public:
+    Demonstration(std::string program, std::span<const DemoRow> rows)
+        : program_(std::move(program)), rows_(rows) {}
+
+    /// True when every event that could be shown was heard, and the program started and ended as it should.
+    bool run();
+
+private:
+    bool prepare();
+    bool startProgram();
+    /// False when the row failed.
+    bool show(const DemoRow& row);
+    bool waitForQuiet();
+    bool stopProgram();
+    bool writeRecording();
+
+    const std::string program_;
+    const std::span<const DemoRow> rows_;
+    SinkRecorder recorder_;
+    std::unique_ptr<ChildProcess> running_;
+};
+
+}  // namespace chimewerk

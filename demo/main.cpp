@@ -1,0 +1,24 @@
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+#include "demo/demonstration.h"
+#include "demo/rows.h"
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: chimewerk-demo PROGRAM\n");
+        return 2;
+    }
+    // The signals are real: outside a private session they would go to the user's own desktop.
+    if (std::getenv("CHIMEWERK_SESSION") == nullptr) {
+        std::fprintf(stderr, "chimewerk-demo: to be run by tools/session\n");
+        return 2;
+    }
+    try {
+        return chimewerk::Demonstration(argv[1], chimewerk::demoRows()).run() ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "chimewerk-demo: %s\n", error.what());
+        return 1;
+    }
+}
