@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 using std::chrono::microseconds;
 
 constexpr SteadyTime kStart{1000s};
-constexpr int kBlock = Recording::kRate / 200;
+constexpr std::size_t kBlock = Recording::kRate / 200;
 
 /// How far a time is from the start, in whole microseconds.
 std::int64_t micros(SteadyTime time) {
