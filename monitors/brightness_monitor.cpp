@@ -1,0 +1,44 @@
+#include "monitors/brightness_monitor.h"
+
+namespace chimewerk {
+
+namespace {
+
+constexpr Seconds kPollInterval{0.25};
+constexpr float kMinDelta = 0.03F;
+constexpr float kNone = -1.0F;
+
+}  // namespace
+
+BrightnessMonitor::BrightnessMonitor(MainQueue& queue, BrightnessSource& display)
+    : display_(display), polling_(queue) {}
+
+void BrightnessMonitor::start() {
+    last_ = display_.brightness().value_or(kNone);
+    polling_.start(kPollInterval, [this] { poll(); });
+}
+
+void BrightnessMonitor::poll() {
+    const std::optional<float> level = display_.brightness();
+    if (!level) {
+        return;
+    }
+    if (last_ < 0) {
+        last_ = *level;
+        return;
+    }
+    const float change = *level - last_;
+    if (change > kMinDelta) {
+        last_ = *level;
+        if (onUp) {
+            onUp();
+        }
+    } else if (change < -kMinDelta) {
+        last_ = *level;
+        if (onDown) {
+            onDown();
+        }
+    }
+}
+
+}  // namespace chimewerk

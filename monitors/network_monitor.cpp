@@ -1,0 +1,38 @@
+#include "monitors/network_monitor.h"
+
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+constexpr Seconds kPollInterval{2.5};
+
+}  // namespace
+
+NetworkMonitor::NetworkMonitor(MainQueue& queue, ReachabilitySource& reachability)
+    : reachability_(reachability), polling_(queue) {}
+
+void NetworkMonitor::start() {
+    reachability_.open();
+    wasReachable_ = reachability_.isReachable();
+    polling_.start(kPollInterval, [this] { poll(); });
+}
+
+void NetworkMonitor::stop() {
+    polling_.stop();
+    reachability_.close();
+}
+
+void NetworkMonitor::poll() {
+    const bool now = reachability_.isReachable();
+    const bool before = std::exchange(wasReachable_, now);
+    if (now && !before && onConnect) {
+        onConnect();
+    }
+    if (!now && before && onDisconnect) {
+        onDisconnect();
+    }
+}
+
+}  // namespace chimewerk

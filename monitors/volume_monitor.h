@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "platform/main_queue.h"
+#include "platform/polling.h"
+
+namespace chimewerk {
+
+/// What the volume monitor sees of the default audio output device, whichever that is at the moment of a call. Main
+/// thread only.
+class OutputVolumeSource {
+public:
+    /// A part of the device that has a volume of its own.
+    enum class Element { main, firstChannel };
+
+    virtual ~OutputVolumeSource() = default;
+
+    /// The volume of `element` of the default output device, 0 to 1; none when there is no such device, or it has no
+    /// volume there. Returns without waiting, and is cheap enough for eight calls a second.
+    virtual std::optional<float> volume(Element element) = 0;
+};
+
+/// Tells the output volume going up from it going down. Compares with the reading before, so that only a change within
+/// one look counts. Main thread only.
+class VolumeMonitor {
+public:
+    VolumeMonitor(MainQueue& queue, OutputVolumeSource& output);
+
+    /// The volume rose by 0.03 or more within 0.25 s.
+    std::function<void()> onUp;
+    /// The volume fell by 0.03 or more within 0.25 s.
+    std::function<void()> onDown;
+
+    /// Takes the present volume as the reference and looks every 0.25 s from now on. Call it once before `stop()`.
+    void start();
+
+    /// Ends the looking.
+    void stop() { polling_.stop(); }
+
+private:
+    void poll();
+    /// 0 to 1, or -1 when it cannot be read.
+    float currentVolume();
+
+    OutputVolumeSource& output_;
+    /// The last valid reading; negative until there has been one.
+    float lastVol_ = -1.0F;
+    Polling polling_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "platform/lifeline.h"
+#include "platform/main_queue.h"
+
+namespace chimewerk {
+
+/// A look that its owner takes again and again: a member of the owner, declared last so that it ends first. Main thread
+/// only; the queue outlives it.
+class Polling {
+public:
+    explicit Polling(MainQueue& queue) : queue_(queue) {}
+
+    /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone. Call it once before
+    /// `stop()`: only the last one can be stopped.
+    void start(Seconds interval, MainQueue::Job look) {
+        timer_ = queue_.every(interval, lifeline_.guard(std::move(look)));
+    }
+
+    /// Ends it; nothing when it has not been started.
+    void stop() {
+        if (timer_) {
+            timer_->invalidate();
+            timer_ = nullptr;
+        }
+    }
+
+private:
+    MainQueue& queue_;
+    std::shared_ptr<Timer> timer_;
+    Lifeline lifeline_;
+};
+
+}  // namespace chimewerk

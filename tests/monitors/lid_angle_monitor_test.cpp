@@ -1,0 +1,155 @@
+#include "monitors/lid_angle_monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <any>
+#include <optional>
+#include <vector>
+
+#include "monitors/lid_report.h"
+#include "sound/notifications.h"
+#include "support/fake_lid_sensor_source.h"
+#include "support/fake_sound_service.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+TEST(TheLidReport, HoldsNineBitsOfAngle) {
+    struct Case {
+        std::vector<std::uint8_t> bytes;
+        std::optional<float> angle;
+    };
+    for (const Case& c : std::vector<Case>{{{1, 0x2C, 0x01}, 300.0F},
+                                           {{1, 0x2C, 0xFF}, 300.0F},
+                                           {{1, 0x2C, 0xFE}, 44.0F},
+                                           {{1, 0xFF, 0x01, 0xFF, 0xFF}, 511.0F},
+                                           {{1, 0, 0}, 0.0F},
+                                           {{2, 90, 0}, std::nullopt},
+                                           {{0, 90, 0}, std::nullopt},
+                                           {{1, 90}, std::nullopt},
+                                           {{1}, std::nullopt},
+                                           {{}, std::nullopt}}) {
+        EXPECT_EQ(decodeLidReport(c.bytes), c.angle) << testing::PrintToString(c.bytes);
+    }
+}
+
+class TheLidAngleMonitor : public testing::Test {
+protected:
+    TheLidAngleMonitor() { manager.findEvent("lid_angle")->isEnabled = true; }
+
+    /// Moves the lid, a second later than before, and returns whether that played.
+    bool moves(int degrees, Seconds after = Seconds{1}) {
+        const std::int64_t before = plays();
+        queue.advance(after);
+        sensor.moveTo(degrees);
+        queue.runPosted();
+        return plays() > before;
+    }
+    std::int64_t plays() const { return manager.findEvent("lid_angle")->triggerCount; }
+
+    VirtualMainQueue queue;
+    NotificationCenter notifications;
+    FakeSoundService sounds;
+    SoundManager manager{"", {queue, notifications, sounds, sounds}};
+    FakeLidSensorSource sensor;
+    std::optional<LidAngleMonitor> monitor{std::in_place, LidAngleMonitor::Surroundings{
+                                                              queue, queue, notifications, manager, sensor}};
+    std::vector<float> announced;
+    NotificationCenter::Subscription angles =
+        notifications.observe(lidAngleDidChange, [this](const Notification& n) {
+            EXPECT_FALSE(n.object.has_value());
+            EXPECT_EQ(n.userInfo.size(), 1U);
+            announced.push_back(std::any_cast<float>(n.userInfo.at("angle")));
+        });
+};
+
+TEST_F(TheLidAngleMonitor, PlaysWhenTheLidReachesTheThresholdFromEitherSide) {
+    monitor->start(90.0F);
+    EXPECT_FALSE(moves(80)) << "the first sample";
+    EXPECT_TRUE(moves(95));
+    EXPECT_TRUE(moves(85));
+    EXPECT_TRUE(moves(90)) << "exactly on it, from below";
+    EXPECT_FALSE(moves(92)) << "the sample before was not below";
+    EXPECT_TRUE(moves(90)) << "exactly on it, from above";
+    EXPECT_FALSE(moves(90));
+    EXPECT_FALSE(moves(10)) << "the sample before was not above";
+    EXPECT_TRUE(moves(359));
+    EXPECT_EQ(announced, (std::vector<float>{80, 95, 85, 90, 92, 90, 90, 10, 359}));
+}
+
+TEST_F(TheLidAngleMonitor, LosesACrossingWithin800MillisecondsOfTheLastPlay) {
+    monitor->start(90.0F);
+    moves(80);
+    EXPECT_TRUE(moves(100));
+    EXPECT_FALSE(moves(80, Seconds{0.3}));
+    EXPECT_FALSE(moves(80, Seconds{2.0})) << "the lid rests: the crossing is not made up for";
+    EXPECT_TRUE(moves(100));
+    EXPECT_FALSE(moves(80, Seconds{0.8 - 1e-6}));
+    EXPECT_TRUE(moves(100, Seconds{2e-6})) << "counted from the play, not from the lost crossing";
+}
+
+TEST_F(TheLidAngleMonitor, ComparesTheNextSampleWithANewThreshold) {
+    monitor->start(90.0F);
+    moves(80);
+    monitor->updateThreshold(70.0F);
+    EXPECT_FALSE(moves(80)) << "the threshold moved, the lid rests";
+    monitor->updateThreshold(75.5F);
+    EXPECT_TRUE(moves(75));
+}
+
+TEST_F(TheLidAngleMonitor, ActsOnGoodReportsOnlyAndAfterTheSourceHasReturned) {
+    monitor->start(90.0F);
+    moves(80);
+    sensor.report({2, 95, 0});
+    sensor.report({1, 95});
+    queue.advance(Seconds{1});
+    sensor.moveTo(95);
+    EXPECT_EQ(announced, std::vector<float>{80});
+    EXPECT_EQ(plays(), 0);
+    queue.runPosted();
+    EXPECT_EQ(announced, (std::vector<float>{80, 95}));
+    EXPECT_EQ(plays(), 1);
+}
+
+TEST_F(TheLidAngleMonitor, KnowsWhetherThereIsASensorThatMayComeAndGo) {
+    EXPECT_FALSE(monitor->sensorFound);
+    sensor.present = false;
+    monitor->start(90.0F);
+    EXPECT_FALSE(monitor->sensorFound);
+    sensor.setPresent(true);
+    EXPECT_TRUE(monitor->sensorFound);
+    sensor.setPresent(false);
+    EXPECT_FALSE(monitor->sensorFound);
+    monitor->stop();
+    sensor.present = true;
+    monitor->start(90.0F);
+    EXPECT_TRUE(monitor->sensorFound);
+    monitor->stop();
+    EXPECT_TRUE(monitor->sensorFound);
+}
+
+TEST_F(TheLidAngleMonitor, ContinuesFromTheLastSampleAfterAStop) {
+    monitor->stop();
+    monitor->start(90.0F);
+    moves(80);
+    monitor->stop();
+    EXPECT_FALSE(sensor.isOpen());
+    EXPECT_FALSE(moves(120));
+    monitor->start(90.0F);
+    EXPECT_TRUE(moves(120)) << "the sample before the stop was below";
+}
+
+TEST_F(TheLidAngleMonitor, IsSilentOnceItIsGone) {
+    monitor->start(90.0F);
+    moves(80);
+    sensor.moveTo(100);
+    monitor.reset();
+    sensor.moveTo(120);
+    sensor.setPresent(false);
+    queue.runPosted();
+    EXPECT_EQ(announced, std::vector<float>{80});
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,80 @@
+#include "monitors/network_monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "support/fake_reachability_source.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+constexpr Seconds kPoll{2.5};
+
+/// What fires is appended to `fired`: '+' for a connection, '-' for the loss of it.
+class TheNetworkMonitor : public testing::Test {
+protected:
+    TheNetworkMonitor() {
+        monitor->onConnect = [this] { fired += '+'; };
+        monitor->onDisconnect = [this] { fired += '-'; };
+    }
+
+    VirtualMainQueue queue;
+    FakeReachabilitySource network;
+    std::optional<NetworkMonitor> monitor{std::in_place, queue, network};
+    std::string fired;
+};
+
+TEST_F(TheNetworkMonitor, TellsChangesAtTheNextPollAndNotTheStateAtStart) {
+    for (const bool atStart : {true, false}) {
+        fired.clear();
+        network.plugged = atStart;
+        monitor->start();
+        queue.advance(kPoll * 10);
+        EXPECT_EQ(fired, "") << atStart;
+        network.plugged = !atStart;
+        queue.advance(Seconds{2.4});
+        EXPECT_EQ(fired, "") << atStart;
+        queue.advance(Seconds{0.1});
+        EXPECT_EQ(fired, atStart ? "-" : "+");
+        network.plugged = atStart;
+        queue.advance(kPoll * 10);
+        EXPECT_EQ(fired, atStart ? "-+" : "+-");
+        monitor->stop();
+    }
+}
+
+TEST_F(TheNetworkMonitor, MissesALossBetweenTwoPolls) {
+    network.plugged = true;
+    monitor->start();
+    network.plugged = false;
+    queue.advance(Seconds{2.0});
+    network.plugged = true;
+    queue.advance(kPoll);
+    EXPECT_EQ(fired, "");
+}
+
+TEST_F(TheNetworkMonitor, ReadsTheStateAnewAtEachStartAndLetsTheSourceGoAtStop) {
+    network.plugged = true;
+    monitor->start();
+    EXPECT_TRUE(network.isOpen);
+    monitor->stop();
+    EXPECT_FALSE(network.isOpen);
+    queue.advance(kPoll * 2);
+    network.plugged = false;
+    monitor->start();
+    queue.advance(kPoll * 2);
+    EXPECT_EQ(fired, "");
+    network.plugged = true;
+    queue.advance(kPoll);
+    EXPECT_EQ(fired, "+");
+    monitor.reset();
+    network.plugged = false;
+    queue.advance(kPoll * 2);
+    EXPECT_EQ(fired, "+");
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,68 @@
+#include "monitors/usb_monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "support/fake_usb_arrival_source.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+class TheUsbMonitor : public testing::Test {
+protected:
+    TheUsbMonitor() {
+        monitor->onConnect = [this] { ++connects; };
+    }
+    int plugAndRun() {
+        devices.plug();
+        queue.runPosted();
+        return connects;
+    }
+
+    VirtualMainQueue queue;
+    FakeUsbArrivalSource devices;
+    std::optional<USBMonitor> monitor{std::in_place, queue, devices};
+    int connects = 0;
+};
+
+TEST_F(TheUsbMonitor, TellsArrivalsFromStartToStopAndAfterTheSourceHasReturned) {
+    monitor->stop();
+    EXPECT_EQ(plugAndRun(), 0);
+    monitor->start();
+    EXPECT_TRUE(monitor->isSetup);
+    devices.plug();
+    EXPECT_EQ(connects, 0);
+    queue.runPosted();
+    EXPECT_EQ(connects, 1);
+    EXPECT_EQ(plugAndRun(), 2);
+    monitor->stop();
+    EXPECT_FALSE(monitor->isSetup);
+    EXPECT_FALSE(devices.isOpen());
+    EXPECT_EQ(plugAndRun(), 2);
+}
+
+TEST_F(TheUsbMonitor, IsNotSetUpWhereArrivalsCannotBeHeard) {
+    devices.works = false;
+    monitor->start();
+    EXPECT_FALSE(monitor->isSetup);
+    devices.works = true;
+    monitor->start();
+    EXPECT_EQ(plugAndRun(), 1);
+}
+
+TEST_F(TheUsbMonitor, ReportsNothingWhileItsSwitchIsOffOrItIsGone) {
+    monitor->start();
+    monitor->isSetup = false;
+    EXPECT_EQ(plugAndRun(), 0);
+    monitor->isSetup = true;
+    devices.plug();
+    monitor.reset();
+    queue.runPosted();
+    EXPECT_EQ(connects, 0);
+    EXPECT_EQ(plugAndRun(), 0);
+}
+
+}  // namespace
+}  // namespace chimewerk
