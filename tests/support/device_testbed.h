@@ -1,0 +1,85 @@
+#pragma once
+
+#include <umockdev.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace chimewerk {
+
+/// A machine of made-up devices: within the test program, which runs in umockdev-wrapper, it takes the place of sysfs,
+/// of /dev and of udev's events. Empty at first.
+class DeviceTestbed {
+public:
+    using Values = std::map<std::string, std::string>;
+
+    DeviceTestbed() : bed_(umockdev_testbed_new()) {}
+    DeviceTestbed(const DeviceTestbed&) = delete;
+    DeviceTestbed& operator=(const DeviceTestbed&) = delete;
+    ~DeviceTestbed() { g_object_unref(bed_); }
+
+    /// Whether the program runs in umockdev-wrapper; without it a test would see the machine's own devices.
+    static bool works() { return umockdev_in_mock_environment() != 0; }
+
+    /// Adds a device, announces it and returns its folder. The parent is another one's folder, or empty.
+    std::string add(const std::string& subsystem, const std::string& name, const std::string& parent = {},
+                    const Values& attributes = {}, const Values& properties = {}) {
+        std::vector<std::string> texts[2] = {flatten(attributes), flatten(properties)};
+        return taken(umockdev_testbed_add_devicev(bed_, subsystem.c_str(), name.c_str(),
+                                                  parent.empty() ? nullptr : parent.c_str(),
+                                                  pointers(texts[0]).data(), pointers(texts[1]).data()));
+    }
+    void set(const std::string& device, const std::string& attribute, const std::string& value) {
+        umockdev_testbed_set_attribute(bed_, device.c_str(), attribute.c_str(), value.c_str());
+    }
+    void set(const std::string& device, const std::string& attribute, std::vector<std::uint8_t> value) {
+        umockdev_testbed_set_attribute_binary(bed_, device.c_str(), attribute.c_str(), value.data(),
+                                              static_cast<int>(value.size()));
+    }
+    void setProperty(const std::string& device, const std::string& property, const std::string& value) {
+        umockdev_testbed_set_property(bed_, device.c_str(), property.c_str(), value.c_str());
+    }
+    void announce(const std::string& device, const std::string& action) {
+        umockdev_testbed_uevent(bed_, device.c_str(), action.c_str());
+    }
+    /// Removes the device and announces that.
+    void remove(const std::string& device) { umockdev_testbed_remove_device(bed_, device.c_str()); }
+
+    /// The file of this name below /dev of the made-up machine, by its path on the real one.
+    std::string nodePath(const std::string& name) {
+        const std::string path = taken(umockdev_testbed_get_root_dir(bed_)) + "/dev/" + name;
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        return path;
+    }
+
+private:
+    static std::vector<std::string> flatten(const Values& values) {
+        std::vector<std::string> flat;
+        for (const auto& [name, value] : values) {
+            flat.push_back(name);
+            flat.push_back(value);
+        }
+        return flat;
+    }
+    static std::vector<char*> pointers(std::vector<std::string>& texts) {
+        std::vector<char*> all;
+        for (std::string& text : texts) {
+            all.push_back(text.data());
+        }
+        all.push_back(nullptr);
+        return all;
+    }
+    static std::string taken(char* text) {
+        const std::unique_ptr<char, decltype(&g_free)> owned(text, g_free);
+        return text == nullptr ? "" : text;
+    }
+
+    UMockdevTestbed* const bed_;
+};
+
+}  // namespace chimewerk
