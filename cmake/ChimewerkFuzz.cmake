@@ -1,0 +1,45 @@
+# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux platform [SEEDS folder]): a libFuzzer program of these sources
+# alone, and a test of CTest that runs it for a few seconds: 20,000 inputs, beginning from those in the folder. The
+# sources may include the headers of the layers. The program is built by clang++ whichever compiler builds the rest;
+# where there is no clang++ there is no such test, nor in builds that have sanitizers of their own. For a longer run:
+# build/debug/tests/fuzz/NAME FOLDER
+find_program(CHIMEWERK_FUZZ_COMPILER clang++)
+
+function(chimewerk_fuzz_test name)
+  cmake_parse_arguments(FUZZ "" "SEEDS" "SOURCES;LAYERS" ${ARGN})
+  if(NOT CHIMEWERK_FUZZ_COMPILER OR CHIMEWERK_SANITIZE)
+    message(STATUS "${name}: left out")
+    return()
+  endif()
+
+  set(includes "")
+  set(headers "")
+  foreach(layer IN LISTS FUZZ_LAYERS)
+    list(APPEND includes -I${PROJECT_BINARY_DIR}/include/${layer})
+    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${layer}/*.h)
+    list(APPEND headers ${found})
+  endforeach()
+  set(sources "")
+  foreach(source IN LISTS FUZZ_SOURCES)
+    cmake_path(ABSOLUTE_PATH source)
+    list(APPEND sources ${source})
+  endforeach()
+
+  set(program ${CMAKE_CURRENT_BINARY_DIR}/${name})
+  add_custom_command(
+    OUTPUT ${program}
+    COMMAND ${CHIMEWERK_FUZZ_COMPILER} -std=c++20 -g -O1 -Wall -Wextra -fsanitize=fuzzer,address,undefined
+            -fno-sanitize-recover=all ${includes} ${sources} -o ${program}
+    DEPENDS ${sources} ${headers}
+    COMMENT "Building the fuzzer ${name}"
+    VERBATIM)
+  add_custom_target(${name}_program ALL DEPENDS ${program})
+
+  # What it finds goes into a folder of its own, never into the seeds.
+  set(found ${program}-found)
+  file(MAKE_DIRECTORY ${found})
+  add_test(NAME ${name}
+    COMMAND ${program} -seed=1 -runs=20000 -max_len=4096 -timeout=10 -rss_limit_mb=1024 -artifact_prefix=${found}/
+            -print_final_stats=1 ${found} ${FUZZ_SEEDS})
+  set_tests_properties(${name} PROPERTIES LABELS fuzz TIMEOUT 120)
+endfunction()

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "monitors/lid_angle_monitor.h"
+
+namespace chimewerk {
+
+/// For machines whose lid has no sensor: never opens, never reports.
+class NullLidSensorSource final : public LidSensorSource {
+public:
+    bool open(ReportHandler /*onReport*/, FoundHandler /*onFound*/) override { return false; }
+    void close() override {}
+};
+
+}  // namespace chimewerk
