@@ -1,16 +1,9 @@
 #include "linux/lid_sensor_table.h"
 
-#include <fcntl.h>
-#include <termios.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <thread>
@@ -18,62 +11,17 @@
 #include <vector>
 
 #include "linux/epoll_main_queue.h"
-#include "linux/file_descriptor.h"
 #include "linux/iio_lid_sensor_source.h"
 #include "linux/linux_hardware_query.h"
 #include "support/device_testbed.h"
+#include "support/made_up_hid_device.h"
 
 namespace chimewerk {
 namespace {
 
 using Report = std::vector<std::uint8_t>;
 
-/// A sensor in the lid's hinge, and a mouse.
-const Report kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0xA1, 0x01, 0x85, 0x01, 0x09, 0x8A,
-                            0x75, 0x10, 0x95, 0x01, 0x81, 0x02, 0xC0};
 const Report kMouseDescriptor{0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0xC0};
-
-/// A HID device of the testbed. A terminal without any manners is its hidraw node: what the device reports can be read
-/// there, and when it is unplugged that ends in an error.
-class HidDevice {
-public:
-    HidDevice(DeviceTestbed& machine, const std::string& number, const Report& descriptor)
-        : machine_(machine),
-          path_(machine.nodePath("hidraw" + number)),
-          terminal_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        unlockpt(terminal_.get());
-        termios settings{};
-        tcgetattr(terminal_.get(), &settings);
-        cfmakeraw(&settings);
-        tcsetattr(terminal_.get(), TCSANOW, &settings);
-        std::filesystem::create_symlink(ptsname(terminal_.get()), path_);
-        device_ = machine.add("hid", "0018:0000:0000.000" + number);
-        machine.set(device_, "report_descriptor", descriptor);
-        node_ = machine.add("hidraw", "hidraw" + number, device_, {}, {{"DEVNAME", "/dev/hidraw" + number}});
-    }
-    HidDevice(const HidDevice&) = delete;
-    HidDevice& operator=(const HidDevice&) = delete;
-    ~HidDevice() { unplug(); }
-
-    void report(const Report& bytes) {
-        ASSERT_EQ(write(terminal_.get(), bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-    void unplug() {
-        if (!node_.empty()) {
-            std::filesystem::remove(path_);
-            machine_.remove(std::exchange(node_, ""));
-            machine_.remove(device_);
-            terminal_ = FileDescriptor();
-        }
-    }
-
-private:
-    DeviceTestbed& machine_;
-    const std::string path_;
-    FileDescriptor terminal_;
-    std::string device_;
-    std::string node_;
-};
 
 class TheLidSensor : public testing::Test {
 protected:
@@ -115,10 +63,10 @@ protected:
     std::optional<bool> nowFound;
 };
 
-TEST_F(TheLidSensor, IsTheHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre) {
-    HidDevice mouse(machine, "0", kMouseDescriptor);
-    HidDevice broken(machine, "1", Report(kLidDescriptor.begin(), kLidDescriptor.end() - 1));
-    HidDevice lid(machine, "2", kLidDescriptor);
+TEST_F(TheLidSensor, IsTheMadeUpHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre) {
+    MadeUpHidDevice mouse(machine, "0", kMouseDescriptor);
+    MadeUpHidDevice broken(machine, "1", Report(kLidDescriptor.begin(), kLidDescriptor.end() - 1));
+    MadeUpHidDevice lid(machine, "2", kLidDescriptor);
     ASSERT_TRUE(open());
     mouse.report({9, 9, 9});
     for (const Report& bytes : {angle(95), Report{2}, Report{1, 2, 3, 4, 5}}) {
@@ -135,8 +83,8 @@ TEST_F(TheLidSensor, IsTheHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre)
 TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
     EXPECT_FALSE(open());
     for (int i = 0; i < 2; ++i) {
-        HidDevice mouse(machine, "0", kMouseDescriptor);
-        HidDevice lid(machine, "1", kLidDescriptor);
+        MadeUpHidDevice mouse(machine, "0", kMouseDescriptor);
+        MadeUpHidDevice lid(machine, "1", kLidDescriptor);
         ASSERT_TRUE(tells(true));
         lid.report(angle(i));
         EXPECT_EQ(next(), angle(i));
@@ -146,7 +94,7 @@ TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
 }
 
 TEST_F(TheLidSensor, GivesWayToTheNextInTheTableAndComesBack) {
-    std::optional<HidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
+    std::optional<MadeUpHidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
     const std::string hinge = addHinge({{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "120\n"}});
     ASSERT_TRUE(open());
     lid->report(angle(90));
@@ -246,7 +194,7 @@ TEST_F(TheLidSensor, MakesTheMachineOneWhereTheEventCanWork) {
     EXPECT_TRUE(queryIsAppleSilicon(machineToday));
     machine.remove(hinge);
     EXPECT_FALSE(queryIsAppleSilicon(machineToday));
-    const HidDevice lid(machine, "0", kLidDescriptor);
+    const MadeUpHidDevice lid(machine, "0", kLidDescriptor);
     EXPECT_TRUE(queryIsAppleSilicon(machineToday));
 }
 

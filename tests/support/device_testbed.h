@@ -23,7 +23,8 @@ public:
     DeviceTestbed& operator=(const DeviceTestbed&) = delete;
     ~DeviceTestbed() { g_object_unref(bed_); }
 
-    /// Whether the program runs in umockdev-wrapper; without it a test would see the machine's own devices.
+    /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it sees the machine's own
+    /// devices.
     static bool works() { return umockdev_in_mock_environment() != 0; }
 
     /// Adds a device, announces it and returns its folder. The parent is another one's folder, or empty.
