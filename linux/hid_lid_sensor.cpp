@@ -48,7 +48,8 @@ void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
         if (report.size() * 8 < 8 + feature->firstBit + feature->bits) {
             continue;
         }
-        const std::uint32_t first = feature->isChoice ? static_cast<std::uint32_t>(feature->logicalMinimum) : 0;
+        const std::uint32_t first =
+            feature->isChoice ? static_cast<std::uint32_t>(feature->logicalMinimum) : 0;
         setBits(std::span(report).subspan(1), feature->firstBit, feature->bits, first + wakeUp.value);
         reports.write(report);
     }

@@ -12,7 +12,8 @@ namespace chimewerk {
 /// The lid's sensor among the collections of a HID device; none when it is not there.
 std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportDescriptor);
 
-/// The feature reports of a HID device, each with its identifier first (0 when the device does not number them).
+/// The feature reports of a HID device, each with its identifier first (0 when the device does not number
+/// them).
 class HidFeatureReports {
 public:
     virtual ~HidFeatureReports() = default;
@@ -24,8 +25,8 @@ public:
     virtual void write(const std::vector<std::uint8_t>& report) = 0;
 };
 
-/// Wakes the sensor: lets it report, turns its power on and sets how often it reports, as far as it has such settings
-/// and they can be read. What lies beside them in the same report keeps its value.
+/// Wakes the sensor: lets it report, turns its power on and sets how often it reports, as far as it has such
+/// settings and they can be read. What lies beside them in the same report keeps its value.
 void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports);
 
 }  // namespace chimewerk

@@ -53,7 +53,8 @@ struct ItemData {
     }
 };
 
-/// Takes the items of a descriptor in their order. Each step returns whether the descriptor makes sense so far.
+/// Takes the items of a descriptor in their order. Each step returns whether the descriptor makes sense so
+/// far.
 class DescriptorReader {
 public:
     bool take(Item item, ItemData data);

@@ -61,7 +61,8 @@ private:
     const int device_;
 };
 
-/// For reading and writing, since that is needed to wake the device; but one that may only be read may be awake.
+/// For reading and writing, since that is needed to wake the device; but one that may only be read may be
+/// awake.
 FileDescriptor openNode(const std::string& node) {
     constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     FileDescriptor device(::open(node.c_str(), O_RDWR | kFlags));
@@ -70,7 +71,9 @@ FileDescriptor openNode(const std::string& node) {
 
 }  // namespace
 
-bool HidrawLidSensorSource::isPresent() { return !candidates().empty(); }
+bool HidrawLidSensorSource::isPresent() {
+    return !candidates().empty();
+}
 
 bool HidrawLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
     onReport_ = std::move(onReport);

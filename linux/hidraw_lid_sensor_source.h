@@ -8,11 +8,11 @@
 
 namespace chimewerk {
 
-/// A lid sensor that is a HID device: the first among the kernel's hidraw devices that has the right usage and may be
-/// opened, which needs the udev rule that comes with the program.
+/// A lid sensor that is a HID device: the first among the kernel's hidraw devices that has the right usage
+/// and may be opened, which needs the udev rule that comes with the program.
 ///
-/// Does not notice by itself when one is plugged in: `open()` looks again. When the device goes away the source closes
-/// itself and tells so.
+/// Does not notice by itself when one is plugged in: `open()` looks again. When the device goes away the
+/// source closes itself and tells so.
 class HidrawLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.

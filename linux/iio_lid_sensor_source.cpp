@@ -41,13 +41,13 @@ std::vector<std::string> angleChannels(const std::string& folder) {
     return channels;
 }
 
-/// The channel that is the hinge's: the one that says so, else the first of a device whose name says so. Other things
-/// have angles too.
+/// The channel that is the hinge's: the one that says so, else the first of a device whose name says so.
+/// Other things have angles too.
 std::optional<std::string> hingeChannel(const std::string& folder) {
     const std::vector<std::string> channels = angleChannels(folder);
     bool labelled = false;
     for (const std::string& channel : channels) {
-        const auto label = readSysfsLine(folder + '/' + channel + "_label");
+        const auto label = readSysfsLine(std::string(folder).append("/").append(channel).append("_label"));
         if (label == "hinge") {
             return channel;
         }
@@ -59,7 +59,8 @@ std::optional<std::string> hingeChannel(const std::string& folder) {
 }
 
 /// A property of one channel, else the one that the device's angle channels share.
-std::optional<double> channelNumber(const std::string& folder, const std::string& channel, const char* property) {
+std::optional<double> channelNumber(const std::string& folder, const std::string& channel,
+                                    const char* property) {
     const auto own = readSysfsNumber(folder + '/' + channel + property);
     return own ? own : readSysfsNumber(folder + "/in_angl" + property);
 }
@@ -118,8 +119,9 @@ void IioLidSensorSource::readAngle() {
         return;  // The sensor is slow; it is asked again at a later look.
     }
     reading_ = true;
-    worker_.post([this, path = hinge_->rawPath,
-                  done = lifeline_.guard([this](std::optional<double> raw) { take(raw); })](const std::stop_token& stop) {
+    worker_.post([this, path = hinge_->rawPath, done = lifeline_.guard([this](std::optional<double> raw) {
+        take(raw);
+    })](const std::stop_token& stop) {
         const std::optional<double> raw = readSysfsNumber(path);
         if (!stop.stop_requested()) {
             queue_.post([done, raw]() mutable { done(raw); });

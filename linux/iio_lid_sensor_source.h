@@ -27,15 +27,17 @@ struct IioHinge {
     std::optional<Report> report(double raw) const;
 };
 
-/// The first industrial-I/O device of the machine that measures the angle of a hinge; none when there is none.
+/// The first industrial-I/O device of the machine that measures the angle of a hinge; none when there is
+/// none.
 std::optional<IioHinge> findIioHinge();
 
-/// A lid sensor that the kernel serves as an industrial-I/O device. It has no events to wait for, so it is read every
-/// 0.25 s and each reading becomes a report like those of the HID sensor; angles that no lid can have become none. The
-/// reading is done on a worker, since the kernel may have to wake the sensor for it and wait.
+/// A lid sensor that the kernel serves as an industrial-I/O device. It has no events to wait for, so it is
+/// read every 0.25 s and each reading becomes a report like those of the HID sensor; angles that no lid can
+/// have become none. The reading is done on a worker, since the kernel may have to wake the sensor for it and
+/// wait.
 ///
-/// Does not notice by itself when a sensor appears: `open()` looks again. When the device goes away the source closes
-/// itself and tells so.
+/// Does not notice by itself when a sensor appears: `open()` looks again. When the device goes away the
+/// source closes itself and tells so.
 class IioLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.

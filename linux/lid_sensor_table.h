@@ -10,10 +10,10 @@
 
 namespace chimewerk {
 
-/// The ways to a lid sensor in the order in which they are tried, ending in one that stays silent; the first that opens
-/// is used. When a device that may be a sensor comes or goes, the table is gone through again from the top: a sensor may
-/// be plugged in later, give way to a better one, and come back. Without udev's events only the sensor that is there
-/// when the table is opened is found.
+/// The ways to a lid sensor in the order in which they are tried, ending in one that stays silent; the first
+/// that opens is used. When a device that may be a sensor comes or goes, the table is gone through again from
+/// the top: a sensor may be plugged in later, give way to a better one, and come back. Without udev's events
+/// only the sensor that is there when the table is opened is found.
 class LidSensorTable final : public LidSensorSource {
 public:
     using Rows = std::vector<std::unique_ptr<LidSensorSource>>;

@@ -23,7 +23,9 @@ LinuxHardwareQuery::LinuxHardwareQuery() : LinuxHardwareQuery(thisMachine(), has
 LinuxHardwareQuery::LinuxHardwareQuery(std::string machine, std::function<bool()> hasHingeSensor)
     : machine_(std::move(machine)), hasHingeSensor_(std::move(hasHingeSensor)) {}
 
-bool LinuxHardwareQuery::hasHingeSensor() { return HidrawLidSensorSource::isPresent() || findIioHinge().has_value(); }
+bool LinuxHardwareQuery::hasHingeSensor() {
+    return HidrawLidSensorSource::isPresent() || findIioHinge().has_value();
+}
 
 std::optional<std::int32_t> LinuxHardwareQuery::integer(std::string_view name) const {
     // Big-endian processors are named "aarch64_be".

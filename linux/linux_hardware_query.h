@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// What kind of machine this is, as Linux knows it. It has "hw.optional.arm64" with the value 1 where the lid-angle event
-/// can work: on 64-bit ARM machines and wherever there is a sensor in the hinge.
+/// What kind of machine this is, as Linux knows it. It has "hw.optional.arm64" with the value 1 where the
+/// lid-angle event can work: on 64-bit ARM machines and wherever there is a sensor in the hinge.
 class LinuxHardwareQuery final : public HardwareQuery {
 public:
     /// This machine; a sensor is looked for at each query.

@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// Follows the datagrams in which the kernel answers one netlink question, and tells when and how the answer ends. Any
-/// bytes may come in.
+/// Follows the datagrams in which the kernel answers one netlink question, and tells when and how the answer
+/// ends. Any bytes may come in.
 class NetlinkAnswer {
 public:
     enum class State {
@@ -20,13 +20,15 @@ public:
         interrupted,
         /// The kernel refuses to answer.
         refused,
-        /// The kernel lost something, or the bytes make no sense. What further comes of this answer is of no use.
+        /// The kernel lost something, or the bytes make no sense. What further comes of this answer is of no
+        /// use.
         failed,
     };
     /// Receives the type and the bytes behind the header of each message that is part of the answer.
     using Visitor = std::function<void(std::uint16_t type, std::span<const std::byte> body)>;
 
-    /// `sequence` is the number that the question carried; messages with another one are left-overs of an earlier answer.
+    /// `sequence` is the number that the question carried; messages with another one are left-overs of an
+    /// earlier answer.
     NetlinkAnswer(std::uint32_t sequence, Visitor visit);
 
     /// Takes the next datagram; `cut` when it was longer than what was kept of it.

@@ -32,9 +32,12 @@ void eachAttribute(Bytes bytes, Visit visit) {
     }
 }
 
-bool isDown(unsigned nextHopFlags) { return (nextHopFlags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0; }
+bool isDown(unsigned nextHopFlags) {
+    return (nextHopFlags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0;
+}
 
-/// Reads the part of a route that says where packets leave: the route itself, or one of several next hops in it.
+/// Reads the part of a route that says where packets leave: the route itself, or one of several next hops in
+/// it.
 void appendHop(Bytes attributes, std::uint32_t link, bool isDefault, std::vector<RouteHop>& hops) {
     bool hasGateway = false;
     eachAttribute(attributes, [&](int type, Bytes value) {
@@ -63,8 +66,9 @@ void appendMultipath(Bytes bytes, bool isDefault, std::vector<RouteHop>& hops) {
 }
 
 bool isTunnelKind(std::string_view kind) {
-    static constexpr auto kKinds = std::to_array<std::string_view>(
-        {"gre", "gretap", "ip6gre", "ip6gretap", "ip6tnl", "ipip", "sit", "tun", "vti", "vti6", "wireguard", "xfrm"});
+    static constexpr auto kKinds =
+        std::to_array<std::string_view>({"gre", "gretap", "ip6gre", "ip6gretap", "ip6tnl", "ipip", "sit",
+                                         "tun", "vti", "vti6", "wireguard", "xfrm"});
     return std::ranges::find(kKinds, kind) != kKinds.end();
 }
 
@@ -81,7 +85,8 @@ void appendHops(std::span<const std::byte> message, std::vector<RouteHop>& hops)
         isDown(route->rtm_flags)) {
         return;
     }
-    const Bytes attributes = message.subspan(std::min<std::size_t>(message.size(), NLMSG_ALIGN(sizeof *route)));
+    const Bytes attributes =
+        message.subspan(std::min<std::size_t>(message.size(), NLMSG_ALIGN(sizeof *route)));
     const bool isDefault = route->rtm_dst_len == 0;
     std::uint32_t table = route->rtm_table;
     Bytes multipath;

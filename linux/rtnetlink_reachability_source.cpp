@@ -68,7 +68,8 @@ bool RtnetlinkReachabilitySource::isReachable() {
         }
         const State state = dumpRoutes(hops_);
         const bool isLast = attempt == kMaxDumps;
-        if (state == State::complete || state == State::unfinished || (state == State::interrupted && isLast)) {
+        if (state == State::complete || state == State::unfinished ||
+            (state == State::interrupted && isLast)) {
             return leadsOut(hops_, [this](std::uint32_t link) { return askLink(link); });
         }
     }
@@ -115,7 +116,8 @@ LinkState RtnetlinkReachabilitySource::askLink(std::uint32_t index) {
     return link.value_or(LinkState{.usable = false, .isTunnel = false});
 }
 
-NetlinkAnswer::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> question, std::uint32_t sequence,
+NetlinkAnswer::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> question,
+                                                      std::uint32_t sequence,
                                                       const NetlinkAnswer::Visitor& visit) {
     NetlinkAnswer answer(sequence, visit);
     State state = State::failed;
@@ -128,7 +130,8 @@ NetlinkAnswer::State RtnetlinkReachabilitySource::ask(std::span<const std::byte>
     return state;
 }
 
-/// A dump is produced as it is read, and everything else before `send()` returns: there is never anything to wait for.
+/// A dump is produced as it is read, and everything else before `send()` returns: there is never anything to
+/// wait for.
 NetlinkAnswer::State RtnetlinkReachabilitySource::receive(NetlinkAnswer& answer) {
     for (int i = 0; i < kMaxDatagrams; ++i) {
         iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};
@@ -142,8 +145,9 @@ NetlinkAnswer::State RtnetlinkReachabilitySource::receive(NetlinkAnswer& answer)
         if (size <= 0) {
             return State::failed;
         }
-        const State state = answer.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),
-                                        (message.msg_flags & MSG_TRUNC) != 0);
+        const State state =
+            answer.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),
+                        (message.msg_flags & MSG_TRUNC) != 0);
         if (state != State::unfinished) {
             return state;
         }

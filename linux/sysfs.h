@@ -5,8 +5,8 @@
 
 namespace chimewerk {
 
-/// What the kernel tells in a small file of its sysfs, up to 4096 bytes, read anew at each call; none when it cannot be
-/// read. Any thread. May wait where the kernel asks the device.
+/// What the kernel tells in a small file of its sysfs, up to 4096 bytes, read anew at each call; none when it
+/// cannot be read. Any thread. May wait where the kernel asks the device.
 std::optional<std::string> readSysfs(const std::string& path);
 
 /// The same without the end of its line.

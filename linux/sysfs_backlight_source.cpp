@@ -18,7 +18,8 @@ namespace {
 std::optional<std::size_t> rankOf(std::string_view type) {
     static constexpr auto kTypes = std::to_array<std::string_view>({"firmware", "platform", "raw"});
     const auto* const found = std::ranges::find(kTypes, type);
-    return found == kTypes.end() ? std::nullopt : std::optional(static_cast<std::size_t>(found - kTypes.begin()));
+    return found == kTypes.end() ? std::nullopt
+                                 : std::optional(static_cast<std::size_t>(found - kTypes.begin()));
 }
 
 std::optional<float> readLevel(const std::string& backlight) {

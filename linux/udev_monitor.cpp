@@ -23,7 +23,8 @@ std::unique_ptr<UdevMonitor> UdevMonitor::open(EpollMainQueue& queue, std::initi
         return nullptr;
     }
     for (const Filter& filter : filters) {
-        if (udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), filter.subsystem, filter.deviceType) < 0) {
+        if (udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), filter.subsystem,
+                                                            filter.deviceType) < 0) {
             return nullptr;
         }
     }
@@ -31,8 +32,10 @@ std::unique_ptr<UdevMonitor> UdevMonitor::open(EpollMainQueue& queue, std::initi
     if (udev_monitor_enable_receiving(monitor.get()) < 0) {
         return nullptr;
     }
-    std::unique_ptr<UdevMonitor> made(new UdevMonitor(std::move(udev), std::move(monitor), std::move(handler)));
-    made->watch_ = queue.watch(udev_monitor_get_fd(made->monitor_.get()), [opened = made.get()] { opened->receive(); });
+    std::unique_ptr<UdevMonitor> made(
+        new UdevMonitor(std::move(udev), std::move(monitor), std::move(handler)));
+    made->watch_ =
+        queue.watch(udev_monitor_get_fd(made->monitor_.get()), [opened = made.get()] { opened->receive(); });
     return made->watch_ ? std::move(made) : nullptr;
 }
 
@@ -47,8 +50,9 @@ void UdevMonitor::receive() {
         const UdevDeviceHandle device(udev_monitor_receive_device(monitor_.get()));
         if (device) {
             const char* const action = udev_device_get_action(device.get());
-            events.push_back({.action = action == nullptr ? "" : action,
-                              .isRepeated = udev_device_get_property_value(device.get(), "SYNTH_UUID") != nullptr});
+            events.push_back(
+                {.action = action == nullptr ? "" : action,
+                 .isRepeated = udev_device_get_property_value(device.get(), "SYNTH_UUID") != nullptr});
         } else if (errno == ENOBUFS) {
             lost = true;  // The kernel says so once, and goes on with what it has kept.
         } else {

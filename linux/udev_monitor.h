@@ -27,8 +27,8 @@ public:
         /// Null for every type.
         const char* deviceType;
     };
-    /// Receives what has gathered since the last call, on the main thread; empty when events were lost because too many
-    /// came at once.
+    /// Receives what has gathered since the last call, on the main thread; empty when events were lost
+    /// because too many came at once.
     using Handler = std::function<void(std::span<const UdevEvent>)>;
 
     /// Hears the events of devices that any of `filters` fits. Null when they cannot be heard.

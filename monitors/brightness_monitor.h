@@ -13,13 +13,13 @@ class BrightnessSource {
 public:
     virtual ~BrightnessSource() = default;
 
-    /// The built-in display's brightness at this moment, 0 to 1; none when there is no such display or it cannot be
-    /// read. Returns without waiting, and is cheap enough for four calls a second.
+    /// The built-in display's brightness at this moment, 0 to 1; none when there is no such display or it
+    /// cannot be read. Returns without waiting, and is cheap enough for four calls a second.
     virtual std::optional<float> brightness() = 0;
 };
 
-/// Tells the display getting brighter from it getting darker. Compares with the level of the last event, so that slow
-/// changes add up. Main thread only.
+/// Tells the display getting brighter from it getting darker. Compares with the level of the last event, so
+/// that slow changes add up. Main thread only.
 class BrightnessMonitor {
 public:
     BrightnessMonitor(MainQueue& queue, BrightnessSource& display);
@@ -29,7 +29,8 @@ public:
     /// The brightness fell by more than 0.03 since the last event.
     std::function<void()> onDown;
 
-    /// Takes the present level as the reference and looks every 0.25 s from now on. Call it once before `stop()`.
+    /// Takes the present level as the reference and looks every 0.25 s from now on. Call it once before
+    /// `stop()`.
     void start();
 
     /// Ends the looking.

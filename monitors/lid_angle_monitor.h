@@ -21,17 +21,18 @@ public:
 
     virtual ~LidSensorSource() = default;
 
-    /// Wakes the sensor, opens it and hands each of its reports to `onReport` on the main thread until `close()`; never
-    /// from within this call. Returns whether there is a sensor and it opened. Where a sensor may come later or go
-    /// away, `onFound` is then told on the main thread. A source that is open already stays so and returns true.
+    /// Wakes the sensor, opens it and hands each of its reports to `onReport` on the main thread until
+    /// `close()`; never from within this call. Returns whether there is a sensor and it opened. Where a
+    /// sensor may come later or go away, `onFound` is then told on the main thread. A source that is open
+    /// already stays so and returns true.
     virtual bool open(ReportHandler onReport, FoundHandler onFound) = 0;
 
     /// Ends the reports, from this call on; nothing when the source is not open.
     virtual void close() = 0;
 };
 
-/// Announces each angle of the lid and plays "lid_angle" when the lid crosses a threshold in either direction, at most
-/// once in 0.8 s. Main thread only; call `stop()` before the source goes away.
+/// Announces each angle of the lid and plays "lid_angle" when the lid crosses a threshold in either
+/// direction, at most once in 0.8 s. Main thread only; call `stop()` before the source goes away.
 class LidAngleMonitor {
 public:
     /// What the monitor needs of its surroundings; all of it outlives the monitor.
@@ -48,13 +49,15 @@ public:
     /// The angle whose crossing plays the event, in degrees.
     float angleThreshold = 90.0F;
 
-    /// Whether the sensor exists and could be opened; follows it when it comes or goes while the monitor is started.
+    /// Whether the sensor exists and could be opened; follows it when it comes or goes while the monitor is
+    /// started.
     bool sensorFound = false;
 
     /// Sets the threshold, in degrees, and begins to listen; `sensorFound` tells the outcome.
     void start(float threshold);
 
-    /// The threshold from the next sample on, in degrees. Moving it across the lid's present angle plays nothing.
+    /// The threshold from the next sample on, in degrees. Moving it across the lid's present angle plays
+    /// nothing.
     void updateThreshold(float threshold) { angleThreshold = threshold; }
 
     /// Ends the listening. The last angle is kept for the next start, and `sensorFound` stays as it is.

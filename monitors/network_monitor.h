@@ -18,13 +18,14 @@ public:
     /// Lets go of it.
     virtual void close() = 0;
 
-    /// Whether there is a usable way to the wider network at this moment; a way that would have to be established
-    /// first is none. False when that cannot be found out, and when the source is not open. Sends nothing over the
-    /// network and returns without waiting.
+    /// Whether there is a usable way to the wider network at this moment; a way that would have to be
+    /// established first is none. False when that cannot be found out, and when the source is not open. Sends
+    /// nothing over the network and returns without waiting.
     virtual bool isReachable() = 0;
 };
 
-/// Tells the machine gaining the network from it losing it. The state at the start is no event. Main thread only.
+/// Tells the machine gaining the network from it losing it. The state at the start is no event. Main thread
+/// only.
 class NetworkMonitor {
 public:
     NetworkMonitor(MainQueue& queue, ReachabilitySource& reachability);

@@ -12,9 +12,9 @@ class UsbArrivalSource {
 public:
     virtual ~UsbArrivalSource() = default;
 
-    /// Calls `arrived` on the main thread after USB devices were attached, from now until `close()`; devices that are
-    /// there already are left out. Several that come together may share one call. Returns false, and never calls, when
-    /// arrivals cannot be heard on this machine.
+    /// Calls `arrived` on the main thread after USB devices were attached, from now until `close()`; devices
+    /// that are there already are left out. Several that come together may share one call. Returns false, and
+    /// never calls, when arrivals cannot be heard on this machine.
     virtual bool open(std::function<void()> arrived) = 0;
 
     /// Ends the calls, from this call on.

@@ -10,7 +10,8 @@ constexpr float kNone = -1.0F;
 
 }  // namespace
 
-VolumeMonitor::VolumeMonitor(MainQueue& queue, OutputVolumeSource& output) : output_(output), polling_(queue) {}
+VolumeMonitor::VolumeMonitor(MainQueue& queue, OutputVolumeSource& output)
+    : output_(output), polling_(queue) {}
 
 void VolumeMonitor::start() {
     lastVol_ = currentVolume();

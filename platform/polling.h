@@ -8,14 +8,14 @@
 
 namespace chimewerk {
 
-/// A look that its owner takes again and again: a member of the owner, declared last so that it ends first. Main thread
-/// only; the queue outlives it.
+/// A look that its owner takes again and again: a member of the owner, declared last so that it ends first.
+/// Main thread only; the queue outlives it.
 class Polling {
 public:
     explicit Polling(MainQueue& queue) : queue_(queue) {}
 
-    /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone. Call it once before
-    /// `stop()`: only the last one can be stopped.
+    /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone. Call it
+    /// once before `stop()`: only the last one can be stopped.
     void start(Seconds interval, MainQueue::Job look) {
         timer_ = queue_.every(interval, lifeline_.guard(std::move(look)));
     }

@@ -29,8 +29,10 @@ namespace {
 
 constexpr const char* kUsage =
     "made-up-machine PIPE program [argument...]\n"
-    "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its brightness and, where this\n"
-    "user may have that, a network of its own. Makes the pipe; what is written there, a line at a time, happens:\n"
+    "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its brightness and, "
+    "where this\n"
+    "user may have that, a network of its own. Makes the pipe; what is written there, a line at a time, "
+    "happens:\n"
     "  lid DEGREES   brightness PERCENT   usb   network up|down\n";
 
 /// The hardware, and what can happen to it.
@@ -80,8 +82,8 @@ private:
 
     DeviceTestbed bed_;
     MadeUpHidDevice lid_{bed_, "0", kLidDescriptor};
-    std::string display_ =
-        bed_.add("backlight", "panel", "", {{"type", "raw\n"}, {"brightness", "50\n"}, {"max_brightness", "100\n"}});
+    std::string display_ = bed_.add("backlight", "panel", "",
+                                    {{"type", "raw\n"}, {"brightness", "50\n"}, {"max_brightness", "100\n"}});
     int angle_ = 60;
     int sticks_ = 0;
     bool hasNetwork_ = false;
@@ -92,8 +94,8 @@ FileDescriptor openPipe(const char* path) {
     return FileDescriptor(open(path, O_RDWR | O_CLOEXEC));
 }
 
-/// Watches for the signals that end this program, and for the one that tells that the other has ended. `before` becomes the
-/// signals that were blocked until now.
+/// Watches for the signals that end this program, and for the one that tells that the other has ended.
+/// `before` becomes the signals that were blocked until now.
 FileDescriptor watchSignals(sigset_t& before) {
     sigset_t watched;
     sigemptyset(&watched);

@@ -29,7 +29,9 @@ public:
         report.insert(report.end(), bytes_.begin(), bytes_.end());
         return report;
     }
-    void write(const std::vector<std::uint8_t>& report) override { require(report.size() == 1 + bytes_.size()); }
+    void write(const std::vector<std::uint8_t>& report) override {
+        require(report.size() == 1 + bytes_.size());
+    }
 
 private:
     const std::span<const std::uint8_t> bytes_;

@@ -12,12 +12,24 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 // Items of report descriptors.
-Bytes page(std::uint8_t number) { return {0x05, number}; }
-Bytes usage(std::uint8_t low, std::uint8_t high = 0) { return {0x0A, low, high}; }
-Bytes size(std::uint8_t bits) { return {0x75, bits}; }
-Bytes count(std::uint8_t fields) { return {0x95, fields}; }
-Bytes reportId(std::uint8_t id) { return {0x85, id}; }
-Bytes logicalMinimum(std::int8_t value) { return {0x15, static_cast<std::uint8_t>(value)}; }
+Bytes page(std::uint8_t number) {
+    return {0x05, number};
+}
+Bytes usage(std::uint8_t low, std::uint8_t high = 0) {
+    return {0x0A, low, high};
+}
+Bytes size(std::uint8_t bits) {
+    return {0x75, bits};
+}
+Bytes count(std::uint8_t fields) {
+    return {0x95, fields};
+}
+Bytes reportId(std::uint8_t id) {
+    return {0x85, id};
+}
+Bytes logicalMinimum(std::int8_t value) {
+    return {0x15, static_cast<std::uint8_t>(value)};
+}
 const Bytes kPush{0xA4};
 const Bytes kPop{0xB4};
 const Bytes kPhysical{0xA1, 0x00};
@@ -48,7 +60,8 @@ TEST(TheHidLidSensor, IsAnOutermostCollectionWithItsUsage) {
              {"behind another one", page(0x01) + usage(0x02) + kApplication + kEnd + kLidBegin + kEnd, true},
              {"the page set after the usage", usage(0x8A) + page(0x20) + kApplication + kEnd, true},
              {"page and usage in one", Bytes{0x0B, 0x8A, 0x00, 0x20, 0x00} + kApplication + kEnd, true},
-             {"the page from before a pop", page(0x20) + kPush + page(1) + kPop + usage(0x8A) + kApplication + kEnd, true},
+             {"the page from before a pop",
+              page(0x20) + kPush + page(1) + kPop + usage(0x8A) + kApplication + kEnd, true},
              {"behind a long item", Bytes{0xFE, 2, 0x10, 0xC0, 0xC0} + kLidBegin + kEnd, true},
              {"one sensor among those of a hub",
               page(0x20) + usage(0x01) + kApplication + usage(0x8A) + kPhysical + kEnd + kEnd, false},
@@ -79,12 +92,13 @@ public:
     }
 };
 
-/// Reporting state and power state are choices, of three bits that count from 1 and of a byte that counts from 0; the
-/// interval lies in a second report behind a sensitivity.
-const Bytes kSleepyLid = kLidBegin + reportId(1) + size(3) + count(1) + logicalMinimum(1) + usage(0x16, 0x03) + kLogical +
-                         usage(0x40, 0x08) + usage(0x41, 0x08) + kChoice + kEnd + size(5) + kPadding + logicalMinimum(0) +
-                         size(8) + usage(0x19, 0x03) + kLogical + usage(0x50, 0x08) + kChoice + kEnd + reportId(2) +
-                         size(16) + count(2) + usage(0x0F, 0x03) + usage(0x0E, 0x03) + kVariable + kEnd;
+/// Reporting state and power state are choices, of three bits that count from 1 and of a byte that counts
+/// from 0; the interval lies in a second report behind a sensitivity.
+const Bytes kSleepyLid = kLidBegin + reportId(1) + size(3) + count(1) + logicalMinimum(1) +
+                         usage(0x16, 0x03) + kLogical + usage(0x40, 0x08) + usage(0x41, 0x08) + kChoice +
+                         kEnd + size(5) + kPadding + logicalMinimum(0) + size(8) + usage(0x19, 0x03) +
+                         kLogical + usage(0x50, 0x08) + kChoice + kEnd + reportId(2) + size(16) + count(2) +
+                         usage(0x0F, 0x03) + usage(0x0E, 0x03) + kVariable + kEnd;
 
 TEST(TheHidLidSensor, IsWokenBitByBit) {
     const auto sensor = findLidSensor(kSleepyLid);
@@ -92,9 +106,9 @@ TEST(TheHidLidSensor, IsWokenBitByBit) {
     FakeFeatureReports device;
     device.reports = {{1, {0b1010'1001, 0xFF, 0x77}}, {2, {1, 2, 0xFF, 0xFF}}};
     wakeLidSensor(*sensor, device);
-    EXPECT_EQ(device.written, (std::vector<Bytes>{{1, 0b1010'1010, 0xFF, 0x77},
-                                                  {1, 0b1010'1010, 0x01, 0x77},
-                                                  {2, 1, 2, 100, 0}}));
+    EXPECT_EQ(
+        device.written,
+        (std::vector<Bytes>{{1, 0b1010'1010, 0xFF, 0x77}, {1, 0b1010'1010, 0x01, 0x77}, {2, 1, 2, 100, 0}}));
 }
 
 TEST(TheHidLidSensor, IsLeftAsItIsWhereItCannotBeRead) {

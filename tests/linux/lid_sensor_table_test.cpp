@@ -28,8 +28,9 @@ protected:
     void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
 
     bool open() {
-        return table.open([this](std::span<const std::uint8_t> bytes) { reports.emplace_back(bytes.begin(), bytes.end()); },
-                          [this](bool found) { nowFound = found; });
+        return table.open(
+            [this](std::span<const std::uint8_t> bytes) { reports.emplace_back(bytes.begin(), bytes.end()); },
+            [this](bool found) { nowFound = found; });
     }
     /// Lets the main loop run until `condition` holds; false when it does not within 10 s.
     template <typename Condition>
@@ -199,7 +200,8 @@ TEST_F(TheLidSensor, MakesTheMachineOneWhereTheEventCanWork) {
 }
 
 TEST(TheHardware, Is64BitArmByItsProcessorsName) {
-    for (const auto& [name, is] : {std::pair("aarch64", true), {"aarch64_be", true}, {"armv7l", false}, {"x86_64", false}}) {
+    for (const auto& [name, is] :
+         {std::pair("aarch64", true), {"aarch64_be", true}, {"armv7l", false}, {"x86_64", false}}) {
         const LinuxHardwareQuery machine(name, [] { return false; });
         EXPECT_EQ(queryIsAppleSilicon(machine), is) << name;
         EXPECT_EQ(machine.integer("hw.optional.other"), std::nullopt);

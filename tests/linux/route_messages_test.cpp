@@ -52,8 +52,12 @@ Bytes message(unsigned short type, unsigned flags, std::uint32_t sequence, const
 Bytes part(std::uint32_t sequence = 7, unsigned flags = 0) {
     return message(RTM_NEWROUTE, NLM_F_MULTI | flags, sequence, {});
 }
-Bytes done(int error = 0) { return message(NLMSG_DONE, NLM_F_MULTI, 7, bytesOf(error)); }
-Bytes refusal(int error) { return message(NLMSG_ERROR, 0, 7, bytesOf(error)); }
+Bytes done(int error = 0) {
+    return message(NLMSG_DONE, NLM_F_MULTI, 7, bytesOf(error));
+}
+Bytes refusal(int error) {
+    return message(NLMSG_ERROR, 0, 7, bytesOf(error));
+}
 
 TEST(ANetlinkAnswer, EndsInOneOfFourWays) {
     struct Case {
@@ -68,8 +72,10 @@ TEST(ANetlinkAnswer, EndsInOneOfFourWays) {
              {"in several", {part(), part() + part(), done()}, State::complete, 3},
              {"a single message", {message(RTM_NEWLINK, 0, 7, {})}, State::complete, 1},
              {"more to come", {part()}, State::unfinished, 1},
-             {"left-overs of an earlier answer", {part(6) + message(NLMSG_DONE, 0, 6, {}), part() + done()},
-              State::complete, 1},
+             {"left-overs of an earlier answer",
+              {part(6) + message(NLMSG_DONE, 0, 6, {}), part() + done()},
+              State::complete,
+              1},
              {"changed in the middle", {part(7, NLM_F_DUMP_INTR), part() + done()}, State::interrupted, 2},
              {"refused", {refusal(-19)}, State::refused, 0},
              {"confirmed", {refusal(0)}, State::complete, 0},
@@ -100,11 +106,18 @@ rtmsg route(unsigned char type = RTN_UNICAST, unsigned flags = 0, unsigned char 
     made.rtm_dst_len = length;
     return made;
 }
-Bytes through(std::uint32_t link) { return attribute(RTA_OIF, bytesOf(link)); }
-Bytes gateway() { return attribute(RTA_GATEWAY, Bytes(4)); }
-Bytes table(std::uint32_t number) { return attribute(RTA_TABLE, bytesOf(number)); }
+Bytes through(std::uint32_t link) {
+    return attribute(RTA_OIF, bytesOf(link));
+}
+Bytes gateway() {
+    return attribute(RTA_GATEWAY, Bytes(4));
+}
+Bytes table(std::uint32_t number) {
+    return attribute(RTA_TABLE, bytesOf(number));
+}
 Bytes nextHop(int link, unsigned char flags, const Bytes& attributes = {}) {
-    return bytesOf(rtnexthop{static_cast<unsigned short>(sizeof(rtnexthop) + attributes.size()), flags, 0, link}) +
+    return bytesOf(rtnexthop{static_cast<unsigned short>(sizeof(rtnexthop) + attributes.size()), flags, 0,
+                             link}) +
            attributes;
 }
 
@@ -127,8 +140,10 @@ TEST(ARoute, HasTheNextHopsThatLeadFurther) {
     for (const Case& c : std::vector<Case>{
              {"default", bytesOf(route()) + through(3), "3! "},
              {"default in a table of its own", bytesOf(route()) + table(51820) + through(3), "3! "},
-             {"default among the machine's own addresses", bytesOf(route()) + through(3) + table(RT_TABLE_LOCAL), ""},
-             {"to a place behind a router", bytesOf(route(RTN_UNICAST, 0, 24)) + through(3) + gateway(), "3 "},
+             {"default among the machine's own addresses",
+              bytesOf(route()) + through(3) + table(RT_TABLE_LOCAL), ""},
+             {"to a place behind a router", bytesOf(route(RTN_UNICAST, 0, 24)) + through(3) + gateway(),
+              "3 "},
              {"to the link's own network", bytesOf(route(RTN_UNICAST, 0, 24)) + through(3), ""},
              {"unreachable", bytesOf(route(RTN_UNREACHABLE)) + through(1), ""},
              {"multicast", bytesOf(route(RTN_MULTICAST)) + through(1), ""},
@@ -137,8 +152,9 @@ TEST(ARoute, HasTheNextHopsThatLeadFurther) {
              {"dead", bytesOf(route(RTN_UNICAST, RTNH_F_DEAD)) + through(3), ""},
              {"through nothing", bytesOf(route()), ""},
              {"over several links",
-              bytesOf(route()) + attribute(RTA_MULTIPATH, nextHop(4, 0, gateway()) + nextHop(5, RTNH_F_LINKDOWN) +
-                                                              nextHop(6, RTNH_F_DEAD) + nextHop(7, 0)),
+              bytesOf(route()) +
+                  attribute(RTA_MULTIPATH, nextHop(4, 0, gateway()) + nextHop(5, RTNH_F_LINKDOWN) +
+                                               nextHop(6, RTNH_F_DEAD) + nextHop(7, 0)),
               "4! 7! "}}) {
         EXPECT_EQ(hopsOf(c.bytes), c.hops) << c.what;
     }
@@ -167,8 +183,8 @@ TEST(ALink, IsUsableWhenUpWithCarrierAndATunnelByItsKind) {
     };
     EXPECT_EQ(link(kUp, "veth"), (LinkState{.usable = true, .isTunnel = false}));
     EXPECT_EQ(link(kUp, "wireguard"), (LinkState{.usable = true, .isTunnel = true}));
-    for (const unsigned flags : {kUp & ~unsigned{IFF_UP}, kUp & ~unsigned{IFF_RUNNING}, kUp & ~unsigned{IFF_LOWER_UP},
-                                 kUp | IFF_LOOPBACK}) {
+    for (const unsigned flags : {kUp & ~unsigned{IFF_UP}, kUp & ~unsigned{IFF_RUNNING},
+                                 kUp & ~unsigned{IFF_LOWER_UP}, kUp | IFF_LOOPBACK}) {
         EXPECT_EQ(link(flags, ""), (LinkState{.usable = false, .isTunnel = false})) << flags;
     }
     EXPECT_EQ(readLink(Bytes(3)), std::nullopt);
@@ -181,7 +197,8 @@ TEST(TheWayOut, IsADefaultRouteThroughALinkOrThroughATunnelThatALinkCarries) {
     constexpr RouteHop kRouterOnLink{1, false};
     constexpr RouteHop kRouterInTunnel{2, false};
     constexpr RouteHop kRouterOnDeadLink{3, false};
-    const std::map<std::uint32_t, LinkState> links{{1, {true, false}}, {2, {true, true}}, {3, {false, false}}};
+    const std::map<std::uint32_t, LinkState> links{
+        {1, {true, false}}, {2, {true, true}}, {3, {false, false}}};
     struct Case {
         std::vector<RouteHop> hops;
         bool leads;
@@ -204,7 +221,8 @@ TEST(TheWayOut, IsADefaultRouteThroughALinkOrThroughATunnelThatALinkCarries) {
                                return links.at(link);
                            }),
                   c.leads)
-            << testing::PrintToString(c.hops.size()) << " hops, the first through " << (c.hops.empty() ? 0 : c.hops[0].link);
+            << testing::PrintToString(c.hops.size()) << " hops, the first through "
+            << (c.hops.empty() ? 0 : c.hops[0].link);
     }
 }
 

@@ -20,7 +20,8 @@
 namespace chimewerk {
 namespace {
 
-/// A network with two cables, near0 to far0 and near1 to far1, both plugged in; near0 and near1 have addresses.
+/// A network with two cables, near0 to far0 and near1 to far1, both plugged in; near0 and near1 have
+/// addresses.
 class TheReachability : public testing::Test {
 protected:
     void SetUp() override {
@@ -44,7 +45,8 @@ protected:
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         while (source.isReachable() != expected) {
             if (std::chrono::steady_clock::now() > deadline) {
-                return testing::AssertionFailure() << "still " << (expected ? "un" : "") << "reachable after 10 s";
+                return testing::AssertionFailure()
+                       << "still " << (expected ? "un" : "") << "reachable after 10 s";
             }
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         }
@@ -83,8 +85,9 @@ TEST_F(TheReachability, SeesARouteVanishWithItsAddress) {
 }
 
 TEST_F(TheReachability, IgnoresRoutesThatRejectTheirPacketsAndThoseOfOwnAddresses) {
-    for (const char* const route : {"unreachable default", "blackhole default", "prohibit default", "throw default",
-                                    "default dev near0 table local", "198.51.100.0/24 via 192.0.0.2 dev near0"}) {
+    for (const char* const route :
+         {"unreachable default", "blackhole default", "prohibit default", "throw default",
+          "default dev near0 table local", "198.51.100.0/24 via 192.0.0.2 dev near0"}) {
         for (const char* const family : {"-4 ", "-6 "}) {
             if (std::strstr(route, "198") != nullptr && std::strcmp(family, "-6 ") == 0) {
                 continue;
@@ -97,8 +100,9 @@ TEST_F(TheReachability, IgnoresRoutesThatRejectTheirPacketsAndThoseOfOwnAddresse
 }
 
 TEST_F(TheReachability, CountsDefaultRoutesOfOtherTablesAndSourceSpecificOnes) {
-    for (const char* const route : {"-4 route add default dev near0 table 100", "-6 route add default dev near0 table 51820",
-                                    "-6 route add default from 2001:db8::/32 via 2001:db8:0::2 dev near0"}) {
+    for (const char* const route :
+         {"-4 route add default dev near0 table 100", "-6 route add default dev near0 table 51820",
+          "-6 route add default from 2001:db8::/32 via 2001:db8:0::2 dev near0"}) {
         ip(route);
         EXPECT_TRUE(becomes(true)) << route;
         ip(std::string(route).replace(9, 3, "del"));

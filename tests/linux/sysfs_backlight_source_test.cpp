@@ -14,9 +14,11 @@ class TheBacklight : public testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
 
-    std::string add(const std::string& name, const std::string& type, const std::string& now, const std::string& max) {
-        return machine.add("backlight", name, "",
-                           {{"type", type + "\n"}, {"brightness", now + "\n"}, {"max_brightness", max + "\n"}});
+    std::string add(const std::string& name, const std::string& type, const std::string& now,
+                    const std::string& max) {
+        return machine.add(
+            "backlight", name, "",
+            {{"type", type + "\n"}, {"brightness", now + "\n"}, {"max_brightness", max + "\n"}});
     }
 
     DeviceTestbed machine;

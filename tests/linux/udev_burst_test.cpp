@@ -20,7 +20,8 @@
 namespace chimewerk {
 namespace {
 
-/// The hash by which udev's messages are filtered in the kernel: 32-bit MurmurHash2, as the messages' format wants it.
+/// The hash by which udev's messages are filtered in the kernel: 32-bit MurmurHash2, as the messages' format
+/// wants it.
 std::uint32_t hashOf(const std::string& text) {
     constexpr std::uint32_t kMultiplier = 0x5bd1e995;
     auto hash = static_cast<std::uint32_t>(text.size());
@@ -62,8 +63,9 @@ public:
     void announce(int number) {
         std::string properties;
         for (const std::string& property :
-             {std::string("ACTION=add"), "DEVPATH=/devices/usb" + std::to_string(number), std::string("SUBSYSTEM=usb"),
-              std::string("DEVTYPE=usb_device"), "SEQNUM=" + std::to_string(++sequence_)}) {
+             {std::string("ACTION=add"), "DEVPATH=/devices/usb" + std::to_string(number),
+              std::string("SUBSYSTEM=usb"), std::string("DEVTYPE=usb_device"),
+              "SEQNUM=" + std::to_string(++sequence_)}) {
             properties.append(property).push_back('\0');
         }
         const Header header{.magic = htonl(0xfeedcafe),

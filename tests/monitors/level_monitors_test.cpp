@@ -19,8 +19,8 @@ constexpr std::optional<float> kNone;
 
 using Readings = std::vector<std::optional<float>>;
 
-/// The first reading is the one at the start, each further one is one tick later. What fires at a tick: '+' for up, '-'
-/// for down, '.' for nothing.
+/// The first reading is the one at the start, each further one is one tick later. What fires at a tick: '+'
+/// for up, '-' for down, '.' for nothing.
 struct Case {
     const char* what;
     Readings readings;
@@ -54,14 +54,14 @@ protected:
 };
 
 TEST_F(TheBrightnessMonitor, ComparesWithTheLevelOfTheLastEvent) {
-    for (const Case& c : std::vector<Case>{
-             {"slow changes add up", {0.50F, 0.52F, 0.54F, 0.56F, 0.575F}, ".+.+"},
-             {"and down as well", {0.50F, 0.48F, 0.46F, 0.46F}, ".-."},
-             {"exactly the least change is too little", {0.0F, 0.03F, 0.0F, 0.0301F}, "..+"},
-             {"back and forth", {1.0F, 0.0F, 1.0F, 0.98F, 1.0F}, "-+.."},
-             {"no display at the start", {kNone, kNone, 0.2F, 0.9F}, "..+"},
-             {"unreadable in between", {0.2F, kNone, kNone, 0.22F, 0.5F}, "...+"},
-             {"to darkness", {0.04F, 0.0F, kNone, 0.04F}, "-.+"}}) {
+    for (const Case& c :
+         std::vector<Case>{{"slow changes add up", {0.50F, 0.52F, 0.54F, 0.56F, 0.575F}, ".+.+"},
+                           {"and down as well", {0.50F, 0.48F, 0.46F, 0.46F}, ".-."},
+                           {"exactly the least change is too little", {0.0F, 0.03F, 0.0F, 0.0301F}, "..+"},
+                           {"back and forth", {1.0F, 0.0F, 1.0F, 0.98F, 1.0F}, "-+.."},
+                           {"no display at the start", {kNone, kNone, 0.2F, 0.9F}, "..+"},
+                           {"unreadable in between", {0.2F, kNone, kNone, 0.22F, 0.5F}, "...+"},
+                           {"to darkness", {0.04F, 0.0F, kNone, 0.04F}, "-.+"}}) {
         EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { display.level = level; }), c.fires)
             << c.what;
     }
@@ -108,13 +108,13 @@ protected:
 };
 
 TEST_F(TheVolumeMonitor, ComparesWithTheReadingBefore) {
-    for (const Case& c : std::vector<Case>{
-             {"slow changes are none", {0.50F, 0.52F, 0.54F, 0.56F}, "..."},
-             {"up and down", {0.50F, 0.60F, 0.40F}, "+-"},
-             {"exactly the least change is enough", {0.0F, 0.03F, 0.0F}, "+-"},
-             {"to silence and back", {0.5F, 0.0F, 0.5F}, "-+"},
-             {"no device at the start", {kNone, kNone, 0.5F, 0.6F}, "..+"},
-             {"no device in between", {0.5F, kNone, 0.5F, kNone, 0.6F}, "...+"}}) {
+    for (const Case& c :
+         std::vector<Case>{{"slow changes are none", {0.50F, 0.52F, 0.54F, 0.56F}, "..."},
+                           {"up and down", {0.50F, 0.60F, 0.40F}, "+-"},
+                           {"exactly the least change is enough", {0.0F, 0.03F, 0.0F}, "+-"},
+                           {"to silence and back", {0.5F, 0.0F, 0.5F}, "-+"},
+                           {"no device at the start", {kNone, kNone, 0.5F, 0.6F}, "..+"},
+                           {"no device in between", {0.5F, kNone, 0.5F, kNone, 0.6F}, "...+"}}) {
         output = {};
         EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { output.main = level; }), c.fires)
             << c.what;
@@ -122,7 +122,8 @@ TEST_F(TheVolumeMonitor, ComparesWithTheReadingBefore) {
 }
 
 TEST_F(TheVolumeMonitor, UsesTheFirstChannelOfADeviceWithoutAMainVolume) {
-    EXPECT_EQ(run(queue, *monitor, {0.5F, 0.6F, 0.2F}, [this](auto level) { output.firstChannel = level; }), "+-");
+    EXPECT_EQ(run(queue, *monitor, {0.5F, 0.6F, 0.2F}, [this](auto level) { output.firstChannel = level; }),
+              "+-");
     output.firstChannel = 0.9F;
     EXPECT_EQ(run(queue, *monitor, {0.5F, 0.5F, kNone}, [this](auto level) { output.main = level; }), ".+");
 }

@@ -53,8 +53,8 @@ protected:
     FakeSoundService sounds;
     SoundManager manager{"", {queue, notifications, sounds, sounds}};
     FakeLidSensorSource sensor;
-    std::optional<LidAngleMonitor> monitor{std::in_place, LidAngleMonitor::Surroundings{
-                                                              queue, queue, notifications, manager, sensor}};
+    std::optional<LidAngleMonitor> monitor{
+        std::in_place, LidAngleMonitor::Surroundings{queue, queue, notifications, manager, sensor}};
     std::vector<float> announced;
     NotificationCenter::Subscription angles =
         notifications.observe(lidAngleDidChange, [this](const Notification& n) {

@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-/// A machine of made-up devices: within the test program, which runs in umockdev-wrapper, it takes the place of sysfs,
-/// of /dev and of udev's events. Empty at first.
+/// A machine of made-up devices: within the test program, which runs in umockdev-wrapper, it takes the place
+/// of sysfs, of /dev and of udev's events. Empty at first.
 class DeviceTestbed {
 public:
     using Values = std::map<std::string, std::string>;
@@ -23,8 +23,8 @@ public:
     DeviceTestbed& operator=(const DeviceTestbed&) = delete;
     ~DeviceTestbed() { g_object_unref(bed_); }
 
-    /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it sees the machine's own
-    /// devices.
+    /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it sees the
+    /// machine's own devices.
     static bool works() { return umockdev_in_mock_environment() != 0; }
 
     /// Adds a device, announces it and returns its folder. The parent is another one's folder, or empty.

@@ -21,8 +21,8 @@ namespace chimewerk {
 inline const std::vector<std::uint8_t> kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0xA1, 0x01, 0x85, 0x01, 0x09,
                                                       0x8A, 0x75, 0x10, 0x95, 0x01, 0x81, 0x02, 0xC0};
 
-/// A HID device of the testbed. A terminal without any manners is its hidraw node: what the device reports can be read
-/// there, and when it is unplugged that ends in an error.
+/// A HID device of the testbed. A terminal without any manners is its hidraw node: what the device reports
+/// can be read there, and when it is unplugged that ends in an error.
 class MadeUpHidDevice {
 public:
     using Report = std::vector<std::uint8_t>;

@@ -10,8 +10,8 @@
 
 namespace chimewerk {
 
-/// A network of the test's own, empty but for a loopback link that is down. The machine's own links are out of reach of
-/// this process from then on. Needs root, or a kernel that lets everybody make namespaces.
+/// A network of the test's own, empty but for a loopback link that is down. The machine's own links are out
+/// of reach of this process from then on. Needs root, or a kernel that lets everybody make namespaces.
 class PrivateNetwork {
 public:
     /// Enters a new one; false where that is not allowed. A later call replaces it.
