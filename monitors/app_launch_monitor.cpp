@@ -1,0 +1,20 @@
+#include "monitors/app_launch_monitor.h"
+
+namespace chimewerk {
+
+void AppLaunchMonitor::start() {
+    observer_ = source_.addObserver(lifeline_.guard([this] {
+        if (onLaunch) {
+            onLaunch();
+        }
+    }));
+}
+
+void AppLaunchMonitor::stop() {
+    if (observer_) {
+        source_.removeObserver(*observer_);
+        observer_.reset();
+    }
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "platform/lifeline.h"
+
+namespace chimewerk {
+
+/// Tells when an application of the session has been launched. Main thread only.
+class AppLaunchSource {
+public:
+    /// Names one observer.
+    using Token = int;
+
+    virtual ~AppLaunchSource() = default;
+
+    /// Calls `onLaunch` on the main thread, later, once for each application that is launched from now on, until the
+    /// observer is removed. What runs already does not count. Where launches cannot be seen, it never calls.
+    virtual Token addObserver(std::function<void()> onLaunch) = 0;
+
+    /// The observer is called no more, from this call on. Unknown tokens are ignored.
+    virtual void removeObserver(Token token) = 0;
+};
+
+/// Notices any application being launched. Main thread only.
+class AppLaunchMonitor {
+public:
+    explicit AppLaunchMonitor(AppLaunchSource& source) : source_(source) {}
+
+    /// An application has been launched.
+    std::function<void()> onLaunch;
+
+    /// Begins to observe. Call it once before `stop()`.
+    void start();
+    void stop();
+
+private:
+    AppLaunchSource& source_;
+    std::optional<AppLaunchSource::Token> observer_;
+    Lifeline lifeline_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include "platform/lifeline.h"
+#include "platform/main_queue.h"
+
+namespace chimewerk {
+
+/// Turns a burst of signals into one call: it comes one latency after the first signal, and a signal after the call
+/// brings another one, so that the last signal is always followed by a call. Destroying it drops a call that is still to
+/// come. Main thread only.
+class Coalescer {
+public:
+    Coalescer(MainQueue& queue, Seconds latency, std::function<void()> call)
+        : queue_(queue), latency_(latency), call_(std::move(call)) {}
+
+    void signal() {
+        if (!std::exchange(waiting_, true)) {
+            queue_.postAfter(latency_, lifeline_.guard([this] {
+                waiting_ = false;
+                call_();
+            }));
+        }
+    }
+
+private:
+    MainQueue& queue_;
+    const Seconds latency_;
+    const std::function<void()> call_;
+    bool waiting_ = false;
+    Lifeline lifeline_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,174 @@
+#include "monitors/keyboard_monitor.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/notification_center.h"
+#include "support/fake_key_source.h"
+#include "support/fake_sound_service.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+using testing::ElementsAre;
+
+/// A monitor whose key sounds are three files of the resource folder.
+class TheKeyboardMonitor : public testing::Test {
+protected:
+    TheKeyboardMonitor() {
+        for (const char* const name : {"click", "space", "return"}) {
+            sounds.addFile(std::string("/res/key_") + name + ".wav");
+        }
+        library.findEvent("key_press")->isEnabled = true;
+        monitor.emplace(queue, keys, keys, library);
+    }
+    std::vector<std::string> played() const {
+        std::vector<std::string> sources;
+        for (const auto& play : sounds.plays()) {
+            sources.push_back(play.source);
+        }
+        return sources;
+    }
+    bool hears() {
+        const std::size_t before = sounds.plays().size();
+        keys.press(0);
+        return sounds.plays().size() == before + 1;
+    }
+    void pollPermission(int times = 1) { queue.advance(Seconds{1.5} * times); }
+
+    VirtualMainQueue queue;
+    NotificationCenter notifications;
+    FakeSoundService sounds;
+    SoundManager library{"/res", {queue, notifications, sounds, sounds}};
+    FakeKeySource keys;
+    std::optional<KeyboardMonitor> monitor;
+};
+
+TEST_F(TheKeyboardMonitor, PlaysTheSoundOfTheKeyBeforeThePressReturns) {
+    monitor->start();
+    EXPECT_TRUE(monitor->active);
+    for (const int keyCode : {49, 36, 76, 0, 49}) {
+        keys.press(keyCode);
+    }
+    EXPECT_THAT(played(), ElementsAre("/res/key_space.wav", "/res/key_return.wav", "/res/key_return.wav",
+                                      "/res/key_click.wav", "/res/key_space.wav"));
+    EXPECT_EQ(keys.pagesShown, 0);
+}
+
+TEST_F(TheKeyboardMonitor, StartsOnceHoweverOftenItIsToldTo) {
+    monitor->start();
+    monitor->start();
+    EXPECT_EQ(keys.tapsMade, 1);
+    EXPECT_TRUE(hears());
+}
+
+TEST_F(TheKeyboardMonitor, ShowsThePageAndListensWithinAPollOfThePermission) {
+    keys.mayListen = false;
+    monitor->start();
+    EXPECT_EQ(keys.pagesShown, 1);
+    pollPermission(1000);
+    EXPECT_FALSE(monitor->active);
+    EXPECT_EQ(keys.pagesShown, 1);
+    keys.mayListen = true;
+    pollPermission();
+    EXPECT_TRUE(monitor->active);
+    EXPECT_TRUE(hears());
+    queue.advance(Seconds{10});
+    EXPECT_EQ(keys.tapsMade, 1);
+    EXPECT_EQ(queue.queued(), 0U);  // No poll any more.
+}
+
+TEST_F(TheKeyboardMonitor, ShowsThePageAgainAndReplacesThePollWhenStartedWhileWaiting) {
+    keys.mayListen = false;
+    monitor->start();
+    monitor->start();
+    EXPECT_EQ(keys.pagesShown, 2);
+    pollPermission();
+    EXPECT_EQ(queue.queued(), 1U);
+    keys.mayListen = true;
+    pollPermission(3);
+    EXPECT_EQ(keys.tapsMade, 1);
+}
+
+TEST_F(TheKeyboardMonitor, StartsNothingWhenThePermissionComesAfterAStop) {
+    keys.mayListen = false;
+    monitor->start();
+    monitor->stop();
+    keys.mayListen = true;
+    pollPermission(3);
+    EXPECT_FALSE(monitor->active);
+    EXPECT_EQ(keys.tapsMade, 0);
+    EXPECT_EQ(queue.queued(), 0U);
+}
+
+TEST_F(TheKeyboardMonitor, HearsNothingAfterAStopAndAgainAfterAStart) {
+    monitor->stop();  // Before any start.
+    monitor->start();
+    monitor->stop();
+    EXPECT_FALSE(monitor->active);
+    EXPECT_EQ(monitor->tap, nullptr);
+    EXPECT_FALSE(hears());
+    monitor->start();
+    EXPECT_TRUE(hears());
+}
+
+TEST_F(TheKeyboardMonitor, EnablesATapThatTheSystemHasCutOff) {
+    monitor->start();
+    for (int i = 0; i < 3; ++i) {
+        keys.disableTap();
+        EXPECT_TRUE(monitor->active);
+        EXPECT_TRUE(hears());
+    }
+    EXPECT_EQ(keys.enablings, 4);
+}
+
+TEST_F(TheKeyboardMonitor, RestartsWithANewTapOrEndsStoppedWithoutAPage) {
+    monitor->start();
+    monitor->restart();
+    EXPECT_EQ(keys.tapsMade, 2);
+    EXPECT_TRUE(hears());
+
+    keys.mayListen = false;
+    monitor->restart();
+    EXPECT_FALSE(monitor->active);
+    EXPECT_FALSE(keys.tapExists());
+    EXPECT_EQ(keys.pagesShown, 0);
+    keys.mayListen = true;
+    pollPermission(3);
+    EXPECT_FALSE(monitor->active);
+
+    keys.mayListen = false;
+    monitor->start();
+    monitor->restart();  // Ends the wait as well.
+    keys.mayListen = true;
+    pollPermission(3);
+    EXPECT_FALSE(monitor->active);
+}
+
+TEST_F(TheKeyboardMonitor, StaysInactiveWhenNoTapCanBeHadUntilItIsStartedAgain) {
+    keys.tapsCanBeMade = false;
+    monitor->start();
+    EXPECT_FALSE(monitor->active);
+    EXPECT_EQ(keys.pagesShown, 0);
+    keys.tapsCanBeMade = true;
+    pollPermission(3);
+    EXPECT_FALSE(monitor->active);
+    monitor->start();
+    EXPECT_TRUE(hears());
+}
+
+TEST_F(TheKeyboardMonitor, MayEndWhileItWaits) {
+    keys.mayListen = false;
+    monitor->start();
+    monitor.reset();
+    keys.mayListen = true;
+    pollPermission(3);
+    EXPECT_EQ(keys.tapsMade, 0);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,142 @@
+#include "monitors/screenshot_monitor.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/fake_folder_source.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+constexpr const char* kDesktop = "/home/someone/Desktop";
+constexpr const char* kPictures = "/home/someone/Pictures";
+constexpr const char* kShot = "Screenshot From 2024-05-01 12-00-00.png";
+
+class TheScreenshotMonitor : public testing::Test {
+protected:
+    TheScreenshotMonitor() {
+        monitor.onScreenshot = [this] { ++shots; };
+    }
+    /// The shots since the last call, once everything has settled.
+    int settle() {
+        queue.advance(Seconds{1.6});
+        return std::exchange(shots, 0);
+    }
+
+    VirtualMainQueue queue;
+    FakeFolderSource folders;
+    ScreenshotMonitor monitor{queue, folders, {kDesktop, kPictures, kDesktop}};
+    int shots = 0;
+};
+
+TEST_F(TheScreenshotMonitor, KnowsAScreenshotByItsName) {
+    struct Case {
+        const char* name;
+        int fires;
+    };
+    monitor.start();
+    for (const Case& c : {Case{kShot, 1}, Case{"Screenshot_20240501_120000.png", 1}, Case{"Screenshot.png", 1},
+                          Case{"screenshot.png", 0}, Case{"Screenshot.PNG", 0}, Case{"Screenshot 1.jpg", 0},
+                          Case{"My Screenshot.png", 0}, Case{"Screenshot.png.part", 0}, Case{"Screensho.png", 0},
+                          Case{".png", 0}, Case{"Screenshot", 0}, Case{"Screenshots of.png", 1}}) {
+        folders.add(kDesktop, c.name);
+        EXPECT_EQ(settle(), c.fires) << c.name;
+    }
+}
+
+TEST_F(TheScreenshotMonitor, FiresOncePerBurstOneLatencyAfterItsBeginning) {
+    monitor.start();
+    folders.add(kDesktop, "Screenshot 1.png");
+    queue.advance(Seconds{1.4});
+    folders.add(kDesktop, "Screenshot 2.png");
+    folders.add(kDesktop, "Screenshot 3.png");
+    EXPECT_EQ(shots, 0);
+    queue.advance(Seconds{0.1});
+    EXPECT_EQ(shots, 1);
+    EXPECT_EQ(settle(), 1);
+}
+
+TEST_F(TheScreenshotMonitor, NeverLosesTheLastChangeOfAnUnendingBurst) {
+    monitor.start();
+    for (int i = 0; i < 500; ++i) {
+        folders.add(kDesktop, "noise" + std::to_string(i));
+        queue.advance(Seconds{0.1});
+    }
+    folders.add(kDesktop, kShot);
+    EXPECT_EQ(settle(), 1);
+    EXPECT_LE(folders.listings, 500 / 15 + 4);
+}
+
+TEST_F(TheScreenshotMonitor, TakesWhatIsThereAtTheStartAsKnown) {
+    folders.add(kDesktop, kShot);
+    monitor.start();
+    folders.add(kDesktop, "unrelated");
+    EXPECT_EQ(settle(), 0);
+    monitor.stop();
+    folders.add(kDesktop, "Screenshot while stopped.png");
+    monitor.start();
+    folders.add(kDesktop, "unrelated too");
+    EXPECT_EQ(settle(), 0);
+}
+
+TEST_F(TheScreenshotMonitor, CountsARenamedAndARemadeScreenshotAsNew) {
+    folders.add(kDesktop, kShot);
+    monitor.start();
+    folders.remove(kDesktop, kShot);
+    folders.add(kDesktop, "Screenshot renamed.png");
+    EXPECT_EQ(settle(), 1);
+    folders.remove(kDesktop, "Screenshot renamed.png");
+    EXPECT_EQ(settle(), 0);
+    folders.add(kDesktop, "Screenshot renamed.png");
+    EXPECT_EQ(settle(), 1);
+}
+
+TEST_F(TheScreenshotMonitor, LetsEachFolderJudgeForItself) {
+    folders.add(kPictures, kShot);
+    monitor.start();
+    folders.remove(kPictures, kShot);
+    folders.add(kDesktop, kShot);
+    EXPECT_EQ(settle(), 1);
+    folders.add(kDesktop, "Screenshot 1.png");
+    folders.add(kPictures, "Screenshot 1.png");
+    EXPECT_EQ(settle(), 2);
+}
+
+TEST_F(TheScreenshotMonitor, WatchesAFolderOnceThatIsNamedTwice) {
+    monitor.start();
+    EXPECT_EQ(folders.streams(), 2U);
+}
+
+TEST_F(TheScreenshotMonitor, FiresForWhatAFolderHoldsThatCanBeListedAgain) {
+    folders.add(kDesktop, kShot);
+    monitor.start();
+    auto contents = folders.takeAway(kDesktop);
+    EXPECT_EQ(settle(), 0);
+    folders.putBack(kDesktop, std::move(contents));
+    EXPECT_EQ(settle(), 1);
+}
+
+TEST_F(TheScreenshotMonitor, LooksWheneverItIsAskedTo) {
+    folders.canWatch = false;
+    monitor.start();
+    folders.add(kDesktop, kShot);
+    EXPECT_EQ(settle(), 0);
+    monitor.checkForNew();
+    monitor.checkForNew();
+    EXPECT_EQ(shots, 1);
+}
+
+TEST_F(TheScreenshotMonitor, DropsALookThatIsStillToComeWhenItIsStopped) {
+    monitor.stop();  // Before any start.
+    monitor.start();
+    folders.add(kDesktop, kShot);
+    monitor.stop();
+    folders.add(kDesktop, "Screenshot 1.png");
+    EXPECT_EQ(settle(), 0);
+    EXPECT_EQ(folders.streams(), 0U);
+}
+
+}  // namespace
+}  // namespace chimewerk

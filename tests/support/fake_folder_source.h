@@ -1,0 +1,75 @@
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+#include "monitors/screenshot_monitor.h"
+
+namespace chimewerk {
+
+/// Folders of names. Every change is told at once to whoever watches.
+class FakeFolderSource final : public FolderSource {
+public:
+    bool canWatch = true;
+    mutable int listings = 0;
+
+    std::vector<std::string> list(const std::string& folder) const override {
+        ++listings;
+        const auto found = folders_.find(folder);
+        return found == folders_.end() ? std::vector<std::string>()
+                                       : std::vector<std::string>(found->second.begin(), found->second.end());
+    }
+    std::unique_ptr<Stream> watch(const std::string& folder, std::function<void()> onChange) override {
+        return canWatch ? std::make_unique<FakeStream>(*this, folder, std::move(onChange)) : nullptr;
+    }
+
+    void add(const std::string& folder, const std::string& name) {
+        folders_[folder].insert(name);
+        tell(folder);
+    }
+    void remove(const std::string& folder, const std::string& name) {
+        folders_[folder].erase(name);
+        tell(folder);
+    }
+    /// Makes the folder unlistable and hands back what is in it.
+    std::set<std::string> takeAway(const std::string& folder) {
+        auto contents = std::move(folders_.extract(folder).mapped());
+        tell(folder);
+        return contents;
+    }
+    void putBack(const std::string& folder, std::set<std::string> contents) {
+        folders_[folder] = std::move(contents);
+        tell(folder);
+    }
+    std::size_t streams() const { return streams_.size(); }
+
+private:
+    struct FakeStream final : Stream {
+        FakeStream(FakeFolderSource& owner, std::string watched, std::function<void()> call)
+            : source(owner), folder(std::move(watched)), onChange(std::move(call)) {
+            source.streams_.insert(this);
+        }
+        FakeStream(const FakeStream&) = delete;
+        FakeStream& operator=(const FakeStream&) = delete;
+        ~FakeStream() override { source.streams_.erase(this); }
+
+        FakeFolderSource& source;
+        const std::string folder;
+        const std::function<void()> onChange;
+    };
+
+    void tell(const std::string& folder) {
+        for (const FakeStream* const stream : streams_) {
+            if (stream->folder == folder) {
+                stream->onChange();
+            }
+        }
+    }
+
+    std::map<std::string, std::set<std::string>> folders_;
+    std::set<const FakeStream*> streams_;
+};
+
+}  // namespace chimewerk

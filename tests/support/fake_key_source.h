@@ -1,0 +1,65 @@
+#pragma once
+
+#include <utility>
+
+#include "monitors/keyboard_monitor.h"
+
+namespace chimewerk {
+
+/// Keys that the test presses, and a permission that it gives and takes. It is also the page that asks for it.
+class FakeKeySource final : public KeySource, public PermissionPage {
+public:
+    bool mayListen = true;
+    /// Whether a tap can be had although listening is permitted.
+    bool tapsCanBeMade = true;
+
+    int pagesShown = 0;
+    int tapsMade = 0;
+    /// How often a tap was enabled.
+    int enablings = 0;
+
+    bool trusted() override { return mayListen; }
+    std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override {
+        if (!tapsCanBeMade) {
+            return nullptr;
+        }
+        ++tapsMade;
+        return std::make_unique<FakeTap>(*this, std::move(callbacks));
+    }
+    void show() override { ++pagesShown; }
+
+    /// Presses a key; nobody hears it unless there is an enabled tap.
+    void press(std::int64_t keyCode) {
+        if (tap_ != nullptr && tap_->enabled) {
+            tap_->callbacks.onKeyDown(keyCode);
+        }
+    }
+    /// Cuts the tap off, as the system may do at any time.
+    void disableTap() {
+        tap_->enabled = false;
+        tap_->callbacks.onDisabled();
+    }
+    bool tapExists() const { return tap_ != nullptr; }
+
+private:
+    struct FakeTap final : KeyTap {
+        FakeTap(FakeKeySource& owner, KeyTapCallbacks calls) : source(owner), callbacks(std::move(calls)) {
+            source.tap_ = this;
+        }
+        FakeTap(const FakeTap&) = delete;
+        FakeTap& operator=(const FakeTap&) = delete;
+        ~FakeTap() override { source.tap_ = nullptr; }
+        void setEnabled(bool on) override {
+            enabled = on;
+            source.enablings += on ? 1 : 0;
+        }
+
+        FakeKeySource& source;
+        KeyTapCallbacks callbacks;
+        bool enabled = false;
+    };
+
+    FakeTap* tap_ = nullptr;
+};
+
+}  // namespace chimewerk
