@@ -42,7 +42,9 @@ void KeyboardMonitor::restart() {
     }
 }
 
-void KeyboardMonitor::handle(std::int64_t keyCode) { sounds_.playKey(keyCode); }
+void KeyboardMonitor::handle(std::int64_t keyCode) {
+    sounds_.playKey(keyCode);
+}
 
 void KeyboardMonitor::createTap() {
     auto created = keys_.createTap({

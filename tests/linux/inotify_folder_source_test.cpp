@@ -38,18 +38,19 @@ protected:
 };
 
 TEST_F(TheUsersFolders, AreWhereTheUserHasPlacedThem) {
-    EXPECT_THAT(screenshotFolders(), ElementsAre(home / "Desktop", home / "Pictures", home / "Pictures/Screenshots"));
+    EXPECT_THAT(screenshotFolders(),
+                ElementsAre(home / "Desktop", home / "Pictures", home / "Pictures/Screenshots"));
     struct Case {
         const char* text;
         std::string desktop;
     };
     for (const Case& c :
          {Case{"XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n", home / "Schreibtisch"},
-          Case{"# comment\nXDG_MUSIC_DIR=\"/m\"\n  XDG_DESKTOP_DIR=\"/srv/my \\\"own\\\" desk/\"\n", "/srv/my \"own\" desk"},
+          Case{"# comment\nXDG_MUSIC_DIR=\"/m\"\n  XDG_DESKTOP_DIR=\"/srv/my \\\"own\\\" desk/\"\n",
+               "/srv/my \"own\" desk"},
           Case{"XDG_DESKTOP_DIR=\"$HOME/\"\n", home.path().string()},
           Case{"XDG_DESKTOP_DIR=\"relative\"\n", home / "Desktop"},
-          Case{"XDG_DESKTOP_DIR=/unquoted\n", home / "Desktop"},
-          Case{"XDG_DESKTOP_DIR=", home / "Desktop"},
+          Case{"XDG_DESKTOP_DIR=/unquoted\n", home / "Desktop"}, Case{"XDG_DESKTOP_DIR=", home / "Desktop"},
           Case{"#XDG_DESKTOP_DIR=\"/commented\"\n", home / "Desktop"},
           Case{"XDG_DESKTOP_DIR=\"/a\"\nXDG_DESKTOP_DIR=\"/b\"\n", "/b"}}) {
         placeFolders(c.text);

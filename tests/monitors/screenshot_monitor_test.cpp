@@ -37,10 +37,11 @@ TEST_F(TheScreenshotMonitor, KnowsAScreenshotByItsName) {
         int fires;
     };
     monitor.start();
-    for (const Case& c : {Case{kShot, 1}, Case{"Screenshot_20240501_120000.png", 1}, Case{"Screenshot.png", 1},
-                          Case{"screenshot.png", 0}, Case{"Screenshot.PNG", 0}, Case{"Screenshot 1.jpg", 0},
-                          Case{"My Screenshot.png", 0}, Case{"Screenshot.png.part", 0}, Case{"Screensho.png", 0},
-                          Case{".png", 0}, Case{"Screenshot", 0}, Case{"Screenshots of.png", 1}}) {
+    for (const Case& c :
+         {Case{kShot, 1}, Case{"Screenshot_20240501_120000.png", 1}, Case{"Screenshot.png", 1},
+          Case{"screenshot.png", 0}, Case{"Screenshot.PNG", 0}, Case{"Screenshot 1.jpg", 0},
+          Case{"My Screenshot.png", 0}, Case{"Screenshot.png.part", 0}, Case{"Screensho.png", 0},
+          Case{".png", 0}, Case{"Screenshot", 0}, Case{"Screenshots of.png", 1}}) {
         folders.add(kDesktop, c.name);
         EXPECT_EQ(settle(), c.fires) << c.name;
     }

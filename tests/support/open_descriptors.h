@@ -2,14 +2,18 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
+#include <system_error>
 
 namespace chimewerk {
 
-/// How many descriptors this process has open.
-inline std::size_t openDescriptors() {
+/// How many descriptors this process has open on what has `text` in its path or kind.
+inline std::size_t openDescriptors(const std::string& text = "") {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        count += entry.is_symlink() ? 1U : 0U;
+        std::error_code closed;
+        const std::string target = std::filesystem::read_symlink(entry, closed).string();
+        count += !closed && target.find(text) != std::string::npos ? 1U : 0U;
     }
     return count;
 }

@@ -8,35 +8,49 @@
 
 namespace chimewerk {
 
-/// Runs the queue until `done()` holds; false when it does not within `deadline`.
+/// Waits up to `most` for the queue to have something to run, and runs it; false when there was nothing.
+inline bool runOnce(EpollMainQueue& queue, std::chrono::milliseconds most) {
+    pollfd ready{.fd = queue.descriptor(), .events = POLLIN, .revents = 0};
+    const bool any = poll(&ready, 1, static_cast<int>(most.count())) > 0;
+    if (any) {
+        queue.dispatch();
+    }
+    return any;
+}
+
+/// Runs the queue until `done()` holds; false when it does not within `deadline`. What `done()` asks about may change
+/// without the queue's doing.
 template <typename Predicate>
 bool runUntil(EpollMainQueue& queue, Predicate done, Seconds deadline = Seconds{10}) {
+    constexpr std::chrono::milliseconds kLook{10};
     const auto end = std::chrono::steady_clock::now() + deadline;
     while (!done()) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-        if (left.count() <= 0) {
+        if (std::chrono::steady_clock::now() >= end) {
             return false;
         }
-        pollfd ready{.fd = queue.descriptor(), .events = POLLIN, .revents = 0};
-        poll(&ready, 1, static_cast<int>(left.count()));
-        queue.dispatch();
+        runOnce(queue, kLook);
     }
     return true;
 }
 
 /// Runs everything that is ready now.
 inline void runReady(EpollMainQueue& queue) {
-    pollfd ready{.fd = queue.descriptor(), .events = POLLIN, .revents = 0};
-    while (poll(&ready, 1, 0) > 0) {
-        queue.dispatch();
+    while (runOnce(queue, std::chrono::milliseconds(0))) {
     }
 }
 
 /// Runs the queue for a while and counts how often it had something to do.
 inline int wakeUpsWithin(EpollMainQueue& queue, Seconds span) {
-    int looks = 0;
-    runUntil(queue, [&] { return ++looks < 0; }, span);
-    return looks - 2;  // The first look, and the one at the end.
+    const auto end = std::chrono::steady_clock::now() + span;
+    int wakeUps = 0;
+    while (true) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        if (left.count() <= 0) {
+            return wakeUps;
+        }
+        wakeUps += runOnce(queue, left) ? 1 : 0;
+    }
 }
 
 }  // namespace chimewerk

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <fcntl.h>
+#include <linux/input.h>
+#include <sys/stat.h>
+#include <umockdev.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "linux/file_descriptor.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+
+/// The event devices of a machine whose /dev/input is made up: umockdev, in whose wrapper the test program runs, answers for
+/// them what they can do, and pipes carry what they tell.
+class MadeUpKeyboards {
+public:
+    MadeUpKeyboards() : bed_(umockdev_testbed_new()) { std::signal(SIGPIPE, SIG_IGN); }
+    MadeUpKeyboards(const MadeUpKeyboards&) = delete;
+    MadeUpKeyboards& operator=(const MadeUpKeyboards&) = delete;
+    ~MadeUpKeyboards() { g_object_unref(bed_); }
+
+    /// Adds the event device `name` with these keys and buttons. It may have been there before.
+    void plug(const std::string& name, const std::vector<unsigned>& keys) {
+        // The testbed takes each name once; the device gets its own when it is complete.
+        const std::string made = "/dev/input/made" + std::to_string(++made_);
+        const std::string answersFile = answers_ / ("answers" + std::to_string(made_));
+        std::ofstream(answersFile) << "@DEV " << made << '\n' << answers(keys);
+        umockdev_testbed_load_ioctl(bed_, made.c_str(), answersFile.c_str(), nullptr);
+        std::filesystem::rename(root() + "/ioctl" + made, root() + "/ioctl/dev/input/" + name);
+        std::filesystem::create_directories(root() + "/dev/input");
+        mkfifo((root() + made).c_str(), 0600);
+        std::filesystem::rename(root() + made, file(name));
+    }
+    /// The device is gone: who reads it is told so, and its file vanishes.
+    void unplug(const std::string& name) {
+        pipeTo(name);
+        pipes_.erase(name);
+        std::filesystem::remove(file(name));
+    }
+    /// The file of the device on the real machine.
+    std::string file(const std::string& name) const { return root() + "/dev/input/" + name; }
+
+    /// Lets other users see the devices; whether they may read one is up to its file.
+    void letOthersIn() const {
+        using std::filesystem::perms;
+        for (const char* const folder :
+             {"", "/ioctl", "/ioctl/dev", "/ioctl/dev/input", "/dev", "/dev/input"}) {
+            std::filesystem::permissions(root() + folder, perms(0755));
+        }
+        for (const auto& socket : std::filesystem::directory_iterator(root() + "/ioctl/dev/input")) {
+            std::filesystem::permissions(socket, perms(0666));
+        }
+    }
+
+    /// The device tells of a key: 1 down, 2 repeated, 0 up. Lost when nobody listens.
+    void send(const std::string& name, unsigned code, int value) {
+        std::array<input_event, 2> events{};
+        events[0].type = EV_KEY;
+        events[0].code = static_cast<std::uint16_t>(code);
+        events[0].value = value;
+        events[1].type = EV_SYN;
+        [[maybe_unused]] const auto size = write(pipeTo(name), events.data(), sizeof events);
+    }
+
+private:
+    std::string root() const {
+        const std::unique_ptr<char, decltype(&g_free)> path(umockdev_testbed_get_root_dir(bed_), g_free);
+        return path.get();
+    }
+    /// Can be had only while somebody reads, and is kept then.
+    int pipeTo(const std::string& name) {
+        FileDescriptor& pipe = pipes_[name];
+        if (!pipe) {
+            pipe = FileDescriptor(open(file(name).c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+        }
+        return pipe.get();
+    }
+    /// What the device answers when it is asked what it can do.
+    static std::string answers(const std::vector<unsigned>& keys) {
+        std::vector<std::uint8_t> types(8);
+        std::vector<std::uint8_t> codes(KEY_CNT / 8);
+        types[0] = 1 << EV_SYN | 1 << EV_KEY;
+        for (const unsigned key : keys) {
+            codes.at(key / 8) |= static_cast<std::uint8_t>(1U << key % 8);
+        }
+        // The sizes are those that libevdev asks with.
+        std::string text = "EVIOCGVERSION 0 01000100\nEVIOCGID 0 0300010001000100\nEVIOCGNAME(0) 4 " +
+                           hex({'k', 'e', 'y'}, 255) + "\nEVIOCGPROP(0) 8 " + hex({}, 8) +
+                           "\nEVIOCGBIT(0) 8 " + hex(types, 8) + "\nEVIOCGBIT(1) 96 " + hex(codes, 96) +
+                           "\nEVIOCGKEY(0) 96 " + hex({}, 96) + "\nEVIOCGLED(0) 8 " + hex({}, 8) +
+                           "\nEVIOCGSW(0) 8 " + hex({}, 8) + "\nEVIOCGBIT(21) 16 " + hex({}, 16) + "\n";
+        for (const unsigned type : {EV_REL, EV_ABS, EV_MSC, EV_SW, EV_LED, EV_SND}) {
+            text += "EVIOCGBIT(" + std::to_string(type) + ") 8 " + hex({}, 8) + "\n";
+        }
+        return text;
+    }
+    static std::string hex(std::vector<std::uint8_t> bytes, std::size_t size) {
+        bytes.resize(size);
+        std::string text;
+        for (const std::uint8_t byte : bytes) {
+            std::array<char, 3> digits{};
+            std::snprintf(digits.data(), digits.size(), "%02X", byte);
+            text += digits.data();
+        }
+        return text;
+    }
+
+    TemporaryFolder answers_;
+    UMockdevTestbed* const bed_;
+    int made_ = 0;
+    std::map<std::string, FileDescriptor> pipes_;
+};
+
+}  // namespace chimewerk
