@@ -1,0 +1,97 @@
+#pragma once
+
+#include <systemd/sd-bus.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <map>
+#include <string>
+
+#include "linux/bus_link.h"
+
+namespace chimewerk {
+
+/// Stands for the systemd manager of the user on the session bus, as far as it tells of units. It runs on the queue of the
+/// test.
+class FakeUserManager {
+public:
+    explicit FakeUserManager(EpollMainQueue& queue)
+        : link_(queue, sd_bus_open_user,
+                {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { bus_ = nullptr; }}) {
+        link_.keepOpen();
+    }
+
+    /// How often it was asked to tell of its jobs.
+    int subscriptions = 0;
+
+    /// A unit becomes active, and the job that started it is done.
+    void start(const std::string& unit) {
+        timespec time{};
+        clock_gettime(CLOCK_MONOTONIC, &time);
+        activeSince_[pathOf(unit)] = static_cast<std::uint64_t>(time.tv_sec) * 1'000'000 +
+                                     static_cast<std::uint64_t>(time.tv_nsec) / 1000;
+        tellOfNew(unit);
+        tellOfJob(unit, "done");
+    }
+    /// A unit is read from its file without being started.
+    void tellOfNew(const std::string& unit) {
+        sd_bus_emit_signal(bus_, kPath, kManager, "UnitNew", "so", unit.c_str(), pathOf(unit).c_str());
+    }
+    /// Some job of the unit has ended: also one that stopped it, or found it running.
+    void tellOfJob(const std::string& unit, const char* result) {
+        sd_bus_emit_signal(bus_, kPath, kManager, "JobRemoved", "uoss", ++lastJob_,
+                           "/org/freedesktop/systemd1/job/1", unit.c_str(), result);
+    }
+    /// The unit has ended and is forgotten.
+    void remove(const std::string& unit) {
+        activeSince_.erase(pathOf(unit));
+        sd_bus_emit_signal(bus_, kPath, kManager, "UnitRemoved", "so", unit.c_str(), pathOf(unit).c_str());
+    }
+
+private:
+    static constexpr const char* kPath = "/org/freedesktop/systemd1";
+    static constexpr const char* kManager = "org.freedesktop.systemd1.Manager";
+
+    static std::string pathOf(const std::string& unit) {
+        char* path = nullptr;
+        sd_bus_path_encode("/org/freedesktop/systemd1/unit", unit.c_str(), &path);
+        const std::string copy = path;
+        std::free(path);
+        return copy;
+    }
+
+    void open(sd_bus* bus) {
+        bus_ = bus;
+        sd_bus_add_object(bus, nullptr, kPath, &FakeUserManager::onManagerCall, this);
+        sd_bus_add_fallback(bus, nullptr, "/org/freedesktop/systemd1/unit", &FakeUserManager::onUnitCall,
+                            this);
+        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.systemd1", 0, nullptr, nullptr);
+    }
+
+    static int onManagerCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+        if (sd_bus_message_is_method_call(call, kManager, "Subscribe") == 0) {
+            return 0;
+        }
+        ++static_cast<FakeUserManager*>(self)->subscriptions;
+        return sd_bus_reply_method_return(call, "");
+    }
+    static int onUnitCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+        const auto& known = static_cast<FakeUserManager*>(self)->activeSince_;
+        const auto unit = known.find(sd_bus_message_get_path(call));
+        const char* property = nullptr;
+        if (sd_bus_message_is_method_call(call, "org.freedesktop.DBus.Properties", "Get") == 0 ||
+            unit == known.end() || sd_bus_message_read(call, "ss", nullptr, &property) < 0 ||
+            std::string(property) != "ActiveEnterTimestampMonotonic") {
+            return 0;  // sd-bus answers that there is no such thing.
+        }
+        return sd_bus_reply_method_return(call, "v", "t", unit->second);
+    }
+
+    sd_bus* bus_ = nullptr;
+    std::map<std::string, std::uint64_t> activeSince_;
+    std::uint32_t lastJob_ = 0;
+    BusLink link_;
+};
+
+}  // namespace chimewerk
