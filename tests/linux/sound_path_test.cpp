@@ -15,6 +15,7 @@
 #include "linux/pulse_connection.h"
 #include "linux/pulse_player.h"
 #include "linux/pulse_sound_service.h"
+#include "support/eventually.h"
 #include "support/sink_recorder.h"
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
@@ -35,19 +36,6 @@ std::string outputOf(const std::string& command) {
         output.append(block.data(), count);
     }
     return output;
-}
-
-/// Polls, at most for so long, until something holds.
-template <typename Condition>
-bool eventually(Condition condition, std::chrono::milliseconds patience = 5s) {
-    const auto deadline = SteadyClock::now() + patience;
-    while (!condition()) {
-        if (SteadyClock::now() > deadline) {
-            return false;
-        }
-        std::this_thread::sleep_for(10ms);
-    }
-    return true;
 }
 
 std::chrono::duration<double> processorTime() {
