@@ -4,6 +4,14 @@ namespace chimewerk {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'not in made-up-machine'";
+constexpr const char* kNeedsNetwork =
+    "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up network'";
+
+}  // namespace
+
 std::span<const DemoRow> demoRows() {
     static constexpr DemoRow kRows[] = {
         {.event = "trash_add",
@@ -16,6 +24,38 @@ std::span<const DemoRow> demoRows() {
          .what = "the trash is emptied",
          .signal = "gio remove trash:///chimewerk-demo",
          .deadline = 3s},
+        {.event = "lid_angle",
+         .what = "the lid is opened past the threshold",
+         .signal = "echo 'lid 120' >\"$CHIMEWERK_MACHINE\"",
+         .deadline = 1s,
+         .obstacle = kNeedsMachine},
+        {.event = "brightness_up",
+         .what = "the display gets brighter",
+         .signal = "echo 'brightness 80' >\"$CHIMEWERK_MACHINE\"",
+         .deadline = 1s,
+         .obstacle = kNeedsMachine},
+        {.event = "brightness_down",
+         .what = "the display gets darker",
+         .signal = "echo 'brightness 30' >\"$CHIMEWERK_MACHINE\"",
+         .deadline = 1s,
+         .obstacle = kNeedsMachine},
+        {.event = "usb_connect",
+         .what = "a USB device is plugged in",
+         .signal = "echo usb >\"$CHIMEWERK_MACHINE\"",
+         .deadline = 1s,
+         .obstacle = kNeedsMachine},
+        // The kernel takes up to a second to note that the cable is in or out, and the program looks
+        // every 2.5 s.
+        {.event = "network_down",
+         .what = "the network cable is pulled",
+         .signal = "echo 'network down' >\"$CHIMEWERK_MACHINE\"",
+         .deadline = 5s,
+         .obstacle = kNeedsNetwork},
+        {.event = "network_up",
+         .what = "the network cable is plugged in",
+         .signal = "echo 'network up' >\"$CHIMEWERK_MACHINE\"",
+         .deadline = 5s,
+         .obstacle = kNeedsNetwork},
     };
     return kRows;
 }

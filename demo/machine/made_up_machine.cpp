@@ -29,10 +29,9 @@ namespace {
 
 constexpr const char* kUsage =
     "made-up-machine PIPE program [argument...]\n"
-    "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its brightness and, "
-    "where this\n"
-    "user may have that, a network of its own. Makes the pipe; what is written there, a line at a time, "
-    "happens:\n"
+    "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its brightness and,\n"
+    "where this user may have that, a network of its own. Makes the pipe, which the program finds in\n"
+    "$CHIMEWERK_MACHINE; what is written there, a line at a time, happens:\n"
     "  lid DEGREES   brightness PERCENT   usb   network up|down\n";
 
 /// The hardware, and what can happen to it.
@@ -153,6 +152,7 @@ int run(const char* pipePath, char** command) {
     const FileDescriptor signals = watchSignals(before);
     const FileDescriptor pipe = openPipe(pipePath);
     MadeUpMachine machine;
+    setenv("CHIMEWERK_MACHINE", pipePath, 1);
     const std::optional<pid_t> program = start(command, before);
     if (!pipe || !signals || !program) {
         std::cerr << "made-up-machine: cannot start\n";
