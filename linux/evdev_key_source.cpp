@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <map>
@@ -111,8 +112,8 @@ std::vector<std::string> eventDevices(const std::string& folder) {
 
 class EvdevKeyTap final : public KeyTap {
 public:
-    EvdevKeyTap(EpollMainQueue& queue, const std::string& folder, KeyTapCallbacks callbacks)
-        : queue_(queue), folder_(folder), callbacks_(std::move(callbacks)) {}
+    EvdevKeyTap(EpollMainQueue& queue, std::string folder, KeyTapCallbacks callbacks)
+        : queue_(queue), folder_(std::move(folder)), callbacks_(std::move(callbacks)) {}
 
     void setEnabled(bool enabled) override {
         if (!enabled) {
@@ -197,12 +198,9 @@ EvdevKeySource::EvdevKeySource(EpollMainQueue& queue, std::string folder)
     : queue_(queue), folder_(std::move(folder)) {}
 
 bool EvdevKeySource::trusted() {
-    for (const std::string& name : eventDevices(folder_)) {
-        if (Keyboard::open(folder_ + "/" + name)) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(eventDevices(folder_), [this](const std::string& name) {
+        return Keyboard::open(folder_ + "/" + name) != nullptr;
+    });
 }
 
 std::unique_ptr<KeyTap> EvdevKeySource::createTap(KeyTapCallbacks callbacks) {

@@ -106,7 +106,7 @@ void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
         return;
     }
     const std::unique_ptr<char, FreeText> owned(path);
-    auto question = std::make_unique<Question>(*this, unitName);
+    std::unique_ptr<Question> question(new Question{*this, unitName});
     sd_bus_slot* slot = nullptr;
     if (sd_bus_call_method_async(bus, &slot, kSystemd, path, "org.freedesktop.DBus.Properties", "Get",
                                  onActiveSince, question.get(), "ss", "org.freedesktop.systemd1.Unit",
@@ -115,7 +115,7 @@ void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     }
     // The question lives as long as the bus waits for the answer.
     sd_bus_slot_set_destroy_callback(slot, [](void* asked) { delete static_cast<Question*>(asked); });
-    question.release();
+    static_cast<void>(question.release());
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
 }

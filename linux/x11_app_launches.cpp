@@ -95,6 +95,7 @@ std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
         xcb_get_property_cookie_t pid, type;
     };
     std::vector<Question> questions;
+    questions.reserve(windows.size());
     for (const auto window : windows) {
         questions.push_back({.pid = ask(link_.server(), window, atoms_.pid, XCB_ATOM_CARDINAL, 1),
                              .type = ask(link_.server(), window, atoms_.type, XCB_ATOM_ATOM, 8)});
