@@ -1,38 +1,52 @@
 #pragma once
 
-#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
-#include <vector>
 
 namespace chimewerk {
 
 struct DefaultsValue;
 
 /// A byte string, kept apart from text.
-using DefaultsData = std::vector<std::byte>;
+struct DefaultsData {
+    std::string bytes;
+    bool operator==(const DefaultsData&) const = default;
+};
 using DefaultsDictionary = std::map<std::string, DefaultsValue, std::less<>>;
 
-/// What the store can hold. Numbers come back with the value they were stored with, 32-bit floats bit for bit, and
-/// booleans come back as booleans.
+/// What the store can hold; at first something else, of no use to anyone. Booleans come back as booleans, strings and byte strings byte for byte whatever the bytes
+/// are. A number comes back as one that is the same 32-bit float, bit for bit; one that is not a number may come back
+/// as nothing.
 struct DefaultsValue {
-    std::variant<bool, double, std::string, DefaultsData, DefaultsDictionary> value;
+    std::variant<std::monostate, bool, double, std::string, DefaultsData, DefaultsDictionary> value;
+    bool operator==(const DefaultsValue&) const = default;
 };
 
 /// The user's persistent settings by key. Main thread only. Nothing fails visibly: what cannot be read is absent, and
 /// what cannot be written now is written when it can be.
 class DefaultsStore {
 public:
+    using MakeData = std::function<DefaultsData()>;
+
     virtual ~DefaultsStore() = default;
 
     /// Replaces what is stored under `key`; none removes the key. Returns without waiting for a disk.
     virtual void setObject(std::string_view key, std::optional<DefaultsValue> value) = 0;
 
+    /// Replaces what is stored under `key` by a byte string that takes long to make. `make` is called once, later, on
+    /// any thread, so it owns all that it reads; it does not throw.
+    virtual void setData(std::string_view key, MakeData make) = 0;
+
     /// What is stored under `key`, none when there is nothing.
     virtual std::optional<DefaultsValue> object(std::string_view key) const = 0;
+
+    /// To be called when what is stored cannot be used, and the program goes on without it: a copy of all that is stored
+    /// now stays beside it, for the user to repair, when the next change is written.
+    virtual void keepDamaged() = 0;
 };
 
 }  // namespace chimewerk

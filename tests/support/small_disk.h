@@ -1,0 +1,38 @@
+#pragma once
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <stdexcept>
+
+namespace chimewerk {
+
+/// While it lives, no file of this process grows beyond some size: what lies beyond is refused, as by a full disk.
+class SmallDisk {
+public:
+    explicit SmallDisk(rlim_t bytes) {
+        if (getrlimit(RLIMIT_FSIZE, &before_) != 0) {
+            throw std::runtime_error("no limits");
+        }
+        limit(bytes);
+    }
+    SmallDisk(const SmallDisk&) = delete;
+    SmallDisk& operator=(const SmallDisk&) = delete;
+    ~SmallDisk() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+private:
+    void limit(rlim_t bytes) const {
+        rlimit small = before_;
+        small.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+
+    rlimit before_{};
+    // The refusal comes with a signal, which would end the process.
+    void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+
+}  // namespace chimewerk
