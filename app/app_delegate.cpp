@@ -15,8 +15,7 @@ void AppDelegate::setupTrashMonitoring() {
     trashMonitor_.onAdd = playing("trash_add");
     trashMonitor_.onEmpty = playing("trash_empty");
     trashMonitor_.start();
-    const bool anyTrashEvent = sounds_.isEventEnabled("trash_empty") || sounds_.isEventEnabled("trash_add");
-    fileManagerSounds_.setFinderTrashSoundEnabled(!anyTrashEvent);
+    fileManagerSounds_.setFinderTrashSoundEnabled(!sounds_.isAnyTrashEventEnabled());
 }
 
 void AppDelegate::applicationWillTerminate() {

@@ -3,6 +3,7 @@
 #include "app/app_delegate.h"
 #include "linux/decoder.h"
 #include "linux/epoll_main_queue.h"
+#include "linux/json_defaults_store.h"
 #include "linux/posix_file_system.h"
 #include "linux/program_folders.h"
 #include "linux/pulse_connection.h"
@@ -34,8 +35,15 @@ int main() {
     PulseSoundService soundService(decoders, player, folders.sounds + "/alerts");
     XdgTrashSource trash(queue, xdgDataHome());
 
+    JsonDefaultsStore defaults(queue, xdgConfigHome());
+
     SoundManager sounds(folders.sounds,
-                        {.queue = queue, .notifications = notifications, .sounds = soundService, .files = files});
+                        {.queue = queue,
+                         .notifications = notifications,
+                         .sounds = soundService,
+                         .files = files,
+                         .defaults = defaults,
+                         .fileManagerSounds = fileManagerSounds});
     AppDelegate delegate({.queue = queue,
                           .clock = clock,
                           .sounds = sounds,
@@ -45,5 +53,6 @@ int main() {
     queue.post([&delegate] { delegate.applicationDidFinishLaunching(); });
     queue.run();
     delegate.applicationWillTerminate();
+    defaults.flush();
     return 0;
 }

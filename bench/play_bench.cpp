@@ -8,6 +8,8 @@
 #include "linux/sound_file.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
+#include "support/fake_defaults_store.h"
+#include "support/fake_file_manager_sounds.h"
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
 #include "support/virtual_main_queue.h"
@@ -44,8 +46,10 @@ void playAnEvent(benchmark::State& state, const std::string& eventId, const std:
     NotificationCenter notifications;
     ServerlessSoundService service;
     const PosixFileSystem files;
+    FakeDefaultsStore defaults;
+    FakeFileManagerSounds fileManager;
     SoundManager sounds(CHIMEWERK_SOUND_DIR,
-                        {.queue = queue, .notifications = notifications, .sounds = service, .files = files});
+                        {queue, notifications, service, files, defaults, fileManager});
     SoundEvent& event = *sounds.findEvent(eventId);
     event.isEnabled = true;
     event.soundPath = ownFile;

@@ -8,12 +8,21 @@
 namespace chimewerk {
 
 SoundManager::SoundManager(std::string resourceFolder, const Surroundings& surroundings)
-    : events(factoryEvents()), res_(std::move(resourceFolder)), around_(surroundings) {}
+    : events(factoryEvents()), res_(std::move(resourceFolder)), around_(surroundings) {
+    load();
+}
 
 const CustomTheme* SoundManager::activeCustomTheme() const {
-    const auto found = std::find_if(customThemes.begin(), customThemes.end(), [this](const CustomTheme& theme) {
-        return theme.id == activeCustomThemeID;
-    });
+    return const_cast<SoundManager*>(this)->selectedCustomTheme();
+}
+
+CustomTheme* SoundManager::selectedCustomTheme() {
+    return activeCustomThemeID ? findCustomTheme(*activeCustomThemeID) : nullptr;
+}
+
+CustomTheme* SoundManager::findCustomTheme(std::string_view id) {
+    const auto found = std::find_if(customThemes.begin(), customThemes.end(),
+                                    [id](const CustomTheme& theme) { return theme.id == id; });
     return found == customThemes.end() ? nullptr : &*found;
 }
 
@@ -30,6 +39,10 @@ SoundEvent* SoundManager::findEvent(std::string_view id) {
 bool SoundManager::isEventEnabled(std::string_view id) const {
     const SoundEvent* const event = findEvent(id);
     return event != nullptr && event->isEnabled;
+}
+
+bool SoundManager::isAnyTrashEventEnabled() const {
+    return isEventEnabled("trash_empty") || isEventEnabled("trash_add");
 }
 
 }  // namespace chimewerk

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <any>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/defaults_store.h"
+#include "platform/file_manager_sounds.h"
 #include "platform/file_system.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
@@ -14,6 +18,7 @@
 #include "sound/custom_theme.h"
 #include "sound/sound_event.h"
 #include "sound/sound_theme.h"
+#include "sound/uuid.h"
 
 namespace chimewerk {
 
@@ -28,9 +33,14 @@ public:
         NotificationCenter& notifications;
         SoundService& sounds;
         const FileSystem& files;
+        DefaultsStore& defaults;
+        FileManagerSounds& fileManagerSounds;
+        /// The id of each new custom theme.
+        std::function<std::string()> makeThemeId = randomUuid;
     };
 
-    /// Starts with factory settings. `resourceFolder` is an absolute path without a
+    /// Starts with the stored settings, and with the factory's where nothing usable is stored. Stores nothing: the
+    /// store stays as it is until the first change. `resourceFolder` is an absolute path without a
     /// slash at its end, or empty when the program has no such folder.
     SoundManager(std::string resourceFolder, const Surroundings& surroundings);
 
@@ -68,6 +78,34 @@ public:
     /// `system` and for a theme that has no such sound.
     void previewTheme(SoundTheme theme);
 
+    // Each of these changes the settings and stores them; those that select or delete a theme then post
+    // `themeDidChange`, after the caller has returned to the main queue. While a custom theme is selected, the events'
+    // paths are its working copy: they are written back into it when another theme is selected.
+
+    /// Sets the event's file, which is then the selected custom theme's too; none removes it.
+    void setPath(std::optional<std::string> path, std::string_view id);
+    /// Sets the event's volume as it is given, 0.0 to 1.0.
+    void setVolume(float volume, std::string_view id);
+    /// Switches the event on or off. The file manager's own trash sounds are silent while either trash event is on.
+    void setEnabled(bool enabled, std::string_view id);
+    /// Sets the event's threshold as it is given: degrees or percent.
+    void setThreshold(float value, std::string_view id);
+
+    /// Selects a built-in theme. All events lose their files, but for `system`, under which they keep them.
+    void setTheme(SoundTheme theme);
+    /// Selects this custom theme and gives the events its files. It need not be one of `customThemes`, but is then
+    /// forgotten at the next start.
+    void setCustomTheme(CustomTheme theme);
+    /// Makes a custom theme without files, under this very name, and selects it.
+    CustomTheme createCustomTheme(std::string name);
+    void renameCustomTheme(std::string_view id, std::string name);
+    /// Removes every custom theme with this id. If it is the selected one, `classic` is selected and all events lose
+    /// their files. The files themselves stay.
+    void deleteCustomTheme(std::string_view id);
+
+    /// Whether either of the two trash events is switched on.
+    bool isAnyTrashEventEnabled() const;
+
     /// The sounds that were started and are not yet released.
     const std::vector<std::shared_ptr<Sound>>& playing() const { return playing_; }
 
@@ -79,9 +117,23 @@ private:
     void fire(const std::shared_ptr<Sound>& sound, float volume);
     std::string themeFile(SoundTheme theme, const std::string& soundName) const;
 
+    void announceThemeChange(std::any object);
+    CustomTheme* findCustomTheme(std::string_view id);
+    CustomTheme* selectedCustomTheme();
+    void writeBackPaths();
+    void applySounds(const CustomTheme& theme);
+    void clearPaths();
+
+    void save();
+    void load();
+    void loadCustomThemes();
+    void loadEvents();
+
     const std::string res_;
     std::vector<std::shared_ptr<Sound>> playing_;
     Surroundings around_;
+    /// The custom themes as the store has them from us; none before the first time.
+    std::optional<std::vector<CustomTheme>> savedThemes_;
     Lifeline lifeline_;
 };
 

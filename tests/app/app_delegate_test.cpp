@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/fake_defaults_store.h"
 #include "support/fake_file_manager_sounds.h"
 #include "support/fake_sound_service.h"
 #include "support/fake_trash_source.h"
@@ -26,9 +27,10 @@ protected:
     VirtualMainQueue queue;
     NotificationCenter notifications;
     FakeSoundService sounds;
+    FakeDefaultsStore defaults;
     FakeFileManagerSounds fileManager;
     FakeTrashSource trash;
-    SoundManager manager{"", {queue, notifications, sounds, sounds}};
+    SoundManager manager{"", {queue, notifications, sounds, sounds, defaults, fileManager}};
     AppDelegate delegate{{queue, queue, manager, fileManager, trash}};
 };
 

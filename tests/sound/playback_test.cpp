@@ -4,6 +4,8 @@
 
 #include "sound/notifications.h"
 #include "sound/sound_manager.h"
+#include "support/fake_defaults_store.h"
+#include "support/fake_file_manager_sounds.h"
 #include "support/fake_sound_service.h"
 #include "support/virtual_main_queue.h"
 
@@ -32,8 +34,11 @@ protected:
     VirtualMainQueue queue;
     NotificationCenter notifications;
     FakeSoundService sounds;
-    std::optional<SoundManager> manager{std::in_place, "/res",
-                                        SoundManager::Surroundings{queue, notifications, sounds, sounds}};
+    FakeDefaultsStore defaults;
+    FakeFileManagerSounds fileManager;
+    std::optional<SoundManager> manager{
+        std::in_place, "/res",
+        SoundManager::Surroundings{queue, notifications, sounds, sounds, defaults, fileManager}};
     std::vector<std::string> announced;
     NotificationCenter::Subscription counting = notifications.observe(
         eventCounterUpdated,

@@ -1,0 +1,24 @@
+#include "sound/uuid.h"
+
+#include <random>
+#include <string_view>
+
+namespace chimewerk {
+
+std::string randomUuid() {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    // x: any digit; y: one of the four that mark the variant.
+    std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
+    std::random_device random;
+    std::uniform_int_distribution<unsigned> anyDigit(0, 15);
+    for (char& place : uuid) {
+        if (place == 'x') {
+            place = kDigits[anyDigit(random)];
+        } else if (place == 'y') {
+            place = kDigits[8 + anyDigit(random) % 4];
+        }
+    }
+    return uuid;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <any>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "sound/notifications.h"
+#include "sound/sound_manager.h"
+#include "support/fake_defaults_store.h"
+#include "support/fake_file_manager_sounds.h"
+#include "support/fake_sound_service.h"
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+
+/// A sound library among fakes, which can be ended and started again on what it has stored.
+class SoundLibrary {
+public:
+    SoundLibrary() : SoundLibrary(nullptr) {}
+    /// On this store instead of a fake one.
+    explicit SoundLibrary(DefaultsStore* store) : store_(store == nullptr ? &defaults : store) { restart(); }
+
+    /// As if the program were ended and started.
+    void restart() { manager_ = std::make_unique<SoundManager>("/res", surroundings()); }
+    SoundManager& operator*() { return *manager_; }
+    SoundManager* operator->() { return manager_.get(); }
+    SoundEvent& event(std::string_view id) { return *manager_->findEvent(id); }
+
+    /// What `themeDidChange` was posted for since the last call: raw values, and "none" where there was no object.
+    std::vector<std::string> announced() {
+        queue.runPosted();
+        return std::exchange(announced_, {});
+    }
+
+    VirtualMainQueue queue;
+    NotificationCenter notifications;
+    FakeSoundService sounds;
+    FakeDefaultsStore defaults;
+    FakeFileManagerSounds fileManager;
+    /// The ids of the next custom themes, in turn and over again.
+    std::vector<std::string> themeIds = {"A", "B", "C"};
+
+private:
+    SoundManager::Surroundings surroundings() {
+        return {queue,   notifications, sounds,
+                sounds,  *store_,       fileManager,
+                [this] { return themeIds.at(themesMade_++ % themeIds.size()); }};
+    }
+
+    DefaultsStore* store_;
+    std::size_t themesMade_ = 0;
+    std::vector<std::string> announced_;
+    NotificationCenter::Subscription listening_ =
+        notifications.observe(themeDidChange, [this](const Notification& notification) {
+            announced_.push_back(notification.object.has_value()
+                                     ? std::string(rawValue(std::any_cast<SoundTheme>(notification.object)))
+                                     : "none");
+        });
+    std::unique_ptr<SoundManager> manager_;
+};
+
+}  // namespace chimewerk
