@@ -1,19 +1,20 @@
-# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux platform [SEEDS folder]): a libFuzzer program of these sources
+# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux platform [LIBRARIES name] [SEEDS folder]
+# [WORDS dictionary]): a libFuzzer program of these sources
 # alone, and a test of CTest that runs it for a few seconds: 20,000 inputs, beginning from those in the folder. The
-# sources may include the headers of the layers. The program is built by clang++ whichever compiler builds the rest;
+# sources may include the headers of the layers and of tests/support. The program is built by clang++ whichever compiler builds the rest;
 # where there is no clang++ there is no such test, nor in builds that have sanitizers of their own. For a longer run:
 # build/debug/tests/fuzz/NAME FOLDER
 find_program(CHIMEWERK_FUZZ_COMPILER clang++)
 
 function(chimewerk_fuzz_test name)
-  cmake_parse_arguments(FUZZ "" "SEEDS" "SOURCES;LAYERS" ${ARGN})
+  cmake_parse_arguments(FUZZ "" "SEEDS;WORDS" "SOURCES;LAYERS;LIBRARIES" ${ARGN})
   if(NOT CHIMEWERK_FUZZ_COMPILER OR CHIMEWERK_SANITIZE)
     message(STATUS "${name}: left out")
     return()
   endif()
 
-  set(includes "")
-  set(headers "")
+  set(includes -I${PROJECT_SOURCE_DIR}/tests)
+  file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/support/*.h)
   foreach(layer IN LISTS FUZZ_LAYERS)
     list(APPEND includes -I${PROJECT_BINARY_DIR}/include/${layer})
     file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${layer}/*.h)
@@ -25,11 +26,16 @@ function(chimewerk_fuzz_test name)
     list(APPEND sources ${source})
   endforeach()
 
+  list(TRANSFORM FUZZ_LIBRARIES PREPEND -l)
+  if(FUZZ_WORDS)
+    set(words -dict=${FUZZ_WORDS})
+  endif()
+
   set(program ${CMAKE_CURRENT_BINARY_DIR}/${name})
   add_custom_command(
     OUTPUT ${program}
     COMMAND ${CHIMEWERK_FUZZ_COMPILER} -std=c++20 -g -O1 -Wall -Wextra -fsanitize=fuzzer,address,undefined
-            -fno-sanitize-recover=all ${includes} ${sources} -o ${program}
+            -fno-sanitize-recover=all ${includes} ${sources} ${FUZZ_LIBRARIES} -o ${program}
     DEPENDS ${sources} ${headers}
     COMMENT "Building the fuzzer ${name}"
     VERBATIM)
@@ -40,6 +46,6 @@ function(chimewerk_fuzz_test name)
   file(MAKE_DIRECTORY ${found})
   add_test(NAME ${name}
     COMMAND ${program} -seed=1 -runs=20000 -max_len=4096 -timeout=10 -rss_limit_mb=1024 -artifact_prefix=${found}/
-            -print_final_stats=1 ${found} ${FUZZ_SEEDS})
+            -print_final_stats=1 ${words} ${found} ${FUZZ_SEEDS})
   set_tests_properties(${name} PROPERTIES LABELS fuzz TIMEOUT 120)
 endfunction()
