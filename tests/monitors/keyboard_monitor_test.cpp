@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "platform/notification_center.h"
+#include "support/fake_defaults_store.h"
+#include "support/fake_file_manager_sounds.h"
 #include "support/fake_key_source.h"
 #include "support/fake_sound_service.h"
 #include "support/virtual_main_queue.h"
@@ -43,7 +45,9 @@ protected:
     VirtualMainQueue queue;
     NotificationCenter notifications;
     FakeSoundService sounds;
-    SoundManager library{"/res", {queue, notifications, sounds, sounds}};
+    FakeDefaultsStore defaults;
+    FakeFileManagerSounds fileManager;
+    SoundManager library{"/res", {queue, notifications, sounds, sounds, defaults, fileManager}};
     FakeKeySource keys;
     std::optional<KeyboardMonitor> monitor;
 };

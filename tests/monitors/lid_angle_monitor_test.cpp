@@ -8,6 +8,8 @@
 
 #include "monitors/lid_report.h"
 #include "sound/notifications.h"
+#include "support/fake_defaults_store.h"
+#include "support/fake_file_manager_sounds.h"
 #include "support/fake_lid_sensor_source.h"
 #include "support/fake_sound_service.h"
 #include "support/virtual_main_queue.h"
@@ -51,7 +53,9 @@ protected:
     VirtualMainQueue queue;
     NotificationCenter notifications;
     FakeSoundService sounds;
-    SoundManager manager{"", {queue, notifications, sounds, sounds}};
+    FakeDefaultsStore defaults;
+    FakeFileManagerSounds fileManager;
+    SoundManager manager{"", {queue, notifications, sounds, sounds, defaults, fileManager}};
     FakeLidSensorSource sensor;
     std::optional<LidAngleMonitor> monitor{
         std::in_place, LidAngleMonitor::Surroundings{queue, queue, notifications, manager, sensor}};
