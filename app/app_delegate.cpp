@@ -1,30 +1,121 @@
 #include "app/app_delegate.h"
 
+#include <algorithm>
+
 namespace chimewerk {
 
-AppDelegate::AppDelegate(const Surroundings& surroundings)
-    : fileManagerSounds_(surroundings.fileManagerSounds),
-      sounds_(surroundings.sounds),
-      trashMonitor_(surroundings.queue, surroundings.clock, surroundings.trash) {}
+namespace {
+
+/// The lid's threshold in degrees where there is no event to tell it.
+constexpr float kDefaultLidThreshold = 90.0F;
+
+}  // namespace
+
+AppDelegate::AppDelegate(const Surroundings& surroundings, const Sources& sources)
+    : sm_(surroundings.sounds),
+      fileManagerSounds_(surroundings.fileManagerSounds),
+      lidMonitor_({.queue = surroundings.queue,
+                   .clock = surroundings.clock,
+                   .notifications = surroundings.notifications,
+                   .sounds = surroundings.sounds,
+                   .sensor = sources.lidSensor}),
+      brightnessMonitor_(surroundings.queue, sources.display),
+      keyboardMonitor_(surroundings.queue, sources.keys, sources.keyPermissionPage, surroundings.sounds),
+      volumeMonitor_(surroundings.queue, sources.output),
+      screenshotMonitor_(surroundings.queue, sources.folders, sources.screenshotFolders),
+      appLaunchMonitor_(sources.launches),
+      trashMonitor_(surroundings.queue, surroundings.clock, sources.trash),
+      networkMonitor_(surroundings.queue, sources.reachability),
+      usbMonitor_(surroundings.queue, sources.usbDevices) {}
 
 void AppDelegate::applicationDidFinishLaunching() { startApp(); }
 
-void AppDelegate::startApp() { setupTrashMonitoring(); }
+void AppDelegate::startApp() {
+    setupBrightnessMonitoring();
+    setupLidAngleMonitoring();
+    setupKeyboardTap();
+    setupVolumeMonitoring();
+    setupScreenshotMonitoring();
+    setupAppLaunchMonitoring();
+    setupTrashMonitoring();
+    setupNetworkMonitoring();
+    setupUSBMonitoring();
+}
+
+void AppDelegate::setupBrightnessMonitoring() {
+    brightnessMonitor_.onUp = playing("brightness_up");
+    brightnessMonitor_.onDown = playing("brightness_down");
+    brightnessMonitor_.start();
+}
+
+void AppDelegate::setupLidAngleMonitoring() {
+    const SoundEvent* const event = sm_.findEvent("lid_angle");
+    lidMonitor_.start(event != nullptr ? event->threshold : kDefaultLidThreshold);
+}
+
+void AppDelegate::setupKeyboardTap() {
+    if (anyEnabled({"key_press"})) {
+        keyboardMonitor_.start();
+    }
+}
+
+void AppDelegate::setupVolumeMonitoring() {
+    if (anyEnabled({"volume_up", "volume_down"})) {
+        volumeMonitor_.onUp = playing("volume_up");
+        volumeMonitor_.onDown = playing("volume_down");
+        volumeMonitor_.start();
+    }
+}
+
+void AppDelegate::setupScreenshotMonitoring() {
+    if (anyEnabled({"screenshot"})) {
+        screenshotMonitor_.onScreenshot = playing("screenshot");
+        screenshotMonitor_.start();
+    }
+}
+
+void AppDelegate::setupAppLaunchMonitoring() {
+    appLaunchMonitor_.onLaunch = playing("app_launch");
+    appLaunchMonitor_.start();
+}
 
 void AppDelegate::setupTrashMonitoring() {
     trashMonitor_.onAdd = playing("trash_add");
     trashMonitor_.onEmpty = playing("trash_empty");
     trashMonitor_.start();
-    fileManagerSounds_.setFinderTrashSoundEnabled(!sounds_.isAnyTrashEventEnabled());
+    fileManagerSounds_.setFinderTrashSoundEnabled(!anyEnabled({"trash_empty", "trash_add"}));
+}
+
+void AppDelegate::setupNetworkMonitoring() {
+    networkMonitor_.onConnect = playing("network_up");
+    networkMonitor_.onDisconnect = playing("network_down");
+    networkMonitor_.start();
+}
+
+void AppDelegate::setupUSBMonitoring() {
+    usbMonitor_.onConnect = playing("usb_connect");
+    usbMonitor_.start();
 }
 
 void AppDelegate::applicationWillTerminate() {
+    brightnessMonitor_.stop();
+    keyboardMonitor_.stop();
+    lidMonitor_.stop();
+    volumeMonitor_.stop();
+    screenshotMonitor_.stop();
+    appLaunchMonitor_.stop();
     trashMonitor_.stop();
+    networkMonitor_.stop();
+    usbMonitor_.stop();
     fileManagerSounds_.setFinderTrashSoundEnabled(true);
 }
 
+bool AppDelegate::anyEnabled(std::initializer_list<const char*> eventIds) const {
+    return std::any_of(eventIds.begin(), eventIds.end(), [this](const char* id) { return sm_.isEventEnabled(id); });
+}
+
 std::function<void()> AppDelegate::playing(const char* eventId) {
-    return lifeline_.guard([this, eventId] { sounds_.play(eventId); });
+    return lifeline_.guard([this, eventId] { sm_.play(eventId); });
 }
 
 }  // namespace chimewerk

@@ -1,43 +1,92 @@
 #pragma once
 
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "monitors/app_launch_monitor.h"
+#include "monitors/brightness_monitor.h"
+#include "monitors/keyboard_monitor.h"
+#include "monitors/lid_angle_monitor.h"
+#include "monitors/network_monitor.h"
+#include "monitors/screenshot_monitor.h"
 #include "monitors/trash_monitor.h"
+#include "monitors/usb_monitor.h"
+#include "monitors/volume_monitor.h"
 #include "platform/clock.h"
 #include "platform/file_manager_sounds.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
+#include "platform/notification_center.h"
 #include "sound/sound_manager.h"
 
 namespace chimewerk {
 
-/// Owns the monitors, wires each to the sound library, and starts and stops them in a fixed order. Main thread only.
+/// Owns the monitors, wires each to the sound library, and starts and stops them in a fixed order. All monitors exist from
+/// its construction on, whether or not they are started. Main thread only.
 class AppDelegate {
 public:
-    /// What the delegate and its monitors need of their surroundings; all of it outlives the delegate.
+    /// What the monitors hear the machine by; all of it outlives the delegate.
+    struct Sources {
+        LidSensorSource& lidSensor;
+        BrightnessSource& display;
+        KeySource& keys;
+        PermissionPage& keyPermissionPage;
+        OutputVolumeSource& output;
+        FolderSource& folders;
+        /// Where screenshots are looked for, absolute paths.
+        std::vector<std::string> screenshotFolders;
+        AppLaunchSource& launches;
+        TrashSource& trash;
+        ReachabilitySource& reachability;
+        UsbArrivalSource& usbDevices;
+    };
+
+    /// What the delegate needs besides; all of it outlives the delegate.
     struct Surroundings {
         MainQueue& queue;
         const Clock& clock;
+        NotificationCenter& notifications;
         SoundManager& sounds;
         FileManagerSounds& fileManagerSounds;
-        TrashSource& trash;
     };
 
-    explicit AppDelegate(const Surroundings& surroundings);
+    AppDelegate(const Surroundings& surroundings, const Sources& sources);
 
     /// Runs the start-up sequence. Called once, when the main loop is about to run.
     void applicationDidFinishLaunching();
 
-    /// Stops everything that was started. Called once, when the main loop has ended.
+    /// Stops everything, started or not. Called once, when the main loop has ended.
     void applicationWillTerminate();
 
 private:
     void startApp();
+    void setupBrightnessMonitoring();
+    void setupLidAngleMonitoring();
+    void setupKeyboardTap();
+    void setupVolumeMonitoring();
+    void setupScreenshotMonitoring();
+    void setupAppLaunchMonitoring();
     void setupTrashMonitoring();
+    void setupNetworkMonitoring();
+    void setupUSBMonitoring();
+
+    bool anyEnabled(std::initializer_list<const char*> eventIds) const;
     /// A callback that plays this event, and does nothing once the delegate is gone.
     std::function<void()> playing(const char* eventId);
 
+    SoundManager& sm_;
     FileManagerSounds& fileManagerSounds_;
-    SoundManager& sounds_;
+    LidAngleMonitor lidMonitor_;
+    BrightnessMonitor brightnessMonitor_;
+    KeyboardMonitor keyboardMonitor_;
+    VolumeMonitor volumeMonitor_;
+    ScreenshotMonitor screenshotMonitor_;
+    AppLaunchMonitor appLaunchMonitor_;
     TrashMonitor trashMonitor_;
+    NetworkMonitor networkMonitor_;
+    USBMonitor usbMonitor_;
     Lifeline lifeline_;
 };
 

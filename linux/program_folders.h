@@ -11,6 +11,8 @@ struct ProgramFolders {
     std::string sounds;
     /// The modules: lib/chimewerk there.
     std::string modules;
+    /// The pages for users: share/doc/chimewerk there.
+    std::string pages;
 };
 
 ProgramFolders findProgramFolders();

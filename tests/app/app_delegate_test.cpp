@@ -2,26 +2,82 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "support/fake_app_launch_source.h"
+#include "support/fake_brightness_source.h"
 #include "support/fake_defaults_store.h"
 #include "support/fake_file_manager_sounds.h"
+#include "support/fake_folder_source.h"
+#include "support/fake_key_source.h"
+#include "support/fake_lid_sensor_source.h"
+#include "support/fake_output_volume_source.h"
+#include "support/fake_reachability_source.h"
 #include "support/fake_sound_service.h"
 #include "support/fake_trash_source.h"
+#include "support/fake_usb_arrival_source.h"
 #include "support/virtual_main_queue.h"
 
 namespace chimewerk {
 namespace {
 
+/// A delegate on a machine of fakes, on which each event can be made to happen.
 class TheAppDelegate : public testing::Test {
 protected:
-    void trashAndEmpty() {
-        trash.change(1);
-        queue.advance(Seconds{2});
-        trash.change(-1);
-        queue.advance(Seconds{2});
+    TheAppDelegate() {
+        display.level = 0.5F;
+        output.main = 0.5F;
+        reachability.plugged = true;
+        for (SoundEvent& event : manager.events) {
+            event.isEnabled = true;
+        }
     }
-    std::string counts() const {
-        return std::to_string(manager.findEvent("trash_add")->triggerCount) + "/" +
-               std::to_string(manager.findEvent("trash_empty")->triggerCount);
+
+    void launch() {
+        delegate.emplace(
+            AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager},
+            AppDelegate::Sources{lid, display, keys, keys, output, folders, {"/shots"}, launches, trash, reachability, usb});
+        delegate->applicationDidFinishLaunching();
+        lid.moveTo(45);
+        queue.runPosted();
+    }
+
+    /// Has every event that a monitor hears of happen once, and tells which of them were counted, in the table's order.
+    std::string heard() {
+        for (SoundEvent& event : manager.events) {
+            event.triggerCount = 0;
+        }
+        const std::function<void()> signals[] = {
+            [this] { lid.moveTo(manager.findEvent("lid_angle")->threshold > 45 ? 179 : 10); },
+            [this] { display.level = 0.6F; },
+            [this] { display.level = 0.5F; },
+            [this] { keys.press(0); },
+            [this] { output.main = 0.6F; },
+            [this] { output.main = 0.5F; },
+            [this] { folders.add("/shots", "Screenshot " + std::to_string(++shots) + ".png"); },
+            [this] { launches.launch(); },
+            [this] { trash.change(1); },
+            [this] { trash.change(-1); },
+            [this] { reachability.plugged = false; },
+            [this] { reachability.plugged = true; },
+            [this] { usb.plug(); },
+        };
+        for (const auto& signal : signals) {
+            signal();
+            queue.advance(Seconds{3});
+        }
+        std::string ids;
+        for (const SoundEvent& event : manager.events) {
+            ids += event.triggerCount == 0 ? "" : event.id + "*" + std::to_string(event.triggerCount) + " ";
+        }
+        return ids;
+    }
+    void enable(std::initializer_list<const char*> ids, bool on) {
+        for (const char* const id : ids) {
+            manager.findEvent(id)->isEnabled = on;
+        }
     }
 
     VirtualMainQueue queue;
@@ -29,20 +85,65 @@ protected:
     FakeSoundService sounds;
     FakeDefaultsStore defaults;
     FakeFileManagerSounds fileManager;
-    FakeTrashSource trash;
     SoundManager manager{"", {queue, notifications, sounds, sounds, defaults, fileManager}};
-    AppDelegate delegate{{queue, queue, manager, fileManager, trash}};
+    FakeLidSensorSource lid;
+    FakeBrightnessSource display;
+    FakeKeySource keys;
+    FakeOutputVolumeSource output;
+    FakeFolderSource folders;
+    FakeAppLaunchSource launches;
+    FakeTrashSource trash;
+    FakeReachabilitySource reachability;
+    FakeUsbArrivalSource usb;
+    int shots = 0;
+    std::optional<AppDelegate> delegate;
 };
 
-TEST_F(TheAppDelegate, PlaysTheTrashEventsFromLaunchToQuit) {
-    trashAndEmpty();
-    EXPECT_EQ(counts(), "0/0");
-    delegate.applicationDidFinishLaunching();
-    trashAndEmpty();
-    EXPECT_EQ(counts(), "1/1");
-    delegate.applicationWillTerminate();
-    trashAndEmpty();
-    EXPECT_EQ(counts(), "1/1");
+TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
+    launch();
+    EXPECT_EQ(heard(),
+              "lid_angle*1 brightness_up*1 brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 "
+              "app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 usb_connect*1 ");
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(heard(), "");
+    EXPECT_FALSE(keys.tapExists());
+    EXPECT_FALSE(lid.isOpen());
+    EXPECT_FALSE(usb.isOpen());
+    EXPECT_EQ(launches.observers(), 0U);
+}
+
+TEST_F(TheAppDelegate, LeavesThreeMonitorsStoppedWhoseEventsAreOffAtLaunchWhateverIsSwitchedOnLater) {
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"}, false);
+    launch();
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"}, true);
+    EXPECT_EQ(heard(),
+              "lid_angle*1 brightness_up*1 brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 "
+              "network_down*1 usb_connect*1 ");
+    delegate->applicationWillTerminate();
+}
+
+TEST_F(TheAppDelegate, HearsBothVolumeEventsWhenOneIsOnAtLaunch) {
+    enable({"volume_up"}, false);
+    launch();
+    EXPECT_EQ(heard().find("volume_up"), std::string::npos);
+    enable({"volume_up"}, true);
+    EXPECT_NE(heard().find("volume_up*1 volume_down*1"), std::string::npos);
+}
+
+TEST_F(TheAppDelegate, SetsTheLidsThresholdFromTheEvent) {
+    manager.findEvent("lid_angle")->threshold = 20;
+    launch();
+    EXPECT_NE(heard().find("lid_angle*1"), std::string::npos);
+}
+
+TEST_F(TheAppDelegate, PlaysNothingOnceItIsGone) {
+    launch();
+    delegate.reset();
+    display.level = 0.9F;
+    trash.change(1);
+    queue.advance(Seconds{10});
+    EXPECT_TRUE(sounds.plays().empty());
+    EXPECT_EQ(manager.findEvent("trash_add")->triggerCount, 0);
 }
 
 TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
@@ -54,10 +155,10 @@ TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
     for (const Case& c : {Case{true, true, false}, Case{true, false, false}, Case{false, true, false},
                           Case{false, false, true}}) {
         fileManager.calls.clear();
-        manager.findEvent("trash_empty")->isEnabled = c.empty;
-        manager.findEvent("trash_add")->isEnabled = c.add;
-        delegate.applicationDidFinishLaunching();
-        delegate.applicationWillTerminate();
+        enable({"trash_empty"}, c.empty);
+        enable({"trash_add"}, c.add);
+        launch();
+        delegate->applicationWillTerminate();
         EXPECT_EQ(fileManager.calls, (std::vector<bool>{c.fileManagerMaySound, true})) << c.empty << c.add;
     }
 }
