@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <thread>
+#include <utility>
 
 namespace chimewerk {
 
@@ -57,8 +61,26 @@ bool Demonstration::run() {
     return failed == 0 && stopped && written;
 }
 
+/// Switches on every event that is shown, the way a user's own settings would have it.
+bool Demonstration::writeSettings() const {
+    const char* const configHome = std::getenv("XDG_CONFIG_HOME");
+    if (configHome == nullptr) {
+        return fail("This is no private session: there is no XDG_CONFIG_HOME.");
+    }
+    const auto folder = std::filesystem::path(configHome) / "chimewerk";
+    std::error_code failed;
+    std::filesystem::create_directories(folder, failed);
+    std::ofstream settings(folder / "settings.json");
+    const char* separator = "{\"ChimewerkEvents\": {";
+    for (const DemoRow& row : rows_) {
+        settings << std::exchange(separator, ", ") << '"' << row.event << "\": {\"enabled\": true}";
+    }
+    settings << "}}\n";
+    return settings.flush() ? true : fail("The settings cannot be written.");
+}
+
 bool Demonstration::prepare() {
-    return std::all_of(rows_.begin(), rows_.end(), [](const DemoRow& row) {
+    return writeSettings() && std::all_of(rows_.begin(), rows_.end(), [](const DemoRow& row) {
         return !outputOfShell(row.obstacle).empty() || runShell(row.preparation) == 0 ||
                fail(std::string("The preparation of ") + row.event + " failed.");
     });

@@ -22,6 +22,7 @@ public:
 
 private:
     bool prepare();
+    bool writeSettings() const;
     bool startProgram();
     /// False when the row failed.
     bool show(const DemoRow& row);
