@@ -1,14 +1,24 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <set>
+#include <string_view>
+#include <vector>
 
 #include "demo/demonstration.h"
 #include "demo/rows.h"
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: chimewerk-demo PROGRAM\n");
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: chimewerk-demo PROGRAM [EVENT...]\n");
         return 2;
+    }
+    const std::set<std::string_view> wanted(argv + 2, argv + argc);
+    std::vector<chimewerk::DemoRow> rows;
+    for (const chimewerk::DemoRow& row : chimewerk::demoRows()) {
+        if (wanted.empty() || wanted.contains(row.event)) {
+            rows.push_back(row);
+        }
     }
     // The signals are real: outside a private session they would go to the user's own desktop.
     if (std::getenv("CHIMEWERK_SESSION") == nullptr) {
@@ -16,7 +26,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        return chimewerk::Demonstration(argv[1], chimewerk::demoRows()).run() ? 0 : 1;
+        return chimewerk::Demonstration(argv[1], rows).run() ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "chimewerk-demo: %s\n", error.what());
         return 1;

@@ -15,7 +15,7 @@ STAND_IN = str(Path(__file__).with_name("stand_in.py"))
 def demonstrate(**environment):
     """The exit status, what was printed, and the size of the recording."""
     with tempfile.TemporaryDirectory() as folder:
-        result = subprocess.run([SESSION, "--", DEMO, STAND_IN], cwd=folder, env={**os.environ, **environment},
+        result = subprocess.run([SESSION, "--", DEMO, STAND_IN, "trash_add", "trash_empty"], cwd=folder, env={**os.environ, **environment},
                                 stdout=subprocess.PIPE, text=True, timeout=60, check=False)
         recording = Path(folder, "demo-recording.wav")
         return result.returncode, result.stdout, recording.stat().st_size if recording.exists() else 0

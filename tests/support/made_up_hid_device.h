@@ -31,7 +31,9 @@ public:
         : machine_(machine),
           path_(machine.nodePath("hidraw" + number)),
           terminal_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        unlockpt(terminal_.get());
+        if (!terminal_ || unlockpt(terminal_.get()) != 0 || ptsname(terminal_.get()) == nullptr) {
+            throw std::runtime_error("a made-up device needs a terminal, and there is none to be had");
+        }
         termios settings{};
         tcgetattr(terminal_.get(), &settings);
         cfmakeraw(&settings);
