@@ -75,7 +75,12 @@ bool Demonstration::writeSettings() const {
     for (const DemoRow& row : rows_) {
         settings << std::exchange(separator, ", ") << '"' << row.event << "\": {\"enabled\": true}";
     }
-    settings << "}}\n";
+    settings << '}';
+    // For whoever wants to hear another theme than the factory's.
+    if (const char* const theme = std::getenv("DEMO_THEME"); theme != nullptr) {
+        settings << ", \"ChimewerkTheme\": \"" << theme << '"';
+    }
+    settings << "}\n";
     return settings.flush() ? true : fail("The settings cannot be written.");
 }
 
