@@ -98,9 +98,12 @@ TEST_F(TheInotifyFolders, LetAScreenshotBeHeardAfterOneAndAHalfSecondsAlsoInAFol
     fs::create_directories(home / "Pictures/Screenshots");
     save("Pictures/Screenshots/Screenshot.png");
     EXPECT_TRUE(runUntil(queue, [&] { return shots > 1; }));
-    wakeUpsWithin(queue, Seconds{0.2});  // The folder above has changed too, and has its own look.
+    // The folder above has changed too, and has its own look; then there is nothing more to do.
+    int looks = 0;
+    while (wakeUpsWithin(queue, Seconds{0.5}) > 0 && ++looks < 10) {
+    }
+    EXPECT_LT(looks, 10);
     EXPECT_EQ(shots, 2);
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
 }
 
 TEST_F(TheInotifyFolders, StandABurstOfFiveHundredAndEndWithTheMonitor) {
