@@ -28,7 +28,9 @@ AppDelegate::AppDelegate(const Surroundings& surroundings, const Sources& source
       networkMonitor_(surroundings.queue, sources.reachability),
       usbMonitor_(surroundings.queue, sources.usbDevices) {}
 
-void AppDelegate::applicationDidFinishLaunching() { startApp(); }
+void AppDelegate::applicationDidFinishLaunching() {
+    startApp();
+}
 
 void AppDelegate::startApp() {
     setupBrightnessMonitoring();
@@ -111,7 +113,8 @@ void AppDelegate::applicationWillTerminate() {
 }
 
 bool AppDelegate::anyEnabled(std::initializer_list<const char*> eventIds) const {
-    return std::any_of(eventIds.begin(), eventIds.end(), [this](const char* id) { return sm_.isEventEnabled(id); });
+    return std::any_of(eventIds.begin(), eventIds.end(),
+                       [this](const char* id) { return sm_.isEventEnabled(id); });
 }
 
 std::function<void()> AppDelegate::playing(const char* eventId) {

@@ -23,8 +23,8 @@
 
 namespace chimewerk {
 
-/// Owns the monitors, wires each to the sound library, and starts and stops them in a fixed order. All monitors exist from
-/// its construction on, whether or not they are started. Main thread only.
+/// Owns the monitors, wires each to the sound library, and starts and stops them in a fixed order. All
+/// monitors exist from its construction on, whether or not they are started. Main thread only.
 class AppDelegate {
 public:
     /// What the monitors hear the machine by; all of it outlives the delegate.

@@ -1,5 +1,5 @@
-// The composition root: makes the parts, connects them, runs the main loop. Members of the program know one another by
-// the interfaces that they are given here.
+// The composition root: makes the parts, connects them, runs the main loop. Members of the program know one
+// another by the interfaces that they are given here.
 #include "app/app_delegate.h"
 #include "linux/decoder.h"
 #include "linux/desktop_app_launch_source.h"
@@ -58,13 +58,12 @@ int main() {
 
     JsonDefaultsStore defaults(queue, xdgConfigHome());
 
-    SoundManager sounds(folders.sounds,
-                        {.queue = queue,
-                         .notifications = notifications,
-                         .sounds = soundService,
-                         .files = files,
-                         .defaults = defaults,
-                         .fileManagerSounds = fileManagerSounds});
+    SoundManager sounds(folders.sounds, {.queue = queue,
+                                         .notifications = notifications,
+                                         .sounds = soundService,
+                                         .files = files,
+                                         .defaults = defaults,
+                                         .fileManagerSounds = fileManagerSounds});
     AppDelegate delegate({.queue = queue,
                           .clock = clock,
                           .notifications = notifications,

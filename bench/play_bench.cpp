@@ -48,8 +48,7 @@ void playAnEvent(benchmark::State& state, const std::string& eventId, const std:
     const PosixFileSystem files;
     FakeDefaultsStore defaults;
     FakeFileManagerSounds fileManager;
-    SoundManager sounds(CHIMEWERK_SOUND_DIR,
-                        {queue, notifications, service, files, defaults, fileManager});
+    SoundManager sounds(CHIMEWERK_SOUND_DIR, {queue, notifications, service, files, defaults, fileManager});
     SoundEvent& event = *sounds.findEvent(eventId);
     event.isEnabled = true;
     event.soundPath = ownFile;

@@ -26,9 +26,11 @@ std::vector<CustomTheme> manyThemes() {
     for (int i = 0; i < kThemes; ++i) {
         ThemeSounds::Map sounds;
         for (const SoundEvent& event : factoryEvents()) {
-            sounds[event.id] = "/home/somebody/.local/share/Chimewerk/" + event.id + "_" + std::to_string(i) + ".wav";
+            sounds[event.id] =
+                "/home/somebody/.local/share/Chimewerk/" + event.id + "_" + std::to_string(i) + ".wav";
         }
-        themes.push_back({.id = randomUuid(), .name = "Theme " + std::to_string(i), .sounds = ThemeSounds(sounds)});
+        themes.push_back(
+            {.id = randomUuid(), .name = "Theme " + std::to_string(i), .sounds = ThemeSounds(sounds)});
     }
     return themes;
 }
@@ -95,9 +97,10 @@ void startWithAThousandThemes(benchmark::State& state) {
 }
 BENCHMARK(startWithAThousandThemes)->Iterations(100)->Unit(benchmark::kMillisecond);
 
-/// The longest that each kind of change, and what the main loop does for it afterwards, holds up the main thread while
-/// the worker writes.
-void changeAmongAThousandThemes(benchmark::State& state, const std::function<void(SoundManager&, int)>& change) {
+/// The longest that each kind of change, and what the main loop does for it afterwards, holds up the main
+/// thread while the worker writes.
+void changeAmongAThousandThemes(benchmark::State& state,
+                                const std::function<void(SoundManager&, int)>& change) {
     const ConfigFolder config(true);
     EpollMainQueue queue;
     JsonDefaultsStore store(queue, config.path());
@@ -118,25 +121,41 @@ void changeAmongAThousandThemes(benchmark::State& state, const std::function<voi
     state.counters["held_worst_ms"] = quantile(held, 1);
     state.counters["cpu_worst_ms"] = quantile(processor, 1);
 }
-BENCHMARK_CAPTURE(changeAmongAThousandThemes, volume, [](SoundManager& manager, int step) {
-    manager.setVolume(static_cast<float>(step % 100) / 100, "slap");
-})->Iterations(200)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(changeAmongAThousandThemes, path, [](SoundManager& manager, int step) {
-    manager.setPath("/sound " + std::to_string(step), "slap");
-})->Iterations(200)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(changeAmongAThousandThemes, rename, [](SoundManager& manager, int step) {
-    manager.renameCustomTheme(manager.customThemes.back().id, std::to_string(step));
-})->Iterations(200)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(changeAmongAThousandThemes, select, [](SoundManager& manager, int step) {
-    manager.setCustomTheme(manager.customThemes.at(static_cast<std::size_t>(step) % kThemes));
-})->Iterations(200)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(changeAmongAThousandThemes, createAndDelete, [](SoundManager& manager, int step) {
-    if (step % 2 == 0) {
-        manager.deleteCustomTheme(*manager.activeCustomThemeID);
-    } else {
-        manager.createCustomTheme("new");
-    }
-})->Iterations(200)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(changeAmongAThousandThemes, volume,
+                  [](SoundManager& manager, int step) {
+                      manager.setVolume(static_cast<float>(step % 100) / 100, "slap");
+                  })
+    ->Iterations(200)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(changeAmongAThousandThemes, path,
+                  [](SoundManager& manager, int step) {
+                      manager.setPath("/sound " + std::to_string(step), "slap");
+                  })
+    ->Iterations(200)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(changeAmongAThousandThemes, rename,
+                  [](SoundManager& manager, int step) {
+                      manager.renameCustomTheme(manager.customThemes.back().id, std::to_string(step));
+                  })
+    ->Iterations(200)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(changeAmongAThousandThemes, select,
+                  [](SoundManager& manager, int step) {
+                      manager.setCustomTheme(
+                          manager.customThemes.at(static_cast<std::size_t>(step) % kThemes));
+                  })
+    ->Iterations(200)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(changeAmongAThousandThemes, createAndDelete,
+                  [](SoundManager& manager, int step) {
+                      if (step % 2 == 0) {
+                          manager.deleteCustomTheme(*manager.activeCustomThemeID);
+                      } else {
+                          manager.createCustomTheme("new");
+                      }
+                  })
+    ->Iterations(200)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace chimewerk

@@ -86,9 +86,9 @@ bool Demonstration::writeSettings() const {
 
 bool Demonstration::prepare() {
     return writeSettings() && std::all_of(rows_.begin(), rows_.end(), [](const DemoRow& row) {
-        return !outputOfShell(row.obstacle).empty() || runShell(row.preparation) == 0 ||
-               fail(std::string("The preparation of ") + row.event + " failed.");
-    });
+               return !outputOfShell(row.obstacle).empty() || runShell(row.preparation) == 0 ||
+                      fail(std::string("The preparation of ") + row.event + " failed.");
+           });
 }
 
 bool Demonstration::startProgram() {

@@ -6,8 +6,8 @@
 namespace chimewerk {
 
 /// The desktops' naming of the systemd units that applications run in:
-/// app[-<launcher>]-<application>-<random>.scope and app[-<launcher>]-<application>[@<random>].service, where the parts
-/// have their hyphens escaped.
+/// app[-<launcher>]-<application>-<random>.scope and app[-<launcher>]-<application>[@<random>].service, where
+/// the parts have their hyphens escaped.
 struct AppUnit {
     /// Empty when the name says none.
     std::string launcher;
@@ -21,7 +21,8 @@ struct AppUnit {
     static AppUnit parse(std::string_view unitName);
 };
 
-/// Whether one of the control groups in `cgroups`, the text of a process's /proc/PID/cgroup, is the unit of an application.
+/// Whether one of the control groups in `cgroups`, the text of a process's /proc/PID/cgroup, is the unit of
+/// an application.
 bool isInAppUnit(std::string_view cgroups);
 
 }  // namespace chimewerk

@@ -8,8 +8,8 @@
 
 namespace chimewerk {
 
-/// Tells which starts of units are launches of applications. Moments are those of the monotonic clock, since its
-/// beginning.
+/// Tells which starts of units are launches of applications. Moments are those of the monotonic clock, since
+/// its beginning.
 class AppUnitLaunches {
 public:
     using Moment = std::chrono::microseconds;
@@ -17,10 +17,11 @@ public:
     /// What became active before `now` is no launch.
     void begin(Moment now);
 
-    /// Whether `unitName`, which has last become active at `activeSince`, has been launched since the last time it was
-    /// asked about. Not a launch: what runs since before the beginning; what the session starts by itself at login, which
-    /// are mostly background helpers, and a volley of sounds at each login would say nothing; and the sandbox that a
-    /// launched application is put into, a unit of its own for the same application.
+    /// Whether `unitName`, which has last become active at `activeSince`, has been launched since the last
+    /// time it was asked about. Not a launch: what runs since before the beginning; what the session starts
+    /// by itself at login, which are mostly background helpers, and a volley of sounds at each login would
+    /// say nothing; and the sandbox that a launched application is put into, a unit of its own for the same
+    /// application.
     bool isLaunch(const std::string& unitName, Moment activeSince);
 
     /// The unit is gone for good.

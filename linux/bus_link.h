@@ -22,9 +22,9 @@ struct UnrefEventLoop {
 };
 using BusMessage = std::unique_ptr<sd_bus_message, UnrefBusMessage>;
 
-/// A connection to a message bus that outlives the bus: when the bus goes away the link looks for it every 3 s and opens
-/// anew. Calls and matches on it are sd-bus's own; they must not wait for answers. Main thread only; must not be destroyed
-/// from within a callback.
+/// A connection to a message bus that outlives the bus: when the bus goes away the link looks for it every 3
+/// s and opens anew. Calls and matches on it are sd-bus's own; they must not wait for answers. Main thread
+/// only; must not be destroyed from within a callback.
 class BusLink {
 public:
     /// Opens the wanted bus: sd_bus_open_user or sd_bus_open_system.

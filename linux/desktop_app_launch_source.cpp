@@ -39,7 +39,8 @@ void DesktopAppLaunchSource::listen() {
     }
 }
 
-/// Tells the observers once this event has been dealt with: an observer may remove itself, and with it what speaks here.
+/// Tells the observers once this event has been dealt with: an observer may remove itself, and with it what
+/// speaks here.
 void DesktopAppLaunchSource::tell() {
     queue_.post(lifeline_.guard([this] {
         const auto observers = observers_;

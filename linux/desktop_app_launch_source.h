@@ -15,10 +15,10 @@
 
 namespace chimewerk {
 
-/// Hears of launched applications in the ways that this session has: the units that desktops start applications in, and
-/// in an X11 session the first windows of processes that are in no such unit. The two go side by side, because a running
-/// systemd does not tell whether the desktop uses it: a plain window manager starts its programs by itself. Where there is
-/// neither, no launch is heard.
+/// Hears of launched applications in the ways that this session has: the units that desktops start
+/// applications in, and in an X11 session the first windows of processes that are in no such unit. The two go
+/// side by side, because a running systemd does not tell whether the desktop uses it: a plain window manager
+/// starts its programs by itself. Where there is neither, no launch is heard.
 class DesktopAppLaunchSource final : public AppLaunchSource {
 public:
     /// The queue outlives the source.

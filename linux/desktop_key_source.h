@@ -9,8 +9,9 @@
 
 namespace chimewerk {
 
-/// The first of the ways to hear the keys that works here: the kernel's event devices when they may be read, else the X
-/// server in an X11 session. Where neither works the keys cannot be heard: not trusted, and no tap.
+/// The first of the ways to hear the keys that works here: the kernel's event devices when they may be read,
+/// else the X server in an X11 session. Where neither works the keys cannot be heard: not trusted, and no
+/// tap.
 class DesktopKeySource final : public KeySource {
 public:
     /// The queue outlives the source and its taps.

@@ -178,12 +178,14 @@ void EpollMainQueue::runPosted() {
 
 void EpollMainQueue::runDue() {
     drain(alarm_);
-    armedFor_ = MonotonicTime::max();
+    armedFor_ =
+        MonotonicTime::min();  // What is scheduled meanwhile need not move the alarm: it is set below.
     const auto now = std::chrono::steady_clock::now();
     while (!delayed_.empty() && delayed_.begin()->first <= now) {
         const Job job = std::move(delayed_.extract(delayed_.begin()).mapped());
         job();
     }
+    armedFor_ = MonotonicTime::max();
     armAlarm();
 }
 

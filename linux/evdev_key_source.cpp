@@ -26,7 +26,8 @@ struct FreeDevice {
     void operator()(libevdev* device) const { libevdev_free(device); }
 };
 
-/// Which file a name stands for; 0 for none. A device that is plugged in again gets a new one under its old name.
+/// Which file a name stands for; 0 for none. A device that is plugged in again gets a new one under its old
+/// name.
 ino_t fileAt(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
@@ -62,7 +63,8 @@ public:
         bool anything = false;
         input_event event{};
         int status = 0;
-        // After an overrun the kernel's queue goes on with the latest events; the lost ones are not worth a sync.
+        // After an overrun the kernel's queue goes on with the latest events; the lost ones are not worth a
+        // sync.
         while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >= 0) {
             anything = true;
             if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY && event.value != 0) {
@@ -175,8 +177,8 @@ private:
         heard_.insert_or_assign(name, Heard{std::move(keyboard), std::move(watch)});
     }
 
-    /// What has broken is not opened again until something is heard of it or another takes its name: it might open and
-    /// break without end.
+    /// What has broken is not opened again until something is heard of it or another takes its name: it might
+    /// open and break without end.
     void lose(const std::string& name) {
         const auto lost = heard_.find(name);
         broken_.insert_or_assign(name, lost->second.keyboard->file());

@@ -8,7 +8,8 @@
 
 namespace chimewerk {
 
-/// Tells from the list of all windows, looked at whenever it changes, which processes have opened their first one.
+/// Tells from the list of all windows, looked at whenever it changes, which processes have opened their first
+/// one.
 class FirstWindows {
 public:
     using Window = std::uint32_t;

@@ -12,14 +12,16 @@
 
 namespace chimewerk {
 
-/// Tells which names come into a folder and leave it, and goes on telling when the folder is deleted and made again,
-/// replaced by a link or another folder, unmounted, or was not there to begin with. While the folder is missing, the
-/// nearest folder above it is watched instead; only where even that cannot tell (a dangling link, a folder that may not
-/// be read) is there a look every 3 s. Idle, it costs nothing. A file system mounted over the folder goes unnoticed until
-/// the folder underneath changes. Main thread only; must not be destroyed from within its notice.
+/// Tells which names come into a folder and leave it, and goes on telling when the folder is deleted and made
+/// again, replaced by a link or another folder, unmounted, or was not there to begin with. While the folder
+/// is missing, the nearest folder above it is watched instead; only where even that cannot tell (a dangling
+/// link, a folder that may not be read) is there a look every 3 s. Idle, it costs nothing. A file system
+/// mounted over the folder goes unnoticed until the folder underneath changes. Main thread only; must not be
+/// destroyed from within its notice.
 class FolderWatch {
 public:
-    /// `name` came, left or was replaced; empty when the folder itself has changed and any name in it may have.
+    /// `name` came, left or was replaced; empty when the folder itself has changed and any name in it may
+    /// have.
     using Notice = std::function<void(std::string_view name)>;
 
     enum class Report {

@@ -38,14 +38,17 @@ JsonDefaultsStore::JsonDefaultsStore(MainQueue& queue, const std::string& config
     load();
 }
 
-JsonDefaultsStore::~JsonDefaultsStore() { flush(); }
+JsonDefaultsStore::~JsonDefaultsStore() {
+    flush();
+}
 
 void JsonDefaultsStore::load() {
     const auto contents = file_.read();
     if (contents.finding == SettingsFile::Finding::absent) {
         return;
     }
-    auto settings = contents.finding == SettingsFile::Finding::text ? parseSettings(contents.text) : std::nullopt;
+    auto settings =
+        contents.finding == SettingsFile::Finding::text ? parseSettings(contents.text) : std::nullopt;
     if (!settings) {
         file_.setAside();
         return;
@@ -95,7 +98,9 @@ void JsonDefaultsStore::flush() {
     }
     // Behind a write that may be going on: the newest state comes last.
     std::promise<bool> written;
-    worker_.post([this, &written](const std::stop_token& /*stop*/) { written.set_value(file_.replace(textOf(values_))); });
+    worker_.post([this, &written](const std::stop_token& /*stop*/) {
+        written.set_value(file_.replace(textOf(values_)));
+    });
     if (written.get_future().get()) {
         schedule_.wroteAll();
     }

@@ -12,14 +12,14 @@
 
 namespace chimewerk {
 
-/// The user's settings in one JSON file, "chimewerk/settings.json" in the configuration folder. It is read once and then
-/// written as a whole, on the worker, a moment after each burst of changes. Values that the program does not know
-/// stay in the file. A file that cannot be understood is set aside under another name; while the disk takes nothing, the
-/// settings live in memory, and are written as soon as it does.
+/// The user's settings in one JSON file, "chimewerk/settings.json" in the configuration folder. It is read
+/// once and then written as a whole, on the worker, a moment after each burst of changes. Values that the
+/// program does not know stay in the file. A file that cannot be understood is set aside under another name;
+/// while the disk takes nothing, the settings live in memory, and are written as soon as it does.
 class JsonDefaultsStore final : public DefaultsStore {
 public:
-    /// Reads the file. `configHome` is the user's configuration folder; when it is empty, nothing is read or written.
-    /// The queue outlives the store.
+    /// Reads the file. `configHome` is the user's configuration folder; when it is empty, nothing is read or
+    /// written. The queue outlives the store.
     JsonDefaultsStore(MainQueue& queue, const std::string& configHome);
     /// As `flush()`.
     ~JsonDefaultsStore() override;

@@ -99,8 +99,12 @@ nlohmann::json jsonFromValue(const DefaultsValue& value) {
         nlohmann::json operator()(bool flag) const { return flag; }
         nlohmann::json operator()(double number) const { return jsonFromNumber(number); }
         nlohmann::json operator()(const std::string& bytes) const { return textFromBytes(bytes); }
-        nlohmann::json operator()(const DefaultsData& data) const { return {{kDataName, textFromBytes(data.bytes)}}; }
-        nlohmann::json operator()(const DefaultsDictionary& dictionary) const { return jsonFromDictionary(dictionary); }
+        nlohmann::json operator()(const DefaultsData& data) const {
+            return {{kDataName, textFromBytes(data.bytes)}};
+        }
+        nlohmann::json operator()(const DefaultsDictionary& dictionary) const {
+            return jsonFromDictionary(dictionary);
+        }
     };
     return std::visit(Conversion{}, value.value);
 }

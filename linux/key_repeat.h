@@ -11,9 +11,9 @@
 
 namespace chimewerk {
 
-/// Repeats a key that is held down: the one that was pressed last, after a delay and then at an interval, until it is
-/// released. It has one kernel timer, which runs only while such a key is held, and allocates nothing per key. Main thread
-/// only; must not be destroyed from within its callback.
+/// Repeats a key that is held down: the one that was pressed last, after a delay and then at an interval,
+/// until it is released. It has one kernel timer, which runs only while such a key is held, and allocates
+/// nothing per key. Main thread only; must not be destroyed from within its callback.
 class KeyRepeat {
 public:
     struct Settings {

@@ -12,7 +12,8 @@ ProgramFolders findProgramFolders() {
         return {};
     }
     const auto prefix = program.parent_path().parent_path();
-    return {.sounds = prefix / "share" / "chimewerk" / "sounds", .modules = prefix / "lib" / "chimewerk",
+    return {.sounds = prefix / "share" / "chimewerk" / "sounds",
+            .modules = prefix / "lib" / "chimewerk",
             .pages = prefix / "share" / "doc" / "chimewerk"};
 }
 

@@ -7,7 +7,9 @@ namespace chimewerk {
 
 namespace {
 
-PulseOutputVolumeSource& self(void* user) { return *static_cast<PulseOutputVolumeSource*>(user); }
+PulseOutputVolumeSource& self(void* user) {
+    return *static_cast<PulseOutputVolumeSource*>(user);
+}
 
 float asShown(pa_volume_t volume) {
     return std::min(1.0F, static_cast<float>(volume) / static_cast<float>(PA_VOLUME_NORM));
@@ -44,7 +46,8 @@ std::optional<float> PulseOutputVolumeSource::volume(Element element) {
 void PulseOutputVolumeSource::serverFound(pa_context& context) {
     context_ = &context;
     pa_context_set_subscribe_callback(
-        context_, [](pa_context*, pa_subscription_event_type_t, std::uint32_t, void* user) { self(user).look(); },
+        context_,
+        [](pa_context*, pa_subscription_event_type_t, std::uint32_t, void* user) { self(user).look(); },
         this);
     constexpr auto kOfInterest =
         static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
@@ -66,7 +69,8 @@ void PulseOutputVolumeSource::look() {
     }
     if (!sent(pa_context_get_server_info(
             context_,
-            [](pa_context*, const pa_server_info* server, void* user) { self(user).serverTold(server); }, this))) {
+            [](pa_context*, const pa_server_info* server, void* user) { self(user).serverTold(server); },
+            this))) {
         looking_ = false;
     }
 }

@@ -8,9 +8,9 @@
 
 namespace chimewerk {
 
-/// The volume of the sound server's default sink, as mixers show it: 1 is 100 %, and what is beyond counts as that. The
-/// server tells of changes, so that a look asks nobody. Muting leaves the volume as it is. While there is no server, or no
-/// sink, there is no volume.
+/// The volume of the sound server's default sink, as mixers show it: 1 is 100 %, and what is beyond counts as
+/// that. The server tells of changes, so that a look asks nobody. Muting leaves the volume as it is. While
+/// there is no server, or no sink, there is no volume.
 class PulseOutputVolumeSource final : public OutputVolumeSource, public PulsePart {
 public:
     /// The connection outlives the source.

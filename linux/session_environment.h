@@ -16,8 +16,8 @@ struct SessionEnvironment {
     /// That of this process.
     static SessionEnvironment ofThisProcess();
 
-    /// Whether the X server at `display` is the session's own, and not one that serves the X11 programs of a Wayland
-    /// session and knows little of what goes on there.
+    /// Whether the X server at `display` is the session's own, and not one that serves the X11 programs of a
+    /// Wayland session and knows little of what goes on there.
     bool isX11() const;
 };
 

@@ -27,9 +27,12 @@ constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 /// No more files than this are set aside.
 constexpr int kMostNames = 10000;
 
-std::string nameAside(const std::string& path, int number) { return path + ".damaged-" + std::to_string(number); }
+std::string nameAside(const std::string& path, int number) {
+    return path + ".damaged-" + std::to_string(number);
+}
 
-/// The file that a chain of symbolic links ends at, whether it exists or not; `path` itself when the chain has no end.
+/// The file that a chain of symbolic links ends at, whether it exists or not; `path` itself when the chain
+/// has no end.
 std::string followed(const std::string& path) {
     constexpr int kMostLinks = 40;
     fs::path target = path;
@@ -44,7 +47,9 @@ std::string followed(const std::string& path) {
     return path;
 }
 
-std::string folderOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
+std::string folderOf(const std::string& path) {
+    return path.substr(0, path.rfind('/'));
+}
 
 /// What unfinished writes of this file are called, before the part that is random.
 std::string temporaryPrefix(const std::string& path) {
@@ -94,8 +99,8 @@ bool writeAll(const FileDescriptor& file, std::string_view text) {
     return fsync(file.get()) == 0;
 }
 
-/// A new file beside `target` with this text, on the disk, with the permissions of `target` if that exists. Its path,
-/// empty on failure.
+/// A new file beside `target` with this text, on the disk, with the permissions of `target` if that exists.
+/// Its path, empty on failure.
 std::string writeBeside(const std::string& target, std::string_view text) {
     std::string path = folderOf(target) + "/" + temporaryPrefix(target) + "XXXXXX";
     const FileDescriptor file(mkostemp(path.data(), O_CLOEXEC));
@@ -189,7 +194,8 @@ bool SettingsFile::takePlace(const std::string& temporary, const std::string& ta
         placed = std::rename(temporary.c_str(), target.c_str()) == 0;
     }
     if (placed) {
-        // The new name is on the disk once the folder is. A file system that cannot tell has done what it can.
+        // The new name is on the disk once the folder is. A file system that cannot tell has done what it
+        // can.
         const FileDescriptor folder(open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         static_cast<void>(fsync(folder.get()));
     }
@@ -217,7 +223,8 @@ bool SettingsFile::copyAside() const {
 }
 
 bool SettingsFile::moveAside() const {
-    // A link to a file stays, and the file goes; whatever else a link names is not ours to move, so the link goes.
+    // A link to a file stays, and the file goes; whatever else a link names is not ours to move, so the link
+    // goes.
     const std::string target = followed(path_);
     struct stat status {};
     const bool regular = stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode);
@@ -239,7 +246,8 @@ void SettingsFile::removeLeftovers() const {
     const std::string prefix = temporaryPrefix(target);
     const auto oldest = fs::file_time_type::clock::now() - std::chrono::minutes(1);
     std::error_code error;
-    for (fs::directory_iterator entry(folderOf(target), error), end; !error && entry != end; entry.increment(error)) {
+    for (fs::directory_iterator entry(folderOf(target), error), end; !error && entry != end;
+         entry.increment(error)) {
         std::error_code ignored;
         if (entry->path().filename().string().starts_with(prefix) && entry->is_regular_file(ignored) &&
             entry->last_write_time(ignored) < oldest) {

@@ -99,7 +99,8 @@ int SystemdAppLaunches::onUnitRemoved(sd_bus_message* signal, void* self, sd_bus
     return 0;
 }
 
-/// The signal says that a job is done but not whether it was a start; the unit says when it last became active.
+/// The signal says that a job is done but not whether it was a start; the unit says when it last became
+/// active.
 void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     char* path = nullptr;
     if (sd_bus_path_encode("/org/freedesktop/systemd1/unit", unitName, &path) < 0) {

@@ -9,9 +9,9 @@
 
 namespace chimewerk {
 
-/// Hears from the systemd manager of the user, over the session bus, when the unit of an application has been started.
-/// The bus and the manager may come late, go and come back. Main thread only; must not be destroyed from within its
-/// callback.
+/// Hears from the systemd manager of the user, over the session bus, when the unit of an application has been
+/// started. The bus and the manager may come late, go and come back. Main thread only; must not be destroyed
+/// from within its callback.
 class SystemdAppLaunches {
 public:
     /// `onLaunch` runs on the main thread, once per started unit. The queue outlives the object.

@@ -9,14 +9,14 @@
 
 namespace chimewerk {
 
-/// Decides when changes are written: a tenth of a second after the first of them, all that have come meanwhile in one;
-/// never two writes at once; after a failure again and again, at ever longer intervals and at the next change. Main
-/// thread only.
+/// Decides when changes are written: a tenth of a second after the first of them, all that have come
+/// meanwhile in one; never two writes at once; after a failure again and again, at ever longer intervals and
+/// at the next change. Main thread only.
 class WriteSchedule {
 public:
     using Done = std::function<void(bool written)>;
-    /// Begins to write the state of this moment and calls `done` once on the main thread, later, if the schedule is
-    /// still there.
+    /// Begins to write the state of this moment and calls `done` once on the main thread, later, if the
+    /// schedule is still there.
     using Write = std::function<void(Done done)>;
 
     WriteSchedule(MainQueue& queue, Write write) : queue_(queue), write_(std::move(write)) {}

@@ -24,8 +24,8 @@ xcb_get_property_cookie_t ask(xcb_connection_t* server, xcb_window_t window, xcb
 
 using Values = std::vector<std::uint32_t>;
 
-/// The 32-bit values of a property: no values for one that is missing or of another kind, nothing at all when the window
-/// has gone.
+/// The 32-bit values of a property: no values for one that is missing or of another kind, nothing at all when
+/// the window has gone.
 std::optional<Values> answer(xcb_connection_t* server, xcb_get_property_cookie_t question) {
     const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(server, question, nullptr));
     if (!reply) {
@@ -116,8 +116,8 @@ std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
     return facts;
 }
 
-/// The leader of the process's windows, which may know the process; else the part of the window's number that is the same
-/// for all windows of one process.
+/// The leader of the process's windows, which may know the process; else the part of the window's number that
+/// is the same for all windows of one process.
 std::optional<FirstWindows::Owner> X11AppLaunches::ownerWithoutPid(FirstWindows::Window window) const {
     const auto leader =
         answer(link_.server(), ask(link_.server(), window, atoms_.leader, XCB_ATOM_WINDOW, 1));

@@ -13,9 +13,10 @@
 
 namespace chimewerk {
 
-/// Takes the first window of a process in an X11 session for the launch of an application, from the list of windows that
-/// the window manager keeps. Windows of this process do not count. The server and the window manager may come late, go and
-/// come back. Main thread only; must not be destroyed from within its callbacks.
+/// Takes the first window of a process in an X11 session for the launch of an application, from the list of
+/// windows that the window manager keeps. Windows of this process do not count. The server and the window
+/// manager may come late, go and come back. Main thread only; must not be destroyed from within its
+/// callbacks.
 class X11AppLaunches {
 public:
     struct Callbacks {

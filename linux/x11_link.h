@@ -19,14 +19,14 @@ struct FreeReply {
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeReply>;
 
-/// A connection to an X server that outlives the server: when the server goes away the link looks for it every 3 s and
-/// opens anew. (xcb, because Xlib ends the program with the server.) Main thread only; must not be destroyed from within
-/// its callbacks.
+/// A connection to an X server that outlives the server: when the server goes away the link looks for it
+/// every 3 s and opens anew. (xcb, because Xlib ends the program with the server.) Main thread only; must not
+/// be destroyed from within its callbacks.
 class X11Link {
 public:
     struct Callbacks {
-        /// The server is there. Tells it what is wanted; false when this server cannot give it, which closes the link
-        /// until the next look.
+        /// The server is there. Tells it what is wanted; false when this server cannot give it, which closes
+        /// the link until the next look.
         std::function<bool(xcb_connection_t* server, xcb_window_t root)> onOpen;
         /// An event, or an error that no request waits for. Requests with replies may be made in it.
         std::function<void(const xcb_generic_event_t& event)> onEvent;
@@ -50,8 +50,8 @@ public:
     xcb_connection_t* server() const { return server_.get(); }
     xcb_window_t root() const { return root_; }
 
-    /// Hands on the events that have come. To be called where a reply was waited for outside `onEvent`: events that came
-    /// along with it do not make the connection readable again.
+    /// Hands on the events that have come. To be called where a reply was waited for outside `onEvent`:
+    /// events that came along with it do not make the connection readable again.
     void handleEvents();
 
 private:

@@ -40,7 +40,8 @@ std::string folder(const char* variable, const char* belowHome) {
     return path;
 }
 
-/// The path that a quoted value of user-dirs.dirs stands for: absolute, or below "$HOME"; none for anything else.
+/// The path that a quoted value of user-dirs.dirs stands for: absolute, or below "$HOME"; none for anything
+/// else.
 std::optional<std::string> unquoted(std::string_view value) {
     constexpr std::string_view kHome = "$HOME/";
     if (!value.starts_with('"')) {

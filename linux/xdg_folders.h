@@ -13,10 +13,11 @@ namespace chimewerk {
 std::string xdgDataHome();
 /// $XDG_CONFIG_HOME, else .config in the home folder.
 std::string xdgConfigHome();
-/// A folder of the user's own by its name in capitals, such as "DESKTOP", as the file user-dirs.dirs in the configuration
-/// folder places it; `fallback`, a name in the home folder, when it does not say.
+/// A folder of the user's own by its name in capitals, such as "DESKTOP", as the file user-dirs.dirs in the
+/// configuration folder places it; `fallback`, a name in the home folder, when it does not say.
 std::string xdgUserFolder(std::string_view name, std::string_view fallback);
-/// Where desktops put screenshots: the Desktop folder, the Pictures folder, and the "Screenshots" in the latter.
+/// Where desktops put screenshots: the Desktop folder, the Pictures folder, and the "Screenshots" in the
+/// latter.
 std::vector<std::string> screenshotFolders();
 
 }  // namespace chimewerk

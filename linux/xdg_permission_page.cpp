@@ -14,8 +14,8 @@ namespace chimewerk {
 
 namespace {
 
-/// What a process starts with that is no child of ours in anything but name: a session and standard streams of its own,
-/// and none of the signal handling that this program has made for itself.
+/// What a process starts with that is no child of ours in anything but name: a session and standard streams
+/// of its own, and none of the signal handling that this program has made for itself.
 class DetachedStart {
 public:
     DetachedStart() {

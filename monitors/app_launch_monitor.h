@@ -15,8 +15,9 @@ public:
 
     virtual ~AppLaunchSource() = default;
 
-    /// Calls `onLaunch` on the main thread, later, once for each application that is launched from now on, until the
-    /// observer is removed. What runs already does not count. Where launches cannot be seen, it never calls.
+    /// Calls `onLaunch` on the main thread, later, once for each application that is launched from now on,
+    /// until the observer is removed. What runs already does not count. Where launches cannot be seen, it
+    /// never calls.
     virtual Token addObserver(std::function<void()> onLaunch) = 0;
 
     /// The observer is called no more, from this call on. Unknown tokens are ignored.

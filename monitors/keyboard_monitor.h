@@ -12,22 +12,23 @@ namespace chimewerk {
 
 /// What a key tap reports, on the main thread. The tap must not be destroyed from within either call.
 struct KeyTapCallbacks {
-    /// A key went down, or repeats while it is held. `keyCode` is the program's virtual key code (Space 49, Return 36,
-    /// keypad Enter 76). Modifier and media keys are not reported. Called straight from the event, without queueing.
+    /// A key went down, or repeats while it is held. `keyCode` is the program's virtual key code (Space 49,
+    /// Return 36, keypad Enter 76). Modifier and media keys are not reported. Called straight from the event,
+    /// without queueing.
     std::function<void(std::int64_t keyCode)> onKeyDown;
-    /// The system has cut the tap off in part or in whole. It hears again what can be heard once it is enabled anew,
-    /// which may be done from within this call.
+    /// The system has cut the tap off in part or in whole. It hears again what can be heard once it is
+    /// enabled anew, which may be done from within this call.
     std::function<void()> onDisabled;
 };
 
-/// An ear at the keyboards of the session. It only listens: whoever has the focus gets every key as before. Ends when it
-/// is destroyed. Main thread only.
+/// An ear at the keyboards of the session. It only listens: whoever has the focus gets every key as before.
+/// Ends when it is destroyed. Main thread only.
 class KeyTap {
 public:
     virtual ~KeyTap() = default;
 
-    /// Lets reports come, or holds them back. Keyboards that are plugged in while it is enabled are heard too. Repeated
-    /// calls do no harm.
+    /// Lets reports come, or holds them back. Keyboards that are plugged in while it is enabled are heard
+    /// too. Repeated calls do no harm.
     virtual void setEnabled(bool enabled) = 0;
 };
 
@@ -52,9 +53,9 @@ public:
     virtual void show() = 0;
 };
 
-/// Hands every key press of the session to the sound library. Without the permission to listen it shows the user where
-/// to give it and looks every 1.5 s whether it has come. Which key was pressed is passed on and kept nowhere. Main
-/// thread only.
+/// Hands every key press of the session to the sound library. Without the permission to listen it shows the
+/// user where to give it and looks every 1.5 s whether it has come. Which key was pressed is passed on and
+/// kept nowhere. Main thread only.
 class KeyboardMonitor {
 public:
     KeyboardMonitor(MainQueue& queue, KeySource& keys, PermissionPage& permissionPage, SoundManager& sounds);
@@ -64,7 +65,8 @@ public:
     /// Whether key presses are being heard.
     bool active = false;
 
-    /// Begins to listen, or shows the permission page and waits for the permission. Nothing when already listening.
+    /// Begins to listen, or shows the permission page and waits for the permission. Nothing when already
+    /// listening.
     void start();
 
     /// Ends the listening and the waiting.

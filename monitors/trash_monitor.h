@@ -18,18 +18,18 @@ public:
 
     virtual ~TrashSource() = default;
 
-    /// When an item last went into the trash folder or left it, in seconds since 1970-01-01 UTC; 0 when that cannot
-    /// be read, as when there is no trash folder yet. Costs one look at the folder.
+    /// When an item last went into the trash folder or left it, in seconds since 1970-01-01 UTC; 0 when that
+    /// cannot be read, as when there is no trash folder yet. Costs one look at the folder.
     virtual double modificationTime() const = 0;
 
-    /// Counts the items in the trash without holding up the caller and hands the number to `completion` on the main
-    /// thread, later; none when it cannot be had. A count that is under way when the source is destroyed is given up
-    /// without a completion.
+    /// Counts the items in the trash without holding up the caller and hands the number to `completion` on
+    /// the main thread, later; none when it cannot be had. A count that is under way when the source is
+    /// destroyed is given up without a completion.
     virtual void countItems(CountCompletion completion) = 0;
 };
 
-/// Tells an item going into the trash from the trash being emptied. A change of the folder's time, cheap to see, opens
-/// a pending period; a count of the items, which is dear, decides it. Main thread only.
+/// Tells an item going into the trash from the trash being emptied. A change of the folder's time, cheap to
+/// see, opens a pending period; a count of the items, which is dear, decides it. Main thread only.
 class TrashMonitor {
 public:
     TrashMonitor(MainQueue& queue, const Clock& clock, TrashSource& trash);

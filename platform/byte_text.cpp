@@ -9,10 +9,15 @@ namespace {
 
 constexpr char kMark = '\0';
 
-unsigned byteAt(std::string_view bytes, std::size_t index) { return static_cast<unsigned char>(bytes[index]); }
-bool continues(unsigned byte) { return (byte & 0xC0U) == 0x80U; }
+unsigned byteAt(std::string_view bytes, std::size_t index) {
+    return static_cast<unsigned char>(bytes[index]);
+}
+bool continues(unsigned byte) {
+    return (byte & 0xC0U) == 0x80U;
+}
 
-/// The length of the UTF-8 sequence at `at`, 0 when it is none: truncated, overlong, a surrogate, out of range.
+/// The length of the UTF-8 sequence at `at`, 0 when it is none: truncated, overlong, a surrogate, out of
+/// range.
 std::size_t sequenceLength(std::string_view bytes, std::size_t at) {
     const unsigned lead = byteAt(bytes, at);
     if (lead < 0x80) {
@@ -65,7 +70,8 @@ std::optional<std::string> narrowed(std::string_view text) {
 }  // namespace
 
 std::string textFromBytes(std::string bytes) {
-    // What begins with the mark takes the long way too: unmarked, it would be taken for marked when it is read.
+    // What begins with the mark takes the long way too: unmarked, it would be taken for marked when it is
+    // read.
     if (!bytes.starts_with(kMark) && isUtf8(bytes)) {
         return bytes;
     }

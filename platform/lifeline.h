@@ -5,8 +5,8 @@
 
 namespace chimewerk {
 
-/// Lets jobs that may outlive their owner find out that it is gone. A member of the owner, declared last so that it
-/// ends first:
+/// Lets jobs that may outlive their owner find out that it is gone. A member of the owner, declared last so
+/// that it ends first:
 ///
 ///     queue.postAfter(delay, lifeline_.guard([this] { release(); }));
 ///

@@ -27,17 +27,18 @@ public:
 
     virtual ~MainQueue() = default;
 
-    /// Runs `job` on the main thread after the present job has returned. Any thread may call this; jobs posted
-    /// from one thread run in the order of their posting. A job that is still queued when the queue is destroyed is
-    /// destroyed without running.
+    /// Runs `job` on the main thread after the present job has returned. Any thread may call this; jobs
+    /// posted from one thread run in the order of their posting. A job that is still queued when the queue is
+    /// destroyed is destroyed without running.
     virtual void post(Job job) = 0;
 
-    /// Runs `job` once, `delay` from now on a clock that never goes back, and never earlier. Main thread only.
+    /// Runs `job` once, `delay` from now on a clock that never goes back, and never earlier. Main thread
+    /// only.
     virtual void postAfter(Seconds delay, Job job) = 0;
 
-    /// Runs `job` every `interval` until the handle is invalidated. The first run comes within half an interval of
-    /// `interval` from now: the queue may move it so that several timers share one wake-up. A run that comes late is
-    /// not made up for. Main thread only.
+    /// Runs `job` every `interval` until the handle is invalidated. The first run comes within half an
+    /// interval of `interval` from now: the queue may move it so that several timers share one wake-up. A run
+    /// that comes late is not made up for. Main thread only.
     virtual std::shared_ptr<Timer> every(Seconds interval, Job job) = 0;
 };
 

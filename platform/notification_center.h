@@ -33,12 +33,12 @@ public:
         std::shared_ptr<Observer> observer_;
     };
 
-    /// Calls `observer` for each later notification of this name, synchronously and in the order of subscription, for
-    /// as long as the result is held.
+    /// Calls `observer` for each later notification of this name, synchronously and in the order of
+    /// subscription, for as long as the result is held.
     [[nodiscard]] Subscription observe(std::string_view name, Observer observer);
 
-    /// Calls every observer of the notification's name before it returns. An observer may subscribe and unsubscribe,
-    /// itself included; who subscribes during a posting is not called for it.
+    /// Calls every observer of the notification's name before it returns. An observer may subscribe and
+    /// unsubscribe, itself included; who subscribes during a posting is not called for it.
     void post(const Notification& notification);
 
 private:

@@ -22,12 +22,12 @@ struct CustomTheme {
     std::optional<std::string> soundFor(std::string_view eventId) const;
 };
 
-/// Compact JSON text of a list of themes. Texts that are not valid UTF-8 (a file path may be any bytes) are written as
-/// `textFromBytes` has it.
+/// Compact JSON text of a list of themes. Texts that are not valid UTF-8 (a file path may be any bytes) are
+/// written as `textFromBytes` has it.
 std::string encodeCustomThemes(const std::vector<CustomTheme>& themes);
 
-/// The themes in a JSON text; none when it is not an array of objects that each have the text "id", the text "name"
-/// and "sounds", an object of texts. One bad element makes the whole list none.
+/// The themes in a JSON text; none when it is not an array of objects that each have the text "id", the text
+/// "name" and "sounds", an object of texts. One bad element makes the whole list none.
 std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view json);
 
 }  // namespace chimewerk

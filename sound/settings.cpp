@@ -34,7 +34,8 @@ DefaultsDictionary settingsOf(const SoundEvent& event) {
             {"threshold", {static_cast<double>(event.threshold)}}};
 }
 
-/// One value that is no dictionary makes the settings of all events worthless, under whatever identifier it is.
+/// One value that is no dictionary makes the settings of all events worthless, under whatever identifier it
+/// is.
 bool holdsOnlyDictionaries(const DefaultsDictionary& settings) {
     return std::all_of(settings.begin(), settings.end(), [](const auto& entry) {
         return std::holds_alternative<DefaultsDictionary>(entry.second.value);
@@ -70,8 +71,8 @@ void SoundManager::save() {
     // Encoding a long list takes longer than the main thread may be held up.
     if (savedThemes_ != customThemes) {
         savedThemes_ = customThemes;
-        around_.defaults.setData(kCustomThemesKey,
-                                 [themes = customThemes] { return DefaultsData{encodeCustomThemes(themes)}; });
+        around_.defaults.setData(
+            kCustomThemesKey, [themes = customThemes] { return DefaultsData{encodeCustomThemes(themes)}; });
     }
     around_.defaults.setObject(kActiveCustomThemeKey, activeCustomThemeID
                                                           ? std::optional(DefaultsValue{*activeCustomThemeID})

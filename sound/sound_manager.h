@@ -22,9 +22,9 @@
 
 namespace chimewerk {
 
-/// The sound library: the settings of every event, the choice of theme, and the playing of an event's sound. The
-/// program makes one and hands it on by reference. Main thread only. No operation reports an error: an unknown
-/// identifier is a no-op, and a sound that cannot be had gives way to the next one in line.
+/// The sound library: the settings of every event, the choice of theme, and the playing of an event's sound.
+/// The program makes one and hands it on by reference. Main thread only. No operation reports an error: an
+/// unknown identifier is a no-op, and a sound that cannot be had gives way to the next one in line.
 class SoundManager {
 public:
     /// What the library needs of its surroundings; all of it outlives the library.
@@ -39,9 +39,9 @@ public:
         std::function<std::string()> makeThemeId = randomUuid;
     };
 
-    /// Starts with the stored settings, and with the factory's where nothing usable is stored. Stores nothing: the
-    /// store stays as it is until the first change. `resourceFolder` is an absolute path without a
-    /// slash at its end, or empty when the program has no such folder.
+    /// Starts with the stored settings, and with the factory's where nothing usable is stored. Stores
+    /// nothing: the store stays as it is until the first change. `resourceFolder` is an absolute path without
+    /// a slash at its end, or empty when the program has no such folder.
     SoundManager(std::string resourceFolder, const Surroundings& surroundings);
 
     /// The events in their fixed order. They may be changed in place, but not added, removed or reordered.
@@ -79,28 +79,29 @@ public:
     void previewTheme(SoundTheme theme);
 
     // Each of these changes the settings and stores them; those that select or delete a theme then post
-    // `themeDidChange`, after the caller has returned to the main queue. While a custom theme is selected, the events'
-    // paths are its working copy: they are written back into it when another theme is selected.
+    // `themeDidChange`, after the caller has returned to the main queue. While a custom theme is selected,
+    // the events' paths are its working copy: they are written back into it when another theme is selected.
 
     /// Sets the event's file, which is then the selected custom theme's too; none removes it.
     void setPath(std::optional<std::string> path, std::string_view id);
     /// Sets the event's volume as it is given, 0.0 to 1.0.
     void setVolume(float volume, std::string_view id);
-    /// Switches the event on or off. The file manager's own trash sounds are silent while either trash event is on.
+    /// Switches the event on or off. The file manager's own trash sounds are silent while either trash event
+    /// is on.
     void setEnabled(bool enabled, std::string_view id);
     /// Sets the event's threshold as it is given: degrees or percent.
     void setThreshold(float value, std::string_view id);
 
     /// Selects a built-in theme. All events lose their files, but for `system`, under which they keep them.
     void setTheme(SoundTheme theme);
-    /// Selects this custom theme and gives the events its files. It need not be one of `customThemes`, but is then
-    /// forgotten at the next start.
+    /// Selects this custom theme and gives the events its files. It need not be one of `customThemes`, but is
+    /// then forgotten at the next start.
     void setCustomTheme(CustomTheme theme);
     /// Makes a custom theme without files, under this very name, and selects it.
     CustomTheme createCustomTheme(std::string name);
     void renameCustomTheme(std::string_view id, std::string name);
-    /// Removes every custom theme with this id. If it is the selected one, `classic` is selected and all events lose
-    /// their files. The files themselves stay.
+    /// Removes every custom theme with this id. If it is the selected one, `classic` is selected and all
+    /// events lose their files. The files themselves stay.
     void deleteCustomTheme(std::string_view id);
 
     /// Whether either of the two trash events is switched on.

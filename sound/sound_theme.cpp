@@ -26,14 +26,18 @@ const Names& namesOf(SoundTheme theme) {
 
 }  // namespace
 
-std::string_view rawValue(SoundTheme theme) { return namesOf(theme).raw; }
+std::string_view rawValue(SoundTheme theme) {
+    return namesOf(theme).raw;
+}
 
 std::optional<SoundTheme> themeFromRawValue(std::string_view raw) {
-    const auto* const found =
-        std::find_if(kAllThemes.begin(), kAllThemes.end(), [raw](SoundTheme theme) { return rawValue(theme) == raw; });
+    const auto* const found = std::find_if(kAllThemes.begin(), kAllThemes.end(),
+                                           [raw](SoundTheme theme) { return rawValue(theme) == raw; });
     return found == kAllThemes.end() ? std::nullopt : std::optional(*found);
 }
 
-std::string_view displayName(SoundTheme theme) { return namesOf(theme).display; }
+std::string_view displayName(SoundTheme theme) {
+    return namesOf(theme).display;
+}
 
 }  // namespace chimewerk

@@ -10,9 +10,9 @@ namespace chimewerk {
 enum class SoundTheme { system, bit8, soft, scifi, classic, trad, piano };
 
 /// Every theme, in the order of the theme menu.
-inline constexpr std::array<SoundTheme, 7> kAllThemes = {SoundTheme::system, SoundTheme::bit8,    SoundTheme::soft,
-                                                         SoundTheme::scifi,  SoundTheme::classic, SoundTheme::trad,
-                                                         SoundTheme::piano};
+inline constexpr std::array<SoundTheme, 7> kAllThemes = {
+    SoundTheme::system,  SoundTheme::bit8, SoundTheme::soft, SoundTheme::scifi,
+    SoundTheme::classic, SoundTheme::trad, SoundTheme::piano};
 
 /// The theme's name in settings and in file names, such as "8bit".
 std::string_view rawValue(SoundTheme theme);

@@ -8,9 +8,9 @@
 
 namespace chimewerk {
 
-/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both mean that there is no
-/// file. It never changes, and its copies share one map, so a list of a thousand themes can be compared and handed to
-/// another thread at the price of their names.
+/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both mean that
+/// there is no file. It never changes, and its copies share one map, so a list of a thousand themes can be
+/// compared and handed to another thread at the price of their names.
 class ThemeSounds {
 public:
     using Map = std::map<std::string, std::string, std::less<>>;

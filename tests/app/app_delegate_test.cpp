@@ -38,13 +38,15 @@ protected:
     void launch() {
         delegate.emplace(
             AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager},
-            AppDelegate::Sources{lid, display, keys, keys, output, folders, {"/shots"}, launches, trash, reachability, usb});
+            AppDelegate::Sources{
+                lid, display, keys, keys, output, folders, {"/shots"}, launches, trash, reachability, usb});
         delegate->applicationDidFinishLaunching();
         lid.moveTo(45);
         queue.runPosted();
     }
 
-    /// Has every event that a monitor hears of happen once, and tells which of them were counted, in the table's order.
+    /// Has every event that a monitor hears of happen once, and tells which of them were counted, in the
+    /// table's order.
     std::string heard() {
         for (SoundEvent& event : manager.events) {
             event.triggerCount = 0;
@@ -101,9 +103,10 @@ protected:
 
 TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
     launch();
-    EXPECT_EQ(heard(),
-              "lid_angle*1 brightness_up*1 brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 "
-              "app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 usb_connect*1 ");
+    EXPECT_EQ(
+        heard(),
+        "lid_angle*1 brightness_up*1 brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 "
+        "app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
     EXPECT_EQ(heard(), "");
     EXPECT_FALSE(keys.tapExists());
@@ -113,12 +116,15 @@ TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
 }
 
 TEST_F(TheAppDelegate, LeavesThreeMonitorsStoppedWhoseEventsAreOffAtLaunchWhateverIsSwitchedOnLater) {
-    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"}, false);
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"},
+           false);
     launch();
-    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"}, true);
-    EXPECT_EQ(heard(),
-              "lid_angle*1 brightness_up*1 brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 "
-              "network_down*1 usb_connect*1 ");
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"},
+           true);
+    EXPECT_EQ(
+        heard(),
+        "lid_angle*1 brightness_up*1 brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 "
+        "network_down*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
 }
 

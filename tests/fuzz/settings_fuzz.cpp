@@ -41,7 +41,8 @@ void checkInvariants(SoundLibrary& library) {
     }
     require(!library->isCustomThemeActive() || library->currentTheme == SoundTheme::system,
             "a custom theme is over system");
-    require(!library->isCustomThemeActive() || library->activeCustomTheme() != nullptr, "the selected theme is there");
+    require(!library->isCustomThemeActive() || library->activeCustomTheme() != nullptr,
+            "the selected theme is there");
 }
 
 bool sameSettings(const SoundEvent& a, const SoundEvent& b) {
@@ -61,9 +62,11 @@ void checkRoundTrip(SoundLibrary& library) {
     const auto theme = library->currentTheme;
     const auto selected = library->activeCustomThemeID;
     library.restart();
-    require(std::equal(events.begin(), events.end(), library->events.begin(), sameSettings), "events come back");
+    require(std::equal(events.begin(), events.end(), library->events.begin(), sameSettings),
+            "events come back");
     require(library->customThemes == themes, "custom themes come back");
-    require(library->currentTheme == theme && library->activeCustomThemeID == selected, "the selection comes back");
+    require(library->currentTheme == theme && library->activeCustomThemeID == selected,
+            "the selection comes back");
 }
 
 }  // namespace

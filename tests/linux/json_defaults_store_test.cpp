@@ -97,8 +97,16 @@ TEST_F(TheJsonStore, GivesBackWhatItHoldsKindByKind) {
 }
 
 TEST(ANumberInJson, IsTheSameFloatBitForBit) {
-    std::vector<float> numbers = {0.0F, -0.0F, 0.3F, 0.1F, 1e-45F, -1.1754942e-38F, std::numeric_limits<float>::max(),
-                                  7.038531e-26F, 16777217.0F, std::numeric_limits<float>::infinity(),
+    std::vector<float> numbers = {0.0F,
+                                  -0.0F,
+                                  0.3F,
+                                  0.1F,
+                                  1e-45F,
+                                  -1.1754942e-38F,
+                                  std::numeric_limits<float>::max(),
+                                  7.038531e-26F,
+                                  16777217.0F,
+                                  std::numeric_limits<float>::infinity(),
                                   -std::numeric_limits<float>::infinity()};
     std::mt19937 random(3);
     while (numbers.size() < 50000) {
@@ -118,9 +126,10 @@ TEST(ANumberInJson, IsTheSameFloatBitForBit) {
 
 TEST_F(TheJsonStore, WritesForHumansToo) {
     store().setObject("ChimewerkEvents",
-                      DefaultsValue{Dictionary{{"slap", {Dictionary{{"volume", {static_cast<double>(0.3F)}},
-                                                                    {"enabled", {true}},
-                                                                    {"path", {std::string("/ü.wav")}}}}}}});
+                      DefaultsValue{Dictionary{{"slap",
+                                                {Dictionary{{"volume", {static_cast<double>(0.3F)}},
+                                                            {"enabled", {true}},
+                                                            {"path", {std::string("/ü.wav")}}}}}}});
     opened->flush();
     EXPECT_EQ(textAt(file), R"({
   "ChimewerkEvents": {
@@ -135,7 +144,8 @@ TEST_F(TheJsonStore, WritesForHumansToo) {
 }
 
 TEST_F(TheJsonStore, KeepsWhatItDoesNotKnow) {
-    const std::string unknown = R"("Other":{"list":[1,null,{"x":0.1234567890123456}],"big":18446744073709551615})";
+    const std::string unknown =
+        R"("Other":{"list":[1,null,{"x":0.1234567890123456}],"big":18446744073709551615})";
     write("{" + unknown + R"(,"ChimewerkTheme":"soft"})");
     restart();
     EXPECT_EQ(store().object("ChimewerkTheme"), DefaultsValue{std::string("soft")});
@@ -146,7 +156,9 @@ TEST_F(TheJsonStore, KeepsWhatItDoesNotKnow) {
 }
 
 TEST_F(TheJsonStore, TakesForeignJsonForWhatItIsNearest) {
-    write("\xEF\xBB\xBF" R"({"list":[1],"null":null,"whole":1,"huge":1e300,"in":{"list":[],"half":0.5},"$data":"x"})");
+    write(
+        "\xEF\xBB\xBF"
+        R"({"list":[1],"null":null,"whole":1,"huge":1e300,"in":{"list":[],"half":0.5},"$data":"x"})");
     restart();
     EXPECT_EQ(store().object("list"), DefaultsValue{});
     EXPECT_EQ(store().object("null"), DefaultsValue{});
@@ -161,9 +173,10 @@ TEST_F(TheJsonStore, SetsAsideWhatItCannotUnderstandAndStartsAfresh) {
     const std::string deep(100000, '[');
     int number = 0;
     for (const std::string& damaged :
-         {std::string(), std::string("{"), std::string("[]"), std::string("null"), std::string(R"({"a":1} x)"),
-          std::string("{\"a\":\"\xFF\"}"), std::string(R"({"a":"\ud800"})"), std::string(4096, '\0'),
-          R"({"a":)" + deep + std::string(deep.size(), ']') + "}", "{\"a\":" + deep, std::string(R"({"a":1e400})")}) {
+         {std::string(), std::string("{"), std::string("[]"), std::string("null"),
+          std::string(R"({"a":1} x)"), std::string("{\"a\":\"\xFF\"}"), std::string(R"({"a":"\ud800"})"),
+          std::string(4096, '\0'), R"({"a":)" + deep + std::string(deep.size(), ']') + "}", "{\"a\":" + deep,
+          std::string(R"({"a":1e400})")}) {
         opened.reset();
         write(damaged);
         opened.emplace(queue, home.path().string());

@@ -42,17 +42,20 @@ TEST_F(TheOutputVolume, FollowsTheDefaultSinkAsMixersShowIt) {
 }
 
 TEST_F(TheOutputVolume, FollowsWhenAnotherSinkBecomesTheDefaultOrTheDefaultGoesAway) {
-    run("pactl load-module module-null-sink sink_name=other >\"$CHIMEWERK_SESSION/other\"; pactl set-sink-volume other 80%;"
+    run("pactl load-module module-null-sink sink_name=other >\"$CHIMEWERK_SESSION/other\"; pactl "
+        "set-sink-volume other 80%;"
         "pactl set-default-sink other");
     EXPECT_TRUE(becomes(0.8F));
     run("pactl set-sink-volume speaker 10%");
-    EXPECT_FALSE(eventually([&] { return source.volume(Element::main) < 0.7F; }, std::chrono::milliseconds(200)));
+    EXPECT_FALSE(
+        eventually([&] { return source.volume(Element::main) < 0.7F; }, std::chrono::milliseconds(200)));
     run("pactl unload-module $(cat \"$CHIMEWERK_SESSION/other\")");
     EXPECT_TRUE(becomes(0.1F));
 }
 
 TEST_F(TheOutputVolume, EndsOnTheLastOfManyChanges) {
-    run("for i in $(seq 1 100); do pactl set-sink-volume speaker $i%; done; pactl set-sink-volume speaker 37%");
+    run("for i in $(seq 1 100); do pactl set-sink-volume speaker $i%; done; pactl set-sink-volume speaker "
+        "37%");
     EXPECT_TRUE(becomes(0.37F));
 }
 

@@ -179,7 +179,8 @@ TEST_F(TheSettingsFile, IsNotWrittenWhereThereCanBeNoFolder) {
 TEST_F(TheSettingsFile, SweepsUpWhatCrashesHaveLeftButNothingElse) {
     fs::create_directories(folder);
     const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
-    for (const char* const name : {".s.json.~abcdef", "s.json.backup", ".s.json.~folder", ".t.json.~abcdef"}) {
+    for (const char* const name :
+         {".s.json.~abcdef", "s.json.backup", ".s.json.~folder", ".t.json.~abcdef"}) {
         if (std::string(name).ends_with("folder")) {
             fs::create_directory(folder / name);
         } else {

@@ -76,14 +76,17 @@ private:
 };
 
 /// A text that takes a while to write.
-std::string large(const std::string& text) { return text + std::string(200'000, 'x') + text; }
+std::string large(const std::string& text) {
+    return text + std::string(200'000, 'x') + text;
+}
 
 /// Several values that belong together.
 void store(DefaultsStore& defaults, int state) {
     const std::string text = std::to_string(state);
     defaults.setObject("number", DefaultsValue{static_cast<double>(state)});
     defaults.setData("data", [text] { return DefaultsData{large(text)}; });
-    defaults.setObject("events", DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}});
+    defaults.setObject("events",
+                       DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}});
 }
 
 /// The state that the store holds whole, 0 when it holds nothing, none when it holds parts.
@@ -99,8 +102,9 @@ std::optional<int> wholeState(const DefaultsStore& defaults) {
     }
     const int state = static_cast<int>(std::get<double>(number->value));
     const std::string text = std::to_string(state);
-    const bool whole = data == DefaultsValue{DefaultsData{large(text)}} &&
-                       events == DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}};
+    const bool whole =
+        data == DefaultsValue{DefaultsData{large(text)}} &&
+        events == DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}};
     return whole ? std::optional(state) : std::nullopt;
 }
 
@@ -172,8 +176,9 @@ TEST(Settings, SurviveBeingKilledAtAnyMoment) {
         }
     }
     std::sort(ages.begin(), ages.end());
-    const std::string summary = "age of what was left: median " + std::to_string(ages[ages.size() / 2].count()) +
-                                " ms, oldest " + std::to_string(ages.back().count()) + " ms";
+    const std::string summary = "age of what was left: median " +
+                                std::to_string(ages[ages.size() / 2].count()) + " ms, oldest " +
+                                std::to_string(ages.back().count()) + " ms";
     std::cout << ages.size() << " kills; " << summary << '\n';
     EXPECT_LE(ages.back(), kOldest) << summary;
     for (const auto& program : programs) {
@@ -209,7 +214,8 @@ TEST(TheSettingsFile, IsWholeAndTheLastThatWasWrittenWheneverItsWriterIsKilled) 
             << "after state " << last << ": " << text.size() << " bytes";
     }
     const auto begin = std::filesystem::directory_iterator(home.path());
-    std::cout << kKills << " kills, " << std::distance(begin, {}) - 1 << " of them in the middle of a write\n";
+    std::cout << kKills << " kills, " << std::distance(begin, {}) - 1
+              << " of them in the middle of a write\n";
 }
 
 }  // namespace

@@ -199,8 +199,8 @@ TEST_F(TheWindows, AreNotAskedAboutInAWaylandSession) {
     EXPECT_EQ(heard, 0);
 }
 
-/// On a server of its own, which may be killed. The test keeps the list of windows by itself: a window manager takes
-/// minutes for hundreds of them.
+/// On a server of its own, which may be killed. The test keeps the list of windows by itself: a window
+/// manager takes minutes for hundreds of them.
 class TheWindowsOfAPassingServer : public TheWindows {
 protected:
     void startServer() {

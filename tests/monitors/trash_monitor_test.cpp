@@ -10,8 +10,8 @@
 namespace chimewerk {
 namespace {
 
-/// A monitor that has been started on a trash with `items` in it. What fires is appended to `fired`: '+' for an add, '0'
-/// for an empty.
+/// A monitor that has been started on a trash with `items` in it. What fires is appended to `fired`: '+' for
+/// an add, '0' for an empty.
 class TheTrashMonitor : public testing::Test {
 protected:
     void startWith(std::int64_t items) {
@@ -35,8 +35,8 @@ TEST_F(TheTrashMonitor, DecidesAChangeByTheCount) {
         std::int64_t change;
         const char* fires;
     };
-    for (const Case& c : {Case{0, 1, "+"}, Case{5, 10, "+"}, Case{3, -3, "0"}, Case{1, -1, "0"}, Case{3, -1, ""},
-                          Case{3, 0, ""}, Case{0, 0, ""}}) {
+    for (const Case& c : {Case{0, 1, "+"}, Case{5, 10, "+"}, Case{3, -3, "0"}, Case{1, -1, "0"},
+                          Case{3, -1, ""}, Case{3, 0, ""}, Case{0, 0, ""}}) {
         fired.clear();
         startWith(c.before);
         poll();

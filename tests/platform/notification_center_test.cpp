@@ -44,6 +44,5 @@ TEST(TheNotificationCenter, LetsObserversComeAndGoDuringAPosting) {
     EXPECT_EQ(late, 1);
 }
 
-
 }  // namespace
 }  // namespace chimewerk

@@ -24,10 +24,11 @@ TEST(TheEventTable, HoldsTheNineteenEventsInOrderWithTheirFactorySwitches) {
         EXPECT_EQ(event.soundPath, std::nullopt) << event.id;
         EXPECT_EQ(event.triggerCount, 0) << event.id;
     }
-    EXPECT_EQ(switches,
-              "slap+ lid_open+ lid_close+ lid_angle- charger_connect+ charger_disconnect+ brightness_up+ "
-              "brightness_down+ key_press- volume_up- volume_down- screenshot- app_launch- trash_empty+ trash_add+ "
-              "network_up- network_down- battery_low+ usb_connect- ");
+    EXPECT_EQ(
+        switches,
+        "slap+ lid_open+ lid_close+ lid_angle- charger_connect+ charger_disconnect+ brightness_up+ "
+        "brightness_down+ key_press- volume_up- volume_down- screenshot- app_launch- trash_empty+ trash_add+ "
+        "network_up- network_down- battery_low+ usb_connect- ");
     EXPECT_EQ(ids.size(), events.size());
 }
 
@@ -109,7 +110,8 @@ TEST(TheSoundManager, StartsAsDeliveredAndKnowsItsSelectedCustomTheme) {
     EXPECT_FALSE(manager.isCustomThemeActive());
     EXPECT_EQ(manager.activeCustomTheme(), nullptr);
 
-    manager.customThemes = {{.id = "A", .name = "first", .sounds = {}}, {.id = "A", .name = "second", .sounds = {}}};
+    manager.customThemes = {{.id = "A", .name = "first", .sounds = {}},
+                            {.id = "A", .name = "second", .sounds = {}}};
     manager.activeCustomThemeID = "A";
     ASSERT_NE(manager.activeCustomTheme(), nullptr);
     EXPECT_EQ(manager.activeCustomTheme()->name, "first");

@@ -75,7 +75,8 @@ TEST_F(Playback, TakesTheFirstSourceThatYieldsASound) {
     manager->currentTheme = SoundTheme::bit8;
     event("slap").soundPath = "/own.ogg";
     event("slap").volume = 0.7F;
-    const std::vector<std::string> inOrder = {"/own.ogg", "/res/t_8bit_slap.wav", "/res/slap.wav", "/res/slap.mp3"};
+    const std::vector<std::string> inOrder = {"/own.ogg", "/res/t_8bit_slap.wav", "/res/slap.wav",
+                                              "/res/slap.mp3"};
     for (const auto& path : inOrder) {
         sounds.addFile(path);
     }
@@ -134,10 +135,11 @@ TEST_F(Playback, ChoosesTheKeySoundByKeyCode) {
         std::int64_t keyCode;
         std::string sound;
     };
-    for (const Case& key : {Case{49, "key_space"}, Case{36, "key_return"}, Case{76, "key_return"},
-                            Case{0, "key_click"}, Case{-1, "key_click"}, Case{std::int64_t{49} << 32, "key_click"}}) {
-        const std::vector<std::string> inOrder = {"/res/t_piano_" + key.sound + ".wav", "/res/" + key.sound + ".wav",
-                                                  "/res/" + key.sound + ".mp3"};
+    for (const Case& key :
+         {Case{49, "key_space"}, Case{36, "key_return"}, Case{76, "key_return"}, Case{0, "key_click"},
+          Case{-1, "key_click"}, Case{std::int64_t{49} << 32, "key_click"}}) {
+        const std::vector<std::string> inOrder = {"/res/t_piano_" + key.sound + ".wav",
+                                                  "/res/" + key.sound + ".wav", "/res/" + key.sound + ".mp3"};
         manager->currentTheme = SoundTheme::piano;
         for (const auto& path : inOrder) {
             sounds.addFile(path);

@@ -24,7 +24,9 @@ private:
 
 TEST(AnySessionOfSettings, LeavesTheLibraryAsTheRulesHaveIt) {
     const MakeStorage makeStorage = [] {
-        return [values = std::make_shared<FakeDefaultsStore>()] { return std::make_unique<ReopenedStore>(values); };
+        return [values = std::make_shared<FakeDefaultsStore>()] {
+            return std::make_unique<ReopenedStore>(values);
+        };
     };
     EXPECT_EQ(firstFailingSession(1, 150, 60, makeStorage), "");
 }

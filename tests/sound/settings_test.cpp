@@ -15,7 +15,8 @@ using Dictionary = DefaultsDictionary;
 using testing::ElementsAre;
 using testing::Key;
 
-std::vector<SoundEvent> factoryWith(const std::function<void(SoundEvent&)>& change, std::string_view id = "slap") {
+std::vector<SoundEvent> factoryWith(const std::function<void(SoundEvent&)>& change,
+                                    std::string_view id = "slap") {
     auto events = factoryEvents();
     for (SoundEvent& event : events) {
         if (event.id == id) {
@@ -97,10 +98,12 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
     for (const Case& c : {
              Case{"nothing", {}, unchanged},
              Case{"volume alone", {{"volume", {0.25}}}, factoryWith([](auto& e) { e.volume = 0.25F; })},
-             Case{"volume rounded to a float", {{"volume", {0.3}}}, factoryWith([](auto& e) { e.volume = 0.3F; })},
-             Case{"volume beyond a float",
-                  {{"volume", {1e300}}},
-                  factoryWith([](auto& e) { e.volume = std::numeric_limits<float>::infinity(); })},
+             Case{"volume rounded to a float", {{"volume", {0.3}}}, factoryWith([](auto& e) {
+                      e.volume = 0.3F;
+                  })},
+             Case{"volume beyond a float", {{"volume", {1e300}}}, factoryWith([](auto& e) {
+                      e.volume = std::numeric_limits<float>::infinity();
+                  })},
              Case{"volume as text", {{"volume", {std::string("0.25")}}}, unchanged},
              Case{"volume as a boolean", {{"volume", {false}}}, unchanged},
              Case{"threshold", {{"threshold", {-3.5}}}, factoryWith([](auto& e) { e.threshold = -3.5F; })},
@@ -116,21 +119,23 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
              Case{"path as bytes", {{"path", {DefaultsData{"/x"}}}}, unchanged},
          }) {
         SoundLibrary library;
-        library.defaults.values["ChimewerkEvents"] = {Dictionary{{"slap", {c.entry}}, {"no_such", {Dictionary{}}}}};
+        library.defaults.values["ChimewerkEvents"] = {
+            Dictionary{{"slap", {c.entry}}, {"no_such", {Dictionary{}}}}};
         library.restart();
         EXPECT_EQ(library->events, c.events) << c.what;
         EXPECT_EQ(library.defaults.changes, 0) << c.what;
     }
     SoundLibrary library;
-    library.defaults.values["ChimewerkEvents"] = {Dictionary{{"lid_angle", {Dictionary{{"enabled", {1.0}}}}}}};
+    library.defaults.values["ChimewerkEvents"] = {
+        Dictionary{{"lid_angle", {Dictionary{{"enabled", {1.0}}}}}}};
     library.restart();
     EXPECT_EQ(library->events, factoryWith([](auto& e) { e.isEnabled = true; }, "lid_angle"));
 }
 
 TEST(Settings, OfTheEventsAreAllRefusedWhenOneIsNoDictionary) {
     const DefaultsValue good{Dictionary{{"volume", {0.25}}}};
-    for (const DefaultsValue& bad :
-         {DefaultsValue{std::string("x")}, DefaultsValue{1.0}, DefaultsValue{true}, DefaultsValue{DefaultsData{"{}"}}}) {
+    for (const DefaultsValue& bad : {DefaultsValue{std::string("x")}, DefaultsValue{1.0}, DefaultsValue{true},
+                                     DefaultsValue{DefaultsData{"{}"}}}) {
         for (const char* const id : {"lid_open", "zzz_unknown"}) {
             SoundLibrary library;
             library.defaults.values["ChimewerkEvents"] = {Dictionary{{"slap", good}, {id, bad}}};
@@ -190,8 +195,10 @@ TEST(Settings, SelectTheStoredCustomThemeOnlyIfItIsThere) {
         EXPECT_EQ(library->isCustomThemeActive(), c.custom) << c.what;
         EXPECT_EQ(library->currentTheme, c.custom ? SoundTheme::system : SoundTheme::soft) << c.what;
         EXPECT_EQ(library->customThemes.size(), c.themeCount) << c.what;
-        EXPECT_EQ(library.event("slap").soundPath, c.custom ? std::nullopt : std::optional<std::string>("/own"));
-        EXPECT_EQ(library.event("lid_open").soundPath, c.custom ? std::optional<std::string>("/a") : std::nullopt);
+        EXPECT_EQ(library.event("slap").soundPath,
+                  c.custom ? std::nullopt : std::optional<std::string>("/own"));
+        EXPECT_EQ(library.event("lid_open").soundPath,
+                  c.custom ? std::optional<std::string>("/a") : std::nullopt);
         EXPECT_EQ(library.event("lid_close").soundPath, std::nullopt) << c.what;
         EXPECT_EQ(library.defaults.changes, 0) << c.what;
         EXPECT_EQ(library.defaults.damages, c.themeCount == 0 ? 1 : 0) << c.what;

@@ -29,7 +29,9 @@ protected:
         EXPECT_TRUE(!library->activeCustomThemeID || library->currentTheme == SoundTheme::system);
         return library->activeCustomThemeID.value_or(std::string(rawValue(library->currentTheme)));
     }
-    const ThemeSounds::Map& soundsOf(std::size_t index) { return library->customThemes.at(index).sounds.entries(); }
+    const ThemeSounds::Map& soundsOf(std::size_t index) {
+        return library->customThemes.at(index).sounds.entries();
+    }
 
     SoundLibrary library;
 };

@@ -5,7 +5,8 @@
 
 namespace chimewerk {
 
-/// Looks every 10 ms, at most for so long, whether something of the real world holds; true as soon as it does.
+/// Looks every 10 ms, at most for so long, whether something of the real world holds; true as soon as it
+/// does.
 template <typename Condition>
 bool eventually(Condition condition, std::chrono::milliseconds patience = std::chrono::seconds(5)) {
     const auto deadline = std::chrono::steady_clock::now() + patience;

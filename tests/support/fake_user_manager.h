@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-/// Stands for the systemd manager of the user on the session bus, as far as it tells of units. It runs on the queue of the
-/// test.
+/// Stands for the systemd manager of the user on the session bus, as far as it tells of units. It runs on the
+/// queue of the test.
 class FakeUserManager {
 public:
     explicit FakeUserManager(EpollMainQueue& queue)

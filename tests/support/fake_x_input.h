@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// A client of an X server that presses keys there by the server's test extension, and has a focused window which takes
-/// them: without one a server that nobody looks at keeps them to itself.
+/// A client of an X server that presses keys there by the server's test extension, and has a focused window
+/// which takes them: without one a server that nobody looks at keeps them to itself.
 class FakeXInput {
 public:
     explicit FakeXInput(const char* display = nullptr) : server_(xcb_connect(display, nullptr)) {

@@ -22,8 +22,8 @@
 
 namespace chimewerk {
 
-/// The event devices of a machine whose /dev/input is made up: umockdev, in whose wrapper the test program runs, answers for
-/// them what they can do, and pipes carry what they tell.
+/// The event devices of a machine whose /dev/input is made up: umockdev, in whose wrapper the test program
+/// runs, answers for them what they can do, and pipes carry what they tell.
 class MadeUpKeyboards {
 public:
     MadeUpKeyboards() : bed_(umockdev_testbed_new()) { std::signal(SIGPIPE, SIG_IGN); }

@@ -18,8 +18,8 @@ inline bool runOnce(EpollMainQueue& queue, std::chrono::milliseconds most) {
     return any;
 }
 
-/// Runs the queue until `done()` holds; false when it does not within `deadline`. What `done()` asks about may change
-/// without the queue's doing.
+/// Runs the queue until `done()` holds; false when it does not within `deadline`. What `done()` asks about
+/// may change without the queue's doing.
 template <typename Predicate>
 bool runUntil(EpollMainQueue& queue, Predicate done, Seconds deadline = Seconds{10}) {
     constexpr std::chrono::milliseconds kLook{10};

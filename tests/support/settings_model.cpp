@@ -19,9 +19,10 @@ using Kind = SettingsStep::Kind;
 using Files = std::map<std::string, std::string>;
 
 constexpr std::array<const char*, static_cast<std::size_t>(Kind::last) + 1> kNames = {
-    "setPath", "setVolume", "setEnabled", "setThreshold", "setTheme", "setCustomTheme", "createCustomTheme",
-    "renameCustomTheme", "deleteCustomTheme", "restart", "loseEvents", "spoilEvents", "spoilSwitch", "numberSwitch",
-    "loseVolume", "spoilThemes", "spoilTheme", "spoilSelection"};
+    "setPath",        "setVolume",         "setEnabled",        "setThreshold",      "setTheme",
+    "setCustomTheme", "createCustomTheme", "renameCustomTheme", "deleteCustomTheme", "restart",
+    "loseEvents",     "spoilEvents",       "spoilSwitch",       "numberSwitch",      "loseVolume",
+    "spoilThemes",    "spoilTheme",        "spoilSelection"};
 
 /// The whole state as text, floats by their bits, so that two states can be compared and shown.
 class Picture {
@@ -39,7 +40,9 @@ public:
         text_ << '\n';
     }
     template <typename Value>
-    void line(const char* what, const Value& value) { text_ << what << ' ' << value << '\n'; }
+    void line(const char* what, const Value& value) {
+        text_ << what << ' ' << value << '\n';
+    }
     std::string text() const { return text_.str(); }
 
 private:
@@ -78,7 +81,9 @@ public:
                     save();
                 }
                 break;
-            case Kind::restart: load(); break;
+            case Kind::restart:
+                load();
+                break;
             default:
                 if (step.kind < Kind::restart) {
                     changeTheme(step);
@@ -135,7 +140,8 @@ private:
         selected_.reset();
     }
     Theme* find(const std::optional<std::string>& id) {
-        const auto found = std::find_if(themes_.begin(), themes_.end(), [&](const Theme& t) { return t.id == id; });
+        const auto found =
+            std::find_if(themes_.begin(), themes_.end(), [&](const Theme& t) { return t.id == id; });
         return found == themes_.end() ? nullptr : &*found;
     }
     void setNumber(const SettingsStep& step, Event& event) {
@@ -214,7 +220,8 @@ private:
     /// What is left of the stored settings for the next start to see.
     void spoil(const SettingsStep& step) {
         const auto all = factoryEvents();
-        const auto event = std::find_if(all.begin(), all.end(), [&](const SoundEvent& e) { return e.id == step.id; });
+        const auto event =
+            std::find_if(all.begin(), all.end(), [&](const SoundEvent& e) { return e.id == step.id; });
         const auto stored = stored_.events.find(step.id);
         if (step.kind == Kind::loseEvents || step.kind == Kind::spoilEvents) {
             stored_.events.clear();
@@ -228,7 +235,8 @@ private:
             if (step.kind == Kind::loseVolume) {
                 stored->second.volume = event->volume;
             } else {
-                const bool readable = step.kind == Kind::numberSwitch && (step.number == 0 || step.number == 1);
+                const bool readable =
+                    step.kind == Kind::numberSwitch && (step.number == 0 || step.number == 1);
                 stored->second.enabled = readable ? step.number == 1 : event->isEnabled;
             }
         }
@@ -284,14 +292,30 @@ public:
             case Kind::setPath:
                 library_->setPath(step.text.empty() ? std::nullopt : std::optional(step.text), step.id);
                 break;
-            case Kind::setVolume: library_->setVolume(step.number, step.id); break;
-            case Kind::setEnabled: library_->setEnabled(step.number > 0, step.id); break;
-            case Kind::setThreshold: library_->setThreshold(step.number, step.id); break;
-            case Kind::setTheme: library_->setTheme(step.theme); break;
-            case Kind::setCustomTheme: setCustomTheme(step); break;
-            case Kind::createCustomTheme: library_->createCustomTheme(step.text); break;
-            case Kind::renameCustomTheme: library_->renameCustomTheme(step.id, step.text); break;
-            case Kind::deleteCustomTheme: library_->deleteCustomTheme(step.id); break;
+            case Kind::setVolume:
+                library_->setVolume(step.number, step.id);
+                break;
+            case Kind::setEnabled:
+                library_->setEnabled(step.number > 0, step.id);
+                break;
+            case Kind::setThreshold:
+                library_->setThreshold(step.number, step.id);
+                break;
+            case Kind::setTheme:
+                library_->setTheme(step.theme);
+                break;
+            case Kind::setCustomTheme:
+                setCustomTheme(step);
+                break;
+            case Kind::createCustomTheme:
+                library_->createCustomTheme(step.text);
+                break;
+            case Kind::renameCustomTheme:
+                library_->renameCustomTheme(step.id, step.text);
+                break;
+            case Kind::deleteCustomTheme:
+                library_->deleteCustomTheme(step.id);
+                break;
             default:
                 spoil(step);
                 store_.reopen();
@@ -303,7 +327,8 @@ public:
     std::string picture() {
         Picture picture;
         for (const SoundEvent& event : library_->events) {
-            picture.event(event.id, event.soundPath.value_or(""), event.volume, event.isEnabled, event.threshold);
+            picture.event(event.id, event.soundPath.value_or(""), event.volume, event.isEnabled,
+                          event.threshold);
         }
         for (const CustomTheme& theme : library_->customThemes) {
             picture.theme(theme.id, theme.name, theme.sounds.entries());
@@ -340,11 +365,21 @@ private:
         auto* const event =
             events.contains(step.id) ? &std::get<DefaultsDictionary>(events[step.id].value) : nullptr;
         switch (step.kind) {
-            case Kind::loseEvents: store_.setObject("ChimewerkEvents", std::nullopt); return;
-            case Kind::spoilThemes: store_.setObject("ChimewerkCustomThemes", {{DefaultsData{"[{}]"}}}); return;
-            case Kind::spoilTheme: store_.setObject("ChimewerkTheme", {{std::string("Piano")}}); return;
-            case Kind::spoilSelection: store_.setObject("ChimewerkActiveCustomTheme", {{std::string("Z")}}); return;
-            case Kind::spoilEvents: events["stray"] = {std::string("text")}; break;
+            case Kind::loseEvents:
+                store_.setObject("ChimewerkEvents", std::nullopt);
+                return;
+            case Kind::spoilThemes:
+                store_.setObject("ChimewerkCustomThemes", {{DefaultsData{"[{}]"}}});
+                return;
+            case Kind::spoilTheme:
+                store_.setObject("ChimewerkTheme", {{std::string("Piano")}});
+                return;
+            case Kind::spoilSelection:
+                store_.setObject("ChimewerkActiveCustomTheme", {{std::string("Z")}});
+                return;
+            case Kind::spoilEvents:
+                events["stray"] = {std::string("text")};
+                break;
             case Kind::spoilSwitch:
                 if (event != nullptr) {
                     (*event)["enabled"] = {std::string("true")};
@@ -360,7 +395,8 @@ private:
                     event->erase("volume");
                 }
                 break;
-            default: return;
+            default:
+                return;
         }
         store_.setObject("ChimewerkEvents", {{std::move(events)}});
     }
@@ -402,8 +438,8 @@ SettingsSession shortened(SettingsSession session, const MakeStorage& makeStorag
 std::string describe(const SettingsSession& session) {
     std::ostringstream text;
     for (const SettingsStep& step : session) {
-        text << "  " << kNames.at(static_cast<std::size_t>(step.kind)) << " id='" << step.id << "' text='" << step.text
-             << "' number=" << step.number << " theme=" << rawValue(step.theme) << '\n';
+        text << "  " << kNames.at(static_cast<std::size_t>(step.kind)) << " id='" << step.id << "' text='"
+             << step.text << "' number=" << step.number << " theme=" << rawValue(step.theme) << '\n';
     }
     return text.str();
 }
@@ -413,8 +449,9 @@ SettingsSession randomSettingsSession(unsigned seed, std::size_t length) {
     const std::vector<std::string> events = {"slap", "usb_connect", "trash_add", "trash_empty", "no_such"};
     const std::vector<std::string> themes = {"A", "B", "C", "unlisted"};
     const std::vector<std::string> texts = {"", "/a.wav", "/b.wav", "/j\xFCrgen/c.wav", "ü \"\\\n"};
-    const std::vector<float> numbers = {0.0F, 1.0F, 0.3F, -0.0F, 2.0F, 1e-45F, 0.1F, -1e38F, 7.038531e-26F,
-                                        std::numeric_limits<float>::infinity()};
+    const std::vector<float> numbers = {
+        0.0F,   1.0F, 0.3F,   -0.0F,         2.0F,
+        1e-45F, 0.1F, -1e38F, 7.038531e-26F, std::numeric_limits<float>::infinity()};
     std::mt19937 random(seed);
     const auto anyOf = [&random](const auto& pool) { return pool[random() % pool.size()]; };
     SettingsSession session;

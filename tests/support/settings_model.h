@@ -11,14 +11,28 @@
 
 namespace chimewerk {
 
-/// One thing that happens to the settings: the user changes something, the program ends and starts again, or somebody
-/// spoils what is stored while it does not run.
+/// One thing that happens to the settings: the user changes something, the program ends and starts again, or
+/// somebody spoils what is stored while it does not run.
 struct SettingsStep {
     enum class Kind {
-        setPath, setVolume, setEnabled, setThreshold,
-        setTheme, setCustomTheme, createCustomTheme, renameCustomTheme, deleteCustomTheme,
+        setPath,
+        setVolume,
+        setEnabled,
+        setThreshold,
+        setTheme,
+        setCustomTheme,
+        createCustomTheme,
+        renameCustomTheme,
+        deleteCustomTheme,
         restart,
-        loseEvents, spoilEvents, spoilSwitch, numberSwitch, loseVolume, spoilThemes, spoilTheme, spoilSelection,
+        loseEvents,
+        spoilEvents,
+        spoilSwitch,
+        numberSwitch,
+        loseVolume,
+        spoilThemes,
+        spoilTheme,
+        spoilSelection,
         last = spoilSelection,
     };
 
@@ -41,12 +55,12 @@ using OpenStore = std::function<std::unique_ptr<DefaultsStore>()>;
 /// Makes storage that is empty.
 using MakeStorage = std::function<OpenStore()>;
 
-/// Plays the session to a sound library and to a small model of the rules; tells where they first differ, none when they
-/// never do.
+/// Plays the session to a sound library and to a small model of the rules; tells where they first differ,
+/// none when they never do.
 std::optional<std::string> firstDifference(const SettingsSession& session, const MakeStorage& makeStorage);
 
-/// Plays the sessions of these seeds; tells the seed, the difference and the session, shortened to the steps it takes.
-/// Empty when the library always does as the model.
+/// Plays the sessions of these seeds; tells the seed, the difference and the session, shortened to the steps
+/// it takes. Empty when the library always does as the model.
 std::string firstFailingSession(unsigned firstSeed, unsigned count, std::size_t length,
                                 const MakeStorage& makeStorage);
 

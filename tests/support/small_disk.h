@@ -7,7 +7,8 @@
 
 namespace chimewerk {
 
-/// While it lives, no file of this process grows beyond some size: what lies beyond is refused, as by a full disk.
+/// While it lives, no file of this process grows beyond some size: what lies beyond is refused, as by a full
+/// disk.
 class SmallDisk {
 public:
     explicit SmallDisk(rlim_t bytes) {

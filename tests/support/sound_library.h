@@ -28,7 +28,8 @@ public:
     SoundManager* operator->() { return manager_.get(); }
     SoundEvent& event(std::string_view id) { return *manager_->findEvent(id); }
 
-    /// What `themeDidChange` was posted for since the last call: raw values, and "none" where there was no object.
+    /// What `themeDidChange` was posted for since the last call: raw values, and "none" where there was no
+    /// object.
     std::vector<std::string> announced() {
         queue.runPosted();
         return std::exchange(announced_, {});
@@ -44,9 +45,9 @@ public:
 
 private:
     SoundManager::Surroundings surroundings() {
-        return {queue,   notifications, sounds,
-                sounds,  *store_,       fileManager,
-                [this] { return themeIds.at(themesMade_++ % themeIds.size()); }};
+        return {queue, notifications, sounds, sounds, *store_, fileManager, [this] {
+                    return themeIds.at(themesMade_++ % themeIds.size());
+                }};
     }
 
     DefaultsStore* store_;

@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// A main queue in virtual time: nothing runs but in `runPosted()` and `advance()`, and an hour passes in a moment. It is
-/// also the wall clock of the tests.
+/// A main queue in virtual time: nothing runs but in `runPosted()` and `advance()`, and an hour passes in a
+/// moment. It is also the wall clock of the tests.
 class VirtualMainQueue final : public MainQueue, public Clock {
 public:
     void post(Job job) override { jobs_.emplace(now_, std::move(job)); }
@@ -50,7 +50,8 @@ private:
         void invalidate() override { valid = false; }
     };
 
-    void repeat(const std::shared_ptr<VirtualTimer>& timer, Seconds interval, const std::shared_ptr<Job>& job) {
+    void repeat(const std::shared_ptr<VirtualTimer>& timer, Seconds interval,
+                const std::shared_ptr<Job>& job) {
         postAfter(interval, [this, timer, interval, job] {
             if (timer->valid) {
                 (*job)();
