@@ -24,7 +24,15 @@ public:
     explicit Client(const char* display = nullptr) : server_(xcb_connect(display, nullptr)) {}
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
-    ~Client() { xcb_disconnect(server_); }
+    /// The server has taken the windows off the screen by the time this returns.
+    ~Client() {
+        for (const xcb_window_t window : opened_) {
+            xcb_destroy_window(server_, window);
+        }
+        const XcbReply<xcb_get_input_focus_reply_t> answered(
+            xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr));
+        xcb_disconnect(server_);
+    }
 
     /// Opens a window that says it is of this process; of none for 0.
     xcb_window_t open(std::uint32_t process, const char* type = nullptr) {
@@ -40,6 +48,7 @@ public:
         }
         xcb_map_window(server_, window);
         xcb_flush(server_);
+        opened_.push_back(window);
         return window;
     }
     void set(xcb_window_t window, const char* property, xcb_atom_t type, std::uint32_t value) {
@@ -75,12 +84,15 @@ private:
     }
 
     xcb_connection_t* const server_;
+    std::vector<xcb_window_t> opened_;
 };
 
 /// In the private session, with its window manager.
 class TheWindows : public testing::Test {
 protected:
     void listen() {
+        // The windows of an earlier test must be off the list: their numbers are given out again.
+        launchesUntilNow();
         windows.emplace(
             queue, std::getenv("DISPLAY"),
             X11AppLaunches::Callbacks{.isHeardElsewhere = [](pid_t process) { return process == kInUnit; },
@@ -110,7 +122,8 @@ protected:
 TEST_F(TheWindows, AreLaunchesWhenTheyAreTheFirstOfARealProgram) {
     ChildProcess before({"xclock"});
     ASSERT_TRUE(before.started());
-    EXPECT_TRUE(runUntil(queue, [] { return std::system("xwininfo -name xclock >/dev/null 2>&1") == 0; }));
+    EXPECT_TRUE(runUntil(
+        queue, [] { return std::system("xwininfo -name xclock 2>/dev/null | grep -q IsViewable") == 0; }));
     EXPECT_EQ(launchesUntilNow(), 0);
     listen();
     EXPECT_EQ(launchesUntilNow(), 0);
