@@ -4,13 +4,16 @@
 #
 #   chimewerk_layer(sound SOURCES a.cpp b.cpp USES platform)
 #
-# makes the target chimewerk_sound. The layers it uses are public: whoever uses this one may include those too.
+# makes the target chimewerk_sound. The layers it uses are public: whoever uses this one may include those too. A
+# folder within a folder has a name with an underscore for its slash: ui_rules, included as "ui/rules/header.h".
 function(chimewerk_layer name)
   cmake_parse_arguments(LAYER "" "" "SOURCES;USES" ${ARGN})
   set(target chimewerk_${name})
+  string(REPLACE "_" "/" folder ${name})
   set(view ${PROJECT_BINARY_DIR}/include/${name})
-  file(MAKE_DIRECTORY ${view})
-  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${name} SYMBOLIC)
+  cmake_path(GET folder PARENT_PATH parent)
+  file(MAKE_DIRECTORY ${view}/${parent})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${view}/${folder} SYMBOLIC)
 
   if(LAYER_SOURCES)
     add_library(${target} STATIC ${LAYER_SOURCES})
@@ -24,11 +27,11 @@ function(chimewerk_layer name)
     target_link_libraries(${target} ${scope} chimewerk_${used})
   endforeach()
 
-  chimewerk_check_headers(${target} ${name})
+  chimewerk_check_headers(${target} ${folder})
 endfunction()
 
 # Every public header compiles alone: one translation unit per header that includes nothing else.
-function(chimewerk_check_headers target name)
+function(chimewerk_check_headers target folder)
   file(GLOB headers RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS *.h)
   if(NOT headers)
     return()
@@ -36,7 +39,7 @@ function(chimewerk_check_headers target name)
   set(units "")
   foreach(header IN LISTS headers)
     set(unit ${CMAKE_CURRENT_BINARY_DIR}/alone/${header}.cpp)
-    file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${name}/${header}\"\n#include \"${name}/${header}\"\n")
+    file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${folder}/${header}\"\n#include \"${folder}/${header}\"\n")
     list(APPEND units ${unit})
   endforeach()
   add_library(${target}_headers_alone OBJECT ${units})
