@@ -12,27 +12,34 @@ constexpr float kDefaultLidThreshold = 90.0F;
 }  // namespace
 
 AppDelegate::AppDelegate(const Surroundings& surroundings, const Sources& sources)
-    : sm_(surroundings.sounds),
+    : lidMonitor({.queue = surroundings.queue,
+                  .clock = surroundings.clock,
+                  .notifications = surroundings.notifications,
+                  .sounds = surroundings.sounds,
+                  .sensor = sources.lidSensor}),
+      keyboardMonitor(surroundings.queue, sources.keys, sources.keyPermissionPage, surroundings.sounds),
+      sm_(surroundings.sounds),
       fileManagerSounds_(surroundings.fileManagerSounds),
-      lidMonitor_({.queue = surroundings.queue,
-                   .clock = surroundings.clock,
-                   .notifications = surroundings.notifications,
-                   .sounds = surroundings.sounds,
-                   .sensor = sources.lidSensor}),
+      statusItem_(surroundings.statusItem),
+      windows_(surroundings.windows),
       brightnessMonitor_(surroundings.queue, sources.display),
-      keyboardMonitor_(surroundings.queue, sources.keys, sources.keyPermissionPage, surroundings.sounds),
       volumeMonitor_(surroundings.queue, sources.output),
       screenshotMonitor_(surroundings.queue, sources.folders, sources.screenshotFolders),
       appLaunchMonitor_(sources.launches),
       trashMonitor_(surroundings.queue, surroundings.clock, sources.trash),
       networkMonitor_(surroundings.queue, sources.reachability),
-      usbMonitor_(surroundings.queue, sources.usbDevices) {}
+      usbMonitor_(surroundings.queue, sources.usbDevices),
+      menu_({.openDashboard = [this] { openDashboard(); },
+             .openHelp = [this] { openHelp(); },
+             .setSens = [this](const MenuItem& chosen) { setSens(chosen); },
+             .terminate = surroundings.terminate}) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     startApp();
 }
 
 void AppDelegate::startApp() {
+    setupMenuBar();
     setupBrightnessMonitoring();
     setupLidAngleMonitoring();
     setupKeyboardTap();
@@ -44,6 +51,33 @@ void AppDelegate::startApp() {
     setupUSBMonitoring();
 }
 
+void AppDelegate::setupMenuBar() {
+    statusItem_.show(menu_.entries(), [this] { openDashboard(); });
+}
+
+void AppDelegate::setSens(const MenuItem& chosen) {
+    menu_.markSensitivity(chosen);
+}
+
+void AppDelegate::openDashboard() {
+    if (dashboard_ == nullptr) {
+        dashboard_ = windows_.makeDashboard(*this);
+    }
+    dashboard_->showWindow();
+}
+
+void AppDelegate::openHelp() {
+    if (helpWindow_ == nullptr) {
+        helpWindow_ = windows_.makeHelpWindow();
+    }
+    helpWindow_->showWindow();
+}
+
+bool AppDelegate::applicationShouldHandleReopen() {
+    openDashboard();
+    return true;
+}
+
 void AppDelegate::setupBrightnessMonitoring() {
     brightnessMonitor_.onUp = playing("brightness_up");
     brightnessMonitor_.onDown = playing("brightness_down");
@@ -52,12 +86,12 @@ void AppDelegate::setupBrightnessMonitoring() {
 
 void AppDelegate::setupLidAngleMonitoring() {
     const SoundEvent* const event = sm_.findEvent("lid_angle");
-    lidMonitor_.start(event != nullptr ? event->threshold : kDefaultLidThreshold);
+    lidMonitor.start(event != nullptr ? event->threshold : kDefaultLidThreshold);
 }
 
 void AppDelegate::setupKeyboardTap() {
     if (anyEnabled({"key_press"})) {
-        keyboardMonitor_.start();
+        keyboardMonitor.start();
     }
 }
 
@@ -101,8 +135,8 @@ void AppDelegate::setupUSBMonitoring() {
 
 void AppDelegate::applicationWillTerminate() {
     brightnessMonitor_.stop();
-    keyboardMonitor_.stop();
-    lidMonitor_.stop();
+    keyboardMonitor.stop();
+    lidMonitor.stop();
     volumeMonitor_.stop();
     screenshotMonitor_.stop();
     appLaunchMonitor_.stop();

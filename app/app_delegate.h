@@ -2,9 +2,13 @@
 
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "app/status_item.h"
+#include "app/status_menu.h"
+#include "app/windows.h"
 #include "monitors/app_launch_monitor.h"
 #include "monitors/brightness_monitor.h"
 #include "monitors/keyboard_monitor.h"
@@ -23,8 +27,9 @@
 
 namespace chimewerk {
 
-/// Owns the monitors, wires each to the sound library, and starts and stops them in a fixed order. All
-/// monitors exist from its construction on, whether or not they are started. Main thread only.
+/// The program at run time: owns the tray menu, the windows and the monitors, wires each monitor to the sound
+/// library, and starts and stops them in a fixed order. All monitors exist from its construction on, whether
+/// or not they are started. Main thread only.
 class AppDelegate {
 public:
     /// What the monitors hear the machine by; all of it outlives the delegate.
@@ -50,6 +55,10 @@ public:
         NotificationCenter& notifications;
         SoundManager& sounds;
         FileManagerSounds& fileManagerSounds;
+        StatusItem& statusItem;
+        WindowFactory& windows;
+        /// Makes the main loop end, soon.
+        std::function<void()> terminate;
     };
 
     AppDelegate(const Surroundings& surroundings, const Sources& sources);
@@ -60,8 +69,20 @@ public:
     /// Stops everything, started or not. Called once, when the main loop has ended.
     void applicationWillTerminate();
 
+    /// The program was started once more, or asked for by its name: opens the dashboard.
+    bool applicationShouldHandleReopen();
+
+    /// Shows the dashboard, or the help, and brings it to the front.
+    void openDashboard();
+    void openHelp();
+
+    LidAngleMonitor lidMonitor;
+    KeyboardMonitor keyboardMonitor;
+
 private:
     void startApp();
+    void setupMenuBar();
+    void setSens(const MenuItem& chosen);
     void setupBrightnessMonitoring();
     void setupLidAngleMonitoring();
     void setupKeyboardTap();
@@ -78,15 +99,19 @@ private:
 
     SoundManager& sm_;
     FileManagerSounds& fileManagerSounds_;
-    LidAngleMonitor lidMonitor_;
+    StatusItem& statusItem_;
+    WindowFactory& windows_;
     BrightnessMonitor brightnessMonitor_;
-    KeyboardMonitor keyboardMonitor_;
     VolumeMonitor volumeMonitor_;
     ScreenshotMonitor screenshotMonitor_;
     AppLaunchMonitor appLaunchMonitor_;
     TrashMonitor trashMonitor_;
     NetworkMonitor networkMonitor_;
     USBMonitor usbMonitor_;
+    StatusMenu menu_;
+    /// Made when they are first wanted; they work on the monitors, and end before them.
+    std::unique_ptr<Window> dashboard_;
+    std::unique_ptr<Window> helpWindow_;
     Lifeline lifeline_;
 };
 

@@ -26,12 +26,22 @@
 #include "linux/xdg_trash_source.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
+#include "ui/qt_program.h"
+#include "ui/qt_status_item.h"
+#include "ui/qt_windows.h"
 
-int main() {
+int main(int argumentCount, char** arguments) {
     using namespace chimewerk;
 
     EpollMainQueue queue;
-    const TerminationSignals signals(queue, [&queue] { queue.quit(); });
+    QtProgram* running = nullptr;
+    const auto terminate = [&running] { running->quit(); };
+    const TerminationSignals signals(queue, terminate);
+    QtProgram program(argumentCount, arguments, "org.chimewerk.Chimewerk");
+    running = &program;
+    program.attach(queue.descriptor(), [&queue] { queue.dispatch(); });
+    QtStatusItem statusItem;
+    QtWindows windows;
 
     const SystemClock clock;
     const PosixFileSystem files;
@@ -68,7 +78,10 @@ int main() {
                           .clock = clock,
                           .notifications = notifications,
                           .sounds = sounds,
-                          .fileManagerSounds = fileManagerSounds},
+                          .fileManagerSounds = fileManagerSounds,
+                          .statusItem = statusItem,
+                          .windows = windows,
+                          .terminate = terminate},
                          {.lidSensor = lidSensor,
                           .display = display,
                           .keys = keys,
@@ -82,7 +95,7 @@ int main() {
                           .usbDevices = usbDevices});
 
     queue.post([&delegate] { delegate.applicationDidFinishLaunching(); });
-    queue.run();
+    program.run();
     delegate.applicationWillTerminate();
     defaults.flush();
     return 0;

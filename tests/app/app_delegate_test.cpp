@@ -16,8 +16,10 @@
 #include "support/fake_output_volume_source.h"
 #include "support/fake_reachability_source.h"
 #include "support/fake_sound_service.h"
+#include "support/fake_status_item.h"
 #include "support/fake_trash_source.h"
 #include "support/fake_usb_arrival_source.h"
+#include "support/fake_windows.h"
 #include "support/virtual_main_queue.h"
 
 namespace chimewerk {
@@ -37,7 +39,8 @@ protected:
 
     void launch() {
         delegate.emplace(
-            AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager},
+            AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager, statusItem, windows,
+                                      [this] { terminations++; }},
             AppDelegate::Sources{
                 lid, display, keys, keys, output, folders, {"/shots"}, launches, trash, reachability, usb});
         delegate->applicationDidFinishLaunching();
@@ -97,6 +100,9 @@ protected:
     FakeTrashSource trash;
     FakeReachabilitySource reachability;
     FakeUsbArrivalSource usb;
+    FakeStatusItem statusItem;
+    FakeWindows windows;
+    int terminations = 0;
     int shots = 0;
     std::optional<AppDelegate> delegate;
 };
@@ -140,6 +146,37 @@ TEST_F(TheAppDelegate, SetsTheLidsThresholdFromTheEvent) {
     manager.findEvent("lid_angle")->threshold = 20;
     launch();
     EXPECT_NE(heard().find("lid_angle*1"), std::string::npos);
+}
+
+TEST_F(TheAppDelegate, MarksOneSensitivityAndForgetsItAtTheNextLaunch) {
+    launch();
+    const auto marks = [this] { return statusItem.text().substr(statusItem.text().find("Low")); };
+    statusItem.choose("Low");
+    EXPECT_EQ(marks(), "Low (x), Medium ( ), High ( )}, -, Quit [q]");
+    statusItem.choose("High");
+    EXPECT_EQ(marks(), "Low ( ), Medium ( ), High (x)}, -, Quit [q]");
+    launch();
+    EXPECT_EQ(marks(), "Low ( ), Medium (x), High ( )}, -, Quit [q]");
+}
+
+TEST_F(TheAppDelegate, MakesEachWindowWhenItIsFirstWantedAndShowsThatOneFromThenOn) {
+    launch();
+    EXPECT_EQ(windows.log, "");
+    statusItem.choose("Help & Troubleshooting");
+    statusItem.onActivate();
+    statusItem.choose("Open Dashboard");
+    EXPECT_TRUE(delegate->applicationShouldHandleReopen());
+    delegate->openHelp();
+    EXPECT_EQ(windows.log,
+              "help made, help shown, dashboard made, dashboard shown, dashboard shown, dashboard shown, "
+              "help shown, ");
+}
+
+TEST_F(TheAppDelegate, LeavesQuittingToTheMainLoop) {
+    launch();
+    statusItem.choose("Quit");
+    EXPECT_EQ(terminations, 1);
+    EXPECT_TRUE(usb.isOpen());
 }
 
 TEST_F(TheAppDelegate, PlaysNothingOnceItIsGone) {

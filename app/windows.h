@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+
+namespace chimewerk {
+
+class AppDelegate;
+
+/// A window of the program, made and not yet shown. Closing it only hides it. Main thread only.
+class Window {
+public:
+    virtual ~Window() = default;
+
+    /// Shows it as it was left and brings it to the front, with the keyboard.
+    virtual void showWindow() = 0;
+};
+
+/// Makes the program's windows. Main thread only.
+class WindowFactory {
+public:
+    virtual ~WindowFactory() = default;
+
+    /// The window that configures the events; the delegate outlives it.
+    virtual std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) = 0;
+    virtual std::unique_ptr<Window> makeHelpWindow() = 0;
+};
+
+}  // namespace chimewerk

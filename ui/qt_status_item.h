@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QActionGroup>
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "app/status_item.h"
+#include "ui/tray_watch.h"
+
+namespace chimewerk {
+
+/// The tray icon of the toolkit.
+class QtStatusItem final : public StatusItem {
+public:
+    QtStatusItem();
+    ~QtStatusItem() override;
+
+    void show(const Menu& menu, std::function<void()> onActivate) override;
+
+private:
+    struct Entry {
+        QAction* action;
+        const MenuItem* item;
+    };
+
+    void fill(QMenu& menu, const Menu& items);
+    void showMarks();
+    void appear();
+
+    QMenu menu_;
+    std::vector<Entry> marked_;
+    std::function<void()> onActivate_;
+    std::unique_ptr<QSystemTrayIcon> icon_;
+    std::unique_ptr<TrayWatch> watch_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QDBusServiceWatcher>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace chimewerk {
+
+/// Waits until the desktop has a tray: one that items register with over the session bus, or one that embeds
+/// windows on an X11 display. The toolkit decides once, when its first tray icon is made, which of the two
+/// it talks to, so that none must be made before either is there. Main thread only.
+class TrayWatch final : private QAbstractNativeEventFilter {
+public:
+    /// `onTray` is called once: before the constructor returns when there is a tray already, else from the
+    /// event loop.
+    explicit TrayWatch(std::function<void()> onTray);
+    ~TrayWatch() override;
+    TrayWatch(const TrayWatch&) = delete;
+    TrayWatch& operator=(const TrayWatch&) = delete;
+
+private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    bool hasTray() const;
+    void found();
+
+    std::function<void()> onTray_;
+    std::unique_ptr<QDBusServiceWatcher> registrar_;
+    /// The atoms of the X11 display; 0 without one.
+    std::uint32_t manager_ = 0;
+    std::uint32_t traySelection_ = 0;
+};
+
+}  // namespace chimewerk
