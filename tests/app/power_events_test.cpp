@@ -1,0 +1,197 @@
+#include "app/power_events.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/fake_power_sources.h"
+#include "support/fake_system_power.h"
+#include "support/sound_library.h"
+
+namespace chimewerk {
+namespace {
+
+PowerSourceDescription battery(std::optional<double> percent) {
+    return {.state = "Battery Power", .currentCapacity = percent};
+}
+PowerSourceDescription mains(std::optional<double> percent) {
+    return {.state = "AC Power", .currentCapacity = percent};
+}
+
+/// A machine whose charger, battery and sleep are the test's. Each event has a file of its own, so that what
+/// is heard tells its name; restarts are written down beside it.
+class ThePowerEvents : public testing::Test {
+protected:
+    ThePowerEvents() {
+        for (const char* const id :
+             {"lid_close", "lid_open", "charger_connect", "charger_disconnect", "battery_low"}) {
+            library.event(id).isEnabled = true;
+            library.event(id).soundPath = id;
+            library.sounds.addFile(id);
+        }
+    }
+
+    /// What has happened since the last call.
+    std::string heard() {
+        const auto& plays = library.sounds.plays();
+        for (; played < plays.size(); ++played) {
+            log += plays[played].source + " ";
+        }
+        return std::exchange(log, "");
+    }
+    /// What is heard after the first source has changed.
+    std::string after(std::optional<PowerSourceDescription> change) {
+        powerSources.change(std::move(change));
+        return heard();
+    }
+    std::string afterSending(std::int64_t messageType, std::intptr_t argument = 0) {
+        system.send(messageType, argument);
+        return heard();
+    }
+    void advance(double seconds) { library.queue.advance(Seconds{seconds}); }
+
+    SoundLibrary library;
+    FakeSystemPower system;
+    FakePowerSources powerSources;
+    std::string log;
+    std::size_t played = 0;
+    std::optional<PowerEvents> power{PowerEvents::Surroundings{
+        .queue = library.queue,
+        .sounds = *library,
+        .system = system,
+        .powerSources = powerSources,
+        .restartAudio = [this] { heardSoFar("audio"); },
+        .restartKeyboardMonitor = [this] { heardSoFar("keyboard"); },
+    }};
+
+private:
+    void heardSoFar(const std::string& restart) { log = heard() + restart + " "; }
+};
+
+TEST_F(ThePowerEvents, TellTheChargerAndOnceForEachDischargeTheLowBattery) {
+    powerSources.source = mains(50);
+    power->setupPowerMonitoring();
+    struct Step {
+        PowerSourceDescription source;
+        std::string heard;
+    };
+    const Step steps[] = {
+        {battery(50), "charger_disconnect "},
+        {battery(21), ""},
+        {battery(20), "battery_low "},
+        {battery(19), ""},
+        {battery(18), ""},
+        {mains(18), "charger_connect "},
+        {mains(19), ""},
+        {battery(15), "charger_disconnect battery_low "},
+        {battery(15), ""},
+    };
+    for (const Step& step : steps) {
+        EXPECT_EQ(after(step.source), step.heard) << *step.source.state << *step.source.currentCapacity;
+    }
+    library.event("battery_low").threshold = 10;
+    power->resetBatteryLowFlag();
+    EXPECT_EQ(after(battery(14)), "");
+    EXPECT_EQ(after(battery(10)), "battery_low ");
+}
+
+TEST_F(ThePowerEvents, StartFromTheStateThatIsFoundOrIsFoundOutLater) {
+    for (const bool isKnown : {true, false}) {
+        for (const auto& found : {battery(15), battery({}), mains(15)}) {
+            power->wasOnBattery = power->batteryLowFired = false;
+            powerSources.isKnown = isKnown;
+            powerSources.source = found;
+            power->setupPowerMonitoring();
+            if (!isKnown) {
+                EXPECT_FALSE(power->wasOnBattery);
+                powerSources.becomeKnown();
+            }
+            EXPECT_EQ(heard(), "");
+            EXPECT_EQ(power->wasOnBattery, found.state == "Battery Power");
+            EXPECT_EQ(after(found), found == battery(15) ? "battery_low " : "");
+            power->stop();
+        }
+    }
+}
+
+TEST_F(ThePowerEvents, AreSilentAboutWhatASourceDoesNotSay) {
+    power->setupPowerMonitoring();
+    EXPECT_EQ(after({}), "");
+    EXPECT_EQ(after(battery({})), "charger_disconnect ");
+    EXPECT_EQ(after({}), "");
+    EXPECT_EQ(after(battery(std::numeric_limits<double>::quiet_NaN())), "");
+    EXPECT_EQ(after(battery(20.000001)), "");
+    EXPECT_EQ(after(PowerSourceDescription{.state = {}, .currentCapacity = 5}), "charger_connect ");
+    EXPECT_EQ(after(PowerSourceDescription{.state = "Off Line", .currentCapacity = 5}), "");
+    std::erase_if(library->events, [](const SoundEvent& event) { return event.id == "battery_low"; });
+    EXPECT_EQ(after(battery(5)), "charger_disconnect ");
+    EXPECT_FALSE(power->batteryLowFired);
+}
+
+TEST_F(ThePowerEvents, FollowThePowerWhileTheirEventsAreOff) {
+    for (const char* const id : {"charger_disconnect", "battery_low"}) {
+        library.event(id).isEnabled = false;
+    }
+    power->setupPowerMonitoring();
+    EXPECT_EQ(after(battery(15)), "");
+    EXPECT_TRUE(power->wasOnBattery);
+    EXPECT_TRUE(power->batteryLowFired);
+    library.event("battery_low").isEnabled = true;
+    EXPECT_EQ(after(battery(14)), "");
+    EXPECT_EQ(after(mains(14)), "charger_connect ");
+}
+
+TEST_F(ThePowerEvents, DelaySleepUntilTheSoundHasBegunAndNothingElse) {
+    power->setupLidDetection();
+    EXPECT_EQ(afterSending(kIOPMSystemWillSleep, -7), "lid_close ");
+    advance(0.349);
+    EXPECT_TRUE(system.allowed.empty());
+    advance(0.002);
+    EXPECT_EQ(system.allowed, std::vector<std::intptr_t>{-7});
+    system.allowed.clear();
+    for (const std::int64_t other : {0xE0000270L, 0xE0000290L, 0x280L, 0L}) {
+        EXPECT_EQ(afterSending(other, 9), "");
+        EXPECT_EQ(std::exchange(system.allowed, {}), std::vector<std::intptr_t>{9}) << other;
+    }
+    system.send(kIOPMSystemWillPowerOn, 1);
+    system.send(kIOPMSystemHasPoweredOn, 2);
+    advance(10);
+    EXPECT_EQ(heard(), "audio lid_open ");
+    EXPECT_TRUE(system.allowed.empty());
+}
+
+TEST_F(ThePowerEvents, RestartWhatListensHalfASecondAfterTheWake) {
+    power->setupLidDetection();
+    for (const bool hearsKeys : {false, true}) {
+        library.event("key_press").isEnabled = !hearsKeys;
+        EXPECT_EQ(afterSending(kIOPMSystemHasPoweredOn), "");
+        advance(0.499);
+        EXPECT_EQ(heard(), "");
+        library.event("key_press").isEnabled = hearsKeys;
+        advance(0.002);
+        EXPECT_EQ(heard(), hearsKeys ? "audio keyboard lid_open " : "audio lid_open ");
+    }
+}
+
+TEST_F(ThePowerEvents, LeaveThePowerSourcesButNotTheSleepWhenStopped) {
+    powerSources.source = mains(50);
+    power->setupLidDetection();
+    power->setupPowerMonitoring();
+    power->stop();
+    EXPECT_FALSE(powerSources.isFollowed());
+    EXPECT_EQ(after(battery(5)), "");
+    EXPECT_EQ(afterSending(kIOPMSystemWillSleep), "lid_close ");
+    system.send(kIOPMSystemHasPoweredOn);
+    power.reset();
+    system.send(kIOPMSystemWillSleep);
+    advance(1);
+    EXPECT_EQ(heard(), "");
+    EXPECT_TRUE(system.allowed.empty());
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "platform/power_sources.h"
+
+namespace chimewerk {
+
+/// Power sources that the test changes. Their state is known from the start unless the test says otherwise.
+class FakePowerSources final : public PowerSources {
+public:
+    /// The first source, which is seen once it is known.
+    std::optional<PowerSourceDescription> source;
+    bool isKnown = true;
+
+    std::optional<PowerSourceDescription> first() const override { return isKnown ? source : std::nullopt; }
+    std::unique_ptr<Subscription> subscribe(Callbacks callbacks) override {
+        callbacks_ = std::move(callbacks);
+        if (isKnown) {
+            callbacks_.onKnown();
+        }
+        return std::make_unique<Ending>(*this);
+    }
+
+    bool isFollowed() const { return callbacks_.onChange != nullptr; }
+    /// The machine finds out what power it has.
+    void becomeKnown() {
+        isKnown = true;
+        callbacks_.onKnown();
+    }
+    void change(std::optional<PowerSourceDescription> to) {
+        source = std::move(to);
+        if (isFollowed()) {
+            callbacks_.onChange();
+        }
+    }
+
+private:
+    class Ending final : public Subscription {
+    public:
+        explicit Ending(FakePowerSources& sources) : sources_(sources) {}
+        Ending(const Ending&) = delete;
+        Ending& operator=(const Ending&) = delete;
+        ~Ending() override { sources_.callbacks_ = {}; }
+
+    private:
+        FakePowerSources& sources_;
+    };
+
+    Callbacks callbacks_;
+};
+
+}  // namespace chimewerk

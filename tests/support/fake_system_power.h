@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "platform/system_power.h"
+
+namespace chimewerk {
+
+/// A system that the test sends to sleep and wakes.
+class FakeSystemPower final : public SystemPower {
+public:
+    /// Whether power messages can be had.
+    bool works = true;
+    /// The arguments that were answered since they were last taken.
+    std::vector<std::intptr_t> allowed;
+
+    bool registerHandler(Handler handler) override {
+        handler_ = works ? std::move(handler) : nullptr;
+        return works;
+    }
+    void allowPowerChange(std::intptr_t argument) override { allowed.push_back(argument); }
+
+    void send(std::int64_t messageType, std::intptr_t argument = 0) {
+        if (handler_) {
+            handler_(static_cast<std::uint32_t>(messageType), argument);
+        }
+    }
+
+private:
+    Handler handler_;
+};
+
+}  // namespace chimewerk
