@@ -1,0 +1,52 @@
+#include "app/peak_magnitude.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+namespace chimewerk {
+
+namespace {
+
+// Vectors by name, because a compiler may not reorder comparisons of floating-point numbers by itself, and
+// would take one running maximum sample by sample.
+constexpr std::size_t kLanes = 4;
+using Floats [[gnu::vector_size(kLanes * sizeof(float))]] = float;
+using Bits [[gnu::vector_size(kLanes * sizeof(float))]] = std::int32_t;
+constexpr std::int32_t kAllButSign = 0x7FFFFFFF;
+constexpr Bits kMagnitude = {kAllButSign, kAllButSign, kAllButSign, kAllButSign};
+
+/// Several at a time, so that one comparison does not wait for the one before.
+constexpr std::size_t kVectors = 4;
+constexpr std::size_t kStep = kVectors * kLanes;
+
+}  // namespace
+
+float peakMagnitude(std::span<const float> samples) {
+    // A NaN is greater than nothing, and so leaves the maximum as it is.
+    Floats maxima[kVectors] = {};
+    for (; samples.size() >= kStep; samples = samples.subspan(kStep)) {
+        Floats block[kVectors];
+        std::memcpy(block, samples.data(), sizeof block);
+        for (std::size_t i = 0; i < kVectors; ++i) {
+            const auto magnitudes = reinterpret_cast<Floats>(reinterpret_cast<Bits>(block[i]) & kMagnitude);
+            maxima[i] = magnitudes > maxima[i] ? magnitudes : maxima[i];
+        }
+    }
+    float peak = 0.0F;
+    for (const Floats& maximum : maxima) {
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+            peak = std::max(peak, maximum[lane]);
+        }
+    }
+    for (const float sample : samples) {
+        const float magnitude = std::fabs(sample);
+        peak = magnitude > peak ? magnitude : peak;
+    }
+    return std::min(peak, std::numeric_limits<float>::max());
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platform/microphone.h"
+
+namespace chimewerk {
+
+/// A microphone that hears what the test gives it, once the test allows it.
+class FakeMicrophone final : public Microphone {
+public:
+    Authorization access = Authorization::authorized;
+    /// Whether engines start.
+    bool works = true;
+    /// Who waits for the user's answer; the test calls it.
+    std::function<void(bool granted)> waiting;
+    std::size_t enginesMade = 0;
+    std::size_t askedFrames = 0;
+
+    Authorization authorization() override { return access; }
+    void requestAccess(std::function<void(bool granted)> answered) override { waiting = std::move(answered); }
+    std::unique_ptr<AudioEngine> makeEngine() override {
+        ++enginesMade;
+        return std::make_unique<Engine>(*this);
+    }
+
+    /// How many engines are listening.
+    std::size_t listening() const { return running_.size(); }
+    /// How many engines would call their tap if they listened.
+    std::size_t taps() const { return taps_; }
+    /// Has every engine that listens hear one buffer.
+    void hear(AudioEngine::FirstChannel samples) {
+        for (Engine* const engine : running_) {
+            engine->tap(samples);
+        }
+    }
+    /// As before: a buffer whose peak is this.
+    void hear(float peak) {
+        const std::vector<float> samples{0.0F, peak, 0.0F};
+        hear(samples);
+    }
+
+private:
+    class Engine final : public AudioEngine {
+    public:
+        explicit Engine(FakeMicrophone& microphone) : microphone_(microphone) {}
+        Engine(const Engine&) = delete;
+        Engine& operator=(const Engine&) = delete;
+        ~Engine() override {
+            stop();
+            removeTap();
+        }
+
+        void installTap(std::size_t frames, Tap installed) override {
+            microphone_.askedFrames = frames;
+            ++microphone_.taps_;
+            tap = std::move(installed);
+        }
+        void removeTap() override { microphone_.taps_ -= std::exchange(tap, nullptr) ? 1U : 0U; }
+        bool start() override {
+            if (microphone_.works) {
+                microphone_.running_.push_back(this);
+            }
+            return microphone_.works;
+        }
+        void stop() override { std::erase(microphone_.running_, this); }
+
+        Tap tap;
+
+    private:
+        FakeMicrophone& microphone_;
+    };
+
+    std::vector<Engine*> running_;
+    std::size_t taps_ = 0;
+};
+
+}  // namespace chimewerk
