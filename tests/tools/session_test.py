@@ -157,7 +157,8 @@ class ASession(unittest.TestCase):
     def test_has_an_audio_server_that_can_be_killed_and_started_again(self):
         session = self.running()
         session.tell("kill -KILL $(cat $PULSE_RUNTIME_PATH/pid)")
-        self.assertEqual(session.tell("$CHIMEWERK_START_PULSEAUDIO && pactl get-default-sink"), "speaker")
+        self.assertEqual(session.tell("$CHIMEWERK_START_PULSEAUDIO && pactl get-default-sink && pactl get-default-source"),
+                         "speaker\nmicrophone")
 
     def test_has_a_microphone_that_hears_what_is_fed(self):
         session = self.running()
