@@ -69,6 +69,7 @@ void PulseConnection::add(PulsePart& part) {
     const Lock lock(*this);
     parts_.push_back(&part);
     if (ready_) {
+        subscribe();
         part.serverFound(*context_);
     }
 }
@@ -76,6 +77,9 @@ void PulseConnection::add(PulsePart& part) {
 void PulseConnection::remove(PulsePart& part) {
     const Lock lock(*this);
     std::erase(parts_, &part);
+    if (ready_) {
+        subscribe();
+    }
 }
 
 void PulseConnection::connectNow() {
@@ -108,6 +112,12 @@ void PulseConnection::connect(pa_context_flags_t flags) {
     }
     pa_context_set_state_callback(
         context_, [](pa_context*, void* user) { static_cast<PulseConnection*>(user)->stateChanged(); }, this);
+    pa_context_set_subscribe_callback(
+        context_,
+        [](pa_context*, pa_subscription_event_type_t news, std::uint32_t, void* user) {
+            static_cast<PulseConnection*>(user)->tell(news);
+        },
+        this);
     if (pa_context_connect(context_, nullptr, flags, nullptr) < 0 && context_ != nullptr) {
         drop();
         retryLater();
@@ -119,6 +129,7 @@ void PulseConnection::stateChanged() {
         case PA_CONTEXT_READY:
             ready_ = true;
             retryDelay_ = kFirstRetry;
+            subscribe();
             for (PulsePart* const part : parts_) {
                 part->serverFound(*context_);
             }
@@ -133,6 +144,27 @@ void PulseConnection::stateChanged() {
     }
 }
 
+/// Asks for the news that the parts want together, before they look how things stand.
+void PulseConnection::subscribe() {
+    auto wanted = PA_SUBSCRIPTION_MASK_NULL;
+    for (const PulsePart* const part : parts_) {
+        wanted = static_cast<pa_subscription_mask_t>(wanted | part->newsWanted());
+    }
+    if (std::exchange(subscribed_, wanted) != wanted) {
+        if (pa_operation* const asking = pa_context_subscribe(context_, wanted, nullptr, nullptr)) {
+            pa_operation_unref(asking);
+        }
+    }
+}
+
+void PulseConnection::tell(pa_subscription_event_type_t news) {
+    for (PulsePart* const part : parts_) {
+        if (pa_subscription_match_flags(part->newsWanted(), news)) {
+            part->serverChanged();
+        }
+    }
+}
+
 void PulseConnection::drop() {
     if (context_ == nullptr) {
         return;
@@ -144,6 +176,8 @@ void PulseConnection::drop() {
     }
     pa_context* const context = std::exchange(context_, nullptr);
     pa_context_set_state_callback(context, nullptr, nullptr);
+    pa_context_set_subscribe_callback(context, nullptr, nullptr);
+    subscribed_ = PA_SUBSCRIPTION_MASK_NULL;
     pa_context_disconnect(context);
     pa_context_unref(context);
 }

@@ -20,6 +20,11 @@ public:
     /// The server has gone, and with it everything that was made on the context; what is left of that is
     /// released now.
     virtual void serverLost() = 0;
+
+    /// What the part wants news of; always the same.
+    virtual pa_subscription_mask_t newsWanted() const { return PA_SUBSCRIPTION_MASK_NULL; }
+    /// Something that the part wants news of has come, gone or changed.
+    virtual void serverChanged() {}
 };
 
 /// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of its own.
@@ -76,6 +81,8 @@ private:
 
     void connect(pa_context_flags_t flags);
     void stateChanged();
+    void subscribe();
+    void tell(pa_subscription_event_type_t news);
     void drop();
     void retryLater();
 
@@ -83,6 +90,7 @@ private:
     // Guarded by the lock:
     pa_context* context_ = nullptr;
     bool ready_ = false;
+    pa_subscription_mask_t subscribed_ = PA_SUBSCRIPTION_MASK_NULL;  // On this context.
     std::vector<PulsePart*> parts_;
     std::chrono::milliseconds retryDelay_;
     std::unique_ptr<Alarm> retry_;

@@ -1,7 +1,6 @@
 #include "linux/pulse_output_volume_source.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace chimewerk {
 
@@ -15,15 +14,6 @@ float asShown(pa_volume_t volume) {
     return std::min(1.0F, static_cast<float>(volume) / static_cast<float>(PA_VOLUME_NORM));
 }
 
-/// False when the request could not be made.
-bool sent(pa_operation* operation) {
-    if (operation == nullptr) {
-        return false;
-    }
-    pa_operation_unref(operation);
-    return true;
-}
-
 }  // namespace
 
 PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection) : connection_(connection) {
@@ -33,9 +23,7 @@ PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection) : 
 PulseOutputVolumeSource::~PulseOutputVolumeSource() {
     connection_.remove(*this);
     const PulseConnection::Lock lock(connection_);
-    if (context_ != nullptr) {
-        pa_context_set_subscribe_callback(context_, nullptr, nullptr);
-    }
+    question_.cancel();
 }
 
 std::optional<float> PulseOutputVolumeSource::volume(Element element) {
@@ -45,39 +33,32 @@ std::optional<float> PulseOutputVolumeSource::volume(Element element) {
 
 void PulseOutputVolumeSource::serverFound(pa_context& context) {
     context_ = &context;
-    pa_context_set_subscribe_callback(
-        context_,
-        [](pa_context*, pa_subscription_event_type_t, std::uint32_t, void* user) { self(user).look(); },
-        this);
-    constexpr auto kOfInterest =
-        static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
-    sent(pa_context_subscribe(context_, kOfInterest, nullptr, nullptr));
-    look();
+    question_.ask();
+}
+
+pa_subscription_mask_t PulseOutputVolumeSource::newsWanted() const {
+    return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
 }
 
 void PulseOutputVolumeSource::serverLost() {
     context_ = nullptr;
-    looking_ = lookAgain_ = false;
+    question_.cancel();
     forget();
 }
 
-/// Asks for the default sink and its volume. One question at a time, however many changes come.
-void PulseOutputVolumeSource::look() {
-    if (std::exchange(looking_, true)) {
-        lookAgain_ = true;
-        return;
-    }
-    if (!sent(pa_context_get_server_info(
+/// Asks for the default sink, and then for its volume.
+void PulseOutputVolumeSource::askServer() {
+    if (!question_.step(pa_context_get_server_info(
             context_,
             [](pa_context*, const pa_server_info* server, void* user) { self(user).serverTold(server); },
             this))) {
-        looking_ = false;
+        question_.done();
     }
 }
 
 void PulseOutputVolumeSource::serverTold(const pa_server_info* server) {
     if (server == nullptr || server->default_sink_name == nullptr ||
-        !sent(pa_context_get_sink_info_by_name(
+        !question_.step(pa_context_get_sink_info_by_name(
             context_, server->default_sink_name,
             [](pa_context*, const pa_sink_info* sink, int end, void* user) {
                 if (end == 0) {
@@ -86,12 +67,12 @@ void PulseOutputVolumeSource::serverTold(const pa_server_info* server) {
                     if (end < 0) {
                         self(user).forget();
                     }
-                    self(user).lookDone();
+                    self(user).question_.done();
                 }
             },
             this))) {
         forget();
-        lookDone();
+        question_.done();
     }
 }
 
@@ -102,13 +83,6 @@ void PulseOutputVolumeSource::sinkTold(const pa_sink_info* sink) {
     }
     main_ = asShown(pa_cvolume_avg(&sink->volume));
     firstChannel_ = asShown(sink->volume.values[0]);
-}
-
-void PulseOutputVolumeSource::lookDone() {
-    looking_ = false;
-    if (std::exchange(lookAgain_, false)) {
-        look();
-    }
 }
 
 void PulseOutputVolumeSource::forget() {

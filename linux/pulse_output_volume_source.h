@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "linux/pulse_connection.h"
+#include "linux/pulse_question.h"
 #include "monitors/volume_monitor.h"
 
 namespace chimewerk {
@@ -23,19 +24,19 @@ public:
 
     void serverFound(pa_context& context) override;
     void serverLost() override;
+    pa_subscription_mask_t newsWanted() const override;
+    void serverChanged() override { question_.ask(); }
 
 private:
     // These run on the connection's thread, with its lock held.
-    void look();
+    void askServer();
     void serverTold(const pa_server_info* server);
     void sinkTold(const pa_sink_info* sink);
-    void lookDone();
     void forget();
 
     PulseConnection& connection_;
     pa_context* context_ = nullptr;
-    bool looking_ = false;
-    bool lookAgain_ = false;  // Something has changed since the present look began.
+    PulseQuestion question_{[this] { askServer(); }};
     // Written on the connection's thread, read on the main thread; negative when there is none.
     std::atomic<float> main_ = -1.0F;
     std::atomic<float> firstChannel_ = -1.0F;

@@ -25,14 +25,6 @@ void forget(pa_operation* operation) {
 
 }  // namespace
 
-void PulseStream::Operation::reset(pa_operation* operation) {
-    if (operation_ != nullptr) {
-        pa_operation_cancel(operation_);
-        pa_operation_unref(operation_);
-    }
-    operation_ = operation;
-}
-
 PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Callbacks callbacks)
     : callbacks_(std::move(callbacks)) {
     pa_proplist* const properties = pa_proplist_new();

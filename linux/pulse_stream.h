@@ -8,6 +8,8 @@
 #include <optional>
 #include <span>
 
+#include "linux/pulse_operation.h"
+
 namespace chimewerk {
 
 /// One playback stream on the sound server, in the output form (see pcm_reader.h). It begins corked.
@@ -44,27 +46,14 @@ public:
     void askQueued(std::function<void(std::optional<std::int64_t> frames)> answer);
 
 private:
-    /// An operation under way; its callback does not come once this is gone or holds another.
-    class Operation {
-    public:
-        Operation() = default;
-        Operation(const Operation&) = delete;
-        Operation& operator=(const Operation&) = delete;
-        ~Operation() { reset(nullptr); }
-        void reset(pa_operation* operation);
-
-    private:
-        pa_operation* operation_ = nullptr;
-    };
-
     void stateChanged();
 
     pa_stream* stream_;
     Callbacks callbacks_;
     std::function<void()> drained_;
     std::function<void(std::optional<std::int64_t>)> queuedAnswer_;
-    Operation draining_;
-    Operation asking_;
+    PulseOperation draining_;
+    PulseOperation asking_;
 };
 
 }  // namespace chimewerk
