@@ -1,0 +1,40 @@
+#pragma once
+
+#include <pulse/pulseaudio.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+
+namespace chimewerk {
+
+/// What a record stream needs to know of a source of the sound server.
+struct MicrophoneSource {
+    std::uint32_t index;
+    std::string name;
+    std::uint32_t rate;
+    pa_channel_position_t firstChannel;
+    bool operator==(const MicrophoneSource&) const = default;
+};
+
+/// Chooses among the sources of a sound server the one that is the microphone: the default source, unless
+/// that is the monitor of a sink, which hears what the computer plays; then another, a plugged-in device of
+/// hardware if there is one.
+class MicrophoneChoice {
+public:
+    explicit MicrophoneChoice(std::string_view defaultSource) : defaultSource_(defaultSource) {}
+
+    void consider(const pa_source_info& source);
+    const std::optional<MicrophoneSource>& best() const { return best_; }
+
+private:
+    using Rank = std::tuple<bool, bool, bool>;
+
+    const std::string defaultSource_;
+    std::optional<MicrophoneSource> best_;
+    Rank rank_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace chimewerk {
+
+/// Writes what a microphone hears into the FIFO that a sound server's pipe source plays, at the pace of the
+/// sound: silence, and knocks when the test knocks. While nobody reads the FIFO, what is written is lost.
+class MicrophoneFeeder {
+public:
+    explicit MicrophoneFeeder(std::string fifo, std::size_t rate = 48000, std::size_t channels = 1)
+        : fifo_(std::move(fifo)), rate_(rate), channels_(channels) {}
+
+    /// One knock, of a peak of 0.9, on one of the channels.
+    void knock(std::size_t channel = 0) {
+        channel_ = channel;
+        knocking_ = true;
+    }
+
+private:
+    static constexpr std::chrono::milliseconds kPace{10};
+    static constexpr std::size_t kPartsPerSecond = std::chrono::seconds(1) / kPace;
+
+    void feed(const std::stop_token& stop) {
+        std::vector<float> part(rate_ / kPartsPerSecond * channels_);
+        auto due = std::chrono::steady_clock::now();
+        while (!stop.stop_requested()) {
+            std::fill(part.begin(), part.end(), 0.0F);
+            if (knocking_.exchange(false)) {
+                strike(part);
+            }
+            const int end = open(fifo_.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+            if (end >= 0) {
+                const std::size_t bytes = part.size() * sizeof(float);
+                [[maybe_unused]] const auto written = write(end, part.data(), bytes);
+                close(end);
+            }
+            std::this_thread::sleep_until(due += kPace);
+        }
+    }
+    /// A blow that rings for about a millisecond.
+    void strike(std::vector<float>& part) const {
+        for (std::size_t i = channel_; i < part.size(); i += channels_) {
+            const double seconds = static_cast<double>(i / channels_) / static_cast<double>(rate_);
+            part[i] = static_cast<float>(-0.9 * std::exp(-seconds / 0.001) * std::cos(seconds * 5000));
+        }
+    }
+
+    const std::string fifo_;
+    const std::size_t rate_;
+    const std::size_t channels_;
+    std::atomic<bool> knocking_ = false;
+    std::atomic<std::size_t> channel_ = 0;
+    std::jthread thread_{[this](const std::stop_token& stop) { feed(stop); }};
+};
+
+}  // namespace chimewerk
