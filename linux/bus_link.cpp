@@ -11,8 +11,16 @@ constexpr Seconds kRetryInterval{3.0};
 
 }  // namespace
 
+void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler, void* user) {
+    const std::string rule =
+        "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+        "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" +
+        name + "'";
+    sd_bus_add_match_async(bus, nullptr, rule.c_str(), handler, nullptr, user);
+}
+
 BusLink::BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks)
-    : queue_(queue), opener_(opener), callbacks_(std::move(callbacks)) {}
+    : queue_(queue), opener_(std::move(opener)), callbacks_(std::move(callbacks)) {}
 
 BusLink::~BusLink() {
     disconnect();

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "linux/epoll_main_queue.h"
 #include "platform/lifeline.h"
@@ -17,18 +18,28 @@ struct UnrefBus {
 struct UnrefBusMessage {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
+struct UnrefBusSlot {
+    void operator()(sd_bus_slot* slot) const { sd_bus_slot_unref(slot); }
+};
 struct UnrefEventLoop {
     void operator()(sd_event* loop) const { sd_event_unref(loop); }
 };
 using BusMessage = std::unique_ptr<sd_bus_message, UnrefBusMessage>;
+/// A call that waits for its answer, or a match: ends with the object.
+using BusSlot = std::unique_ptr<sd_bus_slot, UnrefBusSlot>;
+
+/// Calls `handler` with each NameOwnerChanged of the bus that is about `name`: name, old owner, new owner, of
+/// which empty is none. Ends with the bus.
+void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler, void* user);
 
 /// A connection to a message bus that outlives the bus: when the bus goes away the link looks for it every 3
 /// s and opens anew. Calls and matches on it are sd-bus's own; they must not wait for answers. Main thread
 /// only; must not be destroyed from within a callback.
 class BusLink {
 public:
-    /// Opens the wanted bus: sd_bus_open_user or sd_bus_open_system.
-    using Opener = int (*)(sd_bus** bus);
+    /// Opens the wanted bus as sd_bus_open_user and sd_bus_open_system do: without waiting, and negative when
+    /// it cannot.
+    using Opener = std::function<int(sd_bus** bus)>;
 
     struct Callbacks {
         /// The bus is there, or will be in a moment: matches and calls are queued until it is.

@@ -45,11 +45,7 @@ void SystemdAppLaunches::open(sd_bus* bus) {
                               nullptr, this);
     sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "UnitRemoved", onUnitRemoved,
                               nullptr, this);
-    sd_bus_add_match_async(bus, nullptr,
-                           "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-                           "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
-                           "arg0='org.freedesktop.systemd1'",
-                           onOwnerChanged, nullptr, this);
+    matchOwnerChanges(bus, kSystemd, onOwnerChanged, this);
     subscribe(bus);
 }
 

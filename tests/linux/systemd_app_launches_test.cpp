@@ -2,17 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <csignal>
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
-#include "support/child_process.h"
 #include "support/fake_user_manager.h"
 #include "support/open_descriptors.h"
+#include "support/own_bus.h"
 #include "support/run_queue.h"
-#include "support/temporary_folder.h"
 
 namespace chimewerk {
 namespace {
@@ -22,19 +20,7 @@ constexpr const char* kMaps = "app-gnome-org.gnome.Maps-4711.scope";
 /// On a session bus of its own, which may be killed.
 class TheUnits : public testing::Test {
 protected:
-    TheUnits() {
-        const char* const before = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-        sessionBus = before == nullptr ? "" : before;
-        setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + (folder / "bus")).c_str(), 1);
-    }
-    ~TheUnits() override { setenv("DBUS_SESSION_BUS_ADDRESS", sessionBus.c_str(), 1); }
-
-    void startBus() {
-        bus.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork",
-                                             "--address=unix:path=" + (folder / "bus")});
-        ASSERT_TRUE(bus->started());
-        ASSERT_TRUE(runUntil(queue, [this] { return access((folder / "bus").c_str(), F_OK) == 0; }));
-    }
+    void startBus() { ASSERT_TRUE(bus.start()); }
     void listen() {
         units.emplace(queue, [this] { ++launches; });
     }
@@ -50,10 +36,8 @@ protected:
         return std::exchange(launches, 0);
     }
 
-    TemporaryFolder folder;
-    std::string sessionBus;
+    OwnBus bus{"DBUS_SESSION_BUS_ADDRESS"};
     EpollMainQueue queue;
-    std::optional<ChildProcess> bus;
     int launches = 0;
     std::optional<SystemdAppLaunches> units;
     std::optional<FakeUserManager> manager;
@@ -118,8 +102,7 @@ TEST_F(TheUnits, AreHeardOfWhenTheBusComesLateAndComesAgain) {
         manager->start(kMaps);
         EXPECT_EQ(launched(), 1);
         manager.reset();
-        bus->end(killedBy);
-        unlink((folder / "bus").c_str());
+        bus.kill(killedBy);
         EXPECT_TRUE(runUntil(queue, [this] { return !units->hears(); }));
     }
 }

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/child_process.h"
+#include "support/eventually.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+
+/// A message bus of the test's own, which stands in the place of the session's or the system's and may be
+/// killed. It is not there until it is started.
+class OwnBus {
+public:
+    /// `variable` names the bus: DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.
+    explicit OwnBus(const char* variable) : variable_(variable) {
+        const char* const before = std::getenv(variable);
+        before_ = before == nullptr ? "" : before;
+        setenv(variable, ("unix:path=" + path()).c_str(), 1);
+    }
+    OwnBus(const OwnBus&) = delete;
+    OwnBus& operator=(const OwnBus&) = delete;
+    ~OwnBus() { setenv(variable_.c_str(), before_.c_str(), 1); }
+
+    /// Returns when it takes connections; false when it does not.
+    bool start() {
+        daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork",
+                                                 "--address=unix:path=" + path()});
+        return daemon_->started() && eventually([this] { return access(path().c_str(), F_OK) == 0; });
+    }
+    void kill(int signal = SIGKILL) {
+        daemon_->end(signal);
+        unlink(path().c_str());
+    }
+
+    std::string path() const { return folder_ / "bus"; }
+
+private:
+    const std::string variable_;
+    std::string before_;
+    TemporaryFolder folder_;
+    std::optional<ChildProcess> daemon_;
+};
+
+}  // namespace chimewerk
