@@ -1,0 +1,108 @@
+#pragma once
+
+#include <systemd/sd-bus.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "linux/bus_link.h"
+#include "linux/file_descriptor.h"
+
+namespace chimewerk {
+
+/// Stands for logind on the system bus, as far as it lets programs delay sleep. It runs on the queue of the
+/// test, and its inhibitors are real: pipes whose other end it keeps.
+class FakeLogind {
+public:
+    explicit FakeLogind(EpollMainQueue& queue)
+        : queue_(queue), link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {
+        link_.keepOpen();
+    }
+
+    /// What was asked for last: what, who, mode.
+    std::string wanted;
+    /// How often an inhibitor was asked for.
+    int asked = 0;
+    /// Answers later, by `answer()`.
+    bool isSlow = false;
+
+    /// The inhibitors that are held.
+    std::size_t held() const { return inhibitors_.size(); }
+    /// Answers the questions that were left waiting.
+    void answer() {
+        for (const BusMessage& call : std::exchange(waiting_, {})) {
+            grant(call.get());
+        }
+    }
+    void prepareForSleep(bool begins) {
+        sd_bus_emit_signal(bus_, kPath, kManager, "PrepareForSleep", "b", begins ? 1 : 0);
+    }
+
+private:
+    static constexpr const char* kPath = "/org/freedesktop/login1";
+    static constexpr const char* kManager = "org.freedesktop.login1.Manager";
+
+    /// Gone when whoever holds the other end has closed it.
+    struct Inhibitor {
+        FileDescriptor end;
+        std::unique_ptr<EpollMainQueue::Watch> watch;
+    };
+
+    void open(sd_bus* bus) {
+        bus_ = bus;
+        sd_bus_add_object(bus, nullptr, kPath, &FakeLogind::onCall, this);
+        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.login1", SD_BUS_NAME_QUEUE, nullptr,
+                                  nullptr);
+    }
+
+    void grant(sd_bus_message* call) {
+        std::array<int, 2> ends{};
+        if (pipe(ends.data()) != 0) {
+            return;
+        }
+        const FileDescriptor theirs(ends[1]);
+        auto inhibitor = std::make_unique<Inhibitor>();
+        Inhibitor* const id = inhibitor.get();
+        id->end = FileDescriptor(ends[0]);
+        id->watch = queue_.watch(ends[0], [this, id] {
+            queue_.post([this, id] {
+                std::erase_if(inhibitors_, [id](const auto& known) { return known.get() == id; });
+            });
+        });
+        inhibitors_.push_back(std::move(inhibitor));
+        sd_bus_reply_method_return(call, "h", theirs.get());
+        sd_bus_flush(bus_);
+    }
+
+    static int onCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+        auto& logind = *static_cast<FakeLogind*>(self);
+        const char* what = nullptr;
+        const char* who = nullptr;
+        const char* mode = nullptr;
+        if (sd_bus_message_is_method_call(call, kManager, "Inhibit") == 0 ||
+            sd_bus_message_read(call, "ssss", &what, &who, nullptr, &mode) < 0) {
+            return 0;
+        }
+        ++logind.asked;
+        logind.wanted = std::string(what) + " " + who + " " + mode;
+        if (logind.isSlow) {
+            logind.waiting_.emplace_back(sd_bus_message_ref(call));
+        } else {
+            logind.grant(call);
+        }
+        return 1;
+    }
+
+    EpollMainQueue& queue_;
+    sd_bus* bus_ = nullptr;
+    std::vector<std::unique_ptr<Inhibitor>> inhibitors_;
+    std::vector<BusMessage> waiting_;
+    BusLink link_;
+};
+
+}  // namespace chimewerk

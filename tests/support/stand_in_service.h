@@ -1,0 +1,49 @@
+#pragma once
+
+#include <systemd/sd-bus.h>
+
+#include <memory>
+#include <string>
+
+#include "linux/bus_link.h"
+#include "support/child_process.h"
+#include "support/eventually.h"
+
+namespace chimewerk {
+
+/// A service on the system bus that python-dbusmock plays, in a process of its own, by what it knows of the
+/// real one. The test talks to it over a connection of its own.
+class StandInService {
+public:
+    /// `templateName` is one of dbusmock's; the service is there when `isThere()`.
+    StandInService(const std::string& templateName, std::string name, std::string path)
+        : name_(std::move(name)),
+          path_(std::move(path)),
+          process_({"/usr/bin/python3", "-m", "dbusmock", "--system", "--template", templateName}) {
+        sd_bus* bus = nullptr;
+        sd_bus_open_system(&bus);
+        bus_.reset(bus);
+    }
+
+    bool isThere() {
+        return eventually(
+            [this] { return sd_bus_get_name_creds(bus_.get(), name_.c_str(), 0, nullptr) >= 0; });
+    }
+    /// Calls one of its methods and waits; null when that fails.
+    template <typename... Arguments>
+    BusMessage call(const char* interface, const char* method, const char* types, Arguments... arguments) {
+        sd_bus_message* reply = nullptr;
+        sd_bus_call_method(bus_.get(), name_.c_str(), path_.c_str(), interface, method, nullptr, &reply,
+                           types, arguments...);
+        return BusMessage(reply);
+    }
+    void kill() { process_.end(SIGKILL); }
+
+private:
+    const std::string name_;
+    const std::string path_;
+    ChildProcess process_;
+    std::unique_ptr<sd_bus, UnrefBus> bus_;
+};
+
+}  // namespace chimewerk
