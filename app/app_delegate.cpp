@@ -29,6 +29,13 @@ AppDelegate::AppDelegate(const Surroundings& surroundings, const Sources& source
       trashMonitor_(surroundings.queue, surroundings.clock, sources.trash),
       networkMonitor_(surroundings.queue, sources.reachability),
       usbMonitor_(surroundings.queue, sources.usbDevices),
+      knocks_(surroundings.queue, sources.microphone),
+      power_({.queue = surroundings.queue,
+              .sounds = surroundings.sounds,
+              .system = sources.systemPower,
+              .powerSources = sources.powerSources,
+              .restartAudio = [this] { knocks_.restartAudio(); },
+              .restartKeyboardMonitor = [this] { keyboardMonitor.restart(); }}),
       menu_({.openDashboard = [this] { openDashboard(); },
              .openHelp = [this] { openHelp(); },
              .setSens = [this](const MenuItem& chosen) { setSens(chosen); },
@@ -40,6 +47,9 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::startApp() {
     setupMenuBar();
+    setupLidDetection();
+    setupMicrophoneDetection();
+    setupPowerMonitoring();
     setupBrightnessMonitoring();
     setupLidAngleMonitoring();
     setupKeyboardTap();
@@ -55,7 +65,21 @@ void AppDelegate::setupMenuBar() {
     statusItem_.show(menu_.entries(), [this] { openDashboard(); });
 }
 
+void AppDelegate::setupLidDetection() {
+    power_.setupLidDetection();
+}
+
+void AppDelegate::setupMicrophoneDetection() {
+    knocks_.onKnock = playing("slap");
+    knocks_.setupMicrophoneDetection();
+}
+
+void AppDelegate::setupPowerMonitoring() {
+    power_.setupPowerMonitoring();
+}
+
 void AppDelegate::setSens(const MenuItem& chosen) {
+    knocks_.slapThreshold = slapThresholdFor(chosen.title);
     menu_.markSensitivity(chosen);
 }
 
@@ -134,6 +158,7 @@ void AppDelegate::setupUSBMonitoring() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    knocks_.stop();
     brightnessMonitor_.stop();
     keyboardMonitor.stop();
     lidMonitor.stop();
@@ -143,6 +168,7 @@ void AppDelegate::applicationWillTerminate() {
     trashMonitor_.stop();
     networkMonitor_.stop();
     usbMonitor_.stop();
+    power_.stop();
     fileManagerSounds_.setFinderTrashSoundEnabled(true);
 }
 

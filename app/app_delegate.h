@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "app/knock_detector.h"
+#include "app/power_events.h"
 #include "app/status_item.h"
 #include "app/status_menu.h"
 #include "app/windows.h"
@@ -46,6 +48,9 @@ public:
         TrashSource& trash;
         ReachabilitySource& reachability;
         UsbArrivalSource& usbDevices;
+        Microphone& microphone;
+        SystemPower& systemPower;
+        PowerSources& powerSources;
     };
 
     /// What the delegate needs besides; all of it outlives the delegate.
@@ -76,6 +81,9 @@ public:
     void openDashboard();
     void openHelp();
 
+    /// Lets the low-battery sound fire again in this discharge.
+    void resetBatteryLowFlag() { power_.resetBatteryLowFlag(); }
+
     LidAngleMonitor lidMonitor;
     KeyboardMonitor keyboardMonitor;
 
@@ -83,6 +91,9 @@ private:
     void startApp();
     void setupMenuBar();
     void setSens(const MenuItem& chosen);
+    void setupLidDetection();
+    void setupMicrophoneDetection();
+    void setupPowerMonitoring();
     void setupBrightnessMonitoring();
     void setupLidAngleMonitoring();
     void setupKeyboardTap();
@@ -108,6 +119,8 @@ private:
     TrashMonitor trashMonitor_;
     NetworkMonitor networkMonitor_;
     USBMonitor usbMonitor_;
+    KnockDetector knocks_;
+    PowerEvents power_;
     StatusMenu menu_;
     /// Made when they are first wanted; they work on the monitors, and end before them.
     std::unique_ptr<Window> dashboard_;

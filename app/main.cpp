@@ -1,6 +1,11 @@
 // The composition root: makes the parts, connects them, runs the main loop. Members of the program know one
 // another by the interfaces that they are given here.
+#include <cstdio>
+#include <span>
+#include <string>
+
 #include "app/app_delegate.h"
+#include "app/command_line.h"
 #include "linux/decoder.h"
 #include "linux/desktop_app_launch_source.h"
 #include "linux/desktop_key_source.h"
@@ -8,19 +13,23 @@
 #include "linux/inotify_folder_source.h"
 #include "linux/json_defaults_store.h"
 #include "linux/lid_sensor_table.h"
+#include "linux/logind_sleep_source.h"
 #include "linux/posix_file_system.h"
 #include "linux/program_folders.h"
 #include "linux/pulse_connection.h"
+#include "linux/pulse_microphone.h"
 #include "linux/pulse_output_volume_source.h"
 #include "linux/pulse_player.h"
 #include "linux/pulse_sound_service.h"
 #include "linux/quiet_file_manager_sounds.h"
 #include "linux/rtnetlink_reachability_source.h"
 #include "linux/session_environment.h"
+#include "linux/session_instance.h"
 #include "linux/sysfs_backlight_source.h"
 #include "linux/system_clock.h"
 #include "linux/termination_signals.h"
 #include "linux/udev_usb_arrival_source.h"
+#include "linux/upower_power_sources.h"
 #include "linux/xdg_folders.h"
 #include "linux/xdg_permission_page.h"
 #include "linux/xdg_trash_source.h"
@@ -30,18 +39,57 @@
 #include "ui/qt_status_item.h"
 #include "ui/qt_windows.h"
 
-int main(int argumentCount, char** arguments) {
-    using namespace chimewerk;
+namespace chimewerk {
+namespace {
 
+/// What to ask of an instance that runs already; empty for showing itself.
+std::string actionFor(Wish wish) {
+    switch (wish) {
+        case Wish::openDashboard:
+            return SessionInstance::kOpenDashboard;
+        case Wish::openHelp:
+            return SessionInstance::kOpenHelp;
+        case Wish::quit:
+            return SessionInstance::kQuit;
+        default:
+            return {};
+    }
+}
+
+void carryOut(AppDelegate& delegate, const std::string& action) {
+    if (action == SessionInstance::kOpenDashboard) {
+        delegate.openDashboard();
+    } else if (action == SessionInstance::kOpenHelp) {
+        delegate.openHelp();
+    } else if (action == SessionInstance::kQuit) {
+        QtProgram::quit();
+    }
+}
+
+int run(int& argumentCount, char** arguments, Wish wish) {
     EpollMainQueue queue;
-    QtProgram* running = nullptr;
-    const auto terminate = [&running] { running->quit(); };
-    const TerminationSignals signals(queue, terminate);
-    QtProgram program(argumentCount, arguments, "org.chimewerk.Chimewerk");
-    running = &program;
+    const TerminationSignals signals(queue, QtProgram::quit);
+    AppDelegate* running = nullptr;  // set before the queue runs
+    SessionInstance instance(queue, CHIMEWERK_ID,
+                             {.onActivate =
+                                  [&running](const std::string& token) {
+                                      QtProgram::expectActivation(token);
+                                      running->applicationShouldHandleReopen();
+                                  },
+                              .onAction =
+                                  [&running](const std::string& action, const std::string& token) {
+                                      QtProgram::expectActivation(token);
+                                      carryOut(*running, action);
+                                  }});
+    const std::string action = actionFor(wish);
+    if (instance.claim(LaunchRequest::ofThisProcess(action)) == SessionInstance::Outcome::alreadyRunning ||
+        wish == Wish::quit) {
+        return 0;
+    }
+
+    QtProgram program(argumentCount, arguments, CHIMEWERK_ID);
     program.attach(queue.descriptor(), [&queue] { queue.dispatch(); });
     QtStatusItem statusItem;
-    QtWindows windows;
 
     const SystemClock clock;
     const PosixFileSystem files;
@@ -65,8 +113,12 @@ int main(int argumentCount, char** arguments) {
     XdgTrashSource trash(queue, xdgDataHome());
     RtnetlinkReachabilitySource reachability;
     UdevUsbArrivalSource usbDevices(queue);
+    PulseMicrophone microphone(soundServer);
+    LogindSleepSource systemPower(queue);
+    UPowerPowerSources powerSources(queue);
 
     JsonDefaultsStore defaults(queue, xdgConfigHome());
+    program.beforeSuddenEnd([&defaults] { defaults.flush(); });
 
     SoundManager sounds(folders.sounds, {.queue = queue,
                                          .notifications = notifications,
@@ -74,6 +126,7 @@ int main(int argumentCount, char** arguments) {
                                          .files = files,
                                          .defaults = defaults,
                                          .fileManagerSounds = fileManagerSounds});
+    QtWindows windows;
     AppDelegate delegate({.queue = queue,
                           .clock = clock,
                           .notifications = notifications,
@@ -81,7 +134,7 @@ int main(int argumentCount, char** arguments) {
                           .fileManagerSounds = fileManagerSounds,
                           .statusItem = statusItem,
                           .windows = windows,
-                          .terminate = terminate},
+                          .terminate = QtProgram::quit},
                          {.lidSensor = lidSensor,
                           .display = display,
                           .keys = keys,
@@ -92,11 +145,39 @@ int main(int argumentCount, char** arguments) {
                           .launches = launches,
                           .trash = trash,
                           .reachability = reachability,
-                          .usbDevices = usbDevices});
+                          .usbDevices = usbDevices,
+                          .microphone = microphone,
+                          .systemPower = systemPower,
+                          .powerSources = powerSources});
+    running = &delegate;
 
-    queue.post([&delegate] { delegate.applicationDidFinishLaunching(); });
+    queue.post([&delegate, &action] {
+        delegate.applicationDidFinishLaunching();
+        carryOut(delegate, action);
+    });
     program.run();
     delegate.applicationWillTerminate();
     defaults.flush();
     return 0;
+}
+
+}  // namespace
+}  // namespace chimewerk
+
+int main(int argumentCount, char** arguments) {
+    const std::span<char* const> options(arguments + 1, arguments + argumentCount);
+    const auto wish = chimewerk::parseCommandLine(options);
+    if (!wish) {
+        std::fputs(chimewerk::usage().c_str(), stderr);
+        return 2;
+    }
+    if (wish == chimewerk::Wish::printUsage) {
+        std::fputs(chimewerk::usage().c_str(), stdout);
+        return 0;
+    }
+    if (wish == chimewerk::Wish::printVersion) {
+        std::puts("chimewerk " CHIMEWERK_VERSION);
+        return 0;
+    }
+    return chimewerk::run(argumentCount, arguments, *wish);
 }

@@ -10,10 +10,52 @@ constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'no
 constexpr const char* kNeedsNetwork =
     "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up network'";
 
+#define POWER_DAEMONS "\"" CHIMEWERK_DEMO_DIR "/machine/power-daemons\""
+constexpr const char* kStartPowerDaemons =
+    "gdbus call --system --dest org.freedesktop.UPower --object-path / --method "
+    "org.freedesktop.DBus.Peer.Ping "
+    ">/dev/null 2>&1 || " POWER_DAEMONS " start";
+
+/// A tenth of a second of 32-bit float samples, the first of them loud and fading.
+constexpr const char* kMakeKnock =
+    "/usr/bin/python3 -c 'import math, struct, sys; sys.stdout.buffer.write(struct.pack(\"4800f\", "
+    "*(0.95 * math.exp(-t / 200) * math.cos(t / 20) for t in range(4800))))' >\"$HOME/knock.raw\"";
+
 }  // namespace
 
 std::span<const DemoRow> demoRows() {
     static constexpr DemoRow kRows[] = {
+        {.event = "slap",
+         .what = "someone knocks on the computer",
+         .signal = "cat \"$HOME/knock.raw\" >\"$CHIMEWERK_MICROPHONE\"",
+         .deadline = 1s,
+         .preparation = kMakeKnock},
+        // The sound of the wake comes half a second after it.
+        {.event = "lid_close",
+         .what = "the machine goes to sleep",
+         .signal = POWER_DAEMONS " sleep",
+         .deadline = 1s,
+         .preparation = kStartPowerDaemons},
+        {.event = "lid_open",
+         .what = "the machine wakes",
+         .signal = POWER_DAEMONS " wake",
+         .deadline = 2s,
+         .preparation = kStartPowerDaemons},
+        {.event = "charger_disconnect",
+         .what = "the charger is unplugged",
+         .signal = POWER_DAEMONS " unplug",
+         .deadline = 1s,
+         .preparation = kStartPowerDaemons},
+        {.event = "battery_low",
+         .what = "the battery runs low",
+         .signal = POWER_DAEMONS " charge 15",
+         .deadline = 1s,
+         .preparation = kStartPowerDaemons},
+        {.event = "charger_connect",
+         .what = "the charger is plugged in",
+         .signal = POWER_DAEMONS " plug",
+         .deadline = 1s,
+         .preparation = kStartPowerDaemons},
         {.event = "trash_add",
          .what = "a file is put into the trash",
          .signal = "gio trash \"$HOME/chimewerk-demo\"",

@@ -1,7 +1,11 @@
 #include "ui/qt_program.h"
 
+#include <unistd.h>
+
 #include <QByteArray>
 #include <QString>
+#include <cstdio>
+#include <cstdlib>
 #include <utility>
 
 namespace chimewerk {
@@ -23,9 +27,29 @@ void setUnlessGiven(const char* variable, const QByteArray& value) {
     }
 }
 
+/// The toolkit says on the terminal what a display lacks; the program has no log.
+void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
+    if (type == QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+    }
+}
+
+std::function<void()> jobBeforeSuddenEnd;
+
+void runJobBeforeSuddenEnd() {
+    if (jobBeforeSuddenEnd) {
+        jobBeforeSuddenEnd();
+        // Nothing may be torn down under the threads that are still running.
+        _exit(EXIT_FAILURE);
+    }
+}
+
 }  // namespace
 
 QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
+    if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES")) {
+        qInstallMessageHandler(dropMessage);
+    }
     setUnlessGiven("QT_QPA_PLATFORM", platforms());
     // Nothing is drawn with OpenGL, whose libraries weigh more than all the rest.
     setUnlessGiven("QT_XCB_GL_INTEGRATION", "none");
@@ -35,6 +59,21 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
     QApplication::setDesktopFileName(QString::fromLatin1(id));
     // The program lives in the tray.
     QApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtProgram::~QtProgram() {
+    jobBeforeSuddenEnd = nullptr;
+}
+
+void QtProgram::expectActivation(const std::string& token) {
+    if (!token.empty()) {
+        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+    }
+}
+
+void QtProgram::beforeSuddenEnd(std::function<void()> job) {
+    jobBeforeSuddenEnd = std::move(job);
+    std::atexit(runJobBeforeSuddenEnd);
 }
 
 void QtProgram::attach(int descriptor, std::function<void()> dispatch) {

@@ -17,6 +17,9 @@ public:
     /// `arguments` as those of `main()`, which outlive the object; the toolkit takes out those that are for
     /// it. `id` is the program's name by which a desktop knows it, such as "org.example.Program".
     QtProgram(int& argumentCount, char** arguments, const char* id);
+    QtProgram(const QtProgram&) = delete;
+    QtProgram& operator=(const QtProgram&) = delete;
+    ~QtProgram();
 
     /// Runs `dispatch` whenever `descriptor` is readable, which it is to cease to be by that. Once.
     void attach(int descriptor, std::function<void()> dispatch);
@@ -24,7 +27,13 @@ public:
     /// Runs until `quit()`, or until the desktop ends the program.
     void run() { QApplication::exec(); }
     /// Makes `run()` return after the present event.
-    void quit() { QApplication::quit(); }
+    static void quit() { QApplication::quit(); }
+
+    /// The next window that is shown comes to the front by this leave of the desktop's; empty for none.
+    static void expectActivation(const std::string& token);
+
+    /// The toolkit ends the process on the spot when the display goes away; `job` is run before.
+    void beforeSuddenEnd(std::function<void()> job);
 
 private:
     std::optional<QApplication> application_;

@@ -13,13 +13,17 @@
 #include "support/fake_folder_source.h"
 #include "support/fake_key_source.h"
 #include "support/fake_lid_sensor_source.h"
+#include "support/fake_microphone.h"
 #include "support/fake_output_volume_source.h"
+#include "support/fake_power_sources.h"
 #include "support/fake_reachability_source.h"
 #include "support/fake_sound_service.h"
 #include "support/fake_status_item.h"
+#include "support/fake_system_power.h"
 #include "support/fake_trash_source.h"
 #include "support/fake_usb_arrival_source.h"
 #include "support/fake_windows.h"
+#include "support/journal.h"
 #include "support/virtual_main_queue.h"
 
 namespace chimewerk {
@@ -29,20 +33,37 @@ namespace {
 class TheAppDelegate : public testing::Test {
 protected:
     TheAppDelegate() {
+        for (Noting* const fake : std::initializer_list<Noting*>{
+                 &lid, &display, &keys, &output, &folders, &launches, &trash, &reachability, &usb,
+                 &microphone, &system, &powerSources, &statusItem, &fileManager}) {
+            fake->journal = &journal;
+        }
         display.level = 0.5F;
         output.main = 0.5F;
         reachability.plugged = true;
+        powerSources.source = {.state = "AC Power", .currentCapacity = 80};
         for (SoundEvent& event : manager.events) {
             event.isEnabled = true;
         }
     }
 
     void launch() {
-        delegate.emplace(
-            AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager, statusItem, windows,
-                                      [this] { terminations++; }},
-            AppDelegate::Sources{
-                lid, display, keys, keys, output, folders, {"/shots"}, launches, trash, reachability, usb});
+        delegate.emplace(AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager,
+                                                   statusItem, windows, [this] { terminations++; }},
+                         AppDelegate::Sources{lid,
+                                              display,
+                                              keys,
+                                              keys,
+                                              output,
+                                              folders,
+                                              {"/shots"},
+                                              launches,
+                                              trash,
+                                              reachability,
+                                              usb,
+                                              microphone,
+                                              system,
+                                              powerSources});
         delegate->applicationDidFinishLaunching();
         lid.moveTo(45);
         queue.runPosted();
@@ -55,6 +76,10 @@ protected:
             event.triggerCount = 0;
         }
         const std::function<void()> signals[] = {
+            [this] { microphone.hear(0.8F); },
+            [this] { powerSources.change({{.state = "Battery Power", .currentCapacity = 80}}); },
+            [this] { powerSources.change({{.state = "Battery Power", .currentCapacity = 10}}); },
+            [this] { powerSources.change({{.state = "AC Power", .currentCapacity = 80}}); },
             [this] { lid.moveTo(manager.findEvent("lid_angle")->threshold > 45 ? 179 : 10); },
             [this] { display.level = 0.6F; },
             [this] { display.level = 0.5F; },
@@ -68,6 +93,8 @@ protected:
             [this] { reachability.plugged = false; },
             [this] { reachability.plugged = true; },
             [this] { usb.plug(); },
+            [this] { system.send(kIOPMSystemWillSleep); },
+            [this] { system.send(kIOPMSystemHasPoweredOn); },
         };
         for (const auto& signal : signals) {
             signal();
@@ -100,6 +127,10 @@ protected:
     FakeTrashSource trash;
     FakeReachabilitySource reachability;
     FakeUsbArrivalSource usb;
+    Journal journal;
+    FakeMicrophone microphone;
+    FakeSystemPower system;
+    FakePowerSources powerSources;
     FakeStatusItem statusItem;
     FakeWindows windows;
     int terminations = 0;
@@ -111,14 +142,55 @@ TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
     launch();
     EXPECT_EQ(
         heard(),
-        "lid_angle*1 brightness_up*1 brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 "
-        "app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 usb_connect*1 ");
+        "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 brightness_up*1 "
+        "brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 app_launch*1 trash_empty*1 "
+        "trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
-    EXPECT_EQ(heard(), "");
     EXPECT_FALSE(keys.tapExists());
+    // The system's own messages are heard until the process ends.
+    EXPECT_EQ(heard(), "lid_open*1 lid_close*1 ");
     EXPECT_FALSE(lid.isOpen());
     EXPECT_FALSE(usb.isOpen());
     EXPECT_EQ(launches.observers(), 0U);
+}
+
+TEST_F(TheAppDelegate, StartsTheIconFirstAndStopsTheMicrophoneFirst) {
+    journal.take();
+    launch();
+    EXPECT_EQ(
+        journal.take(),
+        "menu sleep microphone power display lid keys output folders launches trash finder- network usb");
+    delegate->applicationWillTerminate();
+    EXPECT_EQ(journal.take(), "-engine -tap -keys -lid -folders -launches -network -usb -power finder+");
+}
+
+TEST_F(TheAppDelegate, ListensAnewAfterAWakeAndToTheKeysOnlyWhileTheirEventIsOn) {
+    launch();
+    for (const bool keysOn : {true, false}) {
+        enable({"key_press"}, keysOn);
+        journal.take();
+        system.send(kIOPMSystemHasPoweredOn);
+        queue.advance(Seconds{0.49});
+        EXPECT_EQ(journal.take().find("microphone"), std::string::npos);
+        queue.advance(Seconds{0.02});
+        const std::string noted = journal.take();
+        EXPECT_NE(noted.find("-engine -tap microphone"), std::string::npos);
+        EXPECT_EQ(noted.find("-keys keys") != std::string::npos, keysOn);
+    }
+}
+
+TEST_F(TheAppDelegate, TakesTheSensitivityForTheNextKnock) {
+    const auto knocks = [this](const char* sensitivity, float peak) {
+        launch();
+        statusItem.choose(sensitivity);
+        const auto before = manager.findEvent("slap")->triggerCount;
+        microphone.hear(peak);
+        queue.runPosted();
+        return manager.findEvent("slap")->triggerCount > before;
+    };
+    EXPECT_FALSE(knocks("Low", 0.9F));
+    EXPECT_FALSE(knocks("Medium", 0.72F));
+    EXPECT_TRUE(knocks("High", 0.6F));
 }
 
 TEST_F(TheAppDelegate, LeavesThreeMonitorsStoppedWhoseEventsAreOffAtLaunchWhateverIsSwitchedOnLater) {
@@ -129,8 +201,9 @@ TEST_F(TheAppDelegate, LeavesThreeMonitorsStoppedWhoseEventsAreOffAtLaunchWhatev
            true);
     EXPECT_EQ(
         heard(),
-        "lid_angle*1 brightness_up*1 brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 "
-        "network_down*1 usb_connect*1 ");
+        "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 brightness_up*1 "
+        "brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 "
+        "battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
 }
 

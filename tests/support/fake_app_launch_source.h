@@ -4,17 +4,22 @@
 #include <utility>
 
 #include "monitors/app_launch_monitor.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// Launches that the test makes.
-class FakeAppLaunchSource final : public AppLaunchSource {
+class FakeAppLaunchSource final : public AppLaunchSource, public Noting {
 public:
     Token addObserver(std::function<void()> onLaunch) override {
+        note("launches");
         observers_.emplace(++lastToken_, std::move(onLaunch));
         return lastToken_;
     }
-    void removeObserver(Token token) override { observers_.erase(token); }
+    void removeObserver(Token token) override {
+        note("-launches");
+        observers_.erase(token);
+    }
 
     void launch() {
         for (const auto& [token, observer] : observers_) {

@@ -6,11 +6,12 @@
 #include <utility>
 
 #include "monitors/screenshot_monitor.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// Folders of names. Every change is told at once to whoever watches.
-class FakeFolderSource final : public FolderSource {
+class FakeFolderSource final : public FolderSource, public Noting {
 public:
     bool canWatch = true;
     mutable int listings = 0;
@@ -22,6 +23,7 @@ public:
                                        : std::vector<std::string>(found->second.begin(), found->second.end());
     }
     std::unique_ptr<Stream> watch(const std::string& folder, std::function<void()> onChange) override {
+        note("folders");
         return canWatch ? std::make_unique<FakeStream>(*this, folder, std::move(onChange)) : nullptr;
     }
 
@@ -53,7 +55,10 @@ private:
         }
         FakeStream(const FakeStream&) = delete;
         FakeStream& operator=(const FakeStream&) = delete;
-        ~FakeStream() override { source.streams_.erase(this); }
+        ~FakeStream() override {
+            source.note("-folders");
+            source.streams_.erase(this);
+        }
 
         FakeFolderSource& source;
         const std::string folder;

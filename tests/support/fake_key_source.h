@@ -3,12 +3,13 @@
 #include <utility>
 
 #include "monitors/keyboard_monitor.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// Keys that the test presses, and a permission that it gives and takes. It is also the page that asks for
 /// it.
-class FakeKeySource final : public KeySource, public PermissionPage {
+class FakeKeySource final : public KeySource, public PermissionPage, public Noting {
 public:
     bool mayListen = true;
     /// Whether a tap can be had although listening is permitted.
@@ -21,6 +22,7 @@ public:
 
     bool trusted() override { return mayListen; }
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override {
+        note("keys");
         if (!tapsCanBeMade) {
             return nullptr;
         }
@@ -49,7 +51,10 @@ private:
         }
         FakeTap(const FakeTap&) = delete;
         FakeTap& operator=(const FakeTap&) = delete;
-        ~FakeTap() override { source.tap_ = nullptr; }
+        ~FakeTap() override {
+            source.note("-keys");
+            source.tap_ = nullptr;
+        }
         void setEnabled(bool on) override {
             enabled = on;
             source.enablings += on ? 1 : 0;

@@ -5,21 +5,24 @@
 #include <vector>
 
 #include "monitors/lid_angle_monitor.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// A hinge that the test moves.
-class FakeLidSensorSource final : public LidSensorSource {
+class FakeLidSensorSource final : public LidSensorSource, public Noting {
 public:
     /// Whether there is a sensor when the source is opened.
     bool present = true;
 
     bool open(ReportHandler onReport, FoundHandler onFound) override {
+        note("lid");
         onReport_ = std::move(onReport);
         onFound_ = std::move(onFound);
         return present;
     }
     void close() override {
+        note("-lid");
         onReport_ = nullptr;
         onFound_ = nullptr;
     }

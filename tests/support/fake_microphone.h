@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "platform/microphone.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// A microphone that hears what the test gives it, once the test allows it.
-class FakeMicrophone final : public Microphone {
+class FakeMicrophone final : public Microphone, public Noting {
 public:
     Authorization access = Authorization::authorized;
     /// Whether engines start.
@@ -24,6 +25,7 @@ public:
     Authorization authorization() override { return access; }
     void requestAccess(std::function<void(bool granted)> answered) override { waiting = std::move(answered); }
     std::unique_ptr<AudioEngine> makeEngine() override {
+        note("microphone");
         ++enginesMade;
         return std::make_unique<Engine>(*this);
     }
@@ -60,14 +62,23 @@ private:
             ++microphone_.taps_;
             tap = std::move(installed);
         }
-        void removeTap() override { microphone_.taps_ -= std::exchange(tap, nullptr) ? 1U : 0U; }
+        void removeTap() override {
+            if (std::exchange(tap, nullptr)) {
+                microphone_.note("-tap");
+                --microphone_.taps_;
+            }
+        }
         bool start() override {
             if (microphone_.works) {
                 microphone_.running_.push_back(this);
             }
             return microphone_.works;
         }
-        void stop() override { std::erase(microphone_.running_, this); }
+        void stop() override {
+            if (std::erase(microphone_.running_, this) != 0) {
+                microphone_.note("-engine");
+            }
+        }
 
         Tap tap;
 

@@ -5,11 +5,12 @@
 #include <utility>
 
 #include "platform/power_sources.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// Power sources that the test changes. Their state is known from the start unless the test says otherwise.
-class FakePowerSources final : public PowerSources {
+class FakePowerSources final : public PowerSources, public Noting {
 public:
     /// The first source, which is seen once it is known.
     std::optional<PowerSourceDescription> source;
@@ -17,6 +18,7 @@ public:
 
     std::optional<PowerSourceDescription> first() const override { return isKnown ? source : std::nullopt; }
     std::unique_ptr<Subscription> subscribe(Callbacks callbacks) override {
+        note("power");
         callbacks_ = std::move(callbacks);
         if (isKnown) {
             callbacks_.onKnown();
@@ -43,7 +45,10 @@ private:
         explicit Ending(FakePowerSources& sources) : sources_(sources) {}
         Ending(const Ending&) = delete;
         Ending& operator=(const Ending&) = delete;
-        ~Ending() override { sources_.callbacks_ = {}; }
+        ~Ending() override {
+            sources_.note("-power");
+            sources_.callbacks_ = {};
+        }
 
     private:
         FakePowerSources& sources_;

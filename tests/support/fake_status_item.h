@@ -7,13 +7,15 @@
 #include <utility>
 
 #include "app/status_item.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// A tray of which the menu can be read and chosen from.
-class FakeStatusItem final : public StatusItem {
+class FakeStatusItem final : public StatusItem, public Noting {
 public:
     void show(const Menu& shown, std::function<void()> onActivated) override {
+        note("menu");
         menu = &shown;
         onActivate = std::move(onActivated);
     }

@@ -5,11 +5,12 @@
 #include <vector>
 
 #include "platform/system_power.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// A system that the test sends to sleep and wakes.
-class FakeSystemPower final : public SystemPower {
+class FakeSystemPower final : public SystemPower, public Noting {
 public:
     /// Whether power messages can be had.
     bool works = true;
@@ -17,6 +18,7 @@ public:
     std::vector<std::intptr_t> allowed;
 
     bool registerHandler(Handler handler) override {
+        note("sleep");
         handler_ = works ? std::move(handler) : nullptr;
         return works;
     }

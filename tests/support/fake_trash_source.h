@@ -6,18 +6,22 @@
 #include <utility>
 
 #include "monitors/trash_monitor.h"
+#include "support/journal.h"
 
 namespace chimewerk {
 
 /// A trash of numbers. Counts wait until the test answers them, unless it lets them answer by themselves.
-class FakeTrashSource final : public TrashSource {
+class FakeTrashSource final : public TrashSource, public Noting {
 public:
     double modified = 1000.0;
     std::int64_t items = 0;
     /// Whether a count answers at once with `items`.
     bool countsAtOnce = true;
 
-    double modificationTime() const override { return modified; }
+    double modificationTime() const override {
+        note("trash");
+        return modified;
+    }
     void countItems(CountCompletion completion) override {
         ++countsBegun;
         if (countsAtOnce) {

@@ -1,0 +1,49 @@
+#include "app/command_line.h"
+
+#include <string_view>
+
+namespace chimewerk {
+
+namespace {
+
+struct Option {
+    std::string_view name;
+    Wish wish;
+    std::string_view help;
+};
+constexpr Option kOptions[] = {
+    {"--open-dashboard", Wish::openDashboard, "shows the dashboard, and starts the program if need be"},
+    {"--open-help", Wish::openHelp, "shows the help, and starts the program if need be"},
+    {"--quit", Wish::quit, "ends the program that runs in this session"},
+    {"--version", Wish::printVersion, "prints the version"},
+    {"--help", Wish::printUsage, "prints this"},
+};
+
+}  // namespace
+
+std::optional<Wish> parseCommandLine(std::span<char* const> arguments) {
+    if (arguments.empty()) {
+        return Wish::run;
+    }
+    for (const Option& option : kOptions) {
+        if (arguments.size() == 1 && option.name == arguments[0]) {
+            return option.wish;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string usage() {
+    std::string text =
+        "chimewerk [OPTION]\n"
+        "Plays a short sound when something happens to the computer. Runs in the tray; started once more, "
+        "it\n"
+        "shows its dashboard.\n";
+    for (const Option& option : kOptions) {
+        text += "  " + std::string(option.name) + std::string(18 - option.name.size(), ' ') +
+                std::string(option.help) + "\n";
+    }
+    return text;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,18 @@
+// The least that a tray program on this toolkit is: an icon with a menu that can end it. A yardstick.
+#include <QApplication>
+#include <QMenu>
+#include <QPixmap>
+#include <QSystemTrayIcon>
+
+int main(int argumentCount, char** arguments) {
+    QApplication application(argumentCount, arguments);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QMenu menu;
+    QObject::connect(menu.addAction("Quit"), &QAction::triggered, &QApplication::quit);
+    QPixmap square(22, 22);
+    square.fill(Qt::blue);
+    QSystemTrayIcon icon{QIcon(square)};
+    icon.setContextMenu(&menu);
+    icon.show();
+    return QApplication::exec();
+}

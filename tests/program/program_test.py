@@ -1,0 +1,165 @@
+"""Starts the program as a user's desktop does and looks at it from outside. In a session of tools/session:
+
+    program_test.py PROGRAM
+"""
+
+import json
+import os
+import signal
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+from tray_host import TrayHost, pump_until
+
+PROGRAM = sys.argv.pop(1)
+SETTINGS = Path(os.environ["XDG_CONFIG_HOME"]) / "chimewerk" / "settings.json"
+MENU = ("#Chimewerk, -, Open Dashboard [Control+D], Help & Troubleshooting [Control+?], -, "
+        "Mic Sensitivity {Low (%s), Medium (%s), High (%s)}, -, Quit [Control+Q]")
+DASHBOARD = "Chimewerk — Dashboard"
+HELP = "Chimewerk — Help & Guide"
+
+
+def windows(title):
+    """The visible windows with this title."""
+    found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"], capture_output=True,
+                           text=True, check=False)
+    return found.stdout.split()
+
+
+class ProgramTest(unittest.TestCase):
+    """One instance of the program, started by the test and ended with it."""
+
+    def setUp(self):
+        self.started = []
+
+    def tearDown(self):
+        for process in self.started:
+            process.kill()
+            process.wait()
+
+    def start(self, *arguments, **environment):
+        process = subprocess.Popen([PROGRAM, *arguments], env={**os.environ, **environment})
+        self.started.append(process)
+        return process
+
+    def host(self):
+        host = TrayHost()
+        self.addCleanup(host.close)
+        return host
+
+    def assert_ends(self, process, status=0):
+        self.assertTrue(pump_until(lambda: process.poll() is not None), "it still runs")
+        self.assertEqual(process.returncode, status)
+
+
+class TheTrayIcon(ProgramTest):
+    def marks(self, item):
+        return ", ".join(child.text() for child in item.menu().children)
+
+    def test_offers_the_menu_and_does_what_is_chosen(self):
+        host = self.host()
+        process = self.start()
+        item = host.wait_for_item()
+        self.assertEqual(self.marks(item), MENU % (" ", "x", " "))
+        item.choose("High")
+        self.assertTrue(pump_until(lambda: self.marks(item) == MENU % (" ", " ", "x")))
+        item.choose("Chimewerk")
+        item.choose("High")
+        item.choose("Low")
+        self.assertTrue(pump_until(lambda: self.marks(item) == MENU % ("x", " ", " ")))
+
+        self.assertEqual(windows(DASHBOARD) + windows(HELP), [])
+        item.choose("Open Dashboard")
+        self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+        item.choose("Open Dashboard")
+        item.choose("Help & Troubleshooting")
+        self.assertTrue(pump_until(lambda: len(windows(HELP)) == 1))
+        self.assertEqual(len(windows(DASHBOARD)), 1)
+        item.choose("Quit")
+        self.assert_ends(process)
+
+    def test_is_sharp_at_the_sizes_of_panels_and_has_colour_on_a_rim(self):
+        host = self.host()
+        self.start()
+        item = host.wait_for_item()
+        pixmaps = {width: data for width, height, data in item.property("IconPixmap") if width == height}
+        self.assertTrue({16, 22, 24, 32, 48, 64} <= set(pixmaps), set(pixmaps))
+        for width, data in pixmaps.items():
+            pixels = [tuple(data[i:i + 4]) for i in range(0, len(data), 4)]
+            self.assertEqual(len(pixels), width * width)
+            solid = [(r, g, b) for a, r, g, b in pixels if a > 200]
+            self.assertTrue(any(min(pixel) > 200 for pixel in solid), "nothing light, for dark panels")
+            self.assertTrue(any(g < 110 < b for _, g, b in solid), "nothing dark, for light panels")
+        self.assertEqual(item.property("Status"), "Active")
+
+    def test_comes_when_the_tray_comes_and_again_when_the_tray_is_replaced(self):
+        self.start()
+        self.assertFalse(pump_until(lambda: False, 1.5))
+        for _ in range(2):
+            host = TrayHost()
+            try:
+                self.assertEqual(self.marks(host.wait_for_item()), MENU % (" ", "x", " "))
+            finally:
+                host.close()
+
+    def test_opens_the_dashboard_when_it_is_chosen_itself(self):
+        host = self.host()
+        self.start()
+        host.wait_for_item().activate()
+        self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+
+
+class TheProgram(ProgramTest):
+    def test_ends_in_order_on_the_signals_that_ask_for_it(self):
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            host = TrayHost()
+            process = self.start()
+            host.wait_for_item()
+            process.send_signal(signal.SIGPIPE)
+            process.send_signal(number)
+            self.assert_ends(process)
+            host.close()
+
+    def test_shows_itself_when_it_is_started_again_and_stays_the_only_one(self):
+        host = self.host()
+        first = self.start()
+        host.wait_for_item()
+        for option, title in ((), DASHBOARD), (("--open-help",), HELP):
+            self.assertEqual(windows(title), [])
+            self.assert_ends(self.start(*option))
+            self.assertTrue(pump_until(lambda title=title: len(windows(title)) == 1))
+        self.assert_ends(self.start("--quit"))
+        self.assert_ends(first)
+        self.assert_ends(self.start("--quit"))
+
+    def test_leaves_one_of_two_that_are_started_at_the_same_instant(self):
+        for _ in range(5):
+            pair = [self.start(), self.start()]
+            self.assertTrue(pump_until(lambda pair=pair: any(one.poll() is not None for one in pair)))
+            self.assertFalse(pump_until(lambda pair=pair: all(one.poll() is not None for one in pair), 0.3))
+            self.assertEqual([one.poll() for one in pair if one.poll() is not None], [0])
+            self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+            self.assert_ends(self.start("--quit"))
+            self.assertTrue(pump_until(lambda pair=pair: all(one.poll() == 0 for one in pair)))
+
+    def test_opens_what_its_first_start_asks_for(self):
+        self.start("--open-dashboard")
+        self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+
+    def test_tells_of_options_that_make_no_sense(self):
+        process = subprocess.run([PROGRAM, "--open"], capture_output=True, text=True, check=False)
+        self.assertEqual((process.returncode, process.stdout), (2, ""))
+        self.assertIn("--open-dashboard", process.stderr)
+
+    def test_runs_without_a_bus_and_without_a_display(self):
+        for lack in ({"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}, {"DISPLAY": ""}, {"DISPLAY": ":99"}):
+            process = self.start(**lack)
+            self.assertFalse(pump_until(lambda: process.poll() is not None, 2), lack)
+            process.terminate()
+            self.assert_ends(process)
+
+
+if __name__ == "__main__":
+    unittest.main()

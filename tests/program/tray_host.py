@@ -1,0 +1,132 @@
+"""A tray of the kind that items register with over the session bus, with a client of their menus."""
+
+import re
+
+from gi.repository import Gio, GLib
+
+WATCHER = "org.kde.StatusNotifierWatcher"
+WATCHER_PATH = "/StatusNotifierWatcher"
+ITEM = "org.kde.StatusNotifierItem"
+MENU = "com.canonical.dbusmenu"
+INTROSPECTION = """<node><interface name="org.kde.StatusNotifierWatcher">
+  <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+  <method name="RegisterStatusNotifierHost"><arg type="s" direction="in"/></method>
+  <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+  <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+  <property name="ProtocolVersion" type="i" access="read"/>
+  <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
+  <signal name="StatusNotifierHostRegistered"/>
+</interface></node>"""
+
+
+def pump_until(condition, seconds=10.0):
+    """Dispatches what comes until the condition holds; whether it came to hold in time."""
+    context = GLib.MainContext.default()
+    expired = []
+    GLib.timeout_add(int(seconds * 1000), lambda: expired.append(True))
+    tick = GLib.timeout_add(10, lambda: True)
+    try:
+        while not condition() and not expired:
+            context.iteration(True)
+    finally:
+        GLib.source_remove(tick)
+    return bool(condition())
+
+
+class MenuEntry:
+    """One entry of a menu as the program exports it."""
+
+    def __init__(self, number, properties, children):
+        self.number = number
+        self.properties = properties
+        self.children = [MenuEntry(*child) for child in children]
+
+    @property
+    def title(self):
+        # An underscore marks the letter after it as the entry's mnemonic, and two are one.
+        return re.sub("_(.)", r"\1", self.properties.get("label", ""))
+
+    def text(self):
+        if self.properties.get("type") == "separator":
+            return "-"
+        text = ("" if self.properties.get("enabled", True) else "#") + self.title
+        if "shortcut" in self.properties:
+            text += " [" + "+".join(self.properties["shortcut"][0]) + "]"
+        if self.properties.get("toggle-type"):
+            mark = "x" if self.properties.get("toggle-state") == 1 else " "
+            text += {"radio": f" ({mark})", "checkmark": f" <{mark}>"}[self.properties["toggle-type"]]
+        if self.children:
+            text += " {" + ", ".join(child.text() for child in self.children) + "}"
+        return text
+
+    def find(self, title):
+        for child in self.children:
+            found = child if child.title == title else child.find(title)
+            if found:
+                return found
+        return None
+
+
+class Item:
+    """An item in the tray, by the bus name that owns it."""
+
+    def __init__(self, bus, owner, path="/StatusNotifierItem"):
+        self._bus, self._owner, self._path = bus, owner, path
+
+    def _call(self, path, interface, method, arguments=None):
+        return self._bus.call_sync(self._owner, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
+                                   5000, None).unpack()
+
+    def property(self, name):
+        return self._call(self._path, "org.freedesktop.DBus.Properties", "Get", GLib.Variant("(ss)", (ITEM, name)))[0]
+
+    def menu(self):
+        """The menu as it is now, asked for as a host does before it shows it."""
+        path = self.property("Menu")
+        self._call(path, MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
+        layout = self._call(path, MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))[1]
+        return MenuEntry(*layout)
+
+    def choose(self, title):
+        """Clicks the entry, and does not wait for what comes of it."""
+        entry = self.menu().find(title)
+        self._bus.call(self._owner, self.property("Menu"), MENU, "Event",
+                       GLib.Variant("(isvu)", (entry.number, "clicked", GLib.Variant("i", 0), 0)), None,
+                       Gio.DBusCallFlags.NONE, 5000, None, None)
+
+    def activate(self):
+        self._call(self._path, ITEM, "Activate", GLib.Variant("(ii)", (0, 0)))
+
+
+class TrayHost:
+    """Owns the tray's name on the session bus from its making until `close()`."""
+
+    def __init__(self):
+        self._bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        self.registered = []
+        interface = Gio.DBusNodeInfo.new_for_xml(INTROSPECTION).interfaces[0]
+        self._object = self._bus.register_object(WATCHER_PATH, interface, self._call, self._get, None)
+        self._name = Gio.bus_own_name_on_connection(self._bus, WATCHER, Gio.BusNameOwnerFlags.NONE, None, None)
+
+    def close(self):
+        Gio.bus_unown_name(self._name)
+        self._bus.unregister_object(self._object)
+        self._bus.flush_sync()
+
+    def _call(self, _bus, sender, _path, _interface, method, arguments, invocation):
+        if method == "RegisterStatusNotifierItem":
+            service = arguments.unpack()[0]
+            owner, path = (sender, service) if service.startswith("/") else (service, "/StatusNotifierItem")
+            self.registered.append(Item(self._bus, owner, path))
+        invocation.return_value(None)
+
+    def _get(self, _bus, _sender, _path, _interface, name):
+        return {"RegisteredStatusNotifierItems": GLib.Variant("as", []),
+                "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "ProtocolVersion": GLib.Variant("i", 0)}[name]
+
+    def wait_for_item(self):
+        """The item that has registered last; fails when none does."""
+        if not pump_until(lambda: self.registered):
+            raise AssertionError("nothing has registered with the tray")
+        return self.registered[-1]
