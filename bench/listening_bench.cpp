@@ -1,0 +1,76 @@
+// What listening for knocks costs the sound server's client thread: processor time and wake-ups a second,
+// over so many seconds as the argument says. Needs a private session.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "app/knock_detector.h"
+#include "linux/epoll_main_queue.h"
+#include "linux/pulse_microphone.h"
+#include "support/microphone_feeder.h"
+
+namespace chimewerk {
+namespace {
+
+struct Spent {
+    double milliseconds = 0;
+    double wakeUps = 0;
+};
+
+/// What the thread of this name has spent since it began.
+Spent spentBy(const std::string& threadName) {
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::string name;
+        std::getline(std::ifstream(thread.path() / "comm"), name);
+        if (name != threadName) {
+            continue;
+        }
+        Spent spent;
+        std::ifstream(thread.path() / "schedstat") >> spent.milliseconds;
+        spent.milliseconds /= 1e6;
+        std::ifstream status(thread.path() / "status");
+        for (std::string word; status >> word;) {
+            if (word == "voluntary_ctxt_switches:") {
+                status >> spent.wakeUps;
+            }
+        }
+        return spent;
+    }
+    return {};
+}
+
+void listen(int seconds) {
+    using namespace std::chrono_literals;
+    const char* const fifo = std::getenv("CHIMEWERK_MICROPHONE");
+    const MicrophoneFeeder feeder(fifo != nullptr ? fifo : "");
+    EpollMainQueue queue;
+    PulseConnection connection;
+    PulseMicrophone microphone(connection);
+    KnockDetector detector(queue, microphone);
+    for (const bool listening : {false, true}) {
+        if (listening) {
+            detector.setupMicrophoneDetection();
+        }
+        std::this_thread::sleep_for(2s);
+        const Spent before = spentBy("chimewerk-audio");
+        std::this_thread::sleep_for(std::chrono::seconds(seconds));
+        const Spent after = spentBy("chimewerk-audio");
+        std::printf("%s: %.2f ms of processor time and %.1f wake-ups a second\n",
+                    listening ? "listening" : "not listening",
+                    (after.milliseconds - before.milliseconds) / seconds,
+                    (after.wakeUps - before.wakeUps) / seconds);
+    }
+}
+
+}  // namespace
+}  // namespace chimewerk
+
+int main(int argc, char** argv) {
+    chimewerk::listen(argc > 1 ? std::max(1, std::atoi(argv[1])) : 60);
+    return 0;
+}
