@@ -1,0 +1,174 @@
+#include "ui/rules/angle_gauge.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace chimewerk {
+namespace {
+
+using testing::ElementsAre;
+
+/// A font whose letters are as wide as high: lengths that can be worked out in one's head.
+GaugeSize measure(const std::string& text, const GaugeFont& font) {
+    return {static_cast<double>(text.size()) * font.size, 2.0 * font.size};
+}
+
+std::vector<GaugeShape> shapesOf(const GaugeState& state, GaugeSize bounds = {240, 150}) {
+    return gaugeShapes(bounds, state, measure);
+}
+
+template <typename Shape>
+std::vector<Shape> only(const std::vector<GaugeShape>& shapes) {
+    std::vector<Shape> found;
+    for (const GaugeShape& shape : shapes) {
+        if (const auto* const one = std::get_if<Shape>(&shape)) {
+            found.push_back(*one);
+        }
+    }
+    return found;
+}
+
+std::vector<std::string> textsOf(const GaugeState& state) {
+    std::vector<std::string> texts;
+    for (const GaugeText& text : only<GaugeText>(shapesOf(state))) {
+        texts.push_back(text.text);
+    }
+    return texts;
+}
+
+/// The line of this colour; of the gray ones the last. All of zero when there is none.
+GaugeLine lineOf(const std::vector<GaugeShape>& shapes, GaugeColor color) {
+    GaugeLine found;
+    for (const GaugeLine& line : only<GaugeLine>(shapes)) {
+        if (line.paint.color == color) {
+            found = line;
+        }
+    }
+    return found;
+}
+
+void expectAt(GaugePoint point, double x, double y) {
+    EXPECT_NEAR(point.x, x, 1e-4);
+    EXPECT_NEAR(point.y, y, 1e-4);
+}
+
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+constexpr float infinity = std::numeric_limits<float>::infinity();
+
+TEST(TheAngleGauge, FitsItsDialIntoTheBounds) {
+    struct Case {
+        GaugeSize bounds;
+        double radius;
+    };
+    for (const auto& [bounds, radius] : {Case{{240, 150}, 104}, Case{{400, 130}, 104}, Case{{100, 130}, 34},
+                                         Case{{20, 20}, -6}, Case{{}, -26}}) {
+        SCOPED_TRACE(testing::Message() << bounds.width << " x " << bounds.height);
+        const auto shapes = shapesOf({}, bounds);
+        EXPECT_EQ(only<GaugeFace>(shapes).at(0).radius, radius);
+        EXPECT_EQ(only<GaugeRim>(shapes).at(0).radius, radius);
+        expectAt(only<GaugeRim>(shapes).at(0).center, bounds.width / 2, 16);
+    }
+}
+
+TEST(TheAngleGauge, SpreadsItsTicksFromLeftToRight) {
+    const auto shapes = shapesOf({});
+    const auto lines = only<GaugeLine>(shapes);
+    ASSERT_EQ(lines.size(), 6U);  // The baseline and five ticks.
+    expectAt(lines[0].from, 16, 16);
+    expectAt(lines[0].to, 224, 16);
+    const double diagonal = std::sqrt(0.5);
+    expectAt(lines[1].from, 26, 16);
+    expectAt(lines[1].to, 16, 16);
+    expectAt(lines[2].to, 120 - 104 * diagonal, 16 + 104 * diagonal);
+    expectAt(lines[3].from, 120, 110);
+    expectAt(lines[3].to, 120, 120);
+    expectAt(lines[4].to, 120 + 104 * diagonal, 16 + 104 * diagonal);
+    expectAt(lines[5].to, 224, 16);
+
+    const auto texts = only<GaugeText>(shapes);
+    expectAt(texts.at(0).origin, 6 - 13.5, 16 - 9);  // "0°" is three bytes, and so 27 wide.
+    expectAt(texts.at(1).origin, 120 - 18, 130 - 9);
+    expectAt(texts.at(2).origin, 234 - 22.5, 16 - 9);
+}
+
+TEST(TheAngleGauge, SaysWhatItKnows) {
+    struct Case {
+        GaugeState state;
+        std::vector<std::string> inside;
+        std::string description;
+    };
+    const std::vector<std::string> labels = {"0°", "90°", "180°"};
+    for (const auto& [state, inside, description] : std::initializer_list<Case>{
+             {{}, {"N/A", "Apple Silicon required"}, "N/A, Apple Silicon required"},
+             {{47, 90, false}, {"N/A", "Apple Silicon required"}, "N/A, Apple Silicon required"},
+             {{-1, 90, true}, {"— °"}, "no reading yet, threshold 90°"},
+             {{0, 90.9F, true}, {"0°"}, "0°, threshold 90°"},
+             {{-0.0F, 90, true}, {"0°"}, "0°, threshold 90°"},
+             {{112.7F, 10, true}, {"112°"}, "112°, threshold 10°"},
+             {{511, -1, true}, {"511°"}, "511°, threshold -1°"},
+             {{nan, nan, true}, {"— °"}, "no reading yet"},
+             {{infinity, -infinity, true}, {"— °"}, "no reading yet"},
+             {{3e38F, -3e38F, true}, {"1000000000°"}, "1000000000°, threshold -1000000000°"}}) {
+        SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
+        std::vector<std::string> expected = labels;
+        expected.insert(expected.end(), inside.begin(), inside.end());
+        EXPECT_EQ(textsOf(state), expected);
+        EXPECT_EQ(gaugeDescription(state), description);
+    }
+}
+
+TEST(TheAngleGauge, PointsItsNeedleAndMarkAtTheirAngles) {
+    struct Case {
+        float angle;
+        double x;
+        double y;
+    };
+    // Beyond 180° it goes on below the baseline.
+    for (const auto& [angle, x, y] : {Case{0, -1, 0}, Case{60, -0.5, std::sqrt(0.75)}, Case{90, 0, 1},
+                                      Case{180, 1, 0}, Case{210, std::sqrt(0.75), -0.5}}) {
+        SCOPED_TRACE(angle);
+        const auto shapes = shapesOf({angle, angle, true});
+        const GaugeLine needle = lineOf(shapes, GaugeColor::blue);
+        expectAt(needle.from, 120, 16);
+        expectAt(needle.to, 120 + x * 100, 16 + y * 100);
+        const GaugeLine mark = lineOf(shapes, GaugeColor::orange);
+        expectAt(mark.from, 120 + x * 86, 16 + y * 86);
+        expectAt(mark.to, 120 + x * 110, 16 + y * 110);
+    }
+}
+
+TEST(TheAngleGauge, ShowsNeedleAndMarkOnlyForWhatIsKnown) {
+    struct Case {
+        GaugeState state;
+        bool needle;
+        bool mark;
+    };
+    for (const auto& [state, needle, mark] : std::initializer_list<Case>{{{}, false, false},
+                                                                         {{47, 90, false}, false, false},
+                                                                         {{-1, 90, true}, false, true},
+                                                                         {{47, nan, true}, true, false},
+                                                                         {{nan, 90, true}, false, true},
+                                                                         {{47, 90, true}, true, true}}) {
+        SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
+        const auto shapes = shapesOf(state);
+        EXPECT_EQ(lineOf(shapes, GaugeColor::blue).width, needle ? 3 : 0);
+        EXPECT_EQ(only<GaugeHub>(shapes).size(), needle ? 1U : 0U);
+        EXPECT_EQ(lineOf(shapes, GaugeColor::orange).width, mark ? 2.5 : 0);
+    }
+}
+
+TEST(TheAngleGauge, CentresItsReadoutAndPutsTheNoteBelow) {
+    const auto known = only<GaugeText>(shapesOf({112.7F, 90, true})).back();
+    expectAt(known.origin, 120 - 45, 55.52 - 18);
+
+    const auto unknown = only<GaugeText>(shapesOf({}));
+    ASSERT_EQ(unknown.size(), 5U);
+    expectAt(unknown[3].origin, 120 - 19.5, 55.52 - 13);
+    expectAt(unknown[4].origin, 120 - 99, 42.52 - 18 - 2);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,146 @@
+#include "ui/rules/angle_gauge.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <string_view>
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+constexpr double baselineHeight = 16;
+constexpr double sideMargin = 16;
+constexpr double topMargin = 10;
+constexpr double labelDistance = 10;
+constexpr double readoutHeight = 0.38;
+constexpr double noteGap = 2;
+
+constexpr const char* noSensorNote = "Apple Silicon required";
+
+struct Tick {
+    double angle;
+    std::string_view label;
+};
+
+constexpr Tick ticks[] = {{0, "0°"}, {45, ""}, {90, "90°"}, {135, ""}, {180, "180°"}};
+
+bool hasReading(const GaugeState& state) {
+    return state.sensorAvailable && std::isfinite(state.currentAngle) && state.currentAngle >= 0;
+}
+
+/// Whole degrees, truncated. What no sensor can mean is cut off where whole numbers end.
+std::string degrees(float angle) {
+    constexpr float limit = 1e9F;
+    return std::to_string(static_cast<int>(std::clamp(angle, -limit, limit))) + "°";
+}
+
+std::string placeholder(const GaugeState& state) {
+    return state.sensorAvailable ? "— °" : "N/A";
+}
+
+class Drawing {
+public:
+    Drawing(GaugeSize bounds, const MeasureGaugeText& measure)
+        : measure_(measure),
+          center_{bounds.width / 2, baselineHeight},
+          radius_(std::min(bounds.width / 2 - sideMargin, bounds.height - baselineHeight - topMargin)) {}
+
+    void dial();
+    void thresholdMark(float threshold);
+    void reading(float angle);
+    void noReading(const GaugeState& state);
+
+    std::vector<GaugeShape> take() { return std::move(shapes_); }
+
+private:
+    GaugePoint at(double angle, double distance) const;
+    GaugePoint readoutCenter() const { return {center_.x, center_.y + radius_ * readoutHeight}; }
+    void radialLine(double angle, double from, double to, double width, GaugePaint paint);
+    GaugePoint text(std::string text, GaugeFont font, GaugeColor color, GaugePoint center);
+
+    const MeasureGaugeText& measure_;
+    const GaugePoint center_;
+    const double radius_;
+    std::vector<GaugeShape> shapes_;
+};
+
+GaugePoint Drawing::at(double angle, double distance) const {
+    const double direction = (180 - angle) * std::numbers::pi / 180;
+    return {center_.x + std::cos(direction) * distance, center_.y + std::sin(direction) * distance};
+}
+
+void Drawing::radialLine(double angle, double from, double to, double width, GaugePaint paint) {
+    shapes_.emplace_back(GaugeLine{at(angle, from), at(angle, to), width, paint});
+}
+
+/// Adds the text around this centre; returns its origin.
+GaugePoint Drawing::text(std::string text, GaugeFont font, GaugeColor color, GaugePoint center) {
+    const GaugeSize size = measure_(text, font);
+    const GaugePoint origin{center.x - size.width / 2, center.y - size.height / 2};
+    shapes_.emplace_back(GaugeText{std::move(text), font, color, origin, size});
+    return origin;
+}
+
+void Drawing::dial() {
+    shapes_.emplace_back(GaugeFace{center_, radius_, {GaugeColor::gray, 0.08}});
+    shapes_.emplace_back(GaugeRim{center_, radius_, 2.5, {GaugeColor::gray, 0.35}});
+    shapes_.emplace_back(GaugeLine{
+        {center_.x - radius_, center_.y}, {center_.x + radius_, center_.y}, 1, {GaugeColor::gray, 0.25}});
+    for (const Tick& tick : ticks) {
+        radialLine(tick.angle, radius_ - 10, radius_, 1.5, {GaugeColor::gray, 0.5});
+        if (!tick.label.empty()) {
+            text(std::string(tick.label), {.size = 9}, GaugeColor::tertiaryLabel,
+                 at(tick.angle, radius_ + labelDistance));
+        }
+    }
+}
+
+void Drawing::thresholdMark(float threshold) {
+    radialLine(threshold, radius_ - 18, radius_ + 6, 2.5, {GaugeColor::orange, 0.85});
+}
+
+void Drawing::reading(float angle) {
+    radialLine(angle, 0, radius_ - 4, 3, {GaugeColor::blue});
+    shapes_.emplace_back(GaugeHub{center_, 5, {GaugeColor::blue}});
+    text(degrees(angle), {.size = 18, .weight = GaugeWeight::bold, .equallyWideDigits = true},
+         GaugeColor::label, readoutCenter());
+}
+
+void Drawing::noReading(const GaugeState& state) {
+    const GaugePoint origin = text(placeholder(state), {.size = 13, .weight = GaugeWeight::semibold},
+                                   GaugeColor::tertiaryLabel, readoutCenter());
+    if (!state.sensorAvailable) {
+        const GaugeFont font{.size = 9};
+        const double height = measure_(noSensorNote, font).height;
+        text(noSensorNote, font, GaugeColor::quaternaryLabel, {center_.x, origin.y - noteGap - height / 2});
+    }
+}
+
+}  // namespace
+
+std::vector<GaugeShape> gaugeShapes(GaugeSize bounds, const GaugeState& state,
+                                    const MeasureGaugeText& measure) {
+    Drawing drawing(bounds, measure);
+    drawing.dial();
+    if (state.sensorAvailable && std::isfinite(state.threshold)) {
+        drawing.thresholdMark(state.threshold);
+    }
+    if (hasReading(state)) {
+        drawing.reading(state.currentAngle);
+    } else {
+        drawing.noReading(state);
+    }
+    return drawing.take();
+}
+
+std::string gaugeDescription(const GaugeState& state) {
+    if (!state.sensorAvailable) {
+        return placeholder(state) + ", " + noSensorNote;
+    }
+    const std::string reading = hasReading(state) ? degrees(state.currentAngle) : "no reading yet";
+    return std::isfinite(state.threshold) ? reading + ", threshold " + degrees(state.threshold) : reading;
+}
+
+}  // namespace chimewerk

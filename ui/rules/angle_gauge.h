@@ -1,0 +1,96 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace chimewerk {
+
+/// What the gauge of the lid's angle shows. Angles are in degrees and may be anything.
+struct GaugeState {
+    /// Negative: no reading yet.
+    float currentAngle = -1;
+    float threshold = 90;
+    /// Whether the machine has a sensor at all.
+    bool sensorAvailable = false;
+};
+
+/// In device-independent pixels; the origin is at the bottom left and y grows upwards.
+struct GaugePoint {
+    double x = 0;
+    double y = 0;
+};
+
+struct GaugeSize {
+    double width = 0;
+    double height = 0;
+};
+
+enum class GaugeColor { gray, orange, blue, label, tertiaryLabel, quaternaryLabel };
+
+struct GaugePaint {
+    GaugeColor color = GaugeColor::gray;
+    /// On top of what the colour itself lets through.
+    double alpha = 1;
+};
+
+/// The upper half of a disc, filled.
+struct GaugeFace {
+    GaugePoint center;
+    double radius = 0;
+    GaugePaint paint;
+};
+
+/// The upper half of a circle, stroked.
+struct GaugeRim {
+    GaugePoint center;
+    double radius = 0;
+    double width = 0;
+    GaugePaint paint;
+};
+
+struct GaugeLine {
+    GaugePoint from;
+    GaugePoint to;
+    double width = 0;
+    GaugePaint paint;
+};
+
+/// A disc, filled.
+struct GaugeHub {
+    GaugePoint center;
+    double radius = 0;
+    GaugePaint paint;
+};
+
+enum class GaugeWeight { regular, semibold, bold };
+
+struct GaugeFont {
+    int size = 0;
+    GaugeWeight weight = GaugeWeight::regular;
+    bool equallyWideDigits = false;
+};
+
+struct GaugeText {
+    std::string text;
+    GaugeFont font;
+    GaugeColor color = GaugeColor::label;
+    /// The lower left corner of the box that the text was measured to fill.
+    GaugePoint origin;
+    GaugeSize size;
+};
+
+using GaugeShape = std::variant<GaugeFace, GaugeRim, GaugeLine, GaugeHub, GaugeText>;
+using MeasureGaugeText = std::function<GaugeSize(const std::string& text, const GaugeFont& font)>;
+
+/// The whole gauge, in the order of painting: later shapes lie over earlier ones. 0° is at the left end, 180°
+/// at the right end; angles beyond are not clamped. An angle that is no finite number has no needle and no
+/// mark.
+std::vector<GaugeShape> gaugeShapes(GaugeSize bounds, const GaugeState& state,
+                                    const MeasureGaugeText& measure);
+
+/// What the gauge shows, for those who cannot see it: "112°, threshold 90°".
+std::string gaugeDescription(const GaugeState& state);
+
+}  // namespace chimewerk
