@@ -1,0 +1,82 @@
+#include "ui/angle_gauge_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPixmap>
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <numbers>
+
+#include "ui/look.h"
+
+namespace chimewerk {
+namespace {
+
+constexpr int overhang = AngleGaugeView::overhang;
+
+/// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the lower left.
+std::unique_ptr<AngleGaugeView> viewOf(float angle, const Look& look = Look::light()) {
+    auto view = std::make_unique<AngleGaugeView>();
+    view->setPalette(paletteOf(look));
+    view->resize(240 + 2 * overhang, 150 + overhang);
+    view->sensorAvailable = true;
+    view->currentAngle = angle;
+    return view;
+}
+
+/// The colour at a distance from the centre of the dial, in the direction of a value of it.
+QColor at(const QImage& image, double angle, double distance) {
+    const double direction = (180 - angle) * std::numbers::pi / 180;
+    const double x = overhang + 120 + std::cos(direction) * distance;
+    const double y = overhang + 150 - (16 + std::sin(direction) * distance);
+    return image.pixelColor(static_cast<int>(std::floor(x)), static_cast<int>(std::floor(y)));
+}
+
+bool isAlike(const QColor& one, const QColor& other) {
+    return std::abs(one.red() - other.red()) < 48 && std::abs(one.green() - other.green()) < 48 &&
+           std::abs(one.blue() - other.blue()) < 48;
+}
+
+TEST(TheAngleGaugeView, PointsItsNeedleUpwards) {
+    for (const Look* const look : {&Look::light(), &Look::dark()}) {
+        for (const float angle : {20.0F, 70.0F, 160.0F}) {
+            SCOPED_TRACE(angle);
+            const QImage image = viewOf(angle, *look)->grab().toImage();
+            EXPECT_TRUE(isAlike(at(image, angle, 80), look->blue));
+            EXPECT_TRUE(isAlike(at(image, angle, 98), look->blue));
+            EXPECT_FALSE(isAlike(at(image, angle, 106), look->blue));
+            EXPECT_FALSE(isAlike(at(image, 180 - angle, 80), look->blue));
+            EXPECT_TRUE(isAlike(at(image, 90, 88), look->orange));
+            EXPECT_TRUE(isAlike(at(image, 90, 107), look->orange));
+            EXPECT_FALSE(isAlike(at(image, 90, 80), look->orange));
+        }
+    }
+}
+
+TEST(TheAngleGaugeView, TellsWhatItHasPainted) {
+    AngleGaugeView view;
+    EXPECT_EQ(view.accessibleName(), "Lid angle");
+    EXPECT_EQ(view.accessibleDescription(), "N/A, Apple Silicon required");
+    view.sensorAvailable = true;
+    view.currentAngle = 112.7F;
+    EXPECT_EQ(view.accessibleDescription(), "N/A, Apple Silicon required");
+    view.grab();
+    EXPECT_EQ(view.accessibleDescription(), "112°, threshold 90°");
+}
+
+TEST(TheAngleGaugeView, PaintsWhateverItIsGiven) {
+    for (const float angle :
+         {511.0F, 3e38F, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
+        for (const QSize size : {QSize(256, 158), QSize(20, 20), QSize(1, 1)}) {
+            const auto view = viewOf(angle);
+            view->threshold = -angle;
+            view->resize(size);
+            EXPECT_FALSE(view->grab().isNull());
+        }
+    }
+}
+
+}  // namespace
+}  // namespace chimewerk

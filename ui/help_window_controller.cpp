@@ -1,0 +1,235 @@
+#include "ui/help_window_controller.h"
+
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QKeySequence>
+#include <QLabel>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QScreen>
+#include <QShortcut>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QVBoxLayout>
+#include <cmath>
+#include <utility>
+
+#include "ui/look.h"
+#include "ui/rules/emoji_runs.h"
+#include "ui/rules/help_content.h"
+
+namespace chimewerk {
+
+namespace {
+
+constexpr int headerHeight = 110;
+constexpr int margin = 28;
+
+const char* const title = "Chimewerk — Help & Guide";
+
+QColor helpColor(const Look& look, HelpColor color) {
+    switch (color) {
+        case HelpColor::label:
+            return look.label;
+        case HelpColor::secondaryLabel:
+            return look.secondaryLabel;
+        case HelpColor::separator:
+            return look.separator;
+        case HelpColor::accent:
+            return QColor::fromRgbF(0.40F, 0.15F, 0.80F);
+        case HelpColor::tipGreen:
+            return QColor::fromRgbF(0.15F, 0.65F, 0.35F);
+        case HelpColor::orange:
+            return look.orange;
+    }
+    return look.label;
+}
+
+QFont helpFont(const HelpStyle& style) {
+    return systemFont(style.fontSize, style.bold ? QFont::Bold : QFont::Normal);
+}
+
+QTextCharFormat charFormat(const HelpStyle& style) {
+    QTextCharFormat format;
+    format.setFont(helpFont(style));
+    return format;
+}
+
+QTextCharFormat inEmojiFont(QTextCharFormat format) {
+    QFont font = format.font();
+    font.setFamilies(QStringList{QStringLiteral("Noto Color Emoji")} + font.families());
+    // There is no bold one.
+    font.setWeight(QFont::Normal);
+    // Pictures of a fixed size are scaled by their height, which is more than the size of their font.
+    font.setPixelSize(qRound(font.pixelSize() * 1.17));
+    format.setFont(font);
+    return format;
+}
+
+/// `spacingAbove` is what the paragraph above keeps below itself: where two meet, a document takes the larger
+/// margin of the two, and here they add up.
+QTextBlockFormat blockFormat(const HelpStyle& style, int spacingAbove) {
+    QTextBlockFormat format;
+    format.setTopMargin(spacingAbove + style.spacingBefore);
+    format.setLeftMargin(style.indent);
+    // A fixed height, because emoji would make their lines higher than the others.
+    const qreal height = std::ceil(QFontMetricsF(helpFont(style)).height()) + helpLineSpacing;
+    format.setLineHeight(height, QTextBlockFormat::FixedHeight);
+    return format;
+}
+
+void insertText(QTextCursor& cursor, const QString& text, const QTextCharFormat& format) {
+    const std::u16string units = text.toStdU16String();
+    for (const EmojiRun& run : emojiRuns(units)) {
+        cursor.insertText(QStringView(run.text).toString(), run.isEmoji ? inEmojiFont(format) : format);
+    }
+}
+
+class HeaderView final : public QWidget {
+public:
+    HeaderView() { setFixedHeight(headerHeight); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QLinearGradient gradient(0, 0, width(), 0);
+        gradient.setColorAt(0, QColor::fromRgbF(0.22F, 0.08F, 0.60F));
+        gradient.setColorAt(1, QColor::fromRgbF(0.45F, 0.15F, 0.80F));
+        QPainter(this).fillRect(rect(), gradient);
+    }
+};
+
+/// Shows the guide. A paragraph of the document is a paragraph of the content, and so has its colour.
+class GuideView final : public QTextEdit {
+public:
+    explicit GuideView(std::unique_ptr<QTextDocument> guide) : content_(helpContent()) {
+        guide->setParent(this);
+        setDocument(guide.release());
+        setReadOnly(true);
+        // Not by keyboard: the arrow keys would move a cursor that nobody sees instead of scrolling.
+        setTextInteractionFlags(Qt::TextSelectableByMouse);
+        setFrameShape(QFrame::NoFrame);
+        viewport()->setAutoFillBackground(false);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        setAccessibleName(QStringLiteral("Guide"));
+        colorText();
+    }
+
+protected:
+    void changeEvent(QEvent* event) override {
+        QTextEdit::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange) {
+            colorText();
+        }
+    }
+
+private:
+    /// Colours in place, so that what is selected and how far it is scrolled stay.
+    void colorText() {
+        const Look& look = lookOf(*this);
+        QTextCursor cursor(document());
+        cursor.beginEditBlock();
+        QTextBlock block = document()->begin();
+        for (const HelpParagraph& paragraph : content_) {
+            QTextCharFormat color;
+            color.setForeground(helpColor(look, paragraph.color));
+            cursor.setPosition(block.position());
+            cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+            cursor.mergeCharFormat(color);
+            block = block.next();
+        }
+        cursor.endEditBlock();
+    }
+
+    const std::vector<HelpParagraph> content_;
+};
+
+QVBoxLayout* stack(QWidget* parent) {
+    auto* const layout = new QVBoxLayout(parent);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    return layout;
+}
+
+void closeOn(QWidget* window, const QKeySequence& keys) {
+    QObject::connect(new QShortcut(keys, window), &QShortcut::activated, window, &QWidget::close);
+}
+
+}  // namespace
+
+HelpWindowController::HelpWindowController() : window_(std::make_unique<QWidget>()) {
+    window_->setWindowTitle(QString::fromUtf8(title));
+    window_->setMinimumSize(520, 400);
+    window_->resize(700, 640);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    window_->move(screen.center() - window_->rect().center());
+    closeOn(window_.get(), Qt::Key_Escape);
+    closeOn(window_.get(), Qt::CTRL | Qt::Key_W);
+    buildUI();
+}
+
+void HelpWindowController::showWindow() {
+    window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+    window_->show();
+    window_->raise();
+    window_->activateWindow();
+}
+
+void HelpWindowController::buildUI() {
+    auto* const header = new HeaderView;
+    QVBoxLayout* const labels = stack(header);
+    labels->setContentsMargins(margin, 18, 0, 0);
+    labels->addWidget(heroLabel(QStringLiteral("🔊  Chimewerk"), 30, QFont::Bold));
+    labels->addSpacing(5);
+    labels->addWidget(heroLabel(QStringLiteral("Your Mac, but louder."), 15, QFont::Normal, 0.88));
+    labels->addSpacing(6);
+    labels->addWidget(heroLabel(QStringLiteral("v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary"), 11,
+                                QFont::Normal, 0.65));
+    labels->addStretch();
+
+    auto* const guide = new GuideView(buildContent());
+    QVBoxLayout* const rows = stack(window_.get());
+    rows->addWidget(header);
+    rows->addWidget(guide);
+    guide->setFocus();
+}
+
+QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::Weight weight, double alpha) {
+    auto* const label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setFont(systemFont(size, weight));
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, QColor::fromRgbF(1, 1, 1, static_cast<float>(alpha)));
+    label->setPalette(palette);
+    return label;
+}
+
+std::unique_ptr<QTextDocument> HelpWindowController::buildContent() {
+    auto document = std::make_unique<QTextDocument>();
+    document->setUndoRedoEnabled(false);
+    document->setDocumentMargin(margin);
+    QTextCursor cursor(document.get());
+    cursor.beginEditBlock();
+    bool isFirst = true;
+    int spacingAbove = 0;
+    for (const HelpParagraph& paragraph : helpContent()) {
+        const HelpStyle& style = helpStyle(paragraph.kind);
+        const QTextCharFormat font = charFormat(style);
+        if (isFirst) {
+            // The document's margin is all that stands above it.
+            cursor.setBlockFormat(blockFormat(style, -style.spacingBefore));
+            cursor.setBlockCharFormat(font);
+        } else {
+            cursor.insertBlock(blockFormat(style, spacingAbove), font);
+        }
+        insertText(cursor, QString::fromStdString(paragraph.text), font);
+        isFirst = false;
+        spacingAbove = style.spacingAfter;
+    }
+    cursor.endEditBlock();
+    return document;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+#include <QWidget>
+#include <memory>
+
+class QLabel;
+class QTextDocument;
+
+namespace chimewerk {
+
+/// The guide's window: a coloured header with the name of the program, and below it a text that scrolls. It
+/// is made hidden. Closing hides it, and it keeps its place in the text for the next time. Light and dark
+/// follow the desktop.
+class HelpWindowController {
+public:
+    HelpWindowController();
+
+    /// Shows the window, in front of the others if the desktop lets it.
+    void showWindow();
+
+    QWidget& window() { return *window_; }
+
+private:
+    void buildUI();
+    /// The guide, still without the colours of its text; as wide as the text's view makes it.
+    static std::unique_ptr<QTextDocument> buildContent();
+    /// A label of the header: white, `alpha` from 0 to 1, on one line.
+    static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight, double alpha = 1.0);
+
+    const std::unique_ptr<QWidget> window_;
+};
+
+}  // namespace chimewerk
