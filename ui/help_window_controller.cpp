@@ -51,9 +51,10 @@ QFont helpFont(const HelpStyle& style) {
     return systemFont(style.fontSize, style.bold ? QFont::Bold : QFont::Normal);
 }
 
-QTextCharFormat charFormat(const HelpStyle& style) {
+QTextCharFormat charFormat(const HelpStyle& style, const QColor& color) {
     QTextCharFormat format;
     format.setFont(helpFont(style));
+    format.setForeground(color);
     return format;
 }
 
@@ -100,27 +101,28 @@ protected:
     }
 };
 
-/// Shows the guide. A paragraph of the document is a paragraph of the content, and so has its colour.
+/// Shows the guide, whose paragraphs are those of its document, and keeps their colours true to the
+/// appearance.
 class GuideView final : public QTextEdit {
 public:
-    explicit GuideView(std::unique_ptr<QTextDocument> guide) : content_(helpContent()) {
-        guide->setParent(this);
-        setDocument(guide.release());
+    GuideView() : look_(&lookOf(*this)) {
         setReadOnly(true);
+        setUndoRedoEnabled(false);
         // Not by keyboard: the arrow keys would move a cursor that nobody sees instead of scrolling.
         setTextInteractionFlags(Qt::TextSelectableByMouse);
         setFrameShape(QFrame::NoFrame);
         viewport()->setAutoFillBackground(false);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        document()->setDocumentMargin(margin);
         setAccessibleName(QStringLiteral("Guide"));
-        colorText();
     }
 
 protected:
     void changeEvent(QEvent* event) override {
         QTextEdit::changeEvent(event);
-        if (event->type() == QEvent::PaletteChange) {
+        if (event->type() == QEvent::PaletteChange && look_ != &lookOf(*this)) {
+            look_ = &lookOf(*this);
             colorText();
         }
     }
@@ -128,13 +130,12 @@ protected:
 private:
     /// Colours in place, so that what is selected and how far it is scrolled stay.
     void colorText() {
-        const Look& look = lookOf(*this);
         QTextCursor cursor(document());
         cursor.beginEditBlock();
         QTextBlock block = document()->begin();
-        for (const HelpParagraph& paragraph : content_) {
+        for (const HelpParagraph& paragraph : helpContent()) {
             QTextCharFormat color;
-            color.setForeground(helpColor(look, paragraph.color));
+            color.setForeground(helpColor(*look_, paragraph.color));
             cursor.setPosition(block.position());
             cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
             cursor.mergeCharFormat(color);
@@ -143,7 +144,8 @@ private:
         cursor.endEditBlock();
     }
 
-    const std::vector<HelpParagraph> content_;
+    /// That of the colours that the text has.
+    const Look* look_;
 };
 
 QVBoxLayout* stack(QWidget* parent) {
@@ -189,11 +191,14 @@ void HelpWindowController::buildUI() {
                                 QFont::Normal, 0.65));
     labels->addStretch();
 
-    auto* const guide = new GuideView(buildContent());
+    auto* const guide = new GuideView;
     QVBoxLayout* const rows = stack(window_.get());
     rows->addWidget(header);
     rows->addWidget(guide);
     guide->setFocus();
+    buildContent(*guide->document(), lookOf(*guide));
+    // Inserting leaves the cursor, and with it the view, at the end.
+    guide->moveCursor(QTextCursor::Start);
 }
 
 QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::Weight weight, double alpha) {
@@ -206,30 +211,27 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
     return label;
 }
 
-std::unique_ptr<QTextDocument> HelpWindowController::buildContent() {
-    auto document = std::make_unique<QTextDocument>();
-    document->setUndoRedoEnabled(false);
-    document->setDocumentMargin(margin);
-    QTextCursor cursor(document.get());
+void HelpWindowController::buildContent(QTextDocument& document, const Look& look) {
+    QTextCursor cursor(&document);
+    // All of it is one change, and so it is laid out once.
     cursor.beginEditBlock();
     bool isFirst = true;
     int spacingAbove = 0;
     for (const HelpParagraph& paragraph : helpContent()) {
         const HelpStyle& style = helpStyle(paragraph.kind);
-        const QTextCharFormat font = charFormat(style);
+        const QTextCharFormat format = charFormat(style, helpColor(look, paragraph.color));
         if (isFirst) {
             // The document's margin is all that stands above it.
             cursor.setBlockFormat(blockFormat(style, -style.spacingBefore));
-            cursor.setBlockCharFormat(font);
+            cursor.setBlockCharFormat(format);
         } else {
-            cursor.insertBlock(blockFormat(style, spacingAbove), font);
+            cursor.insertBlock(blockFormat(style, spacingAbove), format);
         }
-        insertText(cursor, QString::fromStdString(paragraph.text), font);
+        insertText(cursor, QString::fromStdString(paragraph.text), format);
         isFirst = false;
         spacingAbove = style.spacingAfter;
     }
     cursor.endEditBlock();
-    return document;
 }
 
 }  // namespace chimewerk

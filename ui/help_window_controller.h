@@ -10,6 +10,8 @@ class QTextDocument;
 
 namespace chimewerk {
 
+struct Look;
+
 /// The guide's window: a coloured header with the name of the program, and below it a text that scrolls. It
 /// is made hidden. Closing hides it, and it keeps its place in the text for the next time. Light and dark
 /// follow the desktop.
@@ -24,8 +26,8 @@ public:
 
 private:
     void buildUI();
-    /// The guide, still without the colours of its text; as wide as the text's view makes it.
-    static std::unique_ptr<QTextDocument> buildContent();
+    /// Fills an empty document with the guide.
+    static void buildContent(QTextDocument& document, const Look& look);
     /// A label of the header: white, `alpha` from 0 to 1, on one line.
     static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight, double alpha = 1.0);
 
