@@ -137,6 +137,14 @@ TEST_F(TheHelpWindow, ShowsTheGuideUnaltered) {
     EXPECT_EQ(text().toPlainText() + '\n', expected);
 }
 
+TEST_F(TheHelpWindow, SetsEmojiAloneInTheirFont) {
+    QTextBlock::iterator parts = blockWith("Never skip").begin();
+    EXPECT_EQ(parts.fragment().text(), "⚠️");
+    EXPECT_EQ(parts.fragment().charFormat().font().families().value(0), "Noto Color Emoji");
+    ++parts;
+    EXPECT_EQ(parts.fragment().charFormat().font().families(), systemFont(13).families());
+}
+
 TEST_F(TheHelpWindow, AddsUpTheSpacingsOfNeighbours) {
     show();
     struct Row {
