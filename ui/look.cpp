@@ -99,8 +99,12 @@ const Look& Look::dark() {
     return look;
 }
 
+const Look& lookOf(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightnessF() < 0.5F ? Look::dark() : Look::light();
+}
+
 const Look& lookOf(const QWidget& widget) {
-    return widget.palette().color(QPalette::Window).lightnessF() < 0.5F ? Look::dark() : Look::light();
+    return lookOf(widget.palette());
 }
 
 QPalette paletteOf(const Look& look) {
@@ -115,7 +119,8 @@ QPalette paletteOf(const Look& look) {
     palette.setColor(QPalette::Button, dark ? QColor(0x48, 0x48, 0x4b) : QColor(0xff, 0xff, 0xff));
     palette.setColor(QPalette::ButtonText, look.label);
     palette.setColor(QPalette::BrightText, QColor(Qt::white));
-    palette.setColor(QPalette::Highlight, look.blue);
+    // White has to be legible on it, which the blue for dark backgrounds is too light for.
+    palette.setColor(QPalette::Highlight, dark ? look.blue.darker(128) : look.blue);
     palette.setColor(QPalette::HighlightedText, QColor(Qt::white));
     palette.setColor(QPalette::Link, look.blue);
     palette.setColor(QPalette::ToolTipBase, dark ? QColor(0x3a, 0x3a, 0x3d) : QColor(0xff, 0xff, 0xff));

@@ -29,7 +29,9 @@ struct Look {
     static const Look& dark();
 };
 
-/// The look that the widget has now, told by its palette: that of its window, where a window is given one.
+/// The look that goes with a palette: light or dark as its window background.
+const Look& lookOf(const QPalette& palette);
+/// The look that the widget has now: that of its window, where a window is given one.
 const Look& lookOf(const QWidget& widget);
 
 /// The palette that makes a window and all in it light or dark, whatever the desktop's own is.

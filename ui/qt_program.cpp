@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "ui/chimewerk_style.h"
+
 namespace chimewerk {
 
 namespace {
@@ -53,6 +55,8 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
     setUnlessGiven("QT_QPA_PLATFORM", platforms());
     // Nothing is drawn with OpenGL, whose libraries weigh more than all the rest.
     setUnlessGiven("QT_XCB_GL_INTEGRATION", "none");
+    // Before the application, so that the desktop's own style is not even loaded.
+    QApplication::setStyle(new ChimewerkStyle);
     application_.emplace(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("chimewerk"));
     QApplication::setApplicationDisplayName(QStringLiteral("Chimewerk"));

@@ -1,0 +1,215 @@
+#include "ui/chimewerk_style.h"
+
+#include <QStyleFactory>
+#include <QStyleOption>
+#include <algorithm>
+
+#include "ui/control_painting.h"
+#include "ui/emoji_text.h"
+#include "ui/look.h"
+
+namespace chimewerk {
+
+namespace {
+
+/// The option as what the style's caller says that it is.
+template <typename Option>
+const Option& as(const QStyleOption* option) {
+    return *qstyleoption_cast<const Option*>(option);
+}
+
+ButtonKind kindOf(const QStyleOption* option, const QWidget* widget) {
+    if (widget != nullptr && widget->property(kDestructive).toBool()) {
+        return ButtonKind::destructive;
+    }
+    const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    return button != nullptr && (button->features & QStyleOptionButton::DefaultButton) != 0
+               ? ButtonKind::standard
+               : ButtonKind::plain;
+}
+
+void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, const QRect& place) {
+    const Look& look = lookOf(option.palette);
+    painter.save();
+    painter.setPen((option.state & QStyle::State_Enabled) != 0 ? look.label : look.quaternaryLabel);
+    drawText(painter, place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+             elided(painter.font(), option.currentText, place.width()));
+    painter.restore();
+}
+
+/// A pop-up button's menu proposes the size of the menu, not that of the item: it is no help.
+QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
+    constexpr int kGapBeforeShortcut = 24;
+    if (item.menuItemType == QStyleOptionMenuItem::Separator) {
+        return {40, 9};
+    }
+    const QStringList parts = item.text.split(QLatin1Char('\t'));
+    const int shortcut = parts.size() > 1 ? kGapBeforeShortcut + textWidth(item.font, parts[1]) : 0;
+    return {textWidth(item.font, parts[0]) + shortcut + 44, QFontMetrics(item.font).height() + 8};
+}
+
+}  // namespace
+
+ChimewerkStyle::ChimewerkStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                   const QWidget* widget) const {
+    switch (element) {
+        case PE_PanelButtonCommand:
+            return paintButton(*painter, *option, kindOf(option, widget));
+        case PE_IndicatorCheckBox:
+        case PE_IndicatorItemViewItemCheck:
+            return paintCheckBox(*painter, *option);
+        case PE_PanelLineEdit:
+            if (as<QStyleOptionFrame>(option).lineWidth > 0) {
+                return paintTextField(*painter, *option);
+            }
+            break;
+        case PE_FrameDefaultButton:
+            return;
+        case PE_FrameFocusRect:
+            if (showsFocusRing(*option)) {
+                paintFocusRing(*painter, *option, option->rect, 4);
+            }
+            return;
+        case PE_FrameMenu:
+            painter->setPen(lookOf(option->palette).separator);
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            return;
+        default:
+            break;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void ChimewerkStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                                 const QWidget* widget) const {
+    switch (element) {
+        case CE_MenuItem:
+            return paintMenuItem(*painter, as<QStyleOptionMenuItem>(option));
+        case CE_ComboBoxLabel:
+            return drawComboBoxLabel(
+                *painter, as<QStyleOptionComboBox>(option),
+                subControlRect(CC_ComboBox, &as<QStyleOptionComboBox>(option), SC_ComboBoxEditField, widget));
+        case CE_PushButtonLabel: {
+            QStyleOptionButton label = as<QStyleOptionButton>(option);
+            label.palette.setColor(QPalette::ButtonText, buttonTextColor(label, kindOf(option, widget)));
+            label.state &= ~State_Sunken;
+            return QProxyStyle::drawControl(element, &label, painter, widget);
+        }
+        default:
+            return QProxyStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+void ChimewerkStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                        QPainter* painter, const QWidget* widget) const {
+    switch (control) {
+        case CC_ComboBox:
+            return paintPopUpButton(*painter, *option);
+        case CC_Slider: {
+            const auto& slider = as<QStyleOptionSlider>(option);
+            if (slider.orientation != Qt::Horizontal) {
+                break;
+            }
+            const QRect handle = subControlRect(control, option, SC_SliderHandle, widget);
+            paintSliderGroove(*painter, slider, subControlRect(control, option, SC_SliderGroove, widget),
+                              handle);
+            return paintSliderHandle(*painter, slider, handle);
+        }
+        case CC_ScrollBar:
+            return paintScrollBar(*painter, as<QStyleOptionSlider>(option),
+                                  subControlRect(control, option, SC_ScrollBarSlider, widget));
+        default:
+            break;
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+void ChimewerkStyle::drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette,
+                                  bool enabled, const QString& text, QPalette::ColorRole textRole) const {
+    if (!holdsEmoji(text)) {
+        return QProxyStyle::drawItemText(painter, rect, flags, palette, enabled, text, textRole);
+    }
+    painter->save();
+    if (textRole != QPalette::NoRole) {
+        painter->setPen(palette.color(enabled ? QPalette::Normal : QPalette::Disabled, textRole));
+    }
+    drawText(*painter, rect, flags, text);
+    painter->restore();
+}
+
+QSize ChimewerkStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                       const QWidget* widget) const {
+    switch (type) {
+        case CT_PushButton: {
+            const auto& button = as<QStyleOptionButton>(option);
+            const int text = widget == nullptr ? size.width() : textWidth(widget->font(), button.text);
+            return {std::max(text + 24, 28), std::max(size.height() + 10, 26)};
+        }
+        case CT_MenuItem:
+            return sizeOfMenuItem(as<QStyleOptionMenuItem>(option));
+        case CT_LineEdit:
+            return {size.width() + 8, std::max(size.height() + 4, 24)};
+        default:
+            return QProxyStyle::sizeFromContents(type, option, size, widget);
+    }
+}
+
+QRect ChimewerkStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                     SubControl part, const QWidget* widget) const {
+    const QRect& whole = option->rect;
+    if (control == CC_ComboBox && part == SC_ComboBoxEditField) {
+        return visualRect(option->direction, whole, whole.adjusted(9, 0, -20, -1));
+    }
+    if (control == CC_ComboBox && part == SC_ComboBoxListBoxPopup) {
+        return whole;
+    }
+    if (control == CC_ScrollBar && (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine)) {
+        return {};
+    }
+    if (control == CC_ScrollBar && part == SC_ScrollBarGroove) {
+        return whole;
+    }
+    return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+int ChimewerkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+            return 16;
+        case PM_SliderLength:
+        case PM_SliderThickness:
+        case PM_SliderControlThickness:
+            return 22;
+        case PM_ScrollBarExtent:
+            return 11;
+        case PM_ScrollBarSliderMin:
+            return 28;
+        case PM_ButtonShiftHorizontal:
+        case PM_ButtonShiftVertical:
+            return 0;
+        case PM_MenuVMargin:
+            return 4;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int ChimewerkStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                              QStyleHintReturn* data) const {
+    switch (hint) {
+        case SH_ComboBox_Popup:
+            return 1;
+        case SH_EtchDisabledText:
+        case SH_UnderlineShortcut:
+        case SH_DialogButtonBox_ButtonsHaveIcons:
+            return 0;
+        default:
+            break;
+    }
+    return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,286 @@
+#include "ui/control_painting.h"
+
+#include <QPainterPath>
+#include <QStyle>
+#include <algorithm>
+
+#include "ui/emoji_text.h"
+#include "ui/look.h"
+
+namespace chimewerk {
+
+namespace {
+
+constexpr qreal kRadius = 5.5;
+constexpr int kMenuInset = 4;
+constexpr int kMenuTextInset = 24;
+
+/// Keeps a painter's state over a scope, and smooths edges in it.
+class Painting {
+public:
+    explicit Painting(QPainter& painter) : painter_(painter) {
+        painter_.save();
+        painter_.setRenderHint(QPainter::Antialiasing);
+    }
+    Painting(const Painting&) = delete;
+    Painting& operator=(const Painting&) = delete;
+    ~Painting() { painter_.restore(); }
+
+private:
+    QPainter& painter_;
+};
+
+bool isDark(const QStyleOption& option) {
+    return &lookOf(option.palette) == &Look::dark();
+}
+
+bool isEnabled(const QStyleOption& option) {
+    return (option.state & QStyle::State_Enabled) != 0;
+}
+
+bool isPressed(const QStyleOption& option) {
+    return (option.state & QStyle::State_Sunken) != 0;
+}
+
+bool isHovered(const QStyleOption& option) {
+    return isEnabled(option) && (option.state & QStyle::State_MouseOver) != 0;
+}
+
+QColor faded(QColor color, const QStyleOption& option) {
+    if (!isEnabled(option)) {
+        color.setAlphaF(color.alphaF() * 0.45F);
+    }
+    return color;
+}
+
+QColor controlFill(const QStyleOption& option) {
+    if (isDark(option)) {
+        return faded(QColor(255, 255, 255, isPressed(option) ? 72 : isHovered(option) ? 52 : 40), option);
+    }
+    return isPressed(option)   ? QColor(0xe2, 0xe2, 0xe6)
+           : isHovered(option) ? QColor(0xfa, 0xfa, 0xfc)
+                               : faded(QColor(Qt::white), option);
+}
+
+QColor controlBorder(const QStyleOption& option) {
+    return faded(isDark(option) ? QColor(255, 255, 255, 36) : QColor(0, 0, 0, 46), option);
+}
+
+QColor accentFill(const QStyleOption& option) {
+    const QColor accent = option.palette.color(QPalette::Highlight);
+    return faded(isPressed(option)   ? accent.darker(115)
+                 : isHovered(option) ? accent.lighter(106)
+                                     : accent,
+                 option);
+}
+
+/// The line is one pixel wide and lies within the rectangle.
+void outline(QPainter& painter, const QRectF& rect, const QColor& color, qreal radius, qreal width = 1) {
+    painter.setPen(QPen(color, width));
+    painter.setBrush(Qt::NoBrush);
+    const qreal half = width / 2;
+    painter.drawRoundedRect(rect.adjusted(half, half, -half, -half), radius - half, radius - half);
+}
+
+void fill(QPainter& painter, const QRectF& rect, const QColor& color, qreal radius) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(rect, radius, radius);
+}
+
+/// A plain raised control: its fill, its edge and the shadow that lifts it off a light background.
+void paintRaised(QPainter& painter, const QStyleOption& option, const QRectF& rect) {
+    if (!isDark(option) && isEnabled(option)) {
+        fill(painter, rect.translated(0, 1), QColor(0, 0, 0, 16), kRadius);
+    }
+    fill(painter, rect, controlFill(option), kRadius);
+    outline(painter, rect, controlBorder(option), kRadius);
+}
+
+void strokeCheckMark(QPainter& painter, const QRectF& box, const QColor& color, qreal width) {
+    QPainterPath mark;
+    mark.moveTo(box.left() + box.width() * 0.25, box.top() + box.height() * 0.53);
+    mark.lineTo(box.left() + box.width() * 0.43, box.top() + box.height() * 0.71);
+    mark.lineTo(box.left() + box.width() * 0.76, box.top() + box.height() * 0.30);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(mark);
+}
+
+void strokeChevron(QPainter& painter, QPointF center, bool up, const QColor& color) {
+    const qreal height = up ? -2.0 : 2.0;
+    QPainterPath chevron;
+    chevron.moveTo(center + QPointF(-3, -height / 2));
+    chevron.lineTo(center + QPointF(0, height / 2));
+    chevron.lineTo(center + QPointF(3, -height / 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, 1.4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(chevron);
+}
+
+/// A control is drawn a pixel smaller than its rectangle, so that its shadow has room.
+QRectF shapeOf(const QStyleOption& option) {
+    return QRectF(option.rect).adjusted(1, 1, -1, -2);
+}
+
+}  // namespace
+
+bool showsFocusRing(const QStyleOption& option) {
+    const auto both = QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+    return (option.state & both) == both;
+}
+
+void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect, qreal radius) {
+    const Painting painting(painter);
+    outline(painter, rect, lookOf(option.palette).blue, radius, 2);
+}
+
+void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind) {
+    const Painting painting(painter);
+    const QRectF rect = shapeOf(option);
+    if (kind != ButtonKind::standard) {
+        paintRaised(painter, option, rect);
+    } else {
+        fill(painter, rect, accentFill(option), kRadius);
+    }
+    if (!showsFocusRing(option)) {
+        return;
+    }
+    outline(painter, rect.adjusted(-1, -1, 1, 1), lookOf(option.palette).blue, kRadius + 1, 2);
+    if (kind == ButtonKind::standard) {
+        outline(painter, rect.adjusted(1, 1, -1, -1), Qt::white, kRadius - 1, 1.5);
+    }
+}
+
+QColor buttonTextColor(const QStyleOption& option, ButtonKind kind) {
+    switch (kind) {
+        case ButtonKind::standard:
+            return faded(Qt::white, option);
+        case ButtonKind::destructive:
+            return faded(lookOf(option.palette).red, option);
+        case ButtonKind::plain:
+            break;
+    }
+    return option.palette.color(isEnabled(option) ? QPalette::Normal : QPalette::Disabled,
+                                QPalette::ButtonText);
+}
+
+void paintCheckBox(QPainter& painter, const QStyleOption& option) {
+    const Painting painting(painter);
+    const QRectF box(option.rect);
+    const bool onAccent = (option.state & QStyle::State_Selected) != 0;
+    const bool checked = (option.state & QStyle::State_On) != 0;
+    constexpr qreal kBoxRadius = 4;
+    if (checked) {
+        fill(painter, box, onAccent ? QColor(Qt::white) : accentFill(option), kBoxRadius);
+        strokeCheckMark(painter, box, onAccent ? lookOf(option.palette).blue : faded(Qt::white, option), 2);
+    } else {
+        fill(painter, box, onAccent ? QColor(255, 255, 255, 40) : controlFill(option), kBoxRadius);
+        const QColor edge = isDark(option) ? QColor(255, 255, 255, 110) : QColor(0, 0, 0, 110);
+        outline(painter, box, onAccent ? QColor(255, 255, 255, 220) : faded(edge, option), kBoxRadius);
+    }
+    if (showsFocusRing(option)) {
+        outline(painter, box.adjusted(-3, -3, 3, 3), lookOf(option.palette).blue, kBoxRadius + 3, 2);
+    }
+}
+
+void paintPopUpButton(QPainter& painter, const QStyleOption& option) {
+    const Painting painting(painter);
+    const QRectF rect = shapeOf(option);
+    paintRaised(painter, option, rect);
+    const QPointF center(option.direction == Qt::RightToLeft ? rect.left() + 11 : rect.right() - 11,
+                         rect.center().y());
+    const QColor color = faded(lookOf(option.palette).secondaryLabel, option);
+    strokeChevron(painter, center - QPointF(0, 3), true, color);
+    strokeChevron(painter, center + QPointF(0, 3), false, color);
+    if (showsFocusRing(option)) {
+        outline(painter, rect.adjusted(-1, -1, 1, 1), lookOf(option.palette).blue, kRadius + 1, 2);
+    }
+}
+
+void paintSliderGroove(QPainter& painter, const QStyleOptionSlider& option, const QRect& groove,
+                       const QRect& handle) {
+    const Painting painting(painter);
+    QRectF track(groove.left() + 2, groove.center().y() - 1.5, groove.width() - 4, 4);
+    const QColor color = isDark(option) ? QColor(255, 255, 255, 46) : QColor(0, 0, 0, 34);
+    fill(painter, track, faded(color, option), 2);
+    if (option.upsideDown) {
+        track.setLeft(handle.center().x());
+    } else {
+        track.setRight(handle.center().x());
+    }
+    fill(painter, track, accentFill(option), 2);
+}
+
+void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle) {
+    const Painting painting(painter);
+    const QRectF knob = QRectF(handle).adjusted(2, 2, -2, -2);
+    const qreal radius = knob.width() / 2;
+    fill(painter, knob.translated(0, 1), QColor(0, 0, 0, isDark(option) ? 90 : 36), radius);
+    const bool active = (option.activeSubControls & QStyle::SC_SliderHandle) != 0 && isPressed(option);
+    const QColor face = isDark(option) ? QColor(0xd8, 0xd8, 0xdc) : QColor(Qt::white);
+    const QColor dulled = isDark(option) ? QColor(0x70, 0x70, 0x74) : QColor(0xf2, 0xf2, 0xf4);
+    fill(painter, knob, !isEnabled(option) ? dulled : active ? face.darker(108) : face, radius);
+    outline(painter, knob, QColor(0, 0, 0, 60), radius);
+    if (showsFocusRing(option)) {
+        outline(painter, handle, lookOf(option.palette).blue, handle.width() / 2.0, 2);
+    }
+}
+
+void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle) {
+    if (!isEnabled(option) || option.maximum <= option.minimum) {
+        return;
+    }
+    const Painting painting(painter);
+    const bool upright = option.orientation == Qt::Vertical;
+    const QRectF thumb =
+        QRectF(handle).adjusted(upright ? 2 : 3, upright ? 3 : 2, upright ? -2 : -3, upright ? -3 : -2);
+    const int strength = isPressed(option) ? 130 : isHovered(option) ? 105 : 70;
+    const QColor color = isDark(option) ? QColor(255, 255, 255, strength) : QColor(0, 0, 0, strength);
+    fill(painter, thumb, color, std::min(thumb.width(), thumb.height()) / 2);
+}
+
+void paintTextField(QPainter& painter, const QStyleOption& option) {
+    const Painting painting(painter);
+    const QRectF rect(option.rect);
+    const bool focused = (option.state & QStyle::State_HasFocus) != 0;
+    fill(painter, rect, option.palette.color(QPalette::Base), kRadius);
+    outline(painter, rect, focused ? lookOf(option.palette).blue : controlBorder(option), kRadius,
+            focused ? 2 : 1);
+}
+
+void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
+    const Painting painting(painter);
+    const Look& look = lookOf(option.palette);
+    if (option.menuItemType == QStyleOptionMenuItem::Separator) {
+        painter.fillRect(
+            QRectF(option.rect.left() + 12, option.rect.center().y(), option.rect.width() - 24, 1),
+            look.separator);
+        return;
+    }
+    const bool selected = isEnabled(option) && (option.state & QStyle::State_Selected) != 0;
+    if (selected) {
+        fill(painter, QRectF(option.rect).adjusted(kMenuInset, 0, -kMenuInset, 0),
+             option.palette.color(QPalette::Highlight), 4.5);
+    }
+    const QColor color = selected ? QColor(Qt::white) : isEnabled(option) ? look.label : look.quaternaryLabel;
+    const QRect content = option.rect.adjusted(kMenuTextInset, 0, -12, 0);
+    painter.setFont(option.font);
+    if (option.checked) {
+        const QRect mark =
+            QStyle::visualRect(option.direction, option.rect,
+                               QRect(option.rect.left() + 8, option.rect.center().y() - 6, 13, 13));
+        strokeCheckMark(painter, mark, color, 1.8);
+    }
+    painter.setPen(color);
+    const QStringList parts = option.text.split(QLatin1Char('\t'));
+    const QRect place = QStyle::visualRect(option.direction, option.rect, content);
+    constexpr int kFlags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic;
+    drawText(painter, place, kFlags | Qt::AlignLeft, elided(option.font, parts.value(0), place.width()));
+    if (parts.size() > 1) {
+        painter.setPen(selected ? QColor(255, 255, 255, 190) : look.tertiaryLabel);
+        painter.drawText(place, kFlags | Qt::AlignRight, parts[1]);
+    }
+}
+
+}  // namespace chimewerk
