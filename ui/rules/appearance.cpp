@@ -1,0 +1,18 @@
+#include "ui/rules/appearance.h"
+
+namespace chimewerk {
+
+Appearance appearance(bool isDarkMode) {
+    if (isDarkMode) {
+        return {.isDark = true,
+                .buttonTitle = "☀️  Light",
+                .sidebarBackground = Gray{0.14},
+                .divider = Gray{0.25}};
+    }
+    return {.isDark = false,
+            .buttonTitle = "🌙  Dark",
+            .sidebarBackground = std::nullopt,
+            .divider = std::nullopt};
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,37 @@
+#include "ui/rules/theme_name.h"
+
+#include <algorithm>
+#include <array>
+
+namespace chimewerk {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+/// The tab and the space separators of Unicode, in UTF-8.
+constexpr std::array kSpaces = {"\t"sv,           " "sv,
+                                "\xC2\xA0"sv,     "\xE1\x9A\x80"sv,
+                                "\xE2\x80\x80"sv, "\xE2\x80\x81"sv,
+                                "\xE2\x80\x82"sv, "\xE2\x80\x83"sv,
+                                "\xE2\x80\x84"sv, "\xE2\x80\x85"sv,
+                                "\xE2\x80\x86"sv, "\xE2\x80\x87"sv,
+                                "\xE2\x80\x88"sv, "\xE2\x80\x89"sv,
+                                "\xE2\x80\x8A"sv, "\xE2\x80\xAF"sv,
+                                "\xE2\x81\x9F"sv, "\xE3\x80\x80"sv};
+
+}  // namespace
+
+std::string trimmedThemeName(std::string_view name) {
+    const auto begun = [&name](std::string_view space) { return name.starts_with(space); };
+    const auto ended = [&name](std::string_view space) { return name.ends_with(space); };
+    for (auto found = kSpaces.begin(); (found = std::ranges::find_if(kSpaces, begun)) != kSpaces.end();) {
+        name.remove_prefix(found->size());
+    }
+    for (auto found = kSpaces.begin(); (found = std::ranges::find_if(kSpaces, ended)) != kSpaces.end();) {
+        name.remove_suffix(found->size());
+    }
+    return std::string(name);
+}
+
+}  // namespace chimewerk
