@@ -1,0 +1,168 @@
+#include "ui/rules/detail_view.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "ui/rules/counter_text.h"
+
+namespace chimewerk {
+
+namespace {
+
+/// The integer part; nothing that cannot be written out is ever stored.
+std::string integerPart(float value) {
+    constexpr float kMost = 1e9F;
+    const float shown = std::isnan(value) ? 0.0F : std::clamp(value, -kMost, kMost);
+    return std::to_string(static_cast<std::int64_t>(shown));
+}
+
+bool hasOwnSound(const SoundEvent& event, const DetailFacts& facts) {
+    return event.soundPath && !event.soundPath->empty() && facts.files.fileExists(*event.soundPath);
+}
+
+/// What plays when the event has no file of its own.
+std::string givenSoundText(const SoundEvent& event, const DetailFacts& facts) {
+    if (facts.isCustomThemeActive) {
+        return "— not set — (click Load to add)";
+    }
+    const std::string folder = std::string(facts.resourceFolder) + "/";
+    if (facts.currentTheme != SoundTheme::system) {
+        const std::string file =
+            folder + "t_" + std::string(rawValue(facts.currentTheme)) + "_" + event.id + ".wav";
+        if (!facts.resourceFolder.empty() && facts.files.fileExists(file)) {
+            return std::string(displayName(facts.currentTheme));
+        }
+    } else if (facts.files.fileExists(folder + event.id + ".wav") ||
+               facts.files.fileExists(folder + event.id + ".mp3")) {
+        return "Bundled default";
+    }
+    return "System (" + event.systemFallback + ")";
+}
+
+DetailBox boxOf(const SoundEvent& event, const DetailFacts& facts) {
+    if (event.id == "lid_angle") {
+        return facts.isAppleSilicon ? DetailBox::threshold : DetailBox::intelLock;
+    }
+    if (event.id == "key_press") {
+        return DetailBox::permission;
+    }
+    return event.id == "battery_low" ? DetailBox::batteryThreshold : DetailBox::none;
+}
+
+std::string lidAngleDesc(const DetailFacts& facts) {
+    return facts.sensorFound ? "Plays when the lid crosses the angle threshold below (sensor active ✓)."
+                             : "⚠\uFE0F Sensor not found on this Mac — requires Apple Silicon (M1 or later). "
+                               "Lid angle detection is not available on Intel Macs.";
+}
+
+std::string keyPressDesc(const DetailFacts& facts) {
+    if (facts.tapActive) {
+        return "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants).";
+    }
+    return facts.trusted
+               ? "Vintage mechanical click on every keypress. Waiting for tap to initialize…"
+               : "⚠\uFE0F Accessibility access required. Click \"Open Accessibility Settings…\" below. If "
+                 "Chimewerk is already in the list, remove it (−) first, then relaunch the app.";
+}
+
+std::string batteryLowDesc(const DetailFacts& facts) {
+    constexpr float kUnknown = 20.0F;
+    const auto battery = std::find_if(facts.events.begin(), facts.events.end(),
+                                      [](const SoundEvent& event) { return event.id == "battery_low"; });
+    return "Plays once when battery drops to or below " +
+           percentText(battery == facts.events.end() ? kUnknown : battery->threshold) +
+           " while unplugged. Threshold adjustable via the slider.";
+}
+
+/// The events whose description is always the same.
+struct FixedDesc {
+    std::string_view id;
+    std::string_view text;
+};
+
+constexpr FixedDesc kFixedDescs[] = {
+    {"slap", "Plays when a strong knock is detected on the microphone."},
+    {"lid_open", "Plays when the lid opens and the screen turns on."},
+    {"lid_close", "Plays when the lid closes and the screen turns off."},
+    {"charger_connect", "Plays when the charger cable is plugged in."},
+    {"charger_disconnect", "Plays when the charger cable is unplugged."},
+    {"brightness_up", "Plays when screen brightness is increased."},
+    {"brightness_down", "Plays when screen brightness is decreased."},
+    {"volume_up", "Plays when system output volume is increased (≥ 3% change, polls every 250 ms)."},
+    {"volume_down", "Plays when system output volume is decreased (≥ 3% change, polls every 250 ms)."},
+    {"screenshot", "Plays when a new Screenshot file appears on the Desktop (Command+Shift+3/4/5)."},
+    {"app_launch", "Plays whenever any application finishes launching."},
+    {"trash_empty",
+     "Plays when the Trash is emptied. Disables the macOS Finder crumple sound while enabled so only the "
+     "app's sound plays."},
+    {"trash_add", "Plays when a file or folder is moved to the Trash."},
+    {"network_up",
+     "Plays when internet connectivity is restored (polls every 2.5 s via SCNetworkReachability)."},
+    {"network_down",
+     "Plays when internet connectivity is lost (polls every 2.5 s via SCNetworkReachability)."},
+    {"usb_connect", "Plays when a USB or Thunderbolt device is connected (IOKit matching notification)."},
+};
+
+}  // namespace
+
+DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
+    constexpr double kDimmed = 0.6;
+    const DetailBox box = boxOf(event, facts);
+    const bool locked = box == DetailBox::intelLock;
+    const bool own = hasOwnSound(event, facts);
+    return {.emoji = event.emoji,
+            .title = event.label,
+            .soundText = own ? "📁 " + lastPathComponent(*event.soundPath) : givenSoundText(event, facts),
+            .hasOwnSound = own,
+            .volume = event.volume,
+            .volumeText = volumeText(event.volume),
+            .triggerText = triggerDesc(event, facts),
+            .counterText = counterText(event.triggerCount),
+            .switchIsOn = event.isEnabled && !locked,
+            .switchIsEnabled = !locked,
+            .alpha = event.isEnabled ? 1.0 : kDimmed,
+            .box = box,
+            .canGrant = !facts.trusted,
+            .thresholdIsEnabled = facts.sensorFound,
+            .threshold = event.threshold,
+            .thresholdText =
+                box == DetailBox::threshold ? degreesText(event.threshold) : percentText(event.threshold)};
+}
+
+std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts) {
+    if (event.id == "lid_angle") {
+        return lidAngleDesc(facts);
+    }
+    if (event.id == "key_press") {
+        return keyPressDesc(facts);
+    }
+    if (event.id == "battery_low") {
+        return batteryLowDesc(facts);
+    }
+    const auto* const found = std::find_if(std::begin(kFixedDescs), std::end(kFixedDescs),
+                                           [&event](const FixedDesc& desc) { return desc.id == event.id; });
+    return found == std::end(kFixedDescs) ? "" : std::string(found->text);
+}
+
+std::string volumeText(float volume) {
+    return percentText(volume * 100.0F);
+}
+
+std::string degreesText(float degrees) {
+    return integerPart(degrees) + "°";
+}
+
+std::string percentText(float percent) {
+    return integerPart(percent) + "%";
+}
+
+std::string lastPathComponent(std::string_view path) {
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.remove_suffix(1);
+    }
+    const std::size_t slash = path.rfind('/');
+    return std::string(path.size() > 1 && slash != std::string_view::npos ? path.substr(slash + 1) : path);
+}
+
+}  // namespace chimewerk

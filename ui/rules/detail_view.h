@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file_system.h"
+#include "sound/sound_event.h"
+#include "sound/sound_theme.h"
+
+namespace chimewerk {
+
+/// What decides how the panel shows an event.
+struct DetailFacts {
+    /// All events; that of the battery tells its threshold.
+    const std::vector<SoundEvent>& events;
+    SoundTheme currentTheme = SoundTheme::system;
+    bool isCustomThemeActive = false;
+    const FileSystem& files;
+    /// Where the program's own sounds are, an absolute path; empty when there is no such folder.
+    std::string_view resourceFolder;
+    /// Whether the lid-angle event can work on this machine.
+    bool isAppleSilicon = false;
+    /// Whether there is a sensor of the lid's angle.
+    bool sensorFound = false;
+    /// Whether key presses can be heard.
+    bool trusted = false;
+    /// Whether key presses are being heard.
+    bool tapActive = false;
+};
+
+/// The settings that only some events have.
+enum class DetailBox { none, threshold, permission, intelLock, batteryThreshold };
+
+/// Everything that the panel shows of an event.
+struct DetailView {
+    std::string emoji;
+    std::string title;
+    std::string soundText;
+    /// Whether the event has a file of its own that can be removed.
+    bool hasOwnSound = false;
+    /// 0.0 to 1.0.
+    float volume = 0.0F;
+    std::string volumeText;
+    std::string triggerText;
+    std::string counterText;
+    bool switchIsOn = false;
+    bool switchIsEnabled = true;
+    /// How opaque the panel is, without its switch.
+    double alpha = 1.0;
+    DetailBox box = DetailBox::none;
+    /// Whether the permission box offers to open the settings.
+    bool canGrant = false;
+    bool thresholdIsEnabled = false;
+    /// In degrees or percent, with its unit in the text; for the two boxes that set it.
+    float threshold = 0.0F;
+    std::string thresholdText;
+};
+
+DetailView detailView(const SoundEvent& event, const DetailFacts& facts);
+
+/// When the event fires, in words; empty for an unknown event.
+std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts);
+
+/// A volume from 0.0 to 1.0 as "55%".
+std::string volumeText(float volume);
+/// An angle as "90°".
+std::string degreesText(float degrees);
+/// A charge as "20%".
+std::string percentText(float percent);
+
+/// The last name in a path, without the slashes that may follow it: that of "/a/b.wav" is "b.wav".
+std::string lastPathComponent(std::string_view path);
+
+}  // namespace chimewerk
