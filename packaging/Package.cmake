@@ -1,0 +1,35 @@
+# The package; packaging/make-package makes it.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME chimewerk)
+set(CPACK_PACKAGE_VENDOR Chimewerk)
+set(CPACK_PACKAGE_CONTACT "Chimewerk developers <developers@chimewerk.org>")
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${package_release})
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "short sounds when something happens to the computer
+Chimewerk lives in the tray and plays a short sound when something happens: a
+file goes into the trash, the lid crosses an angle, a key is pressed, the
+charger is plugged in, the network comes back, an application starts.
+.
+It knows 19 events. Each has its own switch, sound and volume; six themes of
+sounds come with it, and others can be made of one's own files.")
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Each of these is looked for while the program runs, and missed by one thing that it does.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+  "fonts-noto-color-emoji, pipewire-pulse | pulseaudio, qt6-wayland, upower, xdg-utils")
+
+# The package's own place, whatever prefix the build is configured for; and the system's folders beside it.
+set(CPACK_SET_DESTDIR ON)
+set(CPACK_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+
+set(debian ${CMAKE_CURRENT_LIST_DIR}/debian)
+file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/conffiles
+  CONTENT "/etc/xdg/autostart/${CHIMEWERK_ID}.desktop\n")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+  ${CMAKE_CURRENT_BINARY_DIR}/conffiles ${debian}/postinst ${debian}/postrm)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+configure_file(finish_package.cmake.in finish_package.cmake @ONLY)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_BINARY_DIR}/finish_package.cmake)
+
+include(CPack)

@@ -1,0 +1,21 @@
+# Sets release_date, release_time (seconds since 1970) and package_release.
+#
+# The changelog is the one place with the date of a version. It dates the package, too, as Debian does it, so that the
+# same bytes come of a clone and of an archive without a history.
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/debian/changelog changelog REGEX "^(chimewerk \\(| -- )")
+list(POP_FRONT changelog newest signed)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/debian/changelog)
+if(NOT newest MATCHES "^chimewerk \\(([^-]+)-([^)]+)\\)" OR NOT CMAKE_MATCH_1 STREQUAL PROJECT_VERSION)
+  message(FATAL_ERROR "packaging/debian/changelog does not begin with version ${PROJECT_VERSION}")
+endif()
+set(package_release ${CMAKE_MATCH_2})
+if(NOT signed MATCHES ">  (.+)$")
+  message(FATAL_ERROR "packaging/debian/changelog: the newest entry has no date")
+endif()
+set(signed ${CMAKE_MATCH_1})
+foreach(wanted IN ITEMS "release_date;+%Y-%m-%d" "release_time;+%s")
+  list(GET wanted 0 name)
+  list(GET wanted 1 format)
+  execute_process(COMMAND date --utc --date ${signed} ${format} OUTPUT_VARIABLE ${name}
+    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
