@@ -14,7 +14,6 @@
 #include <QTextEdit>
 #include <QVBoxLayout>
 #include <cmath>
-#include <utility>
 
 #include "ui/look.h"
 #include "ui/rules/emoji_runs.h"
@@ -101,8 +100,8 @@ protected:
     }
 };
 
-/// Shows the guide, whose paragraphs are those of its document, and keeps their colours true to the
-/// appearance.
+/// Shows the guide and keeps its colours true to the appearance. Its document's paragraphs are those of the
+/// content.
 class GuideView final : public QTextEdit {
 public:
     GuideView() : look_(&lookOf(*this)) {
@@ -165,8 +164,10 @@ HelpWindowController::HelpWindowController() : window_(std::make_unique<QWidget>
     window_->setWindowTitle(QString::fromUtf8(title));
     window_->setMinimumSize(520, 400);
     window_->resize(700, 640);
-    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    window_->move(screen.center() - window_->rect().center());
+    // A session has no screen while none is plugged in.
+    if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        window_->move(screen->availableGeometry().center() - window_->rect().center());
+    }
     closeOn(window_.get(), Qt::Key_Escape);
     closeOn(window_.get(), Qt::CTRL | Qt::Key_W);
     buildUI();

@@ -1,6 +1,5 @@
 #include "ui/rules/angle_gauge.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,8 +7,6 @@
 
 namespace chimewerk {
 namespace {
-
-using testing::ElementsAre;
 
 /// A font whose letters are as wide as high: lengths that can be worked out in one's head.
 GaugeSize measure(const std::string& text, const GaugeFont& font) {

@@ -41,9 +41,9 @@ bool isAlike(const QColor& one, const QColor& other) {
 
 TEST(TheAngleGaugeView, PointsItsNeedleUpwards) {
     for (const Look* const look : {&Look::light(), &Look::dark()}) {
-        for (const float angle : {20.0F, 70.0F, 160.0F}) {
+        for (const double angle : {20.0, 70.0, 160.0}) {
             SCOPED_TRACE(angle);
-            const QImage image = viewOf(angle, *look)->grab().toImage();
+            const QImage image = viewOf(static_cast<float>(angle), *look)->grab().toImage();
             EXPECT_TRUE(isAlike(at(image, angle, 80), look->blue));
             EXPECT_TRUE(isAlike(at(image, angle, 98), look->blue));
             EXPECT_FALSE(isAlike(at(image, angle, 106), look->blue));

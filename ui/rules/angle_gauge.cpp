@@ -98,11 +98,11 @@ void Drawing::dial() {
 }
 
 void Drawing::thresholdMark(float threshold) {
-    radialLine(threshold, radius_ - 18, radius_ + 6, 2.5, {GaugeColor::orange, 0.85});
+    radialLine(static_cast<double>(threshold), radius_ - 18, radius_ + 6, 2.5, {GaugeColor::orange, 0.85});
 }
 
 void Drawing::reading(float angle) {
-    radialLine(angle, 0, radius_ - 4, 3, {GaugeColor::blue});
+    radialLine(static_cast<double>(angle), 0, radius_ - 4, 3, {GaugeColor::blue});
     shapes_.emplace_back(GaugeHub{center_, 5, {GaugeColor::blue}});
     text(degrees(angle), {.size = 18, .weight = GaugeWeight::bold, .equallyWideDigits = true},
          GaugeColor::label, readoutCenter());

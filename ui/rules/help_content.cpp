@@ -188,7 +188,7 @@ std::string dividerText() {
 
 /// `number` is that of a step in its list.
 std::string shownText(const Entry& entry, int number) {
-    const std::string text(entry.text);
+    std::string text(entry.text);
     switch (entry.kind) {
         case tip:
             return "💡  " + text;
