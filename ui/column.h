@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QMargins>
+#include <QWidget>
+#include <initializer_list>
+
+namespace chimewerk {
+
+/// Places widgets below one another in their parent, each as high as it needs to be; mirrored where the
+/// language reads from right to left. Lengths are device-independent pixels.
+class Column {
+public:
+    /// One of several widgets side by side.
+    struct Cell {
+        QWidget& widget;
+        /// Between it and the one before it.
+        int gap = 0;
+        /// 0: as wide as it wants to be.
+        int width = 0;
+    };
+
+    /// Within the margins, in a parent of this width.
+    Column(Qt::LayoutDirection direction, int parentWidth, const QMargins& margins)
+        : direction_(direction), parentWidth_(parentWidth), margins_(margins), bottom_(margins.top()) {}
+
+    void skip(int gap) { bottom_ += gap; }
+    /// As wide as the column.
+    void add(QWidget& widget);
+    /// From the start of the line, all centred on the highest.
+    void addRow(std::initializer_list<Cell> cells);
+    /// At a place of its own, which is mirrored too. Does not count for what follows.
+    void place(QWidget& widget, const QRect& where) const;
+
+    /// Between the margins.
+    int width() const { return parentWidth_ - margins_.left() - margins_.right(); }
+    /// Where the next widget begins.
+    int bottom() const { return bottom_; }
+
+private:
+    const Qt::LayoutDirection direction_;
+    const int parentWidth_;
+    const QMargins margins_;
+    int bottom_;
+};
+
+}  // namespace chimewerk

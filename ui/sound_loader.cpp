@@ -1,0 +1,157 @@
+#include "ui/sound_loader.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QStandardPaths>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <chrono>
+#include <utility>
+
+#include "ui/look.h"
+#include "ui/rules/detail_texts.h"
+#include "ui/rules/detail_view.h"
+
+namespace chimewerk {
+
+namespace {
+
+QString toText(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+/// The types as patterns that fit in any case: not every file dialog takes "*.wav" for "KNOCK.WAV".
+QString nameFilter() {
+    QStringList patterns;
+    for (const std::string_view type : detail_texts::kSoundFileTypes) {
+        QString pattern = QStringLiteral("*.");
+        for (const QChar letter : toText(type)) {
+            pattern += letter.isLetter() ? QStringLiteral("[%1%2]").arg(letter, letter.toUpper()) : letter;
+        }
+        patterns += pattern;
+    }
+    return QStringLiteral("Sound Files (%1)").arg(patterns.join(QLatin1Char(' ')));
+}
+
+/// The very bytes of the path, which need not be text; empty for what is no file of this machine.
+std::string pathOf(const QUrl& url) {
+    return url.isLocalFile()
+               ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString()
+               : std::string();
+}
+
+QUrl musicFolder() {
+    return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+}
+
+/// Says that a file is being copied, with a button that gives up. It blocks its window from the start, and
+/// appears when the copy takes longer than a moment.
+class WaitDialog final : public QDialog {
+public:
+    WaitDialog(QWidget* window, const QString& name) : QDialog(window) {
+        setWindowTitle(QStringLiteral("Load Sound"));
+        setWindowModality(Qt::WindowModal);
+        auto* const column = new QVBoxLayout(this);
+        column->setContentsMargins(20, 18, 20, 16);
+        column->setSpacing(12);
+        auto* const text = makeLabel({}, 13);
+        constexpr int kWidth = 320;
+        text->setText(text->fontMetrics().elidedText(QStringLiteral("Copying “%1”…").arg(name),
+                                                     Qt::ElideMiddle, kWidth));
+        column->addWidget(text);
+        auto* const bar = new QProgressBar;
+        bar->setRange(0, 0);
+        bar->setTextVisible(false);
+        bar->setFixedWidth(kWidth);
+        bar->setAccessibleName(QStringLiteral("Copying"));
+        column->addWidget(bar);
+        auto* const cancel = makeButton(QStringLiteral("Cancel"));
+        connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+        column->addWidget(cancel, 0, Qt::AlignRight);
+        setFixedSize(sizeHint());
+
+        setAttribute(Qt::WA_DontShowOnScreen);
+        show();
+        QTimer::singleShot(std::chrono::milliseconds(500), this, [this] {
+            hide();
+            setAttribute(Qt::WA_DontShowOnScreen, false);
+            show();
+        });
+    }
+};
+
+}  // namespace
+
+SoundLoader::SoundLoader(QWidget& widget, SoundFolder& folder)
+    : QObject(&widget), widget_(widget), folder_(folder), lastFolder_(musicFolder()) {}
+
+void SoundLoader::chooseFile(Loaded onLoaded) {
+    if (dialog_) {
+        return;
+    }
+    onLoaded_ = std::move(onLoaded);
+    auto* const dialog = new QFileDialog(widget_.window(), QStringLiteral("Load Sound"));
+    dialog_ = dialog;
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setPalette(widget_.window()->palette());
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setOption(QFileDialog::HideNameFilterDetails);
+    dialog->setNameFilter(nameFilter());
+    dialog->setDirectoryUrl(lastFolder_);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        lastFolder_ = dialog->directoryUrl();
+        dialog_.clear();
+        const QList<QUrl> chosen = dialog->selectedUrls();
+        if (const std::string path = chosen.isEmpty() ? "" : pathOf(chosen.first()); !path.empty()) {
+            load(path);
+        }
+    });
+    dialog->open();
+}
+
+void SoundLoader::load(const std::string& file) {
+    showWait(file);
+    addition_ = folder_.add(file, [this](const SoundFolder::Outcome& outcome) { finish(outcome); });
+}
+
+void SoundLoader::showWait(const std::string& file) {
+    auto* const wait = new WaitDialog(widget_.window(), QString::fromStdString(lastPathComponent(file)));
+    wait->setPalette(widget_.window()->palette());
+    dialog_ = wait;
+    connect(wait, &QDialog::rejected, this, [this, wait] {
+        addition_.reset();
+        dialog_.clear();
+        wait->deleteLater();
+    });
+}
+
+void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
+    addition_.reset();
+    // Without its rejection, which would count as giving up.
+    delete std::exchange(dialog_, nullptr).data();
+    switch (outcome.kind) {
+        case SoundFolder::Outcome::Kind::added:
+            onLoaded_(outcome.path);
+            break;
+        case SoundFolder::Outcome::Kind::notCopied:
+            showSoundError(toText(detail_texts::kNotCopied) + QString::fromStdString(outcome.error));
+            break;
+        case SoundFolder::Outcome::Kind::notASound:
+            showSoundError(toText(detail_texts::kNotASound));
+            break;
+    }
+}
+
+void SoundLoader::showSoundError(const QString& message) {
+    auto* const alert = new QMessageBox(QMessageBox::Warning, {}, toText(detail_texts::kLoadErrorTitle),
+                                        QMessageBox::Ok, widget_.window());
+    dialog_ = alert;
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setPalette(widget_.window()->palette());
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(message);
+    alert->open();
+}
+
+}  // namespace chimewerk

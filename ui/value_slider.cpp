@@ -1,0 +1,93 @@
+#include "ui/value_slider.h"
+
+#include <QAccessibleWidget>
+#include <QMouseEvent>
+#include <QSignalBlocker>
+#include <QStyleOptionSlider>
+#include <algorithm>
+#include <cmath>
+
+namespace chimewerk {
+
+namespace {
+
+/// The slider itself counts in tenths of the unit.
+constexpr int kFineness = 10;
+
+/// What assistive programs see of it: the toolkit's own would tell them tenths.
+class AccessibleValueSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit AccessibleValueSlider(ValueSlider* slider)
+        : QAccessibleWidget(slider, QAccessible::Slider), slider_(slider) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? slider_->text() : QAccessibleWidget::text(kind);
+    }
+    QVariant currentValue() const override { return shown(slider_->value()); }
+    void setCurrentValue(const QVariant& value) override {
+        slider_->setValue(qRound(value.toDouble() * kFineness));
+    }
+    QVariant maximumValue() const override { return shown(slider_->maximum()); }
+    QVariant minimumValue() const override { return shown(slider_->minimum()); }
+    QVariant minimumStepSize() const override { return 1.0; }
+
+private:
+    static double shown(int tenths) { return static_cast<double>(tenths) / kFineness; }
+
+    ValueSlider* const slider_;
+};
+
+QAccessibleInterface* makeAccessible(const QString& /*className*/, QObject* object) {
+    auto* const slider = dynamic_cast<ValueSlider*>(object);
+    return slider == nullptr ? nullptr : new AccessibleValueSlider(slider);
+}
+
+}  // namespace
+
+ValueSlider::ValueSlider(const Range& range, Text text)
+    : QSlider(Qt::Horizontal), range_(range), text_(std::move(text)) {
+    static const bool kInstalled = [] {
+        QAccessible::installFactory(makeAccessible);
+        return true;
+    }();
+    static_cast<void>(kInstalled);
+    setRange(range.minimum * kFineness, range.maximum * kFineness);
+    setSingleStep(kFineness);
+    setPageStep(10 * kFineness);
+}
+
+float ValueSlider::number() const {
+    return static_cast<float>(value() * range_.unit / kFineness);
+}
+
+void ValueSlider::setNumber(float number) {
+    const QSignalBlocker silently(this);
+    const double wanted = std::isnan(number) ? 0.0 : static_cast<double>(number) / range_.unit * kFineness;
+    setValue(static_cast<int>(
+        std::lround(std::clamp(wanted, static_cast<double>(minimum()), static_cast<double>(maximum())))));
+}
+
+void ValueSlider::mousePressEvent(QMouseEvent* event) {
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const QRect knob = style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+    if (event->button() == Qt::LeftButton && !knob.contains(event->position().toPoint())) {
+        setSliderPosition(valueAt(event->position().toPoint().x()));
+    }
+    // The knob is under the pointer now, and is dragged on from there.
+    QSlider::mousePressEvent(event);
+}
+
+int ValueSlider::valueAt(int x) const {
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const int knob = style()->pixelMetric(QStyle::PM_SliderLength, &option, this);
+    return QStyle::sliderValueFromPosition(minimum(), maximum(), x - knob / 2, width() - knob,
+                                           option.upsideDown);
+}
+
+}  // namespace chimewerk
