@@ -1,0 +1,218 @@
+#include "ui/dashboard_window_controller.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QScreen>
+#include <QShortcut>
+#include <QToolTip>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <any>
+#include <string>
+
+#include "sound/notifications.h"
+#include "ui/look.h"
+#include "ui/rules/appearance.h"
+
+namespace chimewerk {
+
+namespace {
+
+constexpr QSize kContentSize{720, 520};
+constexpr int kSidebarWidth = 260;
+
+bool storedDarkMode(const DefaultsStore& defaults) {
+    const std::optional<DefaultsValue> stored = defaults.object(kDarkModeKey);
+    const bool* const dark = stored ? std::get_if<bool>(&stored->value) : nullptr;
+    return dark != nullptr && *dark;
+}
+
+QColor colorOf(const std::optional<Gray>& gray, const QColor& otherwise) {
+    const float white = gray ? static_cast<float>(gray->white) : 0;
+    return gray ? QColor::fromRgbF(white, white, white) : otherwise;
+}
+
+void setBackground(QWidget& widget, const QColor& color) {
+    QPalette own;
+    own.setColor(QPalette::Window, color);
+    widget.setPalette(own);
+}
+
+/// A view that is filled with the colour of its background.
+QWidget* makeFilledView() {
+    auto* const view = new QWidget;
+    view->setAutoFillBackground(true);
+    return view;
+}
+
+}  // namespace
+
+DashboardWindowController::DashboardWindowController(const DashboardSurroundings& surroundings)
+    : around_(surroundings), sm_(surroundings.sounds), isDarkMode_(storedDarkMode(surroundings.defaults)) {
+    window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                           Qt::WindowCloseButtonHint);
+    window_.setWindowTitle(QStringLiteral("Chimewerk — Dashboard"));
+    window_.setFixedSize(kContentSize);
+    center();
+    buildUI();
+    applyAppearance();
+    lidAngles_ = around_.notifications.observe(
+        lidAngleDidChange, [this](const Notification& notification) { onLidAngle(notification); });
+    counters_ = around_.notifications.observe(
+        eventCounterUpdated, [this](const Notification& notification) { onCounterUpdated(notification); });
+    themes_ = around_.notifications.observe(
+        themeDidChange, [this](const Notification& /*notification*/) { onThemeChanged(); });
+}
+
+void DashboardWindowController::showWindow() {
+    window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
+    window_.show();
+    window_.raise();
+    window_.activateWindow();
+}
+
+void DashboardWindowController::center() {
+    if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        QRect place(QPoint(), kContentSize);
+        place.moveCenter(screen->availableGeometry().center());
+        window_.move(place.topLeft());
+    }
+}
+
+void DashboardWindowController::buildUI() {
+    sidebarBgView_ = buildSidebar();
+    dividerView_ = makeFilledView();
+    dividerView_->setFixedWidth(1);
+    detailPanel_ = new DetailPanel(
+        around_, [this] { return selectedIndex_; }, [this] { reloadTable(); });
+    auto* const columns = new QHBoxLayout(&window_);
+    columns->setContentsMargins(0, 0, 0, 0);
+    columns->setSpacing(0);
+    columns->addWidget(sidebarBgView_);
+    columns->addWidget(dividerView_);
+    columns->addWidget(detailPanel_, 1);
+    addShortcuts();
+    tableView_->selectRow(0);
+    detailPanel_->refreshDetail();
+    tableView_->setFocus();
+}
+
+QWidget* DashboardWindowController::buildSidebar() {
+    QWidget* const sidebar = makeFilledView();
+    sidebar->setFixedWidth(kSidebarWidth);
+    QWidget* const titleRow = buildTitleRow();
+    themePicker_ = new ThemePicker(sm_, [this] {
+        tableView_->reload();
+        detailPanel_->refreshDetail();
+    });
+    themePicker_->rebuildThemePopup();
+    tableView_ = new SidebarTable(sm_, around_.isAppleSilicon,
+                                  {.onToggle = [this](int row, bool on) { sidebarToggle(row, on); },
+                                   .onSelectionChange = [this] { tableViewSelectionDidChange(); }});
+    auto* const rows = new QVBoxLayout(sidebar);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(titleRow);
+    auto* const themeRow = new QHBoxLayout;
+    themeRow->setContentsMargins(10, 0, 10, 8);
+    themeRow->addWidget(themePicker_);
+    rows->addLayout(themeRow);
+    rows->addWidget(tableView_, 1);
+    return sidebar;
+}
+
+QWidget* DashboardWindowController::buildTitleRow() {
+    QLabel* const title = makeLabel(QStringLiteral("Chimewerk"), 16, QFont::Bold);
+    appearanceBtn_ = makeButton({});
+    appearanceBtn_->setFont(systemFont(11));
+    appearanceBtn_->setToolTip(QStringLiteral("Toggle dark / light mode"));
+    QObject::connect(appearanceBtn_, &QPushButton::clicked, &window_, [this] { toggleAppearance(); });
+
+    auto* const titleRow = new QWidget;
+    auto* const row = new QHBoxLayout(titleRow);
+    // The title is 20 below the top and 8 above the themes. The button is centred on it, higher, and reaches
+    // into both gaps.
+    const int reach = std::max(0, (appearanceBtn_->sizeHint().height() - title->sizeHint().height() + 1) / 2);
+    row->setContentsMargins(16, 20 - reach, 8, 8 - reach);
+    row->addWidget(title);
+    row->addStretch();
+    row->addWidget(appearanceBtn_);
+    return titleRow;
+}
+
+void DashboardWindowController::addShortcuts() {
+    auto* const close = new QShortcut(QKeySequence::Close, &window_);
+    QObject::connect(close, &QShortcut::activated, &window_, &QWidget::close);
+}
+
+void DashboardWindowController::tableViewSelectionDidChange() {
+    selectedIndex_ = static_cast<std::size_t>(tableView_->selectedRow().value_or(0));
+    detailPanel_->refreshDetail();
+}
+
+void DashboardWindowController::sidebarToggle(int row, bool on) {
+    const auto index = static_cast<std::size_t>(row);
+    const SoundEvent& event = sm_.events.at(index);
+    if (isLocked(event, around_.isAppleSilicon)) {
+        return;
+    }
+    sm_.setEnabled(on, event.id);
+    if (selectedIndex_ == index) {
+        detailPanel_->refreshDetail();
+    }
+    reloadTable();
+}
+
+void DashboardWindowController::reloadTable() {
+    tableView_->reload();
+    tableView_->selectRow(static_cast<int>(selectedIndex_));
+}
+
+void DashboardWindowController::onLidAngle(const Notification& notification) {
+    const auto angle = notification.userInfo.find("angle");
+    if (angle != notification.userInfo.end()) {
+        if (const auto* const degrees = std::any_cast<float>(&angle->second)) {
+            detailPanel_->setCurrentAngle(*degrees);
+        }
+    }
+}
+
+void DashboardWindowController::onCounterUpdated(const Notification& notification) {
+    const auto* const id = std::any_cast<std::string>(&notification.object);
+    if (id == nullptr) {
+        return;
+    }
+    const auto event = std::ranges::find(sm_.events, *id, &SoundEvent::id);
+    if (event == sm_.events.end()) {
+        return;
+    }
+    tableView_->reloadRow(static_cast<int>(event - sm_.events.begin()));
+    if (sm_.events.at(selectedIndex_).id == *id) {
+        detailPanel_->showCounter(sm_.events[selectedIndex_].triggerCount);
+    }
+}
+
+void DashboardWindowController::onThemeChanged() {
+    themePicker_->rebuildThemePopup();
+    tableView_->reload();
+    detailPanel_->refreshDetail();
+}
+
+void DashboardWindowController::toggleAppearance() {
+    isDarkMode_ = !isDarkMode_;
+    around_.defaults.setObject(kDarkModeKey, DefaultsValue{isDarkMode_});
+    applyAppearance();
+}
+
+void DashboardWindowController::applyAppearance() {
+    const Appearance now = appearance(isDarkMode_);
+    const Look& look = now.isDark ? Look::dark() : Look::light();
+    window_.setPalette(paletteOf(look));
+    QToolTip::setPalette(paletteOf(look));
+    appearanceBtn_->setText(QString::fromStdString(now.buttonTitle));
+    setBackground(*sidebarBgView_, colorOf(now.sidebarBackground, look.controlBackground));
+    setBackground(*dividerView_, colorOf(now.divider, look.separator));
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QPushButton>
+#include <QWidget>
+#include <cstddef>
+
+#include "app/windows.h"
+#include "platform/notification_center.h"
+#include "sound/sound_manager.h"
+#include "ui/dashboard_surroundings.h"
+#include "ui/detail_panel.h"
+#include "ui/sidebar_table.h"
+#include "ui/theme_picker.h"
+
+namespace chimewerk {
+
+/// The window that configures the events: a sidebar with the themes and a table of all events, and beside it
+/// the settings of the selected one. Keeps itself up to date, hidden or not. Main thread only.
+class DashboardWindowController final : public Window {
+public:
+    /// Makes the window without showing it. Needs the toolkit's application; all surroundings outlive it.
+    explicit DashboardWindowController(const DashboardSurroundings& surroundings);
+
+    void showWindow() override;
+
+private:
+    void buildUI();
+    QWidget* buildSidebar();
+    QWidget* buildTitleRow();
+    void addShortcuts();
+    void center();
+
+    void tableViewSelectionDidChange();
+    void sidebarToggle(int row, bool on);
+    void reloadTable();
+
+    void onLidAngle(const Notification& notification);
+    void onCounterUpdated(const Notification& notification);
+    void onThemeChanged();
+
+    void toggleAppearance();
+    void applyAppearance();
+
+    const DashboardSurroundings around_;
+    SoundManager& sm_;
+    /// In the events; 0 or a row of the table. Changes only with the table's selection.
+    std::size_t selectedIndex_ = 0;
+    bool isDarkMode_;
+
+    QWidget window_;
+    // All that follows is the window's, which destroys it.
+    QWidget* sidebarBgView_ = nullptr;
+    QWidget* dividerView_ = nullptr;
+    QPushButton* appearanceBtn_ = nullptr;
+    ThemePicker* themePicker_ = nullptr;
+    SidebarTable* tableView_ = nullptr;
+    DetailPanel* detailPanel_ = nullptr;
+
+    NotificationCenter::Subscription lidAngles_;
+    NotificationCenter::Subscription counters_;
+    NotificationCenter::Subscription themes_;
+};
+
+}  // namespace chimewerk

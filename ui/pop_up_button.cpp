@@ -1,0 +1,43 @@
+#include "ui/pop_up_button.h"
+
+#include <QAbstractItemView>
+#include <QKeyEvent>
+#include <QWheelEvent>
+
+namespace chimewerk {
+
+PopUpButton::PopUpButton() {
+    // As wide as its place, whatever its items are.
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(1);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void PopUpButton::showPopup() {
+    // A menu is a window of its own and would be in the desktop's colours.
+    view()->window()->setPalette(palette());
+    view()->setPalette(palette());
+    view()->setFont(font());
+    QComboBox::showPopup();
+}
+
+void PopUpButton::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_Space:
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_F4:
+            showPopup();
+            break;
+        default:
+            QWidget::keyPressEvent(event);
+    }
+}
+
+void PopUpButton::wheelEvent(QWheelEvent* event) {
+    event->ignore();
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QStyledItemDelegate>
+#include <QTableView>
+#include <functional>
+#include <optional>
+
+#include "sound/sound_manager.h"
+#include "ui/rules/sidebar_row.h"
+
+namespace chimewerk {
+
+/// The dashboard's table: one row per event, with a check box that switches it. The library is read when a
+/// row is painted; `reload()` and `reloadRow()` tell that it has changed.
+class SidebarTable final : public QTableView {
+public:
+    struct Callbacks {
+        /// A check box was clicked, or toggled with the keyboard: the row and the state that it asks for.
+        std::function<void(int row, bool on)> onToggle;
+        std::function<void()> onSelectionChange;
+    };
+
+    /// The library outlives the table. `isAppleSilicon` as in `sidebarRow()`.
+    SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Callbacks callbacks);
+
+    /// None while no row is selected.
+    std::optional<int> selectedRow() const;
+    /// Shows every row anew; the selection stays.
+    void reload();
+    /// Shows this row anew and no other.
+    void reloadRow(int row);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+
+private:
+    /// The rows as the toolkit asks for them, their check boxes included.
+    class Model final : public QAbstractListModel {
+    public:
+        Model(QObject* owner, const SoundManager& sounds, bool isAppleSilicon,
+              std::function<void(int, bool)> onToggle);
+
+        SidebarRow row(int index) const;
+        void reload(int first, int last);
+        int rowCount(const QModelIndex& parent = {}) const override;
+        QVariant data(const QModelIndex& index, int role) const override;
+        bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+        Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    private:
+        const SoundManager& sounds_;
+        const bool isAppleSilicon_;
+        const std::function<void(int, bool)> onToggle_;
+    };
+
+    class Delegate final : public QStyledItemDelegate {
+    public:
+        Delegate(QObject* owner, const Model& model) : QStyledItemDelegate(owner), model_(model) {}
+        void paint(QPainter* painter, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) const override;
+
+    protected:
+        bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) override;
+
+    private:
+        const Model& model_;
+    };
+
+    /// The row whose check box is at this place of the viewport.
+    std::optional<int> checkBoxAt(QPoint place) const;
+
+    const Callbacks callbacks_;
+    Model* const model_;
+    /// The row whose check box the mouse went down on, until it comes up.
+    std::optional<int> pressedBox_;
+};
+
+}  // namespace chimewerk

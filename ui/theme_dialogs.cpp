@@ -1,0 +1,109 @@
+#include "ui/theme_dialogs.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLineEdit>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "ui/chimewerk_style.h"
+#include "ui/look.h"
+
+namespace chimewerk {
+
+namespace {
+
+constexpr int kFieldWidth = 220;
+constexpr int kFieldHeight = 24;
+constexpr int kTextWidth = 300;
+
+/// A text that is broken into lines, and cut short where it is a single long word.
+QLabel* makeLines(const QString& text, int size, QFont::Weight weight, LabelColor color) {
+    QLabel* const label = makeLabel(text, size, weight, color);
+    const QFontMetrics metrics(label->font());
+    if (metrics.horizontalAdvance(text) > kTextWidth) {
+        constexpr int kLines = 3;
+        label->setText(metrics.elidedText(text, Qt::ElideMiddle, kTextWidth * kLines));
+        label->setToolTip(text);
+        label->setAccessibleName(text);
+        label->setWordWrap(true);
+        label->setFixedWidth(kTextWidth);
+    }
+    return label;
+}
+
+/// A dialog in the look of the window that it belongs to, with the texts and, below what the caller inserts,
+/// the two buttons. It destroys itself when it is closed.
+class Question final : public QDialog {
+public:
+    Question(QWidget& parent, const DialogTexts& texts) : QDialog(parent.window()) {
+        setAttribute(Qt::WA_DeleteOnClose);
+        setModal(true);
+        setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                       Qt::WindowCloseButtonHint);
+        setPalette(paletteOf(lookOf(*parent.window())));
+        setWindowTitle(QStringLiteral("Chimewerk"));
+        setAccessibleName(QString::fromStdString(texts.message));
+        setAccessibleDescription(QString::fromStdString(texts.informative));
+        fill(texts);
+    }
+
+    QPushButton& confirmButton() { return *confirm_; }
+    /// Between the texts and the buttons.
+    void insert(QWidget* widget) { layout_->insertWidget(2, widget, 0, Qt::AlignHCenter); }
+
+private:
+    void fill(const DialogTexts& texts) {
+        layout_->setContentsMargins(24, 22, 24, 18);
+        layout_->setSpacing(8);
+        layout_->setSizeConstraint(QLayout::SetFixedSize);
+        layout_->addWidget(
+            makeLines(QString::fromStdString(texts.message), 14, QFont::Bold, LabelColor::label));
+        layout_->addWidget(
+            makeLines(QString::fromStdString(texts.informative), 12, QFont::Normal, LabelColor::secondary));
+        auto* const buttons = new QDialogButtonBox;
+        confirm_ = makeButton(QString::fromStdString(texts.confirm));
+        confirm_->setDefault(true);
+        buttons->addButton(confirm_, QDialogButtonBox::AcceptRole);
+        QPushButton* const cancel = makeButton(QString::fromUtf8(kCancelTitle));
+        buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+        for (QPushButton* const button : {confirm_, cancel}) {
+            button->setMinimumWidth(84);
+        }
+        connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        layout_->addSpacing(6);
+        layout_->addWidget(buttons);
+    }
+
+    QVBoxLayout* const layout_ = new QVBoxLayout(this);
+    QPushButton* confirm_ = nullptr;
+};
+
+}  // namespace
+
+void askForName(QWidget& parent, const DialogTexts& texts, const QString& value, const QString& placeholder,
+                std::function<void(const QString& name)> onConfirmed) {
+    auto* const question = new Question(parent, texts);
+    auto* const field = new QLineEdit(value);
+    field->setFixedSize(kFieldWidth, kFieldHeight);
+    field->setFont(systemFont(13));
+    field->setPlaceholderText(placeholder);
+    field->setAccessibleName(QString::fromStdString(texts.informative));
+    field->selectAll();
+    question->insert(field);
+    QObject::connect(question, &QDialog::accepted, &parent,
+                     [field, confirmed = std::move(onConfirmed)] { confirmed(field->text()); });
+    question->show();
+    field->setFocus();
+}
+
+void askToDestroy(QWidget& parent, const DialogTexts& texts, std::function<void()> onConfirmed) {
+    auto* const question = new Question(parent, texts);
+    question->confirmButton().setProperty(kDestructive, true);
+    QObject::connect(question, &QDialog::accepted, &parent,
+                     [confirmed = std::move(onConfirmed)] { confirmed(); });
+    question->show();
+}
+
+}  // namespace chimewerk
