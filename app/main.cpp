@@ -13,6 +13,7 @@
 #include "linux/inotify_folder_source.h"
 #include "linux/json_defaults_store.h"
 #include "linux/lid_sensor_table.h"
+#include "linux/linux_hardware_query.h"
 #include "linux/logind_sleep_source.h"
 #include "linux/posix_file_system.h"
 #include "linux/program_folders.h"
@@ -32,6 +33,7 @@
 #include "linux/upower_power_sources.h"
 #include "linux/xdg_folders.h"
 #include "linux/xdg_permission_page.h"
+#include "linux/xdg_sound_folder.h"
 #include "linux/xdg_trash_source.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
@@ -126,7 +128,16 @@ int run(int& argumentCount, char** arguments, Wish wish) {
                                          .files = files,
                                          .defaults = defaults,
                                          .fileManagerSounds = fileManagerSounds});
-    QtWindows windows;
+    XdgSoundFolder soundFolder(queue, decoders, xdgDataHome());
+    QtWindows windows({.sounds = sounds,
+                       .notifications = notifications,
+                       .defaults = defaults,
+                       .files = files,
+                       .resourceFolder = folders.sounds,
+                       .soundFolder = soundFolder,
+                       .keys = keys,
+                       .keyPermissionPage = keyPermissionPage,
+                       .isAppleSilicon = queryIsAppleSilicon(LinuxHardwareQuery())});
     AppDelegate delegate({.queue = queue,
                           .clock = clock,
                           .notifications = notifications,

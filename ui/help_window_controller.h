@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <memory>
 
+#include "app/windows.h"
+
 class QLabel;
 class QTextDocument;
 
@@ -15,12 +17,12 @@ struct Look;
 /// The guide's window: a coloured header with the name of the program, and below it a text that scrolls. It
 /// is made hidden. Closing hides it, and it keeps its place in the text for the next time. Light and dark
 /// follow the desktop.
-class HelpWindowController {
+class HelpWindowController final : public Window {
 public:
     HelpWindowController();
 
     /// Shows the window, in front of the others if the desktop lets it.
-    void showWindow();
+    void showWindow() override;
 
     QWidget& window() { return *window_; }
 

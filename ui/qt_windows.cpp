@@ -1,36 +1,29 @@
 #include "ui/qt_windows.h"
 
-#include <QLabel>
-
-#include "ui/look.h"
+#include "app/app_delegate.h"
+#include "ui/dashboard_window_controller.h"
+#include "ui/help_window_controller.h"
 
 namespace chimewerk {
 
-namespace {
-
-/// A window that has nothing to show yet.
-class EmptyWindow final : public Window {
-public:
-    explicit EmptyWindow(const char* title) { widget_.setWindowTitle(QString::fromUtf8(title)); }
-
-    void showWindow() override {
-        widget_.show();
-        widget_.raise();
-        widget_.activateWindow();
-    }
-
-private:
-    QWidget widget_;
-};
-
-}  // namespace
-
-std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& /*delegate*/) {
-    return std::make_unique<EmptyWindow>("Chimewerk — Dashboard");
+std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
+    return std::make_unique<DashboardWindowController>(
+        DashboardSurroundings{.sounds = parts_.sounds,
+                              .notifications = parts_.notifications,
+                              .defaults = parts_.defaults,
+                              .files = parts_.files,
+                              .resourceFolder = parts_.resourceFolder,
+                              .soundFolder = parts_.soundFolder,
+                              .lidMonitor = delegate.lidMonitor,
+                              .keyboardMonitor = delegate.keyboardMonitor,
+                              .keys = parts_.keys,
+                              .keyPermissionPage = parts_.keyPermissionPage,
+                              .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); },
+                              .isAppleSilicon = parts_.isAppleSilicon});
 }
 
 std::unique_ptr<Window> QtWindows::makeHelpWindow() {
-    return std::make_unique<EmptyWindow>("Chimewerk — Help & Guide");
+    return std::make_unique<HelpWindowController>();
 }
 
 }  // namespace chimewerk
