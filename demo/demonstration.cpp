@@ -62,9 +62,10 @@ bool Demonstration::run() {
     // All are shown, also after one that failed.
     const auto failed =
         std::count_if(rows_.begin(), rows_.end(), [&](const DemoRow& row) { return !show(row); });
+    const bool inspected = inspect();
     const bool stopped = stopProgram();
     const bool written = writeRecording();
-    return failed == 0 && stopped && written;
+    return failed == 0 && inspected && stopped && written;
 }
 
 /// Switches on every event that is shown, the way a user's own settings would have it.
@@ -150,11 +151,22 @@ bool Demonstration::show(const DemoRow& row) {
         printRow(row, "NOT HEARD within " + std::to_string(deadline.count()) + " ms");
         return false;
     }
+    heard_ += row.event + std::string(" ");
     const SteadyTime end = *heard + 500ms;
     const bool whole = recorder_.waitUntilRecorded(end);
     printRow(row,
              heardText(std::chrono::round<milliseconds>(*heard - begun), recorder_.peakBetween(*heard, end)));
     return whole;
+}
+
+/// Has the user's own command look at the program before it ends.
+bool Demonstration::inspect() const {
+    const char* const command = std::getenv("DEMO_AT_THE_END");
+    if (command == nullptr) {
+        return true;
+    }
+    setenv("DEMO_HEARD", heard_.c_str(), 1);
+    return runShell(command) == 0 || fail("The command at the end failed.");
 }
 
 bool Demonstration::stopProgram() {

@@ -27,6 +27,7 @@ private:
     /// False when the row failed.
     bool show(const DemoRow& row);
     bool waitForQuiet();
+    bool inspect() const;
     bool stopProgram();
     bool writeRecording();
 
@@ -34,6 +35,8 @@ private:
     const std::span<const DemoRow> rows_;
     SinkRecorder recorder_;
     std::unique_ptr<ChildProcess> running_;
+    /// The events that were heard, a space behind each.
+    std::string heard_;
 };
 
 }  // namespace chimewerk

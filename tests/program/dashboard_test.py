@@ -1,0 +1,244 @@
+"""Drives the windows of the program as a user does, with a pointer and a keyboard, and compares what the settings file,
+the sink and the screen say. In a session of tools/session:
+
+    dashboard_test.py PROGRAM
+"""
+
+import array
+import json
+import math
+import os
+import subprocess
+import sys
+import time
+import unittest
+import wave
+from pathlib import Path
+
+from screen_reader import eventually, keys, pointer, type_text, wait_for_field, window, windows
+
+PROGRAM = sys.argv.pop(1)
+HOME = Path(os.environ["HOME"])
+SETTINGS = Path(os.environ["XDG_CONFIG_HOME"]) / "chimewerk" / "settings.json"
+DASHBOARD = "Chimewerk — Dashboard"
+# How far across a row its check box is.
+CHECK_BOX = 0.91
+RATE = 48000
+
+
+def settings():
+    try:
+        return json.loads(SETTINGS.read_text(encoding="utf-8"))
+    except (FileNotFoundError, json.JSONDecodeError):
+        return {}
+
+
+def event_settings(event):
+    return settings().get("ChimewerkEvents", {}).get(event, {})
+
+
+def make_tone(path, hertz):
+    """A sound of a third of a second with this pitch."""
+    samples = array.array("h", (round(20000 * math.sin(2 * math.pi * hertz * i / RATE)) for i in range(RATE // 3)))
+    with wave.open(str(path), "wb") as file:
+        file.setparams((1, 2, RATE, len(samples), "NONE", ""))
+        file.writeframes(samples.tobytes())
+
+
+class Sink:
+    """What the sink plays from now on."""
+
+    def __init__(self):
+        self._recorder = subprocess.Popen(
+            ["parec", "--device=speaker.monitor", "--format=float32le", "--rate=48000", "--channels=1", "--raw",
+             "--latency-msec=20"], stdout=subprocess.PIPE)
+        os.set_blocking(self._recorder.stdout.fileno(), False)
+        self._bytes = b""
+        eventually(self._samples, "a recording of the sink")
+
+    def _samples(self):
+        self._bytes += self._recorder.stdout.read() or b""
+        return array.array("f", self._bytes[:len(self._bytes) // 4 * 4])
+
+    def wait_for_tone(self):
+        """The pitch in hertz of the first quarter of a second that is heard from now on."""
+        begin = len(self._samples())
+
+        def heard():
+            samples = self._samples()
+            first = next((i for i in range(begin, len(samples)) if abs(samples[i]) > 0.01), None)
+            return samples[first:first + RATE // 4] if first and len(samples) >= first + RATE // 4 else None
+        tone = eventually(heard, "a sound")
+        crossings = sum(1 for before, after in zip(tone, tone[1:]) if before < 0 <= after)
+        return crossings * RATE / len(tone)
+
+    def close(self):
+        self._recorder.kill()
+        self._recorder.wait()
+        self._recorder.stdout.close()
+
+
+def brightness_at(x, y):
+    """Of one pixel of the screen, 0 to 255."""
+    pixel = subprocess.run(["ffmpeg", "-v", "error", "-f", "x11grab", "-video_size", "2x2", "-i",
+                            f"{os.environ['DISPLAY']}+{x},{y}", "-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "gray",
+                            "-"], capture_output=True, check=True).stdout
+    return pixel[0]
+
+
+class TheDashboard(unittest.TestCase):
+    """The program, started for each test with factory settings and its dashboard open."""
+
+    def setUp(self):
+        SETTINGS.unlink(missing_ok=True)
+        self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
+                                        env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+        self.addCleanup(self.end)
+        self.dashboard = window(DASHBOARD)
+        self.row("Single Knock")
+        self.dashboard.wait_until_placed()
+
+    def end(self):
+        if self.program.poll() is None:
+            self.program.terminate()
+            self.assertEqual(self.program.wait(10), 0)
+
+    def row(self, label):
+        return self.dashboard.find("table cell", label)
+
+    def shows(self, text):
+        return self.dashboard.find("label", text)
+
+    def test_switches_an_event_by_its_check_box_and_by_its_switch(self):
+        self.row("Single Knock").click(CHECK_BOX)
+        eventually(lambda: event_settings("slap").get("enabled") is False, "slap off in the settings")
+        self.assertFalse(self.row("Single Knock").has("CHECKED"))
+        self.assertFalse(self.dashboard.find("check box", "Single Knock").has("CHECKED"))
+        self.dashboard.find("check box", "Single Knock").click()
+        eventually(lambda: event_settings("slap").get("enabled") is True, "slap on in the settings")
+        self.assertTrue(self.row("Single Knock").has("CHECKED"))
+
+        # By keys alone: down to the next event, and the space bar.
+        self.row("Single Knock").click(0.3)
+        keys("Down", "space")
+        eventually(lambda: event_settings("lid_open").get("enabled") is False, "lid_open off in the settings")
+        self.shows("Lid Open")
+        self.assertFalse(self.row("Lid Open").has("CHECKED"))
+
+    def test_hears_keys_from_the_moment_that_their_switch_is_on(self):
+        self.row("Single Knock").click(0.3)
+        keys("Down", "Down", "Down", "Down", "Down", "Down", "Down", "Down")
+        self.shows("Key Press")
+        self.dashboard.find("check box", "Key Press").click()
+        self.shows("Tap active ✓")
+        self.assertTrue(self.dashboard.lacks("push button", "Open Accessibility Settings"))
+        pointer("key", "a")
+        self.shows("Triggered: 1 time")
+        self.dashboard.find("check box", "Key Press").click()
+        eventually(lambda: event_settings("key_press").get("enabled") is False, "key_press off")
+        pointer("key", "a")
+        self.row("Key Press, 🍎 Classic, 1×")
+
+    def test_sets_the_volume_by_a_drag_and_by_keys(self):
+        slider = self.dashboard.find("slider", "Volume")
+        slider.drag(0.96, 0.5)
+        eventually(lambda: 0.4 < event_settings("slap").get("volume", 1) < 0.6, "half the volume in the settings")
+        stored = event_settings("slap")["volume"]
+        self.shows(f"{int(stored * 100)}%")
+        keys("Home")
+        eventually(lambda: event_settings("slap").get("volume") == 0, "no volume in the settings")
+        self.shows("0%")
+
+    def load(self, file):
+        self.dashboard.find("push button", "Load").click()
+        wait_for_field()
+        type_text(str(file))
+        keys("Return")
+        wait_for_field(gone=True)
+
+    def test_loads_plays_and_removes_a_sound_of_the_users(self):
+        sink = Sink()
+        self.addCleanup(sink.close)
+        for hertz in (440, 880):
+            make_tone(HOME / "my tone.wav", hertz)
+            self.load(HOME / "my tone.wav")
+            self.shows("📁 my tone.wav")
+            eventually(lambda: "path" in event_settings("slap"), "the path in the settings")
+            self.dashboard.find("push button", "Test Sound").click()
+            self.assertAlmostEqual(sink.wait_for_tone(), hertz, delta=12)
+            time.sleep(0.5)  # the rest of it is not to be heard as the next
+        self.row("Single Knock, my tone.wav")
+        (HOME / "no sound.wav").write_bytes(b"nothing of the kind")
+        self.load(HOME / "no sound.wav")
+        self.alert("Could Not Load Sound")
+        keys("Escape")
+        self.shows("📁 my tone.wav")
+        self.assertEqual([path.name for path in (HOME / ".local/share/Chimewerk").iterdir()], ["my tone.wav"])
+
+        self.dashboard.find("push button", "Remove").click()
+        self.shows("🍎 Classic")
+        self.row("Single Knock, 🍎 Classic")
+        eventually(lambda: not event_settings("slap").get("path"), "no path in the settings")
+        self.assertTrue((HOME / ".local/share/Chimewerk/my tone.wav").exists())
+        self.assertTrue(self.dashboard.lacks("push button", "Remove"))
+
+    def alert(self, text):
+        eventually(lambda: any(thing.name.startswith(text) for one in windows() for thing in one.things()
+                               if thing.role == "label"), text)
+
+    def choose_theme(self, *steps):
+        self.dashboard.find("combo box").click()
+        time.sleep(0.3)
+        keys(*steps, "Return")
+
+    def test_makes_renames_and_deletes_a_theme(self):
+        self.choose_theme("End")
+        wait_for_field()
+        type_text("  Focus ")
+        keys("Return")
+        self.row("Single Knock, — not set —")
+        self.assertEqual(self.dashboard.find("combo box").name, "👤 Focus")
+        self.dashboard.find("push button", "Rename theme").click()
+        wait_for_field()
+        keys("ctrl+a")
+        type_text("Night")
+        keys("Return")
+        eventually(lambda: self.dashboard.find("combo box").name == "👤 Night", "the new name")
+        self.dashboard.find("push button", "Delete theme").click()
+        self.alert('Delete "Night"?')
+        keys("Escape")
+        self.assertEqual(self.dashboard.find("combo box").name, "👤 Night")
+        self.dashboard.find("push button", "Delete theme").click()
+        self.alert('Delete "Night"?')
+        keys("Return")
+        self.row("Single Knock, 🍎 Classic")
+        self.assertTrue(self.dashboard.lacks("push button", "Delete theme"))
+
+    def test_is_light_or_dark_and_remembers_it(self):
+        x, y = self.dashboard.point(0.9, 0.95)
+        self.assertGreater(brightness_at(x, y), 200)
+        self.dashboard.find("push button", "🌙  Dark").click()
+        self.dashboard.find("push button", "☀️  Light")
+        eventually(lambda: settings().get("ChimewerkDarkMode") is True, "dark in the settings")
+        self.assertLess(brightness_at(x, y), 80)
+        self.end()
+        self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
+                                        env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+        self.dashboard = window(DASHBOARD)
+        self.dashboard.find("push button", "☀️  Light")
+
+    def test_counts_what_happens_also_while_it_is_hidden(self):
+        keys("ctrl+w")
+        eventually(lambda: not any(one.has("SHOWING") for one in windows()), "a closed window")
+        file = HOME / "unwanted"
+        file.write_text("for the trash", encoding="utf-8")
+        subprocess.run(["gio", "trash", str(file)], check=True)
+        time.sleep(1.5)  # two looks at the trash
+        subprocess.run([PROGRAM], check=True)
+        self.dashboard = window(DASHBOARD)
+        keys("End", "Up", "Up", "Up", "Up")
+        self.row("Trash Item Added, 🍎 Classic, 1×")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,149 @@
+"""The program as a screen reader has it, and a pointer and a keyboard that go where that says."""
+
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+PATIENCE = 10.0
+
+
+def eventually(look, what, seconds=PATIENCE):
+    """What `look` returns as soon as that is true; fails when it does not become so in time."""
+    deadline = time.monotonic() + seconds
+    while True:
+        try:
+            found = look()
+        except GLib.Error:  # something has gone while it was looked at
+            found = None
+        if found:
+            return found
+        if time.monotonic() > deadline:
+            raise AssertionError(f"in vain: {what}")
+        time.sleep(0.05)
+
+
+def tree(accessible):
+    """The accessible and all below it."""
+    yield accessible
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is not None:
+            yield from tree(child)
+
+
+class Thing:
+    """One thing on the screen."""
+
+    def __init__(self, accessible):
+        self._accessible = accessible
+
+    @property
+    def name(self):
+        return self._accessible.get_name()
+
+    @property
+    def role(self):
+        return self._accessible.get_role_name()
+
+    @property
+    def description(self):
+        return self._accessible.get_description()
+
+    @property
+    def value(self):
+        return self._accessible.get_value_iface().get_current_value()
+
+    def has(self, state):
+        """Whether it is in the state of this name, such as CHECKED."""
+        self._accessible.clear_cache()
+        return self._accessible.get_state_set().contains(getattr(Atspi.StateType, state))
+
+    def place(self):
+        """Left, top, width and height on the screen."""
+        box = self._accessible.get_extents(Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.width, box.height
+
+    def wait_until_placed(self):
+        """Until whoever places it has done so."""
+        seen = []
+
+        def look():
+            seen.append(self.place())
+            return len(seen) > 6 and len(set(seen[-6:])) == 1
+        eventually(look, "a place")
+
+    def click(self, across=0.5, down=0.5):
+        """With the pointer, at this part of its width and height."""
+        pointer("mousemove", *self.point(across, down), "click", "1")
+
+    def drag(self, begin, end):
+        """With the pointer, along its middle from one part of its width to another, in many small moves."""
+        pointer("mousemove", *self.point(begin), "mousedown", "1")
+        for step in range(1, 31):
+            pointer("mousemove", *self.point(begin + (end - begin) * step / 30))
+        pointer("mouseup", "1")
+
+    def point(self, across=0.5, down=0.5):
+        left, top, width, height = self.place()
+        return left + round(width * across), top + round(height * down)
+
+    def things(self):
+        self._accessible.clear_cache()
+        return [Thing(accessible) for accessible in tree(self._accessible)]
+
+    def find(self, role, name=None):
+        """The visible thing of this role whose name begins with that; fails when there is none in time."""
+        def look():
+            for thing in self.things():
+                if thing.role == role and thing.has("SHOWING") and (name is None or thing.name.startswith(name)):
+                    return thing
+            return None
+        return eventually(look, f"a {role} named {name}")
+
+    def lacks(self, role, name=None):
+        """Whether there is no such thing to be seen."""
+        return not any(thing.role == role and thing.has("SHOWING") and (name is None or thing.name.startswith(name))
+                       for thing in self.things())
+
+
+def pointer(*words):
+    subprocess.run(["xdotool", *map(str, words)], check=True, stdout=subprocess.DEVNULL)
+
+
+def keys(*names):
+    pointer("key", "--delay", 30, *names)
+
+
+def type_text(text):
+    pointer("type", "--delay", 15, text)
+
+
+def windows():
+    """All windows of the program that there are."""
+    found = []
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application is not None and application.get_name().lower() == "chimewerk":
+            application.clear_cache()
+            found += [Thing(application.get_child_at_index(place)) for place in range(application.get_child_count())]
+    return found
+
+
+def window(title):
+    """The program's window with this title; fails when it does not come in time."""
+    def look():
+        return next((one for one in windows() if one.name == title and one.has("SHOWING")), None)
+    return eventually(look, f"the window {title}")
+
+
+def wait_for_field(*, gone=False):
+    """Waits until a field for text has the keyboard, or no longer; the field."""
+    def look():
+        fields = [thing for one in windows() for thing in one.things() if thing.role == "text" and thing.has("FOCUSED")]
+        return not fields if gone else next(iter(fields), None)
+    return eventually(look, "no field for text" if gone else "a field for text")
