@@ -186,7 +186,7 @@ BusMessage SessionInstance::makeCall(sd_bus* bus, const LaunchRequest& request) 
     sd_bus_message_new_method_call(bus, &call, id_.c_str(), path_.c_str(), kInterface,
                                    isAction ? "ActivateAction" : "Activate");
     BusMessage owned(call);
-    if (!call || (isAction && sd_bus_message_append(call, "sav", request.action.c_str(), 0) < 0) ||
+    if (call == nullptr || (isAction && sd_bus_message_append(call, "sav", request.action.c_str(), 0) < 0) ||
         sd_bus_message_open_container(call, 'a', "{sv}") < 0) {
         return nullptr;
     }

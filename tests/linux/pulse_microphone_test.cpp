@@ -11,6 +11,7 @@
 #include <string>
 
 #include "app/knock_detector.h"
+#include "support/eventually.h"
 #include "support/microphone_feeder.h"
 #include "support/run_queue.h"
 #include "support/sink_recorder.h"
@@ -81,12 +82,7 @@ protected:
     /// Whether this becomes the number of our recordings at the server.
     static bool recordings(const std::string& count) {
         constexpr auto kOurs = "pactl list source-outputs | grep -c 'application.name = \"Chimewerk\"'";
-        for (int attempt = 0; attempt < 100; ++attempt) {
-            if (answer(kOurs) == count) {
-                return true;
-            }
-        }
-        return false;
+        return eventually([&] { return answer(kOurs) == count; });
     }
 
     const std::string fifo = std::getenv("CHIMEWERK_MICROPHONE");

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <list>
 #include <memory>
@@ -187,7 +186,7 @@ TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesItsPlaceWheneverThereIsOne) {
 TEST_F(TheSessionsInstance, DoesNotWaitForABusThatHangs) {
     const FileDescriptor silent(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
-    std::strncpy(address.sun_path, bus.path().c_str(), sizeof address.sun_path - 1);
+    bus.path().copy(address.sun_path, sizeof address.sun_path - 1);
     ASSERT_EQ(bind(silent.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(listen(silent.get(), 4), 0);
     const auto begin = std::chrono::steady_clock::now();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -8,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "linux/file_descriptor.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
 #include "support/temporary_folder.h"
@@ -32,7 +35,7 @@ public:
     bool start() {
         daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork",
                                                  "--address=unix:path=" + path()});
-        return daemon_->started() && eventually([this] { return access(path().c_str(), F_OK) == 0; });
+        return daemon_->started() && eventually([this] { return takesConnections(); });
     }
     void kill(int signal = SIGKILL) {
         daemon_->end(signal);
@@ -42,6 +45,13 @@ public:
     std::string path() const { return folder_ / "bus"; }
 
 private:
+    bool takesConnections() const {
+        const FileDescriptor caller(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+        path().copy(address.sun_path, sizeof address.sun_path - 1);
+        return connect(caller.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    }
+
     const std::string variable_;
     std::string before_;
     TemporaryFolder folder_;
