@@ -72,6 +72,8 @@ private:
     void show(const DetailView& view);
     void showSoundText();
     void showBox(const DetailView& view);
+    // How it is laid out is in a file of its own.
+    void alignTexts();
     void arrange();
     int arrange(int gaugeHeight);
     int arrangeBoxes(int top, int gaugeHeight);

@@ -17,6 +17,8 @@ namespace chimewerk {
 
 namespace {
 
+constexpr int kTextWidth = 320;
+
 QString toText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -56,14 +58,13 @@ public:
         column->setContentsMargins(20, 18, 20, 16);
         column->setSpacing(12);
         auto* const text = makeLabel({}, 13);
-        constexpr int kWidth = 320;
         text->setText(text->fontMetrics().elidedText(QStringLiteral("Copying “%1”…").arg(name),
-                                                     Qt::ElideMiddle, kWidth));
+                                                     Qt::ElideMiddle, kTextWidth));
         column->addWidget(text);
         auto* const bar = new QProgressBar;
         bar->setRange(0, 0);
         bar->setTextVisible(false);
-        bar->setFixedWidth(kWidth);
+        bar->setFixedWidth(kTextWidth);
         bar->setAccessibleName(QStringLiteral("Copying"));
         column->addWidget(bar);
         auto* const cancel = makeButton(QStringLiteral("Cancel"));
@@ -144,13 +145,21 @@ void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
 }
 
 void SoundLoader::showSoundError(const QString& message) {
-    auto* const alert = new QMessageBox(QMessageBox::Warning, {}, toText(detail_texts::kLoadErrorTitle),
-                                        QMessageBox::Ok, widget_.window());
+    auto* const alert =
+        new QMessageBox(QMessageBox::Warning, QStringLiteral("Chimewerk"),
+                        toText(detail_texts::kLoadErrorTitle), QMessageBox::Ok, widget_.window());
     dialog_ = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setPalette(widget_.window()->palette());
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(message);
+    if (auto* const title = alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+        title->setFont(systemFont(14, QFont::Bold));
+    }
+    if (auto* const text = alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        text->setFont(systemFont(12));
+        text->setFixedWidth(kTextWidth);
+    }
     alert->open();
 }
 
