@@ -37,6 +37,34 @@ void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, co
     painter.restore();
 }
 
+/// A scroll bar is all groove, without buttons at its ends.
+QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part, int shortestThumb) {
+    const bool upright = bar.orientation == Qt::Vertical;
+    const int length = upright ? bar.rect.height() : bar.rect.width();
+    const qint64 range = qint64{bar.maximum} - bar.minimum;
+    const qint64 share = qint64{length} * bar.pageStep / std::max<qint64>(range + bar.pageStep, 1);
+    const int thumb = std::clamp(static_cast<int>(share), std::min(shortestThumb, length), length);
+    const int start = QStyle::sliderPositionFromValue(bar.minimum, bar.maximum, bar.sliderPosition,
+                                                      length - thumb, bar.upsideDown);
+    const auto along = [&](int from, int to) {
+        const QRect place = upright ? QRect(0, from, bar.rect.width(), to - from)
+                                    : QRect(from, 0, to - from, bar.rect.height());
+        return QStyle::visualRect(bar.direction, bar.rect, place.translated(bar.rect.topLeft()));
+    };
+    switch (part) {
+        case QStyle::SC_ScrollBarGroove:
+            return bar.rect;
+        case QStyle::SC_ScrollBarSlider:
+            return along(start, start + thumb);
+        case QStyle::SC_ScrollBarSubPage:
+            return along(0, start);
+        case QStyle::SC_ScrollBarAddPage:
+            return along(start + thumb, length);
+        default:
+            return {};
+    }
+}
+
 /// A pop-up button's menu proposes the size of the menu, not that of the item: it is no help.
 QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
     constexpr int kGapBeforeShortcut = 24;
@@ -45,7 +73,7 @@ QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
     }
     const QStringList parts = item.text.split(QLatin1Char('\t'));
     const int shortcut = parts.size() > 1 ? kGapBeforeShortcut + textWidth(item.font, parts[1]) : 0;
-    return {textWidth(item.font, parts[0]) + shortcut + 44, QFontMetrics(item.font).height() + 8};
+    return {textWidth(item.font, parts[0]) + shortcut + 56, QFontMetrics(item.font).height() + 8};
 }
 
 }  // namespace
@@ -72,6 +100,12 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
                 paintFocusRing(*painter, *option, option->rect, 4);
             }
             return;
+        case PE_PanelItemViewRow: {
+            // The items of a row paint its selection.
+            QStyleOptionViewItem row = as<QStyleOptionViewItem>(option);
+            row.state &= ~State_Selected;
+            return QProxyStyle::drawPrimitive(element, &row, painter, widget);
+        }
         case PE_FrameMenu:
             painter->setPen(lookOf(option->palette).separator);
             painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
@@ -165,11 +199,9 @@ QRect ChimewerkStyle::subControlRect(ComplexControl control, const QStyleOptionC
     if (control == CC_ComboBox && part == SC_ComboBoxListBoxPopup) {
         return whole;
     }
-    if (control == CC_ScrollBar && (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine)) {
-        return {};
-    }
-    if (control == CC_ScrollBar && part == SC_ScrollBarGroove) {
-        return whole;
+    if (control == CC_ScrollBar) {
+        return scrollBarPart(as<QStyleOptionSlider>(option), part,
+                             pixelMetric(PM_ScrollBarSliderMin, option, widget));
     }
     return QProxyStyle::subControlRect(control, option, part, widget);
 }

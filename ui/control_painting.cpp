@@ -138,10 +138,15 @@ void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& 
 void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind) {
     const Painting painting(painter);
     const QRectF rect = shapeOf(option);
-    if (kind != ButtonKind::standard) {
-        paintRaised(painter, option, rect);
-    } else {
+    if (kind == ButtonKind::standard) {
         fill(painter, rect, accentFill(option), kRadius);
+    } else {
+        paintRaised(painter, option, rect);
+    }
+    if (kind == ButtonKind::destructive) {
+        QColor edge = lookOf(option.palette).red;
+        edge.setAlphaF(0.5F);
+        outline(painter, rect, faded(edge, option), kRadius);
     }
     if (!showsFocusRing(option)) {
         return;

@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
+#include "ui/look.h"
+
 namespace chimewerk {
 
 PopUpButton::PopUpButton() {
@@ -15,8 +17,9 @@ PopUpButton::PopUpButton() {
 
 void PopUpButton::showPopup() {
     // A menu is a window of its own and would be in the desktop's colours.
-    view()->window()->setPalette(palette());
-    view()->setPalette(palette());
+    const QPalette colors = paletteOf(lookOf(*this));
+    view()->window()->setPalette(colors);
+    view()->setPalette(colors);
     view()->setFont(font());
     QComboBox::showPopup();
 }

@@ -14,11 +14,12 @@ namespace {
 
 constexpr int kHeight = 26;
 constexpr int kButtonWidth = 24;
+constexpr int kControlHeight = 23;
 
 QPushButton* makeSmallButton(const char* title, const char* tip) {
     QPushButton* const button = makeButton(QString::fromUtf8(title));
     button->setFont(systemFont(11));
-    button->setFixedWidth(kButtonWidth);
+    button->setFixedSize(kButtonWidth, kControlHeight);
     button->setToolTip(QString::fromUtf8(tip));
     button->setAccessibleName(QString::fromUtf8(tip));
     // The menu keeps its width when the buttons are not there.
@@ -52,6 +53,7 @@ ThemePicker::ThemePicker(SoundManager& sounds, std::function<void()> onSoundsCha
     row->addSpacing(2);
     row->addWidget(deleteThemeBtn_);
     themePopup_->setFont(systemFont(11));
+    themePopup_->setFixedHeight(kControlHeight);
     themePopup_->setAccessibleName(QStringLiteral("Theme"));
     connect(themePopup_, &QComboBox::activated, this, [this] { themePopupChanged(); });
     connect(renameThemeBtn_, &QPushButton::clicked, this, [this] { renameCustomThemeAction(); });

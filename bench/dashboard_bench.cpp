@@ -1,0 +1,85 @@
+// What it costs to keep the dashboard up to date while keys are pressed. Needs a display: run it in
+// tools/session.
+#include <benchmark/benchmark.h>
+
+#include "support/dashboard_bed.h"
+#include "ui/chimewerk_style.h"
+
+namespace chimewerk {
+namespace {
+
+/// One trigger of an event, from the call to the repainted row.
+void triggerAndPaint(benchmark::State& state, const char* eventId) {
+    DashboardBed bed;
+    bed.library->setEnabled(true, eventId);
+    QApplication::processEvents();
+    for ([[maybe_unused]] auto _ : state) {
+        bed.library->play(eventId);
+        bed.library.queue.runPosted();
+        QApplication::processEvents();
+    }
+}
+
+void shownRow(benchmark::State& state) {
+    triggerAndPaint(state, "lid_open");
+}
+BENCHMARK(shownRow)->Unit(benchmark::kMicrosecond);
+
+void selectedRow(benchmark::State& state) {
+    triggerAndPaint(state, "slap");
+}
+BENCHMARK(selectedRow)->Unit(benchmark::kMicrosecond);
+
+void rowOutOfSight(benchmark::State& state) {
+    triggerAndPaint(state, "usb_connect");
+}
+BENCHMARK(rowOutOfSight)->Unit(benchmark::kMicrosecond);
+
+void hiddenWindow(benchmark::State& state) {
+    DashboardBed bed;
+    bed.window().close();
+    for ([[maybe_unused]] auto _ : state) {
+        bed.library->play("slap");
+        bed.library.queue.runPosted();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(hiddenWindow)->Unit(benchmark::kMicrosecond);
+
+/// For comparison: the whole window.
+void wholeWindow(benchmark::State& state) {
+    DashboardBed bed;
+    QApplication::processEvents();
+    for ([[maybe_unused]] auto _ : state) {
+        bed.window().repaint();
+        for (QWidget* const child : bed.window().findChildren<QWidget*>()) {
+            child->update();
+        }
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(wholeWindow)->Unit(benchmark::kMicrosecond);
+
+void thousandThemes(benchmark::State& state) {
+    DashboardBed bed;
+    for (int i = 0; i < 1000; ++i) {
+        bed.library->customThemes.push_back(
+            {.id = std::to_string(i), .name = std::to_string(i), .sounds = {}});
+    }
+    for ([[maybe_unused]] auto _ : state) {
+        bed.library->customThemes.back().name += "!";
+        bed.library.notifications.post({.name = themeDidChange});
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(thousandThemes)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace chimewerk
+
+int main(int argc, char** argv) {
+    QApplication::setStyle(new chimewerk::ChimewerkStyle);
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
