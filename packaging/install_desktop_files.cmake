@@ -1,5 +1,9 @@
 # Runs during an installation, when the prefix is known.
 set(program "${CMAKE_INSTALL_PREFIX}/bin/chimewerk")
+set(command "${program}")
+if(program MATCHES "[^-A-Za-z0-9/._+]")
+  set(command "\"${program}\"")
+endif()
 
 # The system's prefix has its settings beside it.
 set(settings "${CMAKE_INSTALL_PREFIX}/etc")

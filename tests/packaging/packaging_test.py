@@ -1,0 +1,96 @@
+#!/usr/bin/python3
+"""What is installed must be understood by desktops, work from anywhere, and make a package that nobody complains about."""
+
+import configparser
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+BUILD, SESSION, DEMO, ID = (sys.argv.pop(1) for _ in range(4))
+LIMIT = 170
+
+
+def run(*command, **options):
+    """What the command says, with its failure as a failure of the test."""
+    result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=LIMIT, check=False,
+                            **options)
+    if result.returncode != 0:
+        raise AssertionError(f"{command[0]} ended with status {result.returncode}:\n{result.stdout}")
+    return result.stdout
+
+
+def read_entry(file):
+    entry = configparser.ConfigParser(interpolation=None, delimiters="=", strict=True)
+    entry.optionxform = str
+    with open(file, encoding="utf-8") as lines:
+        entry.read_file(lines)
+    return entry
+
+
+class AnInstallation(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.prefix = Path(cls.folder.name, "first place")
+        run("cmake", "--install", BUILD, "--prefix", cls.prefix)
+        cls.desktop = cls.prefix / f"share/applications/{ID}.desktop"
+        cls.autostart = cls.prefix / f"etc/xdg/autostart/{ID}.desktop"
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def test_is_understood_by_desktops(self):
+        for file in (self.desktop, self.autostart):
+            with self.subTest(file=file):
+                # A hint is a fault too.
+                self.assertEqual(run("desktop-file-validate", file), "")
+        run("appstreamcli", "validate", "--no-net", self.prefix / f"share/metainfo/{ID}.metainfo.xml")
+
+    def test_names_what_is_there(self):
+        program = str(self.prefix / "bin/chimewerk")
+        usage = run(program, "--help")
+        entry = read_entry(self.desktop)
+        actions = entry["Desktop Entry"]["Actions"].rstrip(";").split(";")
+        for action in actions:
+            with self.subTest(action=action):
+                command, option = entry[f"Desktop Action {action}"]["Exec"].rsplit(" ", 1)
+                self.assertEqual(command.strip('"'), program)
+                self.assertEqual(option, f"--{action}")
+                self.assertIn(option, usage)
+        service = read_entry(self.prefix / f"share/dbus-1/services/{ID}.service")["D-BUS Service"]
+        self.assertEqual((service["Name"], service["Exec"].strip('"')), (ID, program))
+        for file in (self.desktop, self.autostart):
+            with self.subTest(file=file):
+                icon = read_entry(file)["Desktop Entry"]["Icon"]
+                self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").exists())
+                self.assertEqual(read_entry(file)["Desktop Entry"]["TryExec"], program)
+
+    def test_is_heard_from_another_place(self):
+        with tempfile.TemporaryDirectory() as elsewhere:
+            moved = Path(elsewhere, "moved")
+            self.prefix.rename(moved)
+            try:
+                heard = run(SESSION, "--", DEMO, moved / "bin/chimewerk", "trash_add", cwd=elsewhere)
+            finally:
+                moved.rename(self.prefix)
+        self.assertRegex(heard, "(?m)^trash_add +heard")
+
+
+class ThePackage(unittest.TestCase):
+    def test_is_made_of_the_same_bytes_again_and_leaves_nothing_to_complain_of(self):
+        packages = []
+        with tempfile.TemporaryDirectory() as folder:
+            for name, mask in (("one", 0o022), ("other", 0o077)):
+                run("cpack", "--config", f"{BUILD}/CPackConfig.cmake", "-B", f"{folder}/{name}", cwd=folder,
+                    preexec_fn=lambda mask=mask: os.umask(mask))
+                packages += Path(folder, name).glob("*.deb")
+            self.assertEqual(*(package.read_bytes() for package in packages))
+            run("lintian", "--allow-root", "--fail-on", "error,warning", packages[0])
+
+
+if __name__ == "__main__":
+    unittest.main()
