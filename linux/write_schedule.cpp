@@ -7,7 +7,9 @@ namespace chimewerk {
 
 namespace {
 
-constexpr Seconds kDelay{0.1};
+constexpr Seconds kQuiet{0.1};
+/// Together with the first wait, five seconds.
+constexpr int kMostPutOff = 49;
 constexpr Seconds kFirstRetry{1};
 constexpr Seconds kLongestRetry{60};
 
@@ -17,14 +19,26 @@ void WriteSchedule::changed() {
     ++changes_;
     if (!soon_) {
         soon_ = true;
-        wakeIn(kDelay);
+        putOff_ = 0;
+        seen_ = changes_;
+        wakeIn(kQuiet);
     }
+}
+
+void WriteSchedule::wake() {
+    if (soon_ && seen_ != changes_ && putOff_ < kMostPutOff) {
+        ++putOff_;
+        seen_ = changes_;
+        wakeIn(kQuiet);
+        return;
+    }
+    begin();
 }
 
 void WriteSchedule::wakeIn(Seconds delay) {
     queue_.postAfter(delay, lifeline_.guard([this, wakeUp = ++wakeUp_] {
         if (wakeUp == wakeUp_) {
-            begin();
+            wake();
         }
     }));
 }

@@ -9,9 +9,9 @@
 
 namespace chimewerk {
 
-/// Decides when changes are written: a tenth of a second after the first of them, all that have come
-/// meanwhile in one; never two writes at once; after a failure again and again, at ever longer intervals and
-/// at the next change. Main thread only.
+/// Decides when changes are written: when none has come for a tenth of a second, so that the drag of a slider
+/// is written once, at its end, but within five seconds whatever comes; never two writes at once; after a
+/// failure again and again, at ever longer intervals and at the next change. Main thread only.
 class WriteSchedule {
 public:
     using Done = std::function<void(bool written)>;
@@ -31,6 +31,7 @@ public:
 
 private:
     void wakeIn(Seconds delay);
+    void wake();
     void begin();
     void ended(bool written, std::uint64_t covered);
 
@@ -42,6 +43,9 @@ private:
     std::uint64_t wakeUp_ = 0;
     /// A wake-up for a change is on its way.
     bool soon_ = false;
+    /// The changes there were when it was set out, and how often it has been put off for later ones.
+    std::uint64_t seen_ = 0;
+    int putOff_ = 0;
     bool writing_ = false;
     /// A write was due while another went on.
     bool again_ = false;
