@@ -231,7 +231,7 @@ TEST_F(TheSoundFolder, HoldsAWholeSoundAndNothingElseAfterAKilledCopy) {
     load(paths[0]);
     sounds.reset();
     int leftovers = 0;
-    for (int kill = 0; kill < 25; ++kill) {
+    for (int kill = 0; kill < 12; ++kill) {
         const pid_t program = fork();
         if (program == 0) {
             sounds.emplace(queue, decoders, home / "data");
@@ -239,7 +239,10 @@ TEST_F(TheSoundFolder, HoldsAWholeSoundAndNothingElseAfterAKilledCopy) {
             }
             _exit(1);
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(2000 + 700 * kill));
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (names().size() < 2 && std::chrono::steady_clock::now() < deadline) {
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(600 * kill));
         ::kill(program, SIGKILL);
         waitpid(program, nullptr, 0);
         leftovers += static_cast<int>(names().size()) - 1;
