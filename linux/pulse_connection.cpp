@@ -103,7 +103,8 @@ void PulseConnection::connect(pa_context_flags_t flags) {
     retry_ = nullptr;
     pa_proplist* const properties = pa_proplist_new();
     pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Chimewerk");
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_ID, "chimewerk");
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_ID, CHIMEWERK_ID);
+    pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, CHIMEWERK_ID);
     context_ = pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_.get()), nullptr, properties);
     pa_proplist_free(properties);
     if (context_ == nullptr) {
