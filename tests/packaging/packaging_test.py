@@ -10,7 +10,7 @@ import unittest
 from pathlib import Path
 
 BUILD, SESSION, DEMO, ID = (sys.argv.pop(1) for _ in range(4))
-LIMIT = 170
+LIMIT = 300
 
 
 def run(*command, **options):
