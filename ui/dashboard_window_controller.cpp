@@ -8,7 +8,9 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <any>
+#include <chrono>
 #include <string>
+#include <utility>
 
 #include "sound/notifications.h"
 #include "ui/look.h"
@@ -20,6 +22,7 @@ namespace {
 
 constexpr QSize kContentSize{720, 520};
 constexpr int kSidebarWidth = 260;
+constexpr std::chrono::milliseconds kCountPause{16};
 
 bool storedDarkMode(const DefaultsStore& defaults) {
     const std::optional<DefaultsValue> stored = defaults.object(kDarkModeKey);
@@ -57,6 +60,9 @@ DashboardWindowController::DashboardWindowController(const DashboardSurroundings
     center();
     buildUI();
     applyAppearance();
+    countPause_.setSingleShot(true);
+    countPause_.setInterval(kCountPause);
+    QObject::connect(&countPause_, &QTimer::timeout, &window_, [this] { showCounts(); });
     lidAngles_ = around_.notifications.observe(
         lidAngleDidChange, [this](const Notification& notification) { onLidAngle(notification); });
     counters_ = around_.notifications.observe(
@@ -187,10 +193,24 @@ void DashboardWindowController::onCounterUpdated(const Notification& notificatio
     if (event == sm_.events.end()) {
         return;
     }
-    tableView_->reloadRow(static_cast<int>(event - sm_.events.begin()));
-    if (sm_.events.at(selectedIndex_).id == *id) {
-        detailPanel_->showCounter(sm_.events[selectedIndex_].triggerCount);
+    newCounts_.insert(static_cast<std::size_t>(event - sm_.events.begin()));
+    if (!countPause_.isActive()) {
+        showCounts();
     }
+}
+
+// Counts may change more often than a display shows anything: it is not painted more often than that.
+void DashboardWindowController::showCounts() {
+    if (newCounts_.empty()) {
+        return;
+    }
+    for (const std::size_t index : std::exchange(newCounts_, {})) {
+        tableView_->reloadRow(static_cast<int>(index));
+        if (index == selectedIndex_) {
+            detailPanel_->showCounter(sm_.events.at(index).triggerCount);
+        }
+    }
+    countPause_.start();
 }
 
 void DashboardWindowController::onThemeChanged() {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QPushButton>
+#include <QTimer>
 #include <QWidget>
 #include <cstddef>
+#include <set>
 
 #include "app/windows.h"
 #include "platform/notification_center.h"
@@ -37,6 +39,7 @@ private:
     void onLidAngle(const Notification& notification);
     void onCounterUpdated(const Notification& notification);
     void onThemeChanged();
+    void showCounts();
 
     void toggleAppearance();
     void applyAppearance();
@@ -46,6 +49,10 @@ private:
     /// In the events; 0 or a row of the table. Changes only with the table's selection.
     std::size_t selectedIndex_ = 0;
     bool isDarkMode_;
+    /// The events whose new counts do not show yet.
+    std::set<std::size_t> newCounts_;
+    /// Runs for a moment after counts were shown; until it ends, newer ones wait.
+    QTimer countPause_;
 
     QWidget window_;
     // All that follows is the window's, which destroys it.

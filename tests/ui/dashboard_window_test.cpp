@@ -275,6 +275,23 @@ TEST_F(TheDashboard, PaintsOnlyTheRowWhoseCountHasChanged) {
     EXPECT_THAT(log.painted, IsEmpty());
 }
 
+TEST_F(TheDashboard, PaintsAFloodOfCountsNoOftenerThanADisplayShowsThem) {
+    PaintLog log(*bed.table().viewport());
+    constexpr int kTriggers = 300;
+    const auto begun = std::chrono::steady_clock::now();
+    for (int i = 0; i < kTriggers; ++i) {
+        bed.library->play("slap");
+        bed.library.queue.runPosted();
+        QApplication::processEvents();
+    }
+    const auto taken = std::chrono::steady_clock::now() - begun;
+    settle();
+    EXPECT_TRUE(shows("Triggered: 300 times"));
+    EXPECT_LE(log.painted.size(), 3 + static_cast<std::size_t>((taken + std::chrono::milliseconds(60)) /
+                                                               std::chrono::milliseconds(15)));
+    EXPECT_LT(log.painted.size(), kTriggers / 3);
+}
+
 TEST_F(TheDashboard, ShowsTheFirstEventWhenNoneIsSelected) {
     clickRow(2);
     EXPECT_TRUE(shows("Lid Close"));
