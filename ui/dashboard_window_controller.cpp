@@ -80,9 +80,11 @@ void DashboardWindowController::showWindow() {
 
 void DashboardWindowController::center() {
     if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
+        const QRect available = screen->availableGeometry();
         QRect place(QPoint(), kContentSize);
-        place.moveCenter(screen->availableGeometry().center());
-        window_.move(place.topLeft());
+        place.moveCenter(available.center());
+        // On a screen that is too small for the window, its title bar stays within reach.
+        window_.move(std::max(place.left(), available.left()), std::max(place.top(), available.top()));
     }
 }
 
