@@ -27,6 +27,7 @@ public:
     void setObject(std::string_view key, std::optional<DefaultsValue> value) override;
     void setData(std::string_view key, MakeData make) override;
     std::optional<DefaultsValue> object(std::string_view key) const override;
+    std::shared_ptr<const void> holdWrites() override { return schedule_.hold(); }
     void keepDamaged() override;
 
     /// Writes what is not yet written and waits for it; one attempt. For the end of the program.

@@ -7,7 +7,7 @@ namespace chimewerk {
 
 namespace {
 
-constexpr Seconds kQuiet{0.1};
+constexpr Seconds kDelay{0.1};
 /// Together with the first wait, five seconds.
 constexpr int kMostPutOff = 49;
 constexpr Seconds kFirstRetry{1};
@@ -20,16 +20,14 @@ void WriteSchedule::changed() {
     if (!soon_) {
         soon_ = true;
         putOff_ = 0;
-        seen_ = changes_;
-        wakeIn(kQuiet);
+        wakeIn(kDelay);
     }
 }
 
 void WriteSchedule::wake() {
-    if (soon_ && seen_ != changes_ && putOff_ < kMostPutOff) {
+    if (soon_ && hold_.use_count() > 1 && putOff_ < kMostPutOff) {
         ++putOff_;
-        seen_ = changes_;
-        wakeIn(kQuiet);
+        wakeIn(kDelay);
         return;
     }
     begin();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <utility>
 
 #include "platform/lifeline.h"
@@ -9,8 +10,8 @@
 
 namespace chimewerk {
 
-/// Decides when changes are written: when none has come for a tenth of a second, so that the drag of a slider
-/// is written once, at its end, but within five seconds whatever comes; never two writes at once; after a
+/// Decides when changes are written: a tenth of a second after the first of them, all that have come
+/// meanwhile in one, or while they are held back, within five seconds; never two writes at once; after a
 /// failure again and again, at ever longer intervals and at the next change. Main thread only.
 class WriteSchedule {
 public:
@@ -23,6 +24,9 @@ public:
 
     /// There is something new to write.
     void changed();
+
+    /// Holds changes back until the result, and every other such, is gone; it may outlive the schedule.
+    [[nodiscard]] std::shared_ptr<const void> hold() const { return hold_; }
 
     /// Whether there are changes that no finished write covers.
     bool hasUnwritten() const { return written_ != changes_; }
@@ -43,9 +47,10 @@ private:
     std::uint64_t wakeUp_ = 0;
     /// A wake-up for a change is on its way.
     bool soon_ = false;
-    /// The changes there were when it was set out, and how often it has been put off for later ones.
-    std::uint64_t seen_ = 0;
+    /// How often it has been put off because changes are held back.
     int putOff_ = 0;
+    /// Changes are held back while others have a part in it.
+    const std::shared_ptr<const char> hold_ = std::make_shared<const char>();
     bool writing_ = false;
     /// A write was due while another went on.
     bool again_ = false;

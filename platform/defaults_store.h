@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,6 +44,11 @@ public:
 
     /// What is stored under `key`, none when there is nothing.
     virtual std::optional<DefaultsValue> object(std::string_view key) const = 0;
+
+    /// While the result lives, changes need not be written one by one: for what the user drags, which is
+    /// written at the end, or earlier when that takes long. It may outlive the store; null where nothing is
+    /// written later anyway.
+    [[nodiscard]] virtual std::shared_ptr<const void> holdWrites() { return nullptr; }
 
     /// To be called when what is stored cannot be used, and the program goes on without it: a copy of all
     /// that is stored now stays beside it, for the user to repair, when the next change is written.

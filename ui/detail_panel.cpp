@@ -29,12 +29,6 @@ QLabel* makeValueLabel(const std::string& text) {
     return label;
 }
 
-ValueSlider* makeSlider(const ValueSlider::Range& range, ValueSlider::Text text, const char* name) {
-    auto* const slider = new ValueSlider(range, std::move(text));
-    slider->setAccessibleName(QString::fromLatin1(name));
-    return slider;
-}
-
 }  // namespace
 
 /// Dims what it lies over, as if that were less opaque.
@@ -80,6 +74,16 @@ DetailPanel::DetailPanel(const DashboardSurroundings& around, std::function<std:
 }
 
 /// In the order in which the keyboard goes through it.
+ValueSlider* DetailPanel::makeSlider(const ValueSlider::Range& range, ValueSlider::Text text,
+                                     const char* name) {
+    auto* const slider = new ValueSlider(range, std::move(text));
+    slider->setAccessibleName(QString::fromLatin1(name));
+    // A drag is written once, at its end.
+    connect(slider, &QSlider::sliderPressed, this, [this] { heldWrites_ = around_.defaults.holdWrites(); });
+    connect(slider, &QSlider::sliderReleased, this, [this] { heldWrites_ = nullptr; });
+    return slider;
+}
+
 void DetailPanel::buildDetailPanel() {
     eventEmoji_ = makeLabel({}, 40);
     eventTitle_ = makeLabel({}, 20, QFont::Bold);

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "ui/angle_gauge_view.h"
@@ -52,6 +53,7 @@ private:
     };
 
     void buildDetailPanel();
+    ValueSlider* makeSlider(const ValueSlider::Range& range, ValueSlider::Text text, const char* name);
     void buildThresholdBox();
     void buildPermissionBox();
     void buildIntelLockBox();
@@ -99,6 +101,7 @@ private:
     QPushButton* removeSoundBtn_ = nullptr;
     QLabel* volumeSection_ = nullptr;
     ValueSlider* volumeSlider_ = nullptr;
+    std::shared_ptr<const void> heldWrites_;
     QLabel* volumeLabel_ = nullptr;
     QLabel* triggerSection_ = nullptr;
     QLabel* triggerInfo_ = nullptr;
