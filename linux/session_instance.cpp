@@ -97,7 +97,7 @@ void appendToken(sd_bus_message* call, const char* key, const std::string& token
 
 /// Calls and waits; false when there was nobody to answer, or whoever it was left without answering.
 bool isAnswered(sd_bus* bus, sd_bus_message* call, std::uint64_t patience) {
-    sd_bus_error error = SD_BUS_ERROR_NULL;
+    sd_bus_error error{};
     sd_bus_message* reply = nullptr;
     sd_bus_call(bus, call, patience, &error, &reply);
     const BusMessage owned(reply);
