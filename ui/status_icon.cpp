@@ -14,26 +14,22 @@ namespace {
 // The drawing's own coordinates: a square with sides of this length.
 constexpr qreal kSide = 16;
 
+/// A speaker, and two chime bars that grow like its waves.
 QPainterPath speaker() {
     QPainterPath path;
-    path.addRoundedRect(QRectF(1.2, 5.6, 4, 4.8), 0.9, 0.9);
-    QPainterPath cone;
-    cone.moveTo(3.6, 8);
-    cone.lineTo(8.3, 2.2);
-    cone.quadTo(9.0, 1.7, 9.0, 2.6);
-    cone.lineTo(9.0, 13.4);
-    cone.quadTo(9.0, 14.3, 8.3, 13.8);
-    cone.closeSubpath();
-    return path.united(cone);
-}
-
-QPainterPath wave(qreal radius) {
-    constexpr qreal kHalfAngle = 48;
-    const QPointF center(7.6, 8);
-    const QRectF circle(center.x() - radius, center.y() - radius, 2 * radius, 2 * radius);
-    QPainterPath path;
-    path.arcMoveTo(circle, kHalfAngle);
-    path.arcTo(circle, kHalfAngle, -2 * kHalfAngle);
+    path.moveTo(4, 5);
+    path.lineTo(6.35, 2.45);
+    path.quadTo(7.9, 1.5, 8, 3.1);
+    path.lineTo(8, 12.9);
+    path.quadTo(7.9, 14.5, 6.35, 13.55);
+    path.lineTo(4, 11);
+    path.lineTo(2, 11);
+    path.quadTo(1, 11, 1, 10);
+    path.lineTo(1, 6);
+    path.quadTo(1, 5, 2, 5);
+    path.closeSubpath();
+    path.addRoundedRect(QRectF(10, 5, 2, 6), 1, 1);
+    path.addRoundedRect(QRectF(13, 2, 2, 12), 1, 1);
     return path;
 }
 
@@ -48,17 +44,9 @@ void paintSpeaker(QPainter& painter, const QRectF& place) {
     QLinearGradient violet(0, 0, kSide, kSide);
     violet.setColorAt(0, QColor(0x8a, 0x5c, 0xf5));
     violet.setColorAt(1, QColor(0x5b, 0x21, 0xb6));
-    const QColor rim(255, 255, 255, 235);
-    const QPainterPath waves[] = {wave(4.2), wave(7.0)};
     const QPainterPath body = speaker();
-
-    for (const QPainterPath& arc : waves) {
-        painter.strokePath(arc, QPen(rim, 2.9, Qt::SolidLine, Qt::RoundCap));
-    }
-    painter.strokePath(body, QPen(rim, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    for (const QPainterPath& arc : waves) {
-        painter.strokePath(arc, QPen(violet, 1.5, Qt::SolidLine, Qt::RoundCap));
-    }
+    painter.strokePath(body,
+                       QPen(QColor(255, 255, 255, 235), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.fillPath(body, violet);
     painter.restore();
 }
