@@ -113,14 +113,14 @@ class TheTrayIcon(ProgramTest):
 
 class TheProgram(ProgramTest):
     def test_ends_in_order_on_the_signals_that_ask_for_it(self):
+        host = self.host()
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-            host = TrayHost()
             process = self.start()
-            host.wait_for_item()
+            self.assertTrue(pump_until(lambda: host.registered))
+            host.registered.clear()
             process.send_signal(signal.SIGPIPE)
             process.send_signal(number)
             self.assert_ends(process)
-            host.close()
 
     def test_shows_itself_when_it_is_started_again_and_stays_the_only_one(self):
         host = self.host()
