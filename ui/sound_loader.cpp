@@ -2,6 +2,8 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QProgressBar>
 #include <QStandardPaths>
 #include <QTimer>
@@ -9,6 +11,7 @@
 #include <chrono>
 #include <utility>
 
+#include "ui/emoji_text.h"
 #include "ui/look.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/detail_view.h"
@@ -18,6 +21,18 @@ namespace chimewerk {
 namespace {
 
 constexpr int kTextWidth = 320;
+
+/// The sign of a warning, in the look of the windows' other pictures.
+QPixmap warningSign(qreal scale) {
+    constexpr int kSide = 40;
+    QPixmap pixmap(QSize(kSide, kSide) * scale);
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setFont(systemFont(32));
+    drawText(painter, QRect(0, 0, kSide, kSide), Qt::AlignCenter, QStringLiteral("\u26A0\uFE0F"));
+    return pixmap;
+}
 
 QString toText(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -151,6 +166,7 @@ void SoundLoader::showSoundError(const QString& message) {
     dialog_ = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setPalette(widget_.window()->palette());
+    alert->setIconPixmap(warningSign(widget_.devicePixelRatioF()));
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(message);
     if (auto* const title = alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
