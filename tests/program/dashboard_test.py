@@ -51,7 +51,7 @@ class Sink:
     def __init__(self):
         self._recorder = subprocess.Popen(
             ["parec", "--device=speaker.monitor", "--format=float32le", "--rate=48000", "--channels=1", "--raw",
-             "--latency-msec=20"], stdout=subprocess.PIPE)
+             "--latency-msec=5"], stdout=subprocess.PIPE)
         os.set_blocking(self._recorder.stdout.fileno(), False)
         self._bytes = b""
         eventually(self._samples, "a recording of the sink")
@@ -60,14 +60,26 @@ class Sink:
         self._bytes += self._recorder.stdout.read() or b""
         return array.array("f", self._bytes[:len(self._bytes) // 4 * 4])
 
-    def wait_for_tone(self):
-        """The pitch in hertz of the first quarter of a second that is heard from now on."""
+    def wait_for_quiet(self):
+        """Until half a second has come that ends in quiet."""
         begin = len(self._samples())
+
+        def quiet():
+            samples = self._samples()
+            return len(samples) > begin + RATE // 2 and max(map(abs, samples[-RATE // 4:])) < 0.001
+        eventually(quiet, "quiet")
+
+    def wait_for_tone(self):
+        """The pitch in hertz of the sound that is heard from now on, whose first moments the recording may lack."""
+        begin = len(self._samples())
+        skipped, taken = RATE // 25, RATE // 10
 
         def heard():
             samples = self._samples()
             first = next((i for i in range(begin, len(samples)) if abs(samples[i]) > 0.01), None)
-            return samples[first:first + RATE // 4] if first and len(samples) >= first + RATE // 4 else None
+            if first is None or len(samples) < first + skipped + taken:
+                return None
+            return samples[first + skipped:first + skipped + taken]
         tone = eventually(heard, "a sound")
         crossings = sum(1 for before, after in zip(tone, tone[1:]) if before < 0 <= after)
         return crossings * RATE / len(tone)
@@ -165,9 +177,9 @@ class TheDashboard(unittest.TestCase):
             self.load(HOME / "my tone.wav")
             self.shows("📁 my tone.wav")
             eventually(lambda: "path" in event_settings("slap"), "the path in the settings")
+            sink.wait_for_quiet()
             self.dashboard.find("push button", "Test Sound").click()
-            self.assertAlmostEqual(sink.wait_for_tone(), hertz, delta=12)
-            time.sleep(0.5)  # the rest of it is not to be heard as the next
+            self.assertAlmostEqual(sink.wait_for_tone(), hertz, delta=25)
         self.row("Single Knock, my tone.wav")
         (HOME / "no sound.wav").write_bytes(b"nothing of the kind")
         self.load(HOME / "no sound.wav")

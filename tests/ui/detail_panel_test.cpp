@@ -311,7 +311,7 @@ TEST_F(TheDetailPanel, TellsWhyAFileCannotBeLoaded) {
             [] { return dialog<QMessageBox>() != nullptr && dialog<QMessageBox>()->isActiveWindow(); }));
         EXPECT_EQ(dialog<QMessageBox>()->text(), "Could Not Load Sound");
         EXPECT_EQ(dialog<QMessageBox>()->informativeText(), message);
-        EXPECT_EQ(dialog<QMessageBox>()->icon(), QMessageBox::Warning);
+        EXPECT_FALSE(dialog<QMessageBox>()->iconPixmap().isNull());
         type(kReturn);
         EXPECT_TRUE(comesTrue([] { return QApplication::activeModalWidget() == nullptr; }));
         EXPECT_EQ(bed.library.event("slap").soundPath, std::nullopt);
