@@ -19,7 +19,8 @@ namespace chimewerk {
 class DetailPanelBed {
 public:
     DetailPanelBed() : DetailPanelBed(nullptr) {}
-    explicit DetailPanelBed(DefaultsStore* store) : library(store) { setLook(Look::light()); }
+    /// With this store in the place of a fake one.
+    explicit DetailPanelBed(DefaultsStore* store) : library(store), given(store) { setLook(Look::light()); }
 
     void setLook(const Look& look) {
         window.setPalette(paletteOf(look));
@@ -39,6 +40,7 @@ public:
     }
 
     SoundLibrary library;
+    DefaultsStore* const given;
     FakeLidSensorSource lidSensor;
     FakeKeySource keys;
     FakeSoundFolder folder;
@@ -50,7 +52,7 @@ public:
     std::size_t selected = 0;
     DashboardSurroundings around{.sounds = *library,
                                  .notifications = library.notifications,
-                                 .defaults = library.defaults,
+                                 .defaults = given == nullptr ? library.defaults : *given,
                                  .files = library.sounds,
                                  .resourceFolder = "/res",
                                  .soundFolder = folder,
