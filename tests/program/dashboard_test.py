@@ -245,8 +245,10 @@ class TheDashboard(unittest.TestCase):
         eventually(lambda: not any(one.has("SHOWING") for one in windows()), "a closed window")
         file = HOME / "unwanted"
         file.write_text("for the trash", encoding="utf-8")
+        sink = Sink()
+        self.addCleanup(sink.close)
         subprocess.run(["gio", "trash", str(file)], check=True)
-        time.sleep(1.5)  # two looks at the trash
+        sink.wait_for_tone()
         subprocess.run([PROGRAM], check=True)
         self.dashboard = window(DASHBOARD)
         keys("End", "Up", "Up", "Up", "Up")

@@ -3,18 +3,15 @@
     program_test.py PROGRAM
 """
 
-import json
 import os
 import signal
 import subprocess
 import sys
 import unittest
-from pathlib import Path
 
 from tray_host import TrayHost, pump_until
 
 PROGRAM = sys.argv.pop(1)
-SETTINGS = Path(os.environ["XDG_CONFIG_HOME"]) / "chimewerk" / "settings.json"
 MENU = ("#Chimewerk, -, Open Dashboard [Control+D], Help & Troubleshooting [Control+?], -, "
         "Mic Sensitivity {Low (%s), Medium (%s), High (%s)}, -, Quit [Control+Q]")
 DASHBOARD = "Chimewerk — Dashboard"

@@ -13,7 +13,7 @@
 
 #include "sound/notifications.h"
 #include "support/dashboard_bed.h"
-#include "support/eventually.h"
+#include "support/widget_input.h"
 #include "support/x_pointer.h"
 #include "ui/angle_gauge_view.h"
 #include "ui/chimewerk_style.h"
@@ -26,9 +26,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr xcb_keysym_t kTab = 0xff09;
-constexpr xcb_keysym_t kReturn = 0xff0d;
-constexpr xcb_keysym_t kEscape = 0xff1b;
 constexpr xcb_keysym_t kHome = 0xff50;
 constexpr xcb_keysym_t kUp = 0xff52;
 constexpr xcb_keysym_t kDown = 0xff54;
@@ -36,14 +33,6 @@ constexpr xcb_keysym_t kEnd = 0xff57;
 
 constexpr int kLidAngleRow = 3;
 constexpr int kKeyPressRow = 8;
-
-template <typename Condition>
-bool comesTrue(Condition condition) {
-    return eventually([&condition] {
-        QApplication::processEvents();
-        return condition();
-    });
-}
 
 /// Notes what a widget paints anew.
 class PaintLog final : public QObject {

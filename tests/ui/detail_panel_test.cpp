@@ -12,9 +12,9 @@
 #include <optional>
 
 #include "support/detail_panel_bed.h"
-#include "support/eventually.h"
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
+#include "support/widget_input.h"
 #include "support/x_pointer.h"
 #include "ui/chimewerk_style.h"
 
@@ -24,19 +24,8 @@ namespace {
 using Outcome = SoundFolder::Outcome;
 using testing::ElementsAre;
 
-constexpr xcb_keysym_t kTab = 0xff09;
-constexpr xcb_keysym_t kReturn = 0xff0d;
-constexpr xcb_keysym_t kEscape = 0xff1b;
 constexpr xcb_keysym_t kLeft = 0xff51;
 constexpr xcb_keysym_t kRight = 0xff53;
-
-template <typename Condition>
-bool comesTrue(Condition condition) {
-    return eventually([&condition] {
-        QApplication::processEvents();
-        return condition();
-    });
-}
 
 class TheDetailPanel : public testing::Test {
 protected:
