@@ -10,7 +10,6 @@ import math
 import os
 import subprocess
 import sys
-import time
 import unittest
 import wave
 from pathlib import Path
@@ -55,6 +54,7 @@ class Sink:
         os.set_blocking(self._recorder.stdout.fileno(), False)
         self._bytes = b""
         eventually(self._samples, "a recording of the sink")
+        self._quiet = 0
 
     def _samples(self):
         self._bytes += self._recorder.stdout.read() or b""
@@ -66,17 +66,17 @@ class Sink:
 
         def quiet():
             samples = self._samples()
+            self._quiet = len(samples)
             return len(samples) > begin + RATE // 2 and max(map(abs, samples[-RATE // 4:])) < 0.001
         eventually(quiet, "quiet")
 
     def wait_for_tone(self):
-        """The pitch in hertz of the sound that is heard from now on, whose first moments the recording may lack."""
-        begin = len(self._samples())
+        """The pitch in hertz of the first sound since it was last quiet, whose first moments the recording may lack."""
         skipped, taken = RATE // 25, RATE // 10
 
         def heard():
             samples = self._samples()
-            first = next((i for i in range(begin, len(samples)) if abs(samples[i]) > 0.01), None)
+            first = next((i for i in range(self._quiet, len(samples)) if abs(samples[i]) > 0.01), None)
             if first is None or len(samples) < first + skipped + taken:
                 return None
             return samples[first + skipped:first + skipped + taken]
@@ -143,7 +143,7 @@ class TheDashboard(unittest.TestCase):
         self.shows("Key Press")
         self.dashboard.find("check box", "Key Press").click()
         self.shows("Tap active ✓")
-        self.assertTrue(self.dashboard.lacks("push button", "Open Accessibility Settings"))
+        self.dashboard.wait_for_lack("push button", "Open Accessibility Settings")
         pointer("key", "a")
         self.shows("Triggered: 1 time")
         self.dashboard.find("check box", "Key Press").click()
@@ -156,8 +156,7 @@ class TheDashboard(unittest.TestCase):
         slider.drag(0.96, 0.5)
         eventually(lambda: 0.4 < event_settings("slap").get("volume", 1) < 0.6, "half the volume in the settings")
         # Shown in whole per cent, cut off, as 32-bit floats have it.
-        eventually(lambda: not self.dashboard.lacks(
-            "label", f"{int(array.array('f', [event_settings('slap')['volume'] * 100])[0])}%"), "the same on the screen")
+        self.shows(f"{int(array.array('f', [event_settings('slap')['volume'] * 100])[0])}%")
         keys("Home")
         eventually(lambda: event_settings("slap").get("volume") == 0, "no volume in the settings")
         self.shows("0%")
@@ -193,16 +192,20 @@ class TheDashboard(unittest.TestCase):
         self.row("Single Knock, 🍎 Classic")
         eventually(lambda: not event_settings("slap").get("path"), "no path in the settings")
         self.assertTrue((HOME / ".local/share/Chimewerk/my tone.wav").exists())
-        self.assertTrue(self.dashboard.lacks("push button", "Remove"))
+        self.dashboard.wait_for_lack("push button", "Remove")
 
     def alert(self, text):
-        eventually(lambda: any(thing.name.startswith(text) for one in windows() for thing in one.things()
-                               if thing.role == "label"), text)
+        """Waits for the dialog with this text, until it has the keyboard."""
+        eventually(lambda: any(thing.name.startswith(text) for one in windows() if one.has("ACTIVE")
+                               for thing in one.things() if thing.role == "label"), text)
 
     def choose_theme(self, *steps):
         self.dashboard.find("combo box").click()
-        time.sleep(0.3)
+        eventually(lambda: self.dashboard.find("combo box").has("EXPANDED"), "the menu of themes")
         keys(*steps, "Return")
+
+    def wait_for_theme(self, name):
+        eventually(lambda: self.dashboard.find("combo box").name == name, name)
 
     def test_makes_renames_and_deletes_a_theme(self):
         self.choose_theme("End")
@@ -210,30 +213,30 @@ class TheDashboard(unittest.TestCase):
         type_text("  Focus ")
         keys("Return")
         self.row("Single Knock, — not set —")
-        self.assertEqual(self.dashboard.find("combo box").name, "👤 Focus")
+        self.wait_for_theme("👤 Focus")
         self.dashboard.find("push button", "Rename theme").click()
         wait_for_field()
         keys("ctrl+a")
         type_text("Night")
         keys("Return")
-        eventually(lambda: self.dashboard.find("combo box").name == "👤 Night", "the new name")
+        self.wait_for_theme("👤 Night")
         self.dashboard.find("push button", "Delete theme").click()
         self.alert('Delete "Night"?')
         keys("Escape")
-        self.assertEqual(self.dashboard.find("combo box").name, "👤 Night")
+        self.wait_for_theme("👤 Night")
         self.dashboard.find("push button", "Delete theme").click()
         self.alert('Delete "Night"?')
         keys("Return")
         self.row("Single Knock, 🍎 Classic")
-        self.assertTrue(self.dashboard.lacks("push button", "Delete theme"))
+        self.dashboard.wait_for_lack("push button", "Delete theme")
 
     def test_is_light_or_dark_and_remembers_it(self):
         x, y = self.dashboard.point(0.9, 0.95)
-        self.assertGreater(brightness_at(x, y), 200)
+        eventually(lambda: brightness_at(x, y) > 200, "a light window")
         self.dashboard.find("push button", "🌙  Dark").click()
         self.dashboard.find("push button", "☀️  Light")
         eventually(lambda: settings().get("ChimewerkDarkMode") is True, "dark in the settings")
-        self.assertLess(brightness_at(x, y), 80)
+        eventually(lambda: brightness_at(x, y) < 80, "a dark window")
         self.end()
         self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
                                         env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})

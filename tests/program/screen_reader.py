@@ -104,10 +104,11 @@ class Thing:
             return None
         return eventually(look, f"a {role} named {name}")
 
-    def lacks(self, role, name=None):
-        """Whether there is no such thing to be seen."""
-        return not any(thing.role == role and thing.has("SHOWING") and (name is None or thing.name.startswith(name))
-                       for thing in self.things())
+    def wait_for_lack(self, role, name=None):
+        """Until there is no such thing to be seen."""
+        eventually(lambda: not any(thing.role == role and thing.has("SHOWING") and
+                                   (name is None or thing.name.startswith(name)) for thing in self.things()),
+                   f"no {role} named {name}")
 
 
 def pointer(*words):
@@ -130,14 +131,16 @@ def windows():
         application = desktop.get_child_at_index(index)
         if application is not None and application.get_name().lower() == "chimewerk":
             application.clear_cache()
-            found += [Thing(application.get_child_at_index(place)) for place in range(application.get_child_count())]
+            children = [application.get_child_at_index(place) for place in range(application.get_child_count())]
+            # A window that closes meanwhile is none.
+            found += [Thing(child) for child in children if child is not None]
     return found
 
 
 def window(title):
-    """The program's window with this title; fails when it does not come in time."""
+    """The program's window with this title, once it has the keyboard; fails when that is not so in time."""
     def look():
-        return next((one for one in windows() if one.name == title and one.has("SHOWING")), None)
+        return next((one for one in windows() if one.name == title and one.has("SHOWING") and one.has("ACTIVE")), None)
     return eventually(look, f"the window {title}")
 
 
