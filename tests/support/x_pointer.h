@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <utility>
 
 namespace chimewerk {
 
@@ -26,6 +27,17 @@ public:
                             static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
         sync();
     }
+    /// Where on the screen the window's upper left corner is.
+    std::pair<int, int> placeOf(xcb_window_t window) const {
+        const auto root = xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root;
+        auto* const place = xcb_translate_coordinates_reply(
+            server_, xcb_translate_coordinates(server_, window, root, 0, 0), nullptr);
+        const std::pair<int, int> found =
+            place == nullptr ? std::pair(-1, -1) : std::pair<int, int>(place->dst_x, place->dst_y);
+        std::free(place);
+        return found;
+    }
+
     /// The left button.
     void press() { send(XCB_BUTTON_PRESS, 1); }
     void release() { send(XCB_BUTTON_RELEASE, 1); }

@@ -14,7 +14,6 @@
 #include "sound/notifications.h"
 #include "support/dashboard_bed.h"
 #include "support/widget_input.h"
-#include "support/x_pointer.h"
 #include "ui/angle_gauge_view.h"
 #include "ui/chimewerk_style.h"
 #include "ui/look.h"
@@ -49,42 +48,14 @@ private:
     }
 };
 
-class TheDashboard : public testing::Test {
+class TheDashboard : public testing::Test, protected WidgetUser {
 protected:
     void SetUp() override {
         ASSERT_TRUE(user.works());
         becomeActive();
     }
 
-    void becomeActive() {
-        ASSERT_TRUE(comesTrue([this] { return bed.window().isActiveWindow(); }));
-    }
-    /// Lets what has been sent to the windows arrive.
-    static void settle() {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(60);
-        while (std::chrono::steady_clock::now() < end) {
-            QApplication::processEvents(QEventLoop::AllEvents, 10);
-        }
-    }
-    void clickAt(const QWidget& widget, const QPoint& place) {
-        const QPoint there = widget.mapToGlobal(place);
-        user.moveTo(there.x(), there.y());
-        settle();
-        user.press();
-        user.release();
-        settle();
-    }
-    void click(const QWidget& widget) { clickAt(widget, widget.rect().center()); }
-    void type(xcb_keysym_t key) {
-        user.type(key);
-        settle();
-    }
-    void type(const std::string& text) {
-        for (const char letter : text) {
-            user.type(static_cast<xcb_keysym_t>(letter));
-        }
-        settle();
-    }
+    void becomeActive() { ASSERT_TRUE(becomesReady(bed.window())); }
 
     QRect rowRect(int row) { return bed.table().visualRect(bed.table().model()->index(row, 0)); }
     void clickRow(int row) { clickAt(*bed.table().viewport(), rowRect(row).center()); }
@@ -144,7 +115,6 @@ protected:
     QColor pixel(QPoint place) { return bed.window().grab().toImage().pixelColor(place); }
 
     DashboardBed bed;
-    XPointer user;
 };
 
 TEST_F(TheDashboard, OpensWithTheFirstEventInAFixedSize) {

@@ -15,7 +15,6 @@
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
 #include "support/widget_input.h"
-#include "support/x_pointer.h"
 #include "ui/chimewerk_style.h"
 
 namespace chimewerk {
@@ -27,42 +26,12 @@ using testing::ElementsAre;
 constexpr xcb_keysym_t kLeft = 0xff51;
 constexpr xcb_keysym_t kRight = 0xff53;
 
-class TheDetailPanel : public testing::Test {
+class TheDetailPanel : public testing::Test, protected WidgetUser {
 protected:
     void SetUp() override {
         bed.panel->refreshDetail();
         bed.window.show();
-        ASSERT_TRUE(comesTrue([this] { return bed.window.isActiveWindow(); }));
-    }
-
-    /// Lets what has been sent to the window arrive.
-    static void settle() {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(60);
-        while (std::chrono::steady_clock::now() < end) {
-            QApplication::processEvents(QEventLoop::AllEvents, 10);
-        }
-    }
-    void moveTo(const QWidget& widget, const QPoint& place) {
-        const QPoint there = widget.mapToGlobal(place);
-        user.moveTo(there.x(), there.y());
-    }
-    void click(const QWidget& widget) { clickAt(widget, widget.rect().center()); }
-    void clickAt(const QWidget& widget, const QPoint& place) {
-        moveTo(widget, place);
-        settle();
-        user.press();
-        user.release();
-        settle();
-    }
-    void type(xcb_keysym_t key) {
-        user.type(key);
-        settle();
-    }
-    void type(const std::string& text) {
-        for (const char letter : text) {
-            user.type(static_cast<xcb_keysym_t>(letter));
-        }
-        settle();
+        ASSERT_TRUE(becomesReady(bed.window));
     }
 
     template <typename Widget>
@@ -109,7 +78,6 @@ protected:
     }
 
     DetailPanelBed bed;
-    XPointer user;
 };
 
 TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
