@@ -217,6 +217,7 @@ TEST_F(TheDashboard, PaintsOnlyTheRowWhoseCountHasChanged) {
     PaintLog log(*bed.table().viewport());
     bed.library->play("lid_close");
     bed.library.queue.runPosted();
+    EXPECT_TRUE(comesTrue([&log] { return !log.painted.empty(); }));
     settle();
     EXPECT_THAT(log.painted, ElementsAre(rowRect(2)));
     EXPECT_TRUE(shows("Not triggered yet"));
@@ -248,7 +249,6 @@ TEST_F(TheDashboard, PaintsAFloodOfCountsNoOftenerThanADisplayShowsThem) {
     EXPECT_TRUE(shows("Triggered: 300 times"));
     EXPECT_LE(log.painted.size(), 3 + static_cast<std::size_t>((taken + std::chrono::milliseconds(60)) /
                                                                std::chrono::milliseconds(15)));
-    EXPECT_LT(log.painted.size(), kTriggers / 3);
 }
 
 TEST_F(TheDashboard, ShowsTheFirstEventWhenNoneIsSelected) {
