@@ -225,6 +225,7 @@ TEST_F(TheDashboard, PaintsOnlyTheRowWhoseCountHasChanged) {
     bed.library->play("slap");
     bed.library.queue.runPosted();
     EXPECT_TRUE(shows("Triggered: 2 times"));
+    EXPECT_TRUE(comesTrue([&] { return log.painted.back() == rowRect(0); }));
     settle();
 
     log.painted.clear();
