@@ -239,6 +239,7 @@ TEST_F(TheDetailPanel, LoadsAFileAndRemovesItAgain) {
     EXPECT_EQ(bed.listChanges, 1);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 
+    ASSERT_TRUE(becomesReady(bed.window));
     button("Remove").setFocus();
     type(' ');
     EXPECT_EQ(bed.library.event("slap").soundPath, std::nullopt);
