@@ -57,6 +57,13 @@ protected:
         settleAfter(before + 1);
     }
     void click(const QWidget& widget) { clickAt(widget, widget.rect().center()); }
+    /// Where a dialog keeps clicks away from the widget.
+    void clickInVain(const QWidget& widget) {
+        moveTo(widget, widget.rect().center());
+        user.press();
+        user.release();
+        settle();
+    }
     void type(xcb_keysym_t key) { type(std::u32string{key}); }
     void type(const std::string& text) { type(std::u32string(text.begin(), text.end())); }
 

@@ -230,7 +230,7 @@ TEST_F(TheDetailPanel, LoadsAFileAndRemovesItAgain) {
     writeSoundFile(music / "KNOCK.WAV", sine(440, 0.5, 0.1));
     ASSERT_NO_FATAL_FAILURE(chooseFile(music / "KNOCK.WAV"));
     EXPECT_EQ(bed.folder.chosen, music / "KNOCK.WAV");
-    click(enableSwitch());
+    clickInVain(enableSwitch());
     EXPECT_TRUE(bed.library.event("slap").isEnabled) << "nothing else can be done meanwhile";
     bed.library.sounds.addFile("/data/KNOCK.WAV");
     bed.folder.finish({.kind = Outcome::Kind::added, .path = "/data/KNOCK.WAV"});
