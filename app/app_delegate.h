@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "app/knock_detector.h"
-#include "app/power_events.h"
 #include "app/status_item.h"
 #include "app/status_menu.h"
 #include "app/windows.h"
 #include "monitors/app_launch_monitor.h"
 #include "monitors/brightness_monitor.h"
 #include "monitors/keyboard_monitor.h"
+#include "monitors/knock_detector.h"
 #include "monitors/lid_angle_monitor.h"
 #include "monitors/network_monitor.h"
+#include "monitors/power_events.h"
 #include "monitors/screenshot_monitor.h"
 #include "monitors/trash_monitor.h"
 #include "monitors/usb_monitor.h"

@@ -11,8 +11,8 @@
 #include <span>
 #include <vector>
 
-#include "app/knock_detector.h"
-#include "app/peak_magnitude.h"
+#include "monitors/knock_detector.h"
+#include "monitors/peak_magnitude.h"
 #include "support/fake_microphone.h"
 #include "support/virtual_main_queue.h"
 

@@ -9,9 +9,9 @@
 #include <string>
 #include <thread>
 
-#include "app/knock_detector.h"
 #include "linux/epoll_main_queue.h"
 #include "linux/pulse_microphone.h"
+#include "monitors/knock_detector.h"
 #include "support/microphone_feeder.h"
 
 namespace chimewerk {

@@ -5,7 +5,7 @@
 #include "linux/bus_link.h"
 #include "linux/epoll_main_queue.h"
 #include "linux/file_descriptor.h"
-#include "platform/system_power.h"
+#include "monitors/system_power.h"
 
 namespace chimewerk {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "linux/pulse_connection.h"
-#include "platform/microphone.h"
+#include "monitors/microphone.h"
 
 namespace chimewerk {
 

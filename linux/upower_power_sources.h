@@ -5,8 +5,8 @@
 
 #include "linux/bus_link.h"
 #include "linux/epoll_main_queue.h"
+#include "monitors/power_sources.h"
 #include "platform/lifeline.h"
-#include "platform/power_sources.h"
 
 namespace chimewerk {
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/power_events.h"
+#include "monitors/power_events.h"
 #include "support/fake_logind.h"
 #include "support/fake_power_sources.h"
 #include "support/open_descriptors.h"

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-#include "app/knock_detector.h"
+#include "monitors/knock_detector.h"
 #include "support/eventually.h"
 #include "support/microphone_feeder.h"
 #include "support/run_queue.h"

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/microphone.h"
+#include "monitors/microphone.h"
 #include "support/journal.h"
 
 namespace chimewerk {

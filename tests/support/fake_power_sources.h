@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/power_sources.h"
+#include "monitors/power_sources.h"
 #include "support/journal.h"
 
 namespace chimewerk {

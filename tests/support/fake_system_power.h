@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/system_power.h"
+#include "monitors/system_power.h"
 #include "support/journal.h"
 
 namespace chimewerk {

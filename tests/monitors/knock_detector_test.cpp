@@ -1,4 +1,4 @@
-#include "app/knock_detector.h"
+#include "monitors/knock_detector.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/peak_magnitude.h"
+#include "monitors/peak_magnitude.h"
 #include "support/fake_microphone.h"
 #include "support/sound_library.h"
 

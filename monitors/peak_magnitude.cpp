@@ -1,4 +1,4 @@
-#include "app/peak_magnitude.h"
+#include "monitors/peak_magnitude.h"
 
 #include <algorithm>
 #include <cmath>

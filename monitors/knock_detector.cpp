@@ -1,8 +1,8 @@
-#include "app/knock_detector.h"
+#include "monitors/knock_detector.h"
 
 #include <utility>
 
-#include "app/peak_magnitude.h"
+#include "monitors/peak_magnitude.h"
 
 namespace chimewerk {
 

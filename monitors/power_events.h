@@ -4,10 +4,10 @@
 #include <functional>
 #include <memory>
 
+#include "monitors/power_sources.h"
+#include "monitors/system_power.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
-#include "platform/power_sources.h"
-#include "platform/system_power.h"
 #include "sound/sound_manager.h"
 
 namespace chimewerk {

@@ -5,9 +5,9 @@
 #include <functional>
 #include <memory>
 
+#include "monitors/microphone.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
-#include "platform/microphone.h"
 
 namespace chimewerk {
 
