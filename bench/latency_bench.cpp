@@ -15,9 +15,9 @@
 #include <thread>
 #include <vector>
 
-#include "linux/pulse_connection.h"
-#include "linux/pulse_player.h"
-#include "linux/pulse_sound_service.h"
+#include "linux/audio/pulse_connection.h"
+#include "linux/audio/pulse_player.h"
+#include "linux/audio/pulse_sound_service.h"
 #include "support/sink_recorder.h"
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"

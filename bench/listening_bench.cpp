@@ -9,8 +9,8 @@
 #include <string>
 #include <thread>
 
-#include "linux/epoll_main_queue.h"
-#include "linux/pulse_microphone.h"
+#include "linux/audio/pulse_microphone.h"
+#include "linux/base/epoll_main_queue.h"
 #include "monitors/knock_detector.h"
 #include "support/microphone_feeder.h"
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "linux/posix_file_system.h"
-#include "linux/sound_file.h"
+#include "linux/base/posix_file_system.h"
+#include "linux/decoding/sound_file.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
 #include "support/fake_defaults_store.h"

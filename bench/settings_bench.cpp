@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include "linux/epoll_main_queue.h"
-#include "linux/json_defaults_store.h"
+#include "linux/base/epoll_main_queue.h"
+#include "linux/storage/json_defaults_store.h"
 #include "sound/event_table.h"
 #include "support/sound_library.h"
 #include "support/temporary_folder.h"

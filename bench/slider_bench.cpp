@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "linux/epoll_main_queue.h"
-#include "linux/json_defaults_store.h"
+#include "linux/base/epoll_main_queue.h"
+#include "linux/storage/json_defaults_store.h"
 #include "support/detail_panel_bed.h"
 #include "support/temporary_folder.h"
 #include "ui/chimewerk_style.h"

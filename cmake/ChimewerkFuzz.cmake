@@ -1,4 +1,4 @@
-# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux platform [LIBRARIES name] [SEEDS folder]
+# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux_storage platform [LIBRARIES name] [SEEDS folder]
 # [WORDS dictionary]): a libFuzzer program of these sources
 # alone, and a test of CTest that runs it for a few seconds: 20,000 inputs, beginning from those in the folder. The
 # sources may include the headers of the layers and of tests/support. The program is built by clang++ whichever compiler builds the rest;
@@ -17,7 +17,8 @@ function(chimewerk_fuzz_test name)
   file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/support/*.h)
   foreach(layer IN LISTS FUZZ_LAYERS)
     list(APPEND includes -I${PROJECT_BINARY_DIR}/include/${layer})
-    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${layer}/*.h)
+    string(REPLACE "_" "/" folder ${layer})
+    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(APPEND headers ${found})
   endforeach()
   set(sources "")

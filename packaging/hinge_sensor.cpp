@@ -2,8 +2,8 @@
 #include <string>
 #include <vector>
 
-#include "linux/hid_lid_sensor.h"
-#include "linux/sysfs.h"
+#include "linux/base/sysfs.h"
+#include "linux/lid/hid_lid_sensor.h"
 
 /// For udev's rules: succeeds when the file that is named holds the report descriptor of a lid's hinge
 /// sensor.

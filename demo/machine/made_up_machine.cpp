@@ -19,7 +19,7 @@
 #include <thread>
 #include <vector>
 
-#include "linux/file_descriptor.h"
+#include "linux/base/file_descriptor.h"
 #include "support/device_testbed.h"
 #include "support/made_up_hid_device.h"
 #include "support/private_network.h"

@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "linux/hid_lid_sensor.h"
-#include "linux/hid_report_descriptor.h"
+#include "linux/lid/hid_lid_sensor.h"
+#include "linux/lid/hid_report_descriptor.h"
 #include "monitors/lid_report.h"
 
 using namespace chimewerk;

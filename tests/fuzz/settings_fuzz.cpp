@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "linux/json_values.h"
+#include "linux/storage/json_values.h"
 #include "sound/event_table.h"
 #include "support/sound_library.h"
 

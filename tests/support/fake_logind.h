@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "linux/bus_link.h"
-#include "linux/file_descriptor.h"
+#include "linux/base/file_descriptor.h"
+#include "linux/links/bus_link.h"
 
 namespace chimewerk {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <variant>
 
-#include "linux/bus_link.h"
+#include "linux/links/bus_link.h"
 
 namespace chimewerk {
 

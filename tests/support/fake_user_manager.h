@@ -8,7 +8,7 @@
 #include <map>
 #include <string>
 
-#include "linux/bus_link.h"
+#include "linux/links/bus_link.h"
 
 namespace chimewerk {
 

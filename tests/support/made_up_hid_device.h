@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "linux/file_descriptor.h"
+#include "linux/base/file_descriptor.h"
 #include "support/device_testbed.h"
 
 namespace chimewerk {

@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "linux/file_descriptor.h"
+#include "linux/base/file_descriptor.h"
 #include "support/temporary_folder.h"
 
 namespace chimewerk {

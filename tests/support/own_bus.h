@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "linux/file_descriptor.h"
+#include "linux/base/file_descriptor.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
 #include "support/temporary_folder.h"

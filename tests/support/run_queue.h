@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "linux/epoll_main_queue.h"
+#include "linux/base/epoll_main_queue.h"
 
 namespace chimewerk {
 

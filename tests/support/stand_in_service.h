@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "linux/bus_link.h"
+#include "linux/links/bus_link.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
 

@@ -1,0 +1,134 @@
+#include "linux/audio/headroom.h"
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace chimewerk {
+
+namespace {
+
+constexpr std::size_t kChannels = 2;
+/// A start is known to within this many blocks; a sound reserves as many on either side.
+constexpr std::int64_t kSlack = 2;
+/// Just below the full range, so that the rounding of a sum does not reach the end of it.
+constexpr float kFull = 0.98F;
+/// Between two blocks a gain rises at most by the one and falls at most by the other: faster would be heard
+/// as a distortion rather than as a level.
+constexpr float kRise = 1.5F;
+constexpr float kFall = 2.0F;
+/// From silence a gain begins to rise at this.
+constexpr float kLeast = 0.1F;
+
+std::vector<float> peaksOf(std::span<const float> stereo) {
+    constexpr std::size_t kSamples = Headroom::kBlock * kChannels;
+    std::vector<float> peaks((stereo.size() + kSamples - 1) / kSamples);
+    for (std::size_t i = 0; i < peaks.size(); ++i) {
+        const auto block = stereo.subspan(i * kSamples, std::min(kSamples, stereo.size() - i * kSamples));
+        float peak = 0.0F;
+        for (const float sample : block) {
+            peak = std::max(peak, std::fabs(sample));
+        }
+        peaks[i] = peak;
+    }
+    return peaks;
+}
+
+/// The level of each block as early or as late as it may come: the sequence begins `kSlack` blocks before the
+/// peaks and ends as many after them.
+std::vector<float> withSlack(const std::vector<float>& peaks) {
+    std::vector<float> reach(peaks.size() + 2 * kSlack, 0.0F);
+    for (std::size_t i = 0; i < peaks.size(); ++i) {
+        for (std::size_t near = i; near <= i + 2 * kSlack; ++near) {
+            reach[near] = std::max(reach[near], peaks[i]);
+        }
+    }
+    return reach;
+}
+
+/// Makes a sequence of gains gentle without raising any.
+void smooth(std::vector<float>& gains) {
+    for (std::size_t i = 1; i < gains.size(); ++i) {
+        gains[i] = std::min(gains[i], std::max(gains[i - 1], kLeast) * kRise);
+    }
+    for (std::size_t i = gains.size() - 1; i-- > 0;) {
+        gains[i] = std::min(gains[i], std::max(gains[i + 1], kLeast) * kFall);
+    }
+}
+
+/// Applies one gain a block, going evenly from the middle of one block to the middle of the next.
+void applyGains(std::span<float> stereo, const std::vector<float>& gains) {
+    for (std::size_t frame = 0; frame * kChannels < stereo.size(); ++frame) {
+        // Within a block the gain never exceeds the block's own: it leans towards a neighbour only if that is
+        // lower.
+        const std::size_t block = frame / Headroom::kBlock;
+        const float position = static_cast<float>(frame % Headroom::kBlock) / Headroom::kBlock;
+        const bool early = position < 0.5F;
+        const std::size_t neighbour =
+            early ? (block > 0 ? block - 1 : 0) : std::min(block + 1, gains.size() - 1);
+        const float away = early ? 0.5F - position : position - 0.5F;
+        const float edge = std::min(gains[block], gains[neighbour]);
+        const float gain = gains[block] + (edge - gains[block]) * 2.0F * away;
+        stereo[frame * kChannels] *= gain;
+        stereo[frame * kChannels + 1] *= gain;
+    }
+}
+
+}  // namespace
+
+void Headroom::fit(std::span<float> stereo, std::int64_t start, float ceiling) {
+    if (stereo.empty()) {
+        return;
+    }
+    std::vector<float> peaks = peaksOf(stereo);
+    const std::int64_t begin = start / static_cast<std::int64_t>(kBlock) - kSlack;
+    forgetBefore(begin);
+
+    const std::vector<float> reach = withSlack(peaks);
+    std::vector<float> allowed(reach.size(), 1.0F);
+    for (std::size_t i = 0; i < reach.size(); ++i) {
+        const float taken = levelAt(begin + static_cast<std::int64_t>(i));
+        const float free = std::max(0.0F, std::min(kFull - taken, kFull * ceiling));
+        const bool alone = taken <= 0.0F && reach[i] <= ceiling;
+        if (reach[i] > free && !alone) {
+            allowed[i] = free / reach[i];
+        }
+    }
+    std::vector<float> gains(peaks.size());
+    for (std::size_t i = 0; i < gains.size(); ++i) {
+        const auto from = allowed.begin() + static_cast<std::ptrdiff_t>(i);
+        gains[i] = *std::min_element(from, from + 2 * kSlack + 1);
+    }
+    if (*std::min_element(gains.begin(), gains.end()) < 1.0F) {
+        smooth(gains);
+        applyGains(stereo, gains);
+        std::transform(peaks.begin(), peaks.end(), gains.begin(), peaks.begin(), std::multiplies<>());
+    }
+    reserve(begin, withSlack(peaks));
+}
+
+float Headroom::levelAt(std::int64_t block) const {
+    const bool known = block >= first_ && block - first_ < static_cast<std::int64_t>(kHorizon);
+    return known ? levels_.at(static_cast<std::size_t>(block) % kHorizon) : 0.0F;
+}
+
+void Headroom::reserve(std::int64_t begin, const std::vector<float>& levels) {
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        const std::int64_t block = begin + static_cast<std::int64_t>(i);
+        if (block >= first_ && block - first_ < static_cast<std::int64_t>(kHorizon)) {
+            level(block) += levels[i];
+        }
+    }
+}
+
+void Headroom::forgetBefore(std::int64_t block) {
+    if (block - first_ >= static_cast<std::int64_t>(kHorizon)) {
+        levels_.fill(0.0F);
+        first_ = block;
+    }
+    for (; first_ < block; ++first_) {
+        level(first_) = 0.0F;
+    }
+}
+
+}  // namespace chimewerk

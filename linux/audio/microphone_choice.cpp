@@ -1,0 +1,36 @@
+#include "linux/audio/microphone_choice.h"
+
+namespace chimewerk {
+
+namespace {
+
+/// Where a source's own rate is none that a microphone has, the server converts.
+constexpr std::uint32_t kUsualRate = 48000;
+constexpr std::uint32_t kLowestRate = 8000;
+constexpr std::uint32_t kHighestRate = 96000;
+
+bool isPluggedIn(const pa_source_info& source) {
+    return source.active_port == nullptr || source.active_port->available != PA_PORT_AVAILABLE_NO;
+}
+
+}  // namespace
+
+void MicrophoneChoice::consider(const pa_source_info& source) {
+    if (source.monitor_of_sink != PA_INVALID_INDEX || source.name == nullptr ||
+        source.channel_map.channels == 0) {
+        return;
+    }
+    const Rank rank{source.name == defaultSource_, isPluggedIn(source),
+                    (source.flags & PA_SOURCE_HARDWARE) != 0};
+    if (best_ && rank <= rank_) {
+        return;
+    }
+    const std::uint32_t rate = source.sample_spec.rate;
+    best_ = {.index = source.index,
+             .name = source.name,
+             .rate = rate < kLowestRate || rate > kHighestRate ? kUsualRate : rate,
+             .firstChannel = source.channel_map.map[0]};
+    rank_ = rank;
+}
+
+}  // namespace chimewerk

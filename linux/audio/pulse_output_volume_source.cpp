@@ -1,0 +1,93 @@
+#include "linux/audio/pulse_output_volume_source.h"
+
+#include <algorithm>
+
+namespace chimewerk {
+
+namespace {
+
+PulseOutputVolumeSource& self(void* user) {
+    return *static_cast<PulseOutputVolumeSource*>(user);
+}
+
+float asShown(pa_volume_t volume) {
+    return std::min(1.0F, static_cast<float>(volume) / static_cast<float>(PA_VOLUME_NORM));
+}
+
+}  // namespace
+
+PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection) : connection_(connection) {
+    connection_.add(*this);
+}
+
+PulseOutputVolumeSource::~PulseOutputVolumeSource() {
+    connection_.remove(*this);
+    const PulseConnection::Lock lock(connection_);
+    question_.cancel();
+}
+
+std::optional<float> PulseOutputVolumeSource::volume(Element element) {
+    const float value = element == Element::main ? main_ : firstChannel_;
+    return value < 0 ? std::nullopt : std::optional(value);
+}
+
+void PulseOutputVolumeSource::serverFound(pa_context& context) {
+    context_ = &context;
+    question_.ask();
+}
+
+pa_subscription_mask_t PulseOutputVolumeSource::newsWanted() const {
+    return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
+}
+
+void PulseOutputVolumeSource::serverLost() {
+    context_ = nullptr;
+    question_.cancel();
+    forget();
+}
+
+/// Asks for the default sink, and then for its volume.
+void PulseOutputVolumeSource::askServer() {
+    if (!question_.step(pa_context_get_server_info(
+            context_,
+            [](pa_context*, const pa_server_info* server, void* user) { self(user).serverTold(server); },
+            this))) {
+        question_.done();
+    }
+}
+
+void PulseOutputVolumeSource::serverTold(const pa_server_info* server) {
+    if (server == nullptr || server->default_sink_name == nullptr ||
+        !question_.step(pa_context_get_sink_info_by_name(
+            context_, server->default_sink_name,
+            [](pa_context*, const pa_sink_info* sink, int end, void* user) {
+                if (end == 0) {
+                    self(user).sinkTold(sink);
+                } else {
+                    if (end < 0) {
+                        self(user).forget();
+                    }
+                    self(user).question_.done();
+                }
+            },
+            this))) {
+        forget();
+        question_.done();
+    }
+}
+
+void PulseOutputVolumeSource::sinkTold(const pa_sink_info* sink) {
+    if (sink->volume.channels == 0) {
+        forget();
+        return;
+    }
+    main_ = asShown(pa_cvolume_avg(&sink->volume));
+    firstChannel_ = asShown(sink->volume.values[0]);
+}
+
+void PulseOutputVolumeSource::forget() {
+    main_ = -1.0F;
+    firstChannel_ = -1.0F;
+}
+
+}  // namespace chimewerk

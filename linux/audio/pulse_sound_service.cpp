@@ -1,0 +1,41 @@
+#include "linux/audio/pulse_sound_service.h"
+
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+class PulseSound final : public Sound {
+public:
+    PulseSound(PulsePlayer& player, std::shared_ptr<SoundFile> file)
+        : player_(player), file_(std::move(file)) {}
+
+    void setVolume(float volume) override { volume_ = volume; }
+    void play() override { player_.play(file_, volume_); }
+    Seconds duration() const override { return Seconds(file_->seconds()); }
+
+private:
+    PulsePlayer& player_;
+    const std::shared_ptr<SoundFile> file_;
+    float volume_ = 1.0F;
+};
+
+}  // namespace
+
+PulseSoundService::PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder)
+    : decoders_(decoders), player_(player), alertFolder_(std::move(alertFolder)) {}
+
+std::shared_ptr<Sound> PulseSoundService::soundFromFile(const std::string& path) {
+    std::shared_ptr<SoundFile> file = SoundFile::open(decoders_, path);
+    return file ? std::make_shared<PulseSound>(player_, std::move(file)) : nullptr;
+}
+
+std::shared_ptr<Sound> PulseSoundService::soundNamed(std::string_view name) {
+    if (name.empty() || name.find('/') != std::string_view::npos) {
+        return nullptr;
+    }
+    return soundFromFile(alertFolder_ + "/" + std::string(name) + ".wav");
+}
+
+}  // namespace chimewerk

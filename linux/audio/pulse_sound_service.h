@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "linux/audio/pulse_player.h"
+#include "linux/decoding/decoder.h"
+#include "platform/sound_service.h"
+
+namespace chimewerk {
+
+/// Sounds through PulseAudio, or PipeWire in its stead, from files and from a folder of alert sounds.
+class PulseSoundService final : public SoundService {
+public:
+    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. Decoders and player outlive the service
+    /// and its sounds.
+    PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder);
+
+    std::shared_ptr<Sound> soundFromFile(const std::string& path) override;
+    std::shared_ptr<Sound> soundNamed(std::string_view name) override;
+
+private:
+    const Decoders& decoders_;
+    PulsePlayer& player_;
+    const std::string alertFolder_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "linux/base/file_descriptor.h"
+#include "platform/main_queue.h"
+
+namespace chimewerk {
+
+/// The main loop on epoll: posted jobs, timers and readable descriptors. It runs by itself (`run()`) or
+/// inside another loop, which watches `descriptor()` and calls `dispatch()` when that is readable. All but
+/// `post()` belongs to the main thread.
+class EpollMainQueue final : public MainQueue {
+public:
+    /// Ends a watch when it is destroyed; must not outlive the queue.
+    class Watch {
+    public:
+        virtual ~Watch() = default;
+    };
+
+    /// Throws std::system_error when the system has no descriptors left.
+    EpollMainQueue();
+    ~EpollMainQueue() override;
+
+    void post(Job job) override;
+    void postAfter(Seconds delay, Job job) override;
+    std::shared_ptr<Timer> every(Seconds interval, Job job) override;
+
+    /// Runs `job` on the main thread whenever `descriptor` is readable, or broken, until the result is
+    /// destroyed, which must be before the descriptor is closed. Null when the descriptor cannot be watched.
+    [[nodiscard]] std::unique_ptr<Watch> watch(int descriptor, Job job);
+
+    /// Dispatches until `quit()` has been called.
+    void run();
+    /// Makes `run()` return after the present job.
+    void quit() { quitting_ = true; }
+
+    /// Readable when there is something to dispatch.
+    int descriptor() const { return epoll_.get(); }
+    /// Runs what is due now, without waiting.
+    void dispatch() { dispatchWithin(0); }
+
+private:
+    class RepeatingTimer;
+    class DescriptorWatch;
+    using MonotonicTime = std::chrono::steady_clock::time_point;
+
+    void dispatchWithin(int timeoutMilliseconds);
+    void runPosted();
+    void runDue();
+    void schedule(MonotonicTime due, Job job);
+    void armAlarm();
+    void add(const FileDescriptor& descriptor, std::uint64_t key);
+
+    FileDescriptor epoll_;
+    FileDescriptor wakeUp_;
+    FileDescriptor alarm_;
+    bool quitting_ = false;
+    /// By moment, and for one moment in order of scheduling.
+    std::multimap<MonotonicTime, Job> delayed_;
+    MonotonicTime armedFor_ = MonotonicTime::max();
+    std::map<std::uint64_t, std::shared_ptr<Job>> watched_;
+    std::uint64_t nextKey_;
+
+    std::mutex postedLock_;
+    std::vector<Job> posted_;  // guarded by postedLock_
+};
+
+}  // namespace chimewerk

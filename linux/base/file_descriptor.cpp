@@ -1,0 +1,13 @@
+#include "linux/base/file_descriptor.h"
+
+#include <unistd.h>
+
+namespace chimewerk {
+
+FileDescriptor::~FileDescriptor() {
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
+}
+
+}  // namespace chimewerk

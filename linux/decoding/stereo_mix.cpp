@@ -1,0 +1,93 @@
+#include "linux/decoding/stereo_mix.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+namespace chimewerk {
+
+namespace {
+
+/// How much of a channel goes to either side.
+struct Share {
+    float left;
+    float right;
+};
+
+constexpr Share kLeft{1.0F, 0.0F};
+constexpr Share kRight{0.0F, 1.0F};
+constexpr Share kCentre{0.7071F, 0.7071F};
+/// Low frequencies are left out, as everywhere where there is no speaker for them.
+constexpr Share kNone{0.0F, 0.0F};
+
+std::vector<Share> sharesOf(int channels) {
+    switch (channels) {
+        case 1:
+            return {{1.0F, 1.0F}};
+        case 2:
+            return {kLeft, kRight};
+        case 3:
+            return {kLeft, kRight, kCentre};
+        case 4:
+            return {kLeft, kRight, kLeft, kRight};
+        case 5:
+            return {kLeft, kRight, kCentre, kLeft, kRight};
+        case 6:
+            return {kLeft, kRight, kCentre, kNone, kLeft, kRight};
+        case 7:
+            return {kLeft, kRight, kCentre, kNone, kCentre, kLeft, kRight};
+        case 8:
+            return {kLeft, kRight, kCentre, kNone, kLeft, kRight, kLeft, kRight};
+        default: {
+            std::vector<Share> shares(static_cast<std::size_t>(channels));
+            for (std::size_t i = 0; i < shares.size(); ++i) {
+                shares[i] = i % 2 == 0 ? kLeft : kRight;
+            }
+            return shares;
+        }
+    }
+}
+
+std::vector<Share> normalisedShares(int channels) {
+    std::vector<Share> shares = sharesOf(channels);
+    Share sum = kNone;
+    for (const Share& share : shares) {
+        sum = {sum.left + share.left, sum.right + share.right};
+    }
+    for (Share& share : shares) {
+        share = {share.left / sum.left, share.right / sum.right};
+    }
+    return shares;
+}
+
+float numberOr0(float sample) {
+    return std::isfinite(sample) ? sample : 0.0F;
+}
+
+}  // namespace
+
+void mixToStereo(std::span<const float> frames, int channels, std::span<float> stereo) {
+    const auto width = static_cast<std::size_t>(channels);
+    const std::size_t count = frames.size() / width;
+    if (width <= 2) {
+        for (std::size_t i = 0; i < count; ++i) {
+            stereo[2 * i] = numberOr0(frames[i * width]);
+            stereo[2 * i + 1] = numberOr0(frames[i * width + width - 1]);
+        }
+        return;
+    }
+    const std::vector<Share> shares = normalisedShares(channels);
+    for (std::size_t i = 0; i < count; ++i) {
+        Share mixed = kNone;
+        for (std::size_t c = 0; c < width; ++c) {
+            const float sample = numberOr0(frames[i * width + c]);
+            mixed.left += shares[c].left * sample;
+            mixed.right += shares[c].right * sample;
+        }
+        stereo[2 * i] = mixed.left;
+        stereo[2 * i + 1] = mixed.right;
+    }
+}
+
+}  // namespace chimewerk

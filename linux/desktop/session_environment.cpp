@@ -1,0 +1,30 @@
+#include "linux/desktop/session_environment.h"
+
+#include <cstdlib>
+
+namespace chimewerk {
+
+namespace {
+
+std::string fromEnvironment(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+}  // namespace
+
+SessionEnvironment SessionEnvironment::ofThisProcess() {
+    return {.type = fromEnvironment("XDG_SESSION_TYPE"),
+            .waylandDisplay = fromEnvironment("WAYLAND_DISPLAY"),
+            .display = fromEnvironment("DISPLAY")};
+}
+
+bool SessionEnvironment::isX11() const {
+    if (display.empty() || type == "wayland") {
+        return false;
+    }
+    // A session started by hand from a console is of type "tty".
+    return type == "x11" || waylandDisplay.empty();
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,242 @@
+#include "linux/desktop/session_instance.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::steady_clock;
+
+constexpr microseconds kBusPatience = std::chrono::seconds(1);
+constexpr microseconds kInstancePatience = std::chrono::seconds(5);
+constexpr const char* kInterface = "org.freedesktop.Application";
+
+// The keys of the platform data.
+constexpr const char* kActivationToken = "activation-token";
+constexpr const char* kStartupId = "desktop-startup-id";
+
+constexpr std::array<std::string_view, 3> kActions{SessionInstance::kOpenDashboard,
+                                                   SessionInstance::kOpenHelp, SessionInstance::kQuit};
+
+std::string environmentText(const char* name) {
+    const char* const text = std::getenv(name);
+    return text == nullptr ? "" : text;
+}
+
+std::string pathOf(const std::string& id) {
+    std::string path = "/" + id;
+    std::ranges::replace(path, '.', '/');
+    std::ranges::replace(path, '-', '_');
+    return path;
+}
+
+std::uint64_t microsecondsUntil(steady_clock::time_point moment) {
+    const auto left = std::chrono::ceil<microseconds>(moment - steady_clock::now()).count();
+    return left > 0 ? static_cast<std::uint64_t>(left) : 0;
+}
+
+/// Waits until the bus has let us in; false when it does not in time.
+bool waitUntilReady(sd_bus* bus) {
+    const auto deadline = steady_clock::now() + kBusPatience;
+    while (sd_bus_is_ready(bus) <= 0) {
+        const int processed = sd_bus_process(bus, nullptr);
+        if (processed < 0) {
+            return false;
+        }
+        const std::uint64_t left = microsecondsUntil(deadline);
+        if (processed == 0) {
+            const int waited = left == 0 ? -ETIMEDOUT : sd_bus_wait(bus, left);
+            if (waited < 0 && waited != -EINTR) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+/// Reads the platform data that come next in the call; empty when they hold no token.
+std::string readToken(sd_bus_message* call) {
+    std::string token;
+    if (sd_bus_message_enter_container(call, 'a', "{sv}") < 0) {
+        return token;
+    }
+    while (sd_bus_message_enter_container(call, 'e', "sv") > 0) {
+        const char* key = nullptr;
+        const char* text = nullptr;
+        sd_bus_message_read(call, "s", &key);
+        if (sd_bus_message_verify_type(call, 'v', "s") > 0) {
+            sd_bus_message_read(call, "v", "s", &text);
+            if (std::string_view(key) == kActivationToken ||
+                (std::string_view(key) == kStartupId && token.empty())) {
+                token = text;
+            }
+        } else {
+            sd_bus_message_skip(call, "v");
+        }
+        sd_bus_message_exit_container(call);
+    }
+    sd_bus_message_exit_container(call);
+    return token;
+}
+
+/// Left out when it is not plain text: the bus would cut off whoever sends it.
+void appendToken(sd_bus_message* call, const char* key, const std::string& token) {
+    const auto isPlain = [](char letter) { return letter >= ' ' && letter <= '~'; };
+    if (!token.empty() && std::ranges::all_of(token, isPlain)) {
+        sd_bus_message_append(call, "{sv}", key, "s", token.c_str());
+    }
+}
+
+/// Calls and waits; false when there was nobody to answer, or whoever it was left without answering.
+bool isAnswered(sd_bus* bus, sd_bus_message* call, std::uint64_t patience) {
+    sd_bus_error error{};
+    sd_bus_message* reply = nullptr;
+    sd_bus_call(bus, call, patience, &error, &reply);
+    const BusMessage owned(reply);
+    const bool nobody = sd_bus_error_has_names(&error, SD_BUS_ERROR_SERVICE_UNKNOWN,
+                                               SD_BUS_ERROR_NAME_HAS_NO_OWNER, SD_BUS_ERROR_NO_REPLY) != 0;
+    sd_bus_error_free(&error);
+    return !nobody;
+}
+
+}  // namespace
+
+LaunchRequest LaunchRequest::ofThisProcess(std::string action) {
+    return {.action = std::move(action),
+            .activationToken = environmentText("XDG_ACTIVATION_TOKEN"),
+            .startupId = environmentText("DESKTOP_STARTUP_ID")};
+}
+
+const sd_bus_vtable SessionInstance::kApplication[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD_WITH_NAMES("Activate", "a{sv}", SD_BUS_PARAM(platform_data), "", "", onActivate,
+                             SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD_WITH_NAMES("Open", "asa{sv}", SD_BUS_PARAM(uris) SD_BUS_PARAM(platform_data), "", "",
+                             onOpen, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD_WITH_NAMES("ActivateAction", "sava{sv}",
+                             SD_BUS_PARAM(action_name) SD_BUS_PARAM(parameter) SD_BUS_PARAM(platform_data),
+                             "", "", onActivateAction, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END,
+};
+
+SessionInstance::SessionInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks)
+    : queue_(queue),
+      id_(std::move(id)),
+      path_(pathOf(id_)),
+      callbacks_(std::move(callbacks)),
+      link_(queue,
+            [this](sd_bus** bus) {
+                *bus = claimed_.release();
+                return *bus != nullptr ? 0 : sd_bus_open_user(bus);
+            },
+            {.onOpen = [this](sd_bus* bus) { serve(bus); }}) {}
+
+SessionInstance::Outcome SessionInstance::claim(const LaunchRequest& request) {
+    sd_bus* bus = nullptr;
+    if (sd_bus_open_user(&bus) >= 0) {
+        claimed_.reset(bus);
+        sd_bus_set_method_call_timeout(bus, kBusPatience.count());
+    }
+    Outcome outcome = Outcome::noBus;
+    if (claimed_ && waitUntilReady(bus)) {
+        outcome = takeNameOrAsk(bus, request);
+    }
+    if (outcome != Outcome::first) {
+        claimed_ = nullptr;
+    }
+    if (outcome != Outcome::alreadyRunning) {
+        link_.keepOpen();
+    }
+    return outcome;
+}
+
+/// Whoever has the name serves the object already.
+SessionInstance::Outcome SessionInstance::takeNameOrAsk(sd_bus* bus, const LaunchRequest& request) {
+    addObject(bus);
+    const auto deadline = steady_clock::now() + kInstancePatience;
+    while (true) {
+        const int taken = sd_bus_request_name(bus, id_.c_str(), 0);
+        if (taken >= 0) {
+            return Outcome::first;
+        }
+        const BusMessage call = taken == -EEXIST ? makeCall(bus, request) : nullptr;
+        if (!call) {
+            return Outcome::noBus;
+        }
+        // An instance that was just quitting has left the name to us, or to another launch.
+        const std::uint64_t patience = microsecondsUntil(deadline);
+        if (patience == 0 || isAnswered(bus, call.get(), patience)) {
+            return Outcome::alreadyRunning;
+        }
+    }
+}
+
+/// Null when it cannot be made.
+BusMessage SessionInstance::makeCall(sd_bus* bus, const LaunchRequest& request) const {
+    const bool isAction = !request.action.empty();
+    sd_bus_message* call = nullptr;
+    sd_bus_message_new_method_call(bus, &call, id_.c_str(), path_.c_str(), kInterface,
+                                   isAction ? "ActivateAction" : "Activate");
+    BusMessage owned(call);
+    if (call == nullptr || (isAction && sd_bus_message_append(call, "sav", request.action.c_str(), 0) < 0) ||
+        sd_bus_message_open_container(call, 'a', "{sv}") < 0) {
+        return nullptr;
+    }
+    sd_bus_message_set_auto_start(call, 0);
+    appendToken(call, kActivationToken, request.activationToken);
+    appendToken(call, kStartupId, request.startupId);
+    return sd_bus_message_close_container(call) >= 0 ? std::move(owned) : nullptr;
+}
+
+int SessionInstance::addObject(sd_bus* bus) {
+    return sd_bus_add_object_vtable(bus, nullptr, path_.c_str(), kInterface, kApplication, this);
+}
+
+/// On the connection on which the name was claimed both are in place, and nothing comes of it. Without an
+/// answer of ours, sd-bus would close the connection when somebody else has the name.
+void SessionInstance::serve(sd_bus* bus) {
+    addObject(bus);
+    sd_bus_request_name_async(
+        bus, nullptr, id_.c_str(), 0, [](sd_bus_message*, void*, sd_bus_error*) { return 0; }, nullptr);
+}
+
+/// Its platform data come next in the call.
+int SessionInstance::activate(sd_bus_message* call) {
+    queue_.post(lifeline_.guard([this, token = readToken(call)] { callbacks_.onActivate(token); }));
+    return sd_bus_reply_method_return(call, "");
+}
+
+int SessionInstance::onActivate(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+    return static_cast<SessionInstance*>(self)->activate(call);
+}
+
+/// The program has no documents: whatever it is to open, it shows itself.
+int SessionInstance::onOpen(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+    sd_bus_message_skip(call, "as");
+    return static_cast<SessionInstance*>(self)->activate(call);
+}
+
+int SessionInstance::onActivateAction(sd_bus_message* call, void* self, sd_bus_error* error) {
+    auto& instance = *static_cast<SessionInstance*>(self);
+    const char* action = nullptr;
+    if (sd_bus_message_read(call, "s", &action) < 0 ||
+        std::ranges::find(kActions, std::string_view(action)) == kActions.end()) {
+        return sd_bus_error_set_const(error, SD_BUS_ERROR_INVALID_ARGS, "There is no such action.");
+    }
+    sd_bus_message_skip(call, "av");
+    instance.queue_.post(
+        instance.lifeline_.guard([&instance, action = std::string(action), token = readToken(call)] {
+            instance.callbacks_.onAction(action, token);
+        }));
+    return sd_bus_reply_method_return(call, "");
+}
+
+}  // namespace chimewerk

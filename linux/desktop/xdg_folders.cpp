@@ -1,0 +1,104 @@
+#include "linux/desktop/xdg_folders.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+
+namespace chimewerk {
+
+namespace {
+
+std::string absoluteFromEnvironment(const char* name) {
+    const char* const value = std::getenv(name);
+    std::string path = value == nullptr || value[0] != '/' ? "" : value;
+    while (path.ends_with('/')) {
+        path.pop_back();
+    }
+    return path;
+}
+
+std::string homeFolder() {
+    std::string home = absoluteFromEnvironment("HOME");
+    if (home.empty()) {
+        if (const passwd* const entry = getpwuid(getuid()); entry != nullptr && entry->pw_dir != nullptr) {
+            home = entry->pw_dir;
+        }
+    }
+    return home;
+}
+
+std::string folder(const char* variable, const char* belowHome) {
+    std::string path = absoluteFromEnvironment(variable);
+    if (path.empty()) {
+        if (const std::string home = homeFolder(); !home.empty()) {
+            path = home + belowHome;
+        }
+    }
+    return path;
+}
+
+/// The path that a quoted value of user-dirs.dirs stands for: absolute, or below "$HOME"; none for anything
+/// else.
+std::optional<std::string> unquoted(std::string_view value) {
+    constexpr std::string_view kHome = "$HOME/";
+    if (!value.starts_with('"')) {
+        return std::nullopt;
+    }
+    value.remove_prefix(1);
+    std::string path;
+    if (value.starts_with(kHome)) {
+        path = homeFolder() + "/";
+        value.remove_prefix(kHome.size());
+    } else if (!value.starts_with('/')) {
+        return std::nullopt;
+    }
+    for (std::size_t i = 0; i < value.size() && value[i] != '"'; ++i) {
+        if (value[i] == '\\' && i + 1 < value.size()) {
+            ++i;
+        }
+        path += value[i];
+    }
+    while (path.size() > 1 && path.ends_with('/')) {
+        path.pop_back();
+    }
+    return path.starts_with('/') ? std::optional(path) : std::nullopt;
+}
+
+}  // namespace
+
+std::string xdgDataHome() {
+    return folder("XDG_DATA_HOME", "/.local/share");
+}
+std::string xdgConfigHome() {
+    return folder("XDG_CONFIG_HOME", "/.config");
+}
+
+std::string xdgUserFolder(std::string_view name, std::string_view fallback) {
+    std::string path = homeFolder();
+    if (path.empty()) {
+        return path;
+    }
+    path.append("/").append(fallback);
+    std::ifstream file(xdgConfigHome() + "/user-dirs.dirs");
+    const std::string key = "XDG_" + std::string(name) + "_DIR=";
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t start = line.find_first_not_of(" \t");
+        if (start != std::string::npos && line.compare(start, key.size(), key) == 0) {
+            path = unquoted(std::string_view(line).substr(start + key.size())).value_or(path);
+        }
+    }
+    return path;
+}
+
+std::vector<std::string> screenshotFolders() {
+    const std::string pictures = xdgUserFolder("PICTURES", "Pictures");
+    if (pictures.empty()) {
+        return {};
+    }
+    return {xdgUserFolder("DESKTOP", "Desktop"), pictures, pictures + "/Screenshots"};
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/links/udev_monitor.h"
+#include "monitors/usb_monitor.h"
+
+namespace chimewerk {
+
+/// USB devices, as udev announces them; their interfaces are no devices of their own. Where udev's events
+/// cannot be heard, nothing arrives. Events that somebody asks udev to repeat are no arrivals. When so many
+/// come at once that some are lost, those that were kept are heard.
+class UdevUsbArrivalSource final : public UsbArrivalSource {
+public:
+    /// The queue outlives the source.
+    explicit UdevUsbArrivalSource(EpollMainQueue& queue) : queue_(queue) {}
+
+    bool open(std::function<void()> arrived) override;
+    void close() override { monitor_ = nullptr; }
+
+private:
+    EpollMainQueue& queue_;
+    std::unique_ptr<UdevMonitor> monitor_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/desktop/session_environment.h"
+#include "monitors/keyboard_monitor.h"
+
+namespace chimewerk {
+
+/// The first of the ways to hear the keys that works here: the kernel's event devices when they may be read,
+/// else the X server in an X11 session. Where neither works the keys cannot be heard: not trusted, and no
+/// tap.
+class DesktopKeySource final : public KeySource {
+public:
+    /// The queue outlives the source and its taps.
+    DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment);
+
+    bool trusted() override;
+    std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
+
+private:
+    std::vector<std::unique_ptr<KeySource>> sources_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,212 @@
+#include "linux/keys/evdev_key_source.h"
+
+#include <fcntl.h>
+#include <libevdev/libevdev.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "linux/base/file_descriptor.h"
+#include "linux/base/folder_watch.h"
+#include "linux/keys/key_codes.h"
+
+namespace chimewerk {
+
+namespace {
+
+struct FreeDevice {
+    void operator()(libevdev* device) const { libevdev_free(device); }
+};
+
+/// Which file a name stands for; 0 for none. A device that is plugged in again gets a new one under its old
+/// name.
+ino_t fileAt(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+/// One keyboard that is open for reading.
+class Keyboard {
+public:
+    /// Null for what is no keyboard or may not be read.
+    static std::unique_ptr<Keyboard> open(const std::string& path) {
+        // Asking first spares opening what may not be read.
+        if (access(path.c_str(), R_OK) != 0) {
+            return nullptr;
+        }
+        FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+        libevdev* device = nullptr;
+        if (!descriptor || libevdev_new_from_fd(descriptor.get(), &device) != 0) {
+            return nullptr;
+        }
+        std::unique_ptr<Keyboard> keyboard(new Keyboard(std::move(descriptor), device));
+        return keyboard->types() ? std::move(keyboard) : nullptr;
+    }
+
+    int descriptor() const { return descriptor_.get(); }
+
+    ino_t file() const {
+        struct stat status {};
+        return fstat(descriptor_.get(), &status) == 0 ? status.st_ino : 0;
+    }
+
+    /// Reports what has been pressed since the last time. False when the keyboard is gone.
+    bool read(const std::function<void(std::int64_t)>& onKeyDown) {
+        bool anything = false;
+        input_event event{};
+        int status = 0;
+        // After an overrun the kernel's queue goes on with the latest events; the lost ones are not worth a
+        // sync.
+        while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >= 0) {
+            anything = true;
+            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY && event.value != 0) {
+                if (const auto keyCode = virtualKeyCode(event.code)) {
+                    onKeyDown(*keyCode);
+                }
+            }
+        }
+        return status == -EAGAIN && (anything || !hungUp());
+    }
+
+private:
+    Keyboard(FileDescriptor descriptor, libevdev* device)
+        : descriptor_(std::move(descriptor)), device_(device) {}
+
+    /// Power buttons, mice, headsets and the like have keys, but none that types.
+    bool types() const {
+        for (unsigned code = 0; code < KEY_CNT; ++code) {
+            if (virtualKeyCode(code) && libevdev_has_event_code(device_.get(), EV_KEY, code) != 0) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool hungUp() const {
+        pollfd state{.fd = descriptor_.get(), .events = POLLIN, .revents = 0};
+        return poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR)) != 0;
+    }
+
+    FileDescriptor descriptor_;
+    std::unique_ptr<libevdev, FreeDevice> device_;
+};
+
+std::vector<std::string> eventDevices(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::string name = entry->path().filename().string();
+        if (name.starts_with("event")) {
+            names.push_back(std::move(name));
+        }
+    }
+    return names;
+}
+
+class EvdevKeyTap final : public KeyTap {
+public:
+    EvdevKeyTap(EpollMainQueue& queue, std::string folder, KeyTapCallbacks callbacks)
+        : queue_(queue), folder_(std::move(folder)), callbacks_(std::move(callbacks)) {}
+
+    void setEnabled(bool enabled) override {
+        if (!enabled) {
+            plugging_ = nullptr;
+            heard_.clear();
+            broken_.clear();
+            return;
+        }
+        if (!plugging_) {
+            // Before the first look, so that no keyboard comes in between.
+            plugging_ = std::make_unique<FolderWatch>(
+                queue_, folder_, [this](std::string_view name) { devicesChanged(std::string(name)); },
+                FolderWatch::Report::namesAndPermissions);
+        }
+        hearAll();
+    }
+
+private:
+    struct Heard {
+        std::unique_ptr<Keyboard> keyboard;
+        std::unique_ptr<EpollMainQueue::Watch> watch;  // ends before the keyboard that it watches
+    };
+
+    void devicesChanged(const std::string& name) {
+        if (name.empty()) {
+            broken_.clear();
+            hearAll();
+        } else if (name.starts_with("event")) {
+            broken_.erase(name);
+            if (access((folder_ + "/" + name).c_str(), R_OK) != 0 && errno == EACCES) {
+                heard_.erase(name);  // Another user sits at the keyboard now.
+            } else {
+                hear(name);
+            }
+        }
+    }
+
+    void hearAll() {
+        for (const std::string& name : eventDevices(folder_)) {
+            hear(name);
+        }
+    }
+
+    void hear(const std::string& name) {
+        const std::string path = folder_ + "/" + name;
+        const auto broken = broken_.find(name);
+        if (heard_.contains(name) || (broken != broken_.end() && broken->second == fileAt(path))) {
+            return;
+        }
+        auto keyboard = Keyboard::open(path);
+        if (!keyboard) {
+            return;
+        }
+        auto watch = queue_.watch(keyboard->descriptor(), [this, name, heard = keyboard.get()] {
+            if (!heard->read(callbacks_.onKeyDown)) {
+                lose(name);
+            }
+        });
+        heard_.insert_or_assign(name, Heard{std::move(keyboard), std::move(watch)});
+    }
+
+    /// What has broken is not opened again until something is heard of it or another takes its name: it might
+    /// open and break without end.
+    void lose(const std::string& name) {
+        const auto lost = heard_.find(name);
+        broken_.insert_or_assign(name, lost->second.keyboard->file());
+        heard_.erase(lost);
+        callbacks_.onDisabled();
+    }
+
+    EpollMainQueue& queue_;
+    const std::string folder_;
+    const KeyTapCallbacks callbacks_;
+    std::map<std::string, Heard> heard_;
+    std::map<std::string, ino_t> broken_;
+    std::unique_ptr<FolderWatch> plugging_;
+};
+
+}  // namespace
+
+EvdevKeySource::EvdevKeySource(EpollMainQueue& queue, std::string folder)
+    : queue_(queue), folder_(std::move(folder)) {}
+
+bool EvdevKeySource::trusted() {
+    return std::ranges::any_of(eventDevices(folder_), [this](const std::string& name) {
+        return Keyboard::open(folder_ + "/" + name) != nullptr;
+    });
+}
+
+std::unique_ptr<KeyTap> EvdevKeySource::createTap(KeyTapCallbacks callbacks) {
+    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, std::move(callbacks)) : nullptr;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/base/file_descriptor.h"
+
+namespace chimewerk {
+
+/// Repeats a key that is held down: the one that was pressed last, after a delay and then at an interval,
+/// until it is released. It has one kernel timer, which runs only while such a key is held, and allocates
+/// nothing per key. Main thread only; must not be destroyed from within its callback.
+class KeyRepeat {
+public:
+    struct Settings {
+        /// Zero for no repeats at all.
+        std::chrono::milliseconds delay{0};
+        std::chrono::milliseconds interval{0};
+        /// One bit per key, lowest first: whether it repeats.
+        std::array<std::uint8_t, 32> keys{};
+    };
+
+    /// Calls `onRepeat` for each repeat; a late one is not made up for. The queue outlives the object.
+    KeyRepeat(EpollMainQueue& queue, std::function<void(std::uint8_t key)> onRepeat);
+
+    void setSettings(const Settings& settings);
+    void press(std::uint8_t key);
+    void release(std::uint8_t key);
+    void stop();
+
+private:
+    void setTimer(std::chrono::milliseconds delay, std::chrono::milliseconds interval);
+
+    const std::function<void(std::uint8_t)> onRepeat_;
+    Settings settings_;
+    std::uint8_t held_ = 0;
+    FileDescriptor timer_;
+    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the timer that it watches
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,138 @@
+#include "linux/keys/x11_key_source.h"
+
+#include <xcb/xinput.h>
+
+#include <optional>
+#include <utility>
+
+#include "linux/keys/key_codes.h"
+#include "linux/keys/key_repeat.h"
+#include "linux/keys/x11_repeat_controls.h"
+#include "linux/links/x11_link.h"
+
+namespace chimewerk {
+
+namespace {
+
+/// The opcode under which raw key events of all keyboards will come from now on; none when the server cannot
+/// send them.
+std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_window_t root) {
+    const auto* const extension = xcb_get_extension_data(server, &xcb_input_id);
+    if (extension == nullptr || extension->present == 0) {
+        return std::nullopt;
+    }
+    const XcbReply<xcb_input_xi_query_version_reply_t> version(
+        xcb_input_xi_query_version_reply(server, xcb_input_xi_query_version(server, 2, 1), nullptr));
+    if (!version || version->major_version < 2 ||
+        (version->major_version == 2 && version->minor_version < 1)) {
+        return std::nullopt;
+    }
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } const wanted{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
+                   XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE};
+    const XcbReply<xcb_generic_error_t> error(
+        xcb_request_check(server, xcb_input_xi_select_events_checked(server, root, 1, &wanted.head)));
+    return error ? std::nullopt : std::optional(extension->major_opcode);
+}
+
+class X11KeyTap final : public KeyTap {
+public:
+    X11KeyTap(EpollMainQueue& queue, const std::string& display, KeyTapCallbacks callbacks)
+        : callbacks_(std::move(callbacks)),
+          repeat_(queue, [this](std::uint8_t key) { repeat(key); }),
+          link_(queue, display,
+                {.onOpen = [this](auto* server, auto root) { return subscribe(server, root); },
+                 .onEvent = [this](const auto& event) { handle(event); },
+                 .onLost = [this] { repeat_.stop(); }}) {}
+
+    void setEnabled(bool enabled) override {
+        if (enabled) {
+            link_.keepOpen();
+        } else {
+            repeat_.stop();
+            link_.close();
+        }
+    }
+
+private:
+    bool subscribe(xcb_connection_t* server, xcb_window_t root) {
+        const auto opcode = subscribeToRawKeys(server, root);
+        if (!opcode) {
+            return false;
+        }
+        opcode_ = *opcode;
+        controls_.subscribe(server);
+        repeat_.setSettings(controls_.read(server));
+        return xcb_flush(server) > 0;
+    }
+
+    void handle(const xcb_generic_event_t& event) {
+        if (controls_.haveChanged(event)) {
+            repeat_.setSettings(controls_.read(link_.server()));
+            return;
+        }
+        if ((event.response_type & 0x7F) != XCB_GE_GENERIC) {
+            return;
+        }
+        // Raw presses and releases have one layout.
+        const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
+        if (raw.extension != opcode_ || raw.detail > 0xFF) {
+            return;
+        }
+        const auto key = static_cast<std::uint8_t>(raw.detail);
+        if (raw.event_type == XCB_INPUT_RAW_KEY_PRESS) {
+            report(key);
+            repeat_.press(key);
+        } else if (raw.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
+            repeat_.release(key);
+        }
+    }
+
+    void report(std::uint8_t key) const {
+        if (const auto keyCode =
+                key < kX11KeycodeOffset ? std::nullopt : virtualKeyCode(key - kX11KeycodeOffset)) {
+            callbacks_.onKeyDown(*keyCode);
+        }
+    }
+
+    /// A release that got lost, as when another console is switched to, must not leave a key repeating for
+    /// ever: the server is asked whether the key is still down.
+    void repeat(std::uint8_t key) {
+        xcb_connection_t* const server = link_.server();
+        const XcbReply<xcb_query_keymap_reply_t> state(
+            server == nullptr ? nullptr : xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
+        if (state && (state->keys[key / 8] >> (key % 8) & 1) != 0) {
+            report(key);
+        } else {
+            repeat_.stop();
+        }
+        link_.handleEvents();  // Some may have come along with the reply.
+    }
+
+    const KeyTapCallbacks callbacks_;
+    std::uint8_t opcode_ = 0;
+    X11RepeatControls controls_;
+    KeyRepeat repeat_;
+    X11Link link_;
+};
+
+}  // namespace
+
+X11KeySource::X11KeySource(EpollMainQueue& queue, std::string display)
+    : queue_(queue), display_(std::move(display)) {}
+
+bool X11KeySource::trusted() {
+    X11Link link(
+        queue_, display_,
+        {.onOpen = [](auto* server, auto root) { return subscribeToRawKeys(server, root).has_value(); },
+         .onEvent = [](const auto&) {}});
+    return link.openOnce();
+}
+
+std::unique_ptr<KeyTap> X11KeySource::createTap(KeyTapCallbacks callbacks) {
+    return trusted() ? std::make_unique<X11KeyTap>(queue_, display_, std::move(callbacks)) : nullptr;
+}
+
+}  // namespace chimewerk

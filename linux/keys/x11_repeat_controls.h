@@ -1,0 +1,27 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+
+#include "linux/keys/key_repeat.h"
+
+namespace chimewerk {
+
+/// How an X server lets held keys repeat, as its keyboard extension tells. Main thread only.
+class X11RepeatControls {
+public:
+    /// Asks this server for events when the controls change.
+    void subscribe(xcb_connection_t* server);
+
+    bool haveChanged(const xcb_generic_event_t& event) const;
+
+    /// The controls now; no repeats when the server does not say.
+    KeyRepeat::Settings read(xcb_connection_t* server) const;
+
+private:
+    /// The number of the extension's events; 0 without the extension.
+    std::uint8_t event_ = 0;
+};
+
+}  // namespace chimewerk

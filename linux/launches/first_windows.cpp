@@ -1,0 +1,64 @@
+#include "linux/launches/first_windows.h"
+
+#include <set>
+#include <utility>
+
+namespace chimewerk {
+
+FirstWindows::FirstWindows(Surroundings surroundings) : around_(std::move(surroundings)) {}
+
+void FirstWindows::begin(const std::vector<Window>& list) {
+    ownerOf_.clear();
+    windowsOf_.clear();
+    takeIn(list);
+}
+
+void FirstWindows::update(const std::vector<Window>& list) {
+    letGo(list);
+    for (const Owner owner : takeIn(list)) {
+        around_.onFirstWindow(owner);
+    }
+}
+
+/// Notes the windows that are new and returns the processes that were not known before and have one for the
+/// user.
+std::vector<FirstWindows::Owner> FirstWindows::takeIn(const std::vector<Window>& list) {
+    std::vector<Window> added;
+    for (const Window window : list) {
+        if (!ownerOf_.contains(window)) {
+            added.push_back(window);
+        }
+    }
+    std::vector<Owner> newcomers;
+    if (added.empty()) {
+        return newcomers;
+    }
+    const std::vector<Facts> facts = around_.factsAbout(added);
+    for (std::size_t i = 0; i < added.size() && i < facts.size(); ++i) {
+        if (!facts[i].owner) {
+            continue;
+        }
+        ownerOf_.emplace(added[i], *facts[i].owner);
+        const auto [entry, isNew] = windowsOf_.try_emplace(*facts[i].owner, 0);
+        ++entry->second;
+        if (isNew && facts[i].isForUser) {
+            newcomers.push_back(*facts[i].owner);
+        }
+    }
+    return newcomers;
+}
+
+void FirstWindows::letGo(const std::vector<Window>& list) {
+    const std::set<Window> present(list.begin(), list.end());
+    std::erase_if(ownerOf_, [&](const auto& entry) {
+        if (present.contains(entry.first)) {
+            return false;
+        }
+        --windowsOf_.at(entry.second);
+        return true;
+    });
+    std::erase_if(windowsOf_,
+                  [&](const auto& entry) { return entry.second == 0 && !around_.lives(entry.first); });
+}
+
+}  // namespace chimewerk

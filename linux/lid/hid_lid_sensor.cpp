@@ -1,0 +1,58 @@
+#include "linux/lid/hid_lid_sensor.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace chimewerk {
+
+namespace {
+
+constexpr HidUsage kLidSensor = 0x0020'008A;
+
+struct WakeUp {
+    HidUsage property;
+    std::uint32_t value;
+};
+/// In this order. A tenth of a second between reports moves a needle smoothly, and hears a crossing in time.
+constexpr std::array kWakeUps{
+    WakeUp{.property = 0x0020'0316, .value = 1},    // Reporting state: all events.
+    WakeUp{.property = 0x0020'0319, .value = 1},    // Power state: full power.
+    WakeUp{.property = 0x0020'030E, .value = 100},  // Report interval, in milliseconds.
+};
+
+void setBits(std::span<std::uint8_t> bytes, std::size_t firstBit, unsigned bits, std::uint32_t value) {
+    for (std::size_t i = 0; i < bits; ++i) {
+        const std::size_t bit = firstBit + i;
+        const auto mask = static_cast<std::uint8_t>(1U << (bit % 8));
+        std::uint8_t& byte = bytes[bit / 8];
+        byte = ((value >> i) & 1U) != 0 ? byte | mask : byte & static_cast<std::uint8_t>(~mask);
+    }
+}
+
+}  // namespace
+
+std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportDescriptor) {
+    const auto collections = readHidReportDescriptor(reportDescriptor);
+    const auto found = std::ranges::find(collections, kLidSensor, &HidCollection::usage);
+    return found == collections.end() ? std::nullopt : std::optional(*found);
+}
+
+void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
+    for (const WakeUp& wakeUp : kWakeUps) {
+        const auto feature = std::ranges::find(sensor.features, wakeUp.property, &HidFeature::usage);
+        if (feature == sensor.features.end()) {
+            continue;
+        }
+        std::vector<std::uint8_t> report = reports.read(feature->reportId);
+        if (report.size() * 8 < 8 + feature->firstBit + feature->bits) {
+            continue;
+        }
+        const std::uint32_t first =
+            feature->isChoice ? static_cast<std::uint32_t>(feature->logicalMinimum) : 0;
+        setBits(std::span(report).subspan(1), feature->firstBit, feature->bits, first + wakeUp.value);
+        reports.write(report);
+    }
+}
+
+}  // namespace chimewerk

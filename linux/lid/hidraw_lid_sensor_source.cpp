@@ -1,0 +1,127 @@
+#include "linux/lid/hidraw_lid_sensor_source.h"
+
+#include <fcntl.h>
+#include <linux/hidraw.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "linux/base/sysfs.h"
+#include "linux/lid/hid_lid_sensor.h"
+#include "linux/links/udev_devices.h"
+
+namespace chimewerk {
+
+namespace {
+
+/// What is left waits for the next turn of the main loop.
+constexpr int kMaxReportsPerTurn = 64;
+
+struct Candidate {
+    std::string node;
+    HidCollection sensor;
+};
+
+std::vector<Candidate> candidates() {
+    std::vector<Candidate> found;
+    for (const UdevDevice& device : udevDevices("hidraw")) {
+        const std::string descriptor = readSysfs(device.parentFolder + "/report_descriptor").value_or("");
+        const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
+        if (auto sensor = findLidSensor(bytes)) {
+            found.push_back({device.node, *std::move(sensor)});
+        }
+    }
+    return found;
+}
+
+class HidrawFeatureReports final : public HidFeatureReports {
+public:
+    explicit HidrawFeatureReports(int device) : device_(device) {}
+
+    std::vector<std::uint8_t> read(std::uint8_t reportId) override {
+        std::vector<std::uint8_t> report(kLongest);
+        report[0] = reportId;
+        const int size = ioctl(device_, HIDIOCGFEATURE(kLongest), report.data());
+        report.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+        return report;
+    }
+    void write(const std::vector<std::uint8_t>& report) override {
+        ioctl(device_, HIDIOCSFEATURE(report.size()), report.data());
+    }
+
+private:
+    static constexpr std::size_t kLongest = 4096;
+    const int device_;
+};
+
+/// For reading and writing, since that is needed to wake the device; but one that may only be read may be
+/// awake.
+FileDescriptor openNode(const std::string& node) {
+    constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    FileDescriptor device(::open(node.c_str(), O_RDWR | kFlags));
+    return device ? std::move(device) : FileDescriptor(::open(node.c_str(), O_RDONLY | kFlags));
+}
+
+}  // namespace
+
+bool HidrawLidSensorSource::isPresent() {
+    return !candidates().empty();
+}
+
+bool HidrawLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
+    onReport_ = std::move(onReport);
+    onFound_ = std::move(onFound);
+    if (watch_) {
+        return true;
+    }
+    for (const Candidate& candidate : candidates()) {
+        FileDescriptor device = openNode(candidate.node);
+        if (!device) {
+            continue;
+        }
+        HidrawFeatureReports reports(device.get());
+        wakeLidSensor(candidate.sensor, reports);
+        watch_ = queue_.watch(device.get(), [this] { receive(); });
+        if (watch_) {
+            device_ = std::move(device);
+            return true;
+        }
+    }
+    return false;
+}
+
+void HidrawLidSensorSource::close() {
+    watch_ = nullptr;
+    device_ = FileDescriptor();
+    onReport_ = nullptr;
+    onFound_ = nullptr;
+}
+
+void HidrawLidSensorSource::receive() {
+    // A longer report is cut; its beginning is what counts.
+    std::array<std::uint8_t, 64> report{};
+    for (int i = 0; i < kMaxReportsPerTurn; ++i) {
+        const ssize_t size = read(device_.get(), report.data(), report.size());
+        if (size > 0) {
+            onReport_(std::span<const std::uint8_t>(report).first(static_cast<std::size_t>(size)));
+        } else if (size < 0 && errno == EINTR) {
+            continue;
+        } else if (size < 0 && errno == EAGAIN) {
+            return;
+        } else {  // The device is gone. Who wants to hear of it may open or close this source.
+            const FoundHandler onFound = onFound_;
+            close();
+            onFound(false);
+            return;
+        }
+    }
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,76 @@
+#include "linux/lid/lid_sensor_table.h"
+
+#include <span>
+#include <utility>
+
+#include "linux/lid/hidraw_lid_sensor_source.h"
+#include "linux/lid/iio_lid_sensor_source.h"
+#include "linux/lid/null_lid_sensor_source.h"
+
+namespace chimewerk {
+
+LidSensorTable::Rows LidSensorTable::rows(EpollMainQueue& queue) {
+    Rows rows;
+    rows.push_back(std::make_unique<HidrawLidSensorSource>(queue));
+    rows.push_back(std::make_unique<IioLidSensorSource>(queue));
+    rows.push_back(std::make_unique<NullLidSensorSource>());
+    return rows;
+}
+
+LidSensorTable::LidSensorTable(EpollMainQueue& queue, Rows rows)
+    : queue_(queue), rows_(std::move(rows)), current_(rows_.back().get()) {}
+
+bool LidSensorTable::open(ReportHandler onReport, FoundHandler onFound) {
+    onReport_ = std::move(onReport);
+    onFound_ = std::move(onFound);
+    // Listening begins before looking, so that nothing can come in between unseen.
+    devices_ = UdevMonitor::open(
+        queue_, {{.subsystem = "hidraw", .deviceType = nullptr}, {.subsystem = "iio", .deviceType = nullptr}},
+        [this](std::span<const UdevEvent> /*events*/) { chooseAgain(); });
+    found_ = choose();
+    return found_;
+}
+
+void LidSensorTable::close() {
+    devices_ = nullptr;
+    current_->close();
+    current_ = rows_.back().get();
+    found_ = false;
+    onReport_ = nullptr;
+    onFound_ = nullptr;
+}
+
+bool LidSensorTable::choose() {
+    LidSensorSource* const before = current_;
+    current_ = rows_.back().get();
+    bool found = false;
+    for (const auto& row : rows_) {
+        if (row->open(onReport_, rowHandler())) {
+            current_ = row.get();
+            found = true;
+            break;
+        }
+    }
+    if (before != current_) {
+        before->close();
+    }
+    return found;
+}
+
+void LidSensorTable::chooseAgain() {
+    if (!onFound_) {
+        return;
+    }
+    const bool before = std::exchange(found_, choose());
+    if (found_ != before) {
+        const FoundHandler onFound = onFound_;
+        onFound(found_);
+    }
+}
+
+/// A row tells from within its own work that it has lost its sensor, so the rows are looked at after that.
+LidSensorSource::FoundHandler LidSensorTable::rowHandler() {
+    return [this](bool /*found*/) { queue_.post(lifeline_.guard([this] { chooseAgain(); })); };
+}
+
+}  // namespace chimewerk

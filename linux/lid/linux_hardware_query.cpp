@@ -1,0 +1,38 @@
+#include "linux/lid/linux_hardware_query.h"
+
+#include <sys/utsname.h>
+
+#include <utility>
+
+#include "linux/lid/hidraw_lid_sensor_source.h"
+#include "linux/lid/iio_lid_sensor_source.h"
+
+namespace chimewerk {
+
+namespace {
+
+std::string thisMachine() {
+    utsname names{};
+    return uname(&names) == 0 ? names.machine : "";
+}
+
+}  // namespace
+
+LinuxHardwareQuery::LinuxHardwareQuery() : LinuxHardwareQuery(thisMachine(), hasHingeSensor) {}
+
+LinuxHardwareQuery::LinuxHardwareQuery(std::string machine, std::function<bool()> hasHingeSensor)
+    : machine_(std::move(machine)), hasHingeSensor_(std::move(hasHingeSensor)) {}
+
+bool LinuxHardwareQuery::hasHingeSensor() {
+    return HidrawLidSensorSource::isPresent() || findIioHinge().has_value();
+}
+
+std::optional<std::int32_t> LinuxHardwareQuery::integer(std::string_view name) const {
+    // Big-endian processors are named "aarch64_be".
+    if (name == "hw.optional.arm64" && (machine_.starts_with("aarch64") || hasHingeSensor_())) {
+        return 1;
+    }
+    return std::nullopt;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,158 @@
+#include "linux/network/rtnetlink_reachability_source.h"
+
+#include <sys/socket.h>
+
+#include <linux/rtnetlink.h>
+
+#include <cerrno>
+#include <optional>
+
+namespace chimewerk {
+
+namespace {
+
+/// The kernel fills its datagrams to half of this at most.
+constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
+/// About ten thousand routes, or ten milliseconds.
+constexpr int kMaxDatagrams = 64;
+constexpr int kMaxDumps = 3;
+
+struct RouteQuestion {
+    nlmsghdr header;
+    rtmsg route;
+};
+
+struct LinkQuestion {
+    nlmsghdr header;
+    ifinfomsg link;
+    rtattr maskHeader;
+    std::uint32_t mask;
+};
+
+FileDescriptor openRouteSocket() {
+    FileDescriptor opened(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
+    if (opened) {
+        // Lets the kernel leave out what the question does not ask for; one that cannot is filtered here.
+        const int on = 1;
+        setsockopt(opened.get(), SOL_NETLINK, NETLINK_GET_STRICT_CHK, &on, sizeof on);
+    }
+    return opened;
+}
+
+}  // namespace
+
+void RtnetlinkReachabilitySource::open() {
+    isOpen_ = true;
+    buffer_.resize(kBufferSize);
+    hasSocket();
+}
+
+void RtnetlinkReachabilitySource::close() {
+    isOpen_ = false;
+    socket_ = FileDescriptor();
+    buffer_ = {};
+    hops_ = {};
+}
+
+bool RtnetlinkReachabilitySource::hasSocket() {
+    if (isOpen_ && !socket_) {
+        socket_ = openRouteSocket();
+    }
+    return static_cast<bool>(socket_);
+}
+
+bool RtnetlinkReachabilitySource::isReachable() {
+    for (int attempt = 1; attempt <= kMaxDumps; ++attempt) {
+        if (!hasSocket()) {
+            return false;
+        }
+        const State state = dumpRoutes(hops_);
+        const bool isLast = attempt == kMaxDumps;
+        if (state == State::complete || state == State::unfinished ||
+            (state == State::interrupted && isLast)) {
+            return leadsOut(hops_, [this](std::uint32_t link) { return askLink(link); });
+        }
+    }
+    return false;
+}
+
+NetlinkAnswer::State RtnetlinkReachabilitySource::dumpRoutes(std::vector<RouteHop>& hops) {
+    RouteQuestion question{};
+    question.header = {.nlmsg_len = sizeof question,
+                       .nlmsg_type = RTM_GETROUTE,
+                       .nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP,
+                       .nlmsg_seq = ++sequence_,
+                       .nlmsg_pid = 0};
+    question.route.rtm_type = RTN_UNICAST;
+    hops.clear();
+    return ask(std::as_bytes(std::span(&question, 1)), sequence_,
+               [&hops](std::uint16_t type, std::span<const std::byte> body) {
+                   if (type == RTM_NEWROUTE) {
+                       appendHops(body, hops);
+                   }
+               });
+}
+
+LinkState RtnetlinkReachabilitySource::askLink(std::uint32_t index) {
+    LinkQuestion question{};
+    question.header = {.nlmsg_len = sizeof question,
+                       .nlmsg_type = RTM_GETLINK,
+                       .nlmsg_flags = NLM_F_REQUEST,
+                       .nlmsg_seq = ++sequence_,
+                       .nlmsg_pid = 0};
+    question.link.ifi_index = static_cast<int>(index);
+    question.maskHeader = {.rta_len = RTA_LENGTH(sizeof question.mask), .rta_type = IFLA_EXT_MASK};
+    question.mask = RTEXT_FILTER_SKIP_STATS;
+    std::optional<LinkState> link;
+    if (hasSocket()) {
+        ask(std::as_bytes(std::span(&question, 1)), sequence_,
+            [&link](std::uint16_t type, std::span<const std::byte> body) {
+                if (type == RTM_NEWLINK) {
+                    link = readLink(body);
+                }
+            });
+    }
+    // A link that is gone since its route was read is refused.
+    return link.value_or(LinkState{.usable = false, .isTunnel = false});
+}
+
+NetlinkAnswer::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> question,
+                                                      std::uint32_t sequence,
+                                                      const NetlinkAnswer::Visitor& visit) {
+    NetlinkAnswer answer(sequence, visit);
+    State state = State::failed;
+    if (send(socket_.get(), question.data(), question.size(), 0) == static_cast<ssize_t>(question.size())) {
+        state = receive(answer);
+    }
+    if (state == State::failed || state == State::unfinished) {
+        socket_ = FileDescriptor();  // What is left in it, or still to come, belongs to no later question.
+    }
+    return state;
+}
+
+/// A dump is produced as it is read, and everything else before `send()` returns: there is never anything to
+/// wait for.
+NetlinkAnswer::State RtnetlinkReachabilitySource::receive(NetlinkAnswer& answer) {
+    for (int i = 0; i < kMaxDatagrams; ++i) {
+        iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};
+        msghdr message{};
+        message.msg_iov = &part;
+        message.msg_iovlen = 1;
+        ssize_t size = -1;
+        do {
+            size = recvmsg(socket_.get(), &message, 0);
+        } while (size < 0 && errno == EINTR);
+        if (size <= 0) {
+            return State::failed;
+        }
+        const State state =
+            answer.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),
+                        (message.msg_flags & MSG_TRUNC) != 0);
+        if (state != State::unfinished) {
+            return state;
+        }
+    }
+    return State::unfinished;
+}
+
+}  // namespace chimewerk

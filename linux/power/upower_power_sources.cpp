@@ -1,0 +1,194 @@
+#include "linux/power/upower_power_sources.h"
+
+#include <string_view>
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+constexpr const char* kUPower = "org.freedesktop.UPower";
+constexpr const char* kMachinePath = "/org/freedesktop/UPower";
+constexpr const char* kMachine = "org.freedesktop.UPower";
+constexpr const char* kDevicePath = "/org/freedesktop/UPower/devices/DisplayDevice";
+constexpr const char* kDevice = "org.freedesktop.UPower.Device";
+constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
+
+// UPower's types of devices.
+constexpr unsigned kBattery = 2;
+constexpr unsigned kUninterruptiblePowerSupply = 3;
+
+/// How long two messages may lie apart that tell of one change; too short to be heard.
+constexpr Seconds kTogether{0.05};
+
+/// Reads a variant that should hold a value of this type, and skips one that does not.
+template <typename Value>
+std::optional<Value> readVariant(sd_bus_message* message, const char* type) {
+    Value value{};
+    if (sd_bus_message_verify_type(message, 'v', type) > 0 &&
+        sd_bus_message_read(message, "v", type, &value) >= 0) {
+        return value;
+    }
+    sd_bus_message_skip(message, "v");
+    return {};
+}
+
+std::optional<bool> readFlag(sd_bus_message* message) {
+    const auto flag = readVariant<int>(message, "b");
+    return flag ? std::optional(*flag != 0) : std::nullopt;
+}
+
+}  // namespace
+
+class UPowerPowerSources::Ending final : public Subscription {
+public:
+    explicit Ending(UPowerPowerSources& sources) : sources_(sources) {}
+    Ending(const Ending&) = delete;
+    Ending& operator=(const Ending&) = delete;
+    ~Ending() override { sources_.callbacks_ = {}; }
+
+private:
+    UPowerPowerSources& sources_;
+};
+
+UPowerPowerSources::UPowerPowerSources(EpollMainQueue& queue)
+    : queue_(queue), link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {}
+
+std::unique_ptr<PowerSources::Subscription> UPowerPowerSources::subscribe(Callbacks callbacks) {
+    callbacks_ = std::move(callbacks);
+    link_.keepOpen();
+    if (isKnown_) {
+        callbacks_.onKnown();
+    }
+    return std::make_unique<Ending>(*this);
+}
+
+void UPowerPowerSources::open(sd_bus* bus) {
+    for (const char* const path : {kMachinePath, kDevicePath}) {
+        sd_bus_match_signal_async(bus, nullptr, kUPower, path, kProperties, "PropertiesChanged",
+                                  onPropertiesChanged, nullptr, this);
+    }
+    matchOwnerChanges(bus, kUPower, onOwnerChanged, this);
+    ask(bus);
+}
+
+/// Asks for everything. What was known holds until both answers are there.
+void UPowerPowerSources::ask(sd_bus* bus) {
+    facts_ = {};
+    machineTold_ = deviceTold_ = false;
+    askingMachine_ = askFor(bus, kMachinePath, kMachine, onMachine);
+    askingDevice_ = askFor(bus, kDevicePath, kDevice, onDevice);
+}
+
+BusSlot UPowerPowerSources::askFor(sd_bus* bus, const char* path, const char* interface,
+                                   sd_bus_message_handler_t onAnswer) {
+    sd_bus_slot* asking = nullptr;
+    sd_bus_call_method_async(bus, &asking, kUPower, path, kProperties, "GetAll", onAnswer, this, "s",
+                             interface);
+    return BusSlot(asking);
+}
+
+int UPowerPowerSources::onMachine(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
+    auto& sources = *static_cast<UPowerPowerSources*>(self);
+    if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
+        sources.machineTold_ = true;
+        sources.take(reply);
+    }
+    return 0;
+}
+
+int UPowerPowerSources::onDevice(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
+    auto& sources = *static_cast<UPowerPowerSources*>(self);
+    if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
+        sources.deviceTold_ = true;
+        sources.take(reply);
+    }
+    return 0;
+}
+
+int UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+    if (sd_bus_message_skip(signal, "s") >= 0) {
+        static_cast<UPowerPowerSources*>(self)->take(signal);
+    }
+    return 0;
+}
+
+/// While UPower is away nothing is asked, since that would start it.
+int UPowerPowerSources::onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+    const char* owner = nullptr;
+    if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0 && *owner != '\0') {
+        static_cast<UPowerPowerSources*>(self)->ask(sd_bus_message_get_bus(signal));
+    }
+    return 0;
+}
+
+/// Takes the properties of either object: no two of those that matter have the same name.
+void UPowerPowerSources::take(sd_bus_message* properties) {
+    if (sd_bus_message_enter_container(properties, 'a', "{sv}") < 0) {
+        return;
+    }
+    while (sd_bus_message_enter_container(properties, 'e', "sv") > 0) {
+        takeOne(properties);
+        sd_bus_message_exit_container(properties);
+    }
+    lookLater();
+}
+
+void UPowerPowerSources::takeOne(sd_bus_message* properties) {
+    const char* text = nullptr;
+    if (sd_bus_message_read(properties, "s", &text) < 0) {
+        return;
+    }
+    const std::string_view name = text;
+    if (name == "OnBattery") {
+        facts_.onBattery = readFlag(properties);
+    } else if (name == "IsPresent") {
+        facts_.isPresent = readFlag(properties);
+    } else if (name == "Type") {
+        facts_.type = readVariant<unsigned>(properties, "u");
+    } else if (name == "Percentage") {
+        facts_.percentage = readVariant<double>(properties, "d");
+    } else {
+        sd_bus_message_skip(properties, "v");
+    }
+}
+
+/// UPower tells of the machine and of the device in two messages; what comes together is one change.
+void UPowerPowerSources::lookLater() {
+    if (!std::exchange(isLookDue_, true)) {
+        queue_.postAfter(kTogether, lifeline_.guard([this] {
+            isLookDue_ = false;
+            look();
+        }));
+    }
+}
+
+void UPowerPowerSources::look() {
+    if (!machineTold_ || !deviceTold_) {
+        return;
+    }
+    std::optional<PowerSourceDescription> now = describe();
+    if (now == source_) {
+        return;
+    }
+    source_ = std::move(now);
+    const std::function<void()> call = isKnown_ ? callbacks_.onChange : callbacks_.onKnown;
+    isKnown_ = true;
+    if (call) {
+        call();
+    }
+}
+
+std::optional<PowerSourceDescription> UPowerPowerSources::describe() const {
+    if (!facts_.isPresent.value_or(false) ||
+        (facts_.type != kBattery && facts_.type != kUninterruptiblePowerSupply)) {
+        return {};
+    }
+    PowerSourceDescription source{.state = {}, .currentCapacity = facts_.percentage};
+    if (facts_.onBattery) {
+        source.state = *facts_.onBattery ? kBatteryPower : "AC Power";
+    }
+    return source;
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,63 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "linux/audio/surplus_mixer.h"
+#include "linux/decoding/stereo_mix.h"
+
+namespace chimewerk {
+namespace {
+
+TEST(TheStereoMix, SendsEachChannelToItsSideAndIsNeverLouderThanItsSources) {
+    struct Case {
+        std::vector<float> frame;
+        float left;
+        float right;
+    };
+    for (const Case& c : {
+             Case{{0.5F}, 0.5F, 0.5F},
+             Case{{0.5F, -0.25F}, 0.5F, -0.25F},
+             Case{{1, 1, 1, 1, 1, 1}, 1, 1},
+             Case{{1, 0, 0, 0, 1, 0}, 0.7388F, 0},
+             Case{{0, 0, 0, 1, 0, 0}, 0, 0},
+             Case{{0, 0, 1}, 0.4142F, 0.4142F},
+             Case{{1, 0, 1, 0, 1, 0, 1, 0, 1, 0}, 1, 0},
+             Case{{std::numeric_limits<float>::quiet_NaN(), 0.5F}, 0, 0.5F},
+         }) {
+        std::vector<float> stereo(2, -9.0F);
+        mixToStereo(c.frame, static_cast<int>(c.frame.size()), stereo);
+        EXPECT_NEAR(stereo[0], c.left, 1e-3) << c.frame.size() << " channels";
+        EXPECT_NEAR(stereo[1], c.right, 1e-3) << c.frame.size() << " channels";
+    }
+}
+
+TEST(TheSurplusMixer, AddsUpWhatOverlapsAndDropsWhatHasEnded) {
+    SurplusMixer mixer;
+    mixer.add(1, {0.5F, 0.5F, 0.5F, 0.5F}, true);
+    mixer.add(2, {0.25F, 0.0F}, true);
+    std::vector<float> out(6, 9.0F);
+    mixer.mix(out);
+    EXPECT_EQ(out, (std::vector<float>{0.75F, 0.5F, 0.5F, 0.5F, 0.0F, 0.0F}));
+    EXPECT_TRUE(mixer.empty());
+    EXPECT_FALSE(mixer.append(1, out, true));
+}
+
+TEST(TheSurplusMixer, WaitsForTheRestOfASoundThatIsNotComplete) {
+    SurplusMixer mixer;
+    mixer.add(1, {0.5F, 0.5F, 0.4F, 0.4F}, false);
+    std::vector<float> out(2);
+    mixer.mix(out);
+    EXPECT_EQ(mixer.framesLeft(1), 1U);
+    EXPECT_TRUE(mixer.append(1, std::vector<float>{0.3F, 0.3F}, false));
+    EXPECT_EQ(mixer.framesLeft(1), 2U);
+    out.resize(8);
+    mixer.mix(out);
+    EXPECT_EQ(out, (std::vector<float>{0.4F, 0.4F, 0.3F, 0.3F, 0, 0, 0, 0}));
+    EXPECT_FALSE(mixer.empty());
+    EXPECT_TRUE(mixer.append(1, {}, true));
+    mixer.mix(out);
+    EXPECT_TRUE(mixer.empty());
+}
+
+}  // namespace
+}  // namespace chimewerk

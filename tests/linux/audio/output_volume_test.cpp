@@ -1,0 +1,72 @@
+// The output volume as a real sound server tells it. Needs a private session.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "linux/audio/pulse_output_volume_source.h"
+#include "support/eventually.h"
+
+namespace chimewerk {
+namespace {
+
+using Element = OutputVolumeSource::Element;
+
+class TheOutputVolume : public testing::Test {
+protected:
+    void SetUp() override {
+        run("pactl set-default-sink speaker; pactl set-sink-volume speaker 50%");
+        ASSERT_TRUE(becomes(0.5F));
+    }
+    static void run(const std::string& commands) { ASSERT_EQ(std::system(commands.c_str()), 0) << commands; }
+    bool becomes(std::optional<float> expected, Element element = Element::main) {
+        return eventually([&] {
+            const auto value = source.volume(element);
+            return value && expected ? std::abs(*value - *expected) < 0.005F : value == expected;
+        });
+    }
+
+    PulseConnection connection;
+    PulseOutputVolumeSource source{connection};
+};
+
+TEST_F(TheOutputVolume, FollowsTheDefaultSinkAsMixersShowIt) {
+    run("pactl set-sink-volume speaker 30% 70%");
+    EXPECT_TRUE(becomes(0.5F));
+    EXPECT_TRUE(becomes(0.3F, Element::firstChannel));
+    run("pactl set-sink-volume speaker 140%");
+    EXPECT_TRUE(becomes(1.0F));
+    run("pactl set-sink-volume speaker 20%; pactl set-sink-mute speaker 1");
+    EXPECT_TRUE(becomes(0.2F));
+    run("pactl set-sink-mute speaker 0");
+}
+
+TEST_F(TheOutputVolume, FollowsWhenAnotherSinkBecomesTheDefaultOrTheDefaultGoesAway) {
+    run("pactl load-module module-null-sink sink_name=other >\"$CHIMEWERK_SESSION/other\"; pactl "
+        "set-sink-volume other 80%;"
+        "pactl set-default-sink other");
+    EXPECT_TRUE(becomes(0.8F));
+    run("pactl set-sink-volume speaker 10%");
+    EXPECT_FALSE(
+        eventually([&] { return source.volume(Element::main) < 0.7F; }, std::chrono::milliseconds(200)));
+    run("pactl unload-module $(cat \"$CHIMEWERK_SESSION/other\")");
+    EXPECT_TRUE(becomes(0.1F));
+}
+
+TEST_F(TheOutputVolume, EndsOnTheLastOfManyChanges) {
+    run("for i in $(seq 1 100); do pactl set-sink-volume speaker $i%; done; pactl set-sink-volume speaker "
+        "37%");
+    EXPECT_TRUE(becomes(0.37F));
+}
+
+TEST_F(TheOutputVolume, IsNoneWithoutAServerAndThereAgainWithOne) {
+    run("kill -9 $(cat \"$PULSE_RUNTIME_PATH/pid\")");
+    EXPECT_TRUE(becomes(std::nullopt));
+    EXPECT_EQ(source.volume(Element::firstChannel), std::nullopt);
+    run("while pactl info >/dev/null 2>&1; do sleep 0.02; done; \"$CHIMEWERK_SESSION/start-pulseaudio\"");
+    run("pactl set-sink-volume speaker 60%");
+    EXPECT_TRUE(becomes(0.6F));
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,168 @@
+// Knocks on the way through a real sound server. Needs a private session.
+#include "linux/audio/pulse_microphone.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "monitors/knock_detector.h"
+#include "support/eventually.h"
+#include "support/microphone_feeder.h"
+#include "support/run_queue.h"
+#include "support/sink_recorder.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+using namespace std::chrono_literals;
+
+void run(const std::string& commands) {
+    ASSERT_EQ(std::system(commands.c_str()), 0) << commands;
+}
+
+/// The first line that a command prints.
+std::string answer(const std::string& command) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    std::array<char, 256> line{};
+    std::string text = fgets(line.data(), line.size(), pipe.get()) != nullptr ? line.data() : "";
+    return text.substr(0, text.find('\n'));
+}
+
+/// A source of the sound server that plays a FIFO, for as long as the object lives.
+class PipeSource {
+public:
+    PipeSource(const std::string& name, const std::string& fifo, std::size_t rate, std::size_t channels)
+        : module_(answer("pactl load-module module-pipe-source source_name=" + name + " file=" + fifo +
+                         " format=float32le rate=" + std::to_string(rate) +
+                         " channels=" + std::to_string(channels))) {}
+    PipeSource(const PipeSource&) = delete;
+    PipeSource& operator=(const PipeSource&) = delete;
+    ~PipeSource() { run("pactl unload-module " + module_); }
+
+private:
+    const std::string module_;
+};
+
+class ThePulseMicrophone : public testing::Test {
+protected:
+    ThePulseMicrophone() {
+        detector.onKnock = [this] { ++knocks; };
+        detector.setupMicrophoneDetection();
+    }
+    void TearDown() override { run("pactl set-default-source microphone"); }
+
+    /// Knocks every third of a second until a knock is heard.
+    bool hearsSoon(MicrophoneFeeder& feeder) {
+        return runUntil(queue, [&, last = KnockDetector::Time{}, before = knocks]() mutable {
+            if (const auto now = std::chrono::steady_clock::now(); now - last > 333ms) {
+                last = now;
+                feeder.knock();
+            }
+            return knocks > before;
+        });
+    }
+    /// How many of these knocks, a third of a second apart, are heard.
+    int heardOf(int count, MicrophoneFeeder& feeder, std::size_t channel = 0) {
+        const int before = knocks;
+        for (int i = 0; i < count; ++i) {
+            runUntil(
+                queue, [] { return false; }, Seconds{0.333});
+            feeder.knock(channel);
+        }
+        runUntil(
+            queue, [] { return false; }, Seconds{0.333});
+        return knocks - before;
+    }
+    /// Whether this becomes the number of our recordings at the server.
+    static bool recordings(const std::string& count) {
+        constexpr auto kOurs = "pactl list source-outputs | grep -c 'application.name = \"Chimewerk\"'";
+        return eventually([&] { return answer(kOurs) == count; });
+    }
+
+    const std::string fifo = std::getenv("CHIMEWERK_MICROPHONE");
+    MicrophoneFeeder mono{fifo};
+    TemporaryFolder folder;
+    EpollMainQueue queue;
+    PulseConnection connection;
+    PulseMicrophone microphone{connection};
+    int knocks = 0;
+    KnockDetector detector{queue, microphone};
+};
+
+TEST_F(ThePulseMicrophone, HearsEachKnockOnceWhileTheSensitivityIsChanged) {
+    ASSERT_TRUE(hearsSoon(mono));
+    detector.slapThreshold = 0.75F;
+    EXPECT_EQ(heardOf(6, mono), 6);
+    detector.slapThreshold = 0.95F;
+    EXPECT_EQ(heardOf(3, mono), 0);
+}
+
+TEST_F(ThePulseMicrophone, LeavesNothingRunningWhenItStopsAndOneStreamAfterManyRestarts) {
+    ASSERT_TRUE(hearsSoon(mono));
+    detector.stop();
+    EXPECT_TRUE(recordings("0"));
+    for (int i = 0; i < 20; ++i) {
+        detector.restartAudio();
+    }
+    ASSERT_TRUE(hearsSoon(mono));
+    EXPECT_TRUE(recordings("1"));
+}
+
+TEST_F(ThePulseMicrophone, HearsTheFirstChannelOfAnotherDefaultSourceAndTheOldOneWhenThatHasGone) {
+    ASSERT_TRUE(hearsSoon(mono));
+    {
+        const PipeSource other("other", folder / "other", 16000, 2);
+        MicrophoneFeeder stereo(folder / "other", 16000, 2);
+        run("pactl set-default-source other");
+        ASSERT_TRUE(hearsSoon(stereo));
+        EXPECT_EQ(heardOf(3, stereo, 1), 0);
+        EXPECT_EQ(heardOf(3, stereo, 0), 3);
+        EXPECT_EQ(heardOf(3, mono), 0);
+        EXPECT_TRUE(recordings("1"));
+    }
+    EXPECT_TRUE(hearsSoon(mono));
+}
+
+TEST_F(ThePulseMicrophone, NeverTakesWhatTheComputerPlaysForAMicrophone) {
+    SinkRecorder recorder;
+    ASSERT_TRUE(recorder.start());
+    run("pactl set-default-source speaker.monitor");
+    ASSERT_TRUE(hearsSoon(mono));  // The only real one.
+
+    run("pactl unload-module module-pipe-source");
+    ASSERT_TRUE(recordings("0"));
+    const int before = knocks;
+    const auto played = std::chrono::steady_clock::now();
+    run("head -c 96000 /dev/zero >knocks; printf '\\377\\177%.0s' $(seq 200) >>knocks;"
+        "paplay --raw --format=s16le --rate=48000 --channels=2 knocks; rm knocks");
+    EXPECT_TRUE(recorder.waitForSound(played, 0.9F, std::chrono::steady_clock::now()));
+    runReady(queue);
+    EXPECT_EQ(knocks, before);
+    EXPECT_TRUE(recordings("0"));
+
+    run("pactl load-module module-pipe-source source_name=microphone file=" + fifo +
+        " format=float32le rate=48000 channels=1");
+    EXPECT_TRUE(hearsSoon(mono));
+}
+
+TEST_F(ThePulseMicrophone, ListensAgainWhenItsStreamHasBeenEndedOrTheServerHasDied) {
+    ASSERT_TRUE(hearsSoon(mono));
+    run("pactl load-module module-cli-protocol-unix; pacmd kill-source-output "
+        "$(pactl list short source-outputs | cut -f 1)");
+    ASSERT_TRUE(recordings("0"));
+    EXPECT_TRUE(hearsSoon(mono));
+
+    run("kill -9 $(cat \"$PULSE_RUNTIME_PATH/pid\")");
+    EXPECT_EQ(heardOf(1, mono), 0);
+    run("\"$CHIMEWERK_START_PULSEAUDIO\"");
+    EXPECT_TRUE(hearsSoon(mono));
+}
+
+}  // namespace
+}  // namespace chimewerk

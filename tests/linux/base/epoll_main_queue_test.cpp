@@ -1,0 +1,105 @@
+#include "linux/base/epoll_main_queue.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <string>
+#include <thread>
+
+namespace chimewerk {
+namespace {
+
+TEST(TheMainQueue, RunsPostedJobsInOrderFromAnyThread) {
+    EpollMainQueue queue;
+    std::string ran;
+    queue.post([&] {
+        ran += 'a';
+        queue.post([&] { ran += 'd'; });  // After everything that is already there.
+    });
+    std::thread([&] {
+        queue.post([&] { ran += 'b'; });
+        queue.post([&] { ran += 'c'; });
+    }).join();
+    queue.post([&] { queue.post([&] { queue.quit(); }); });
+    queue.run();
+    EXPECT_EQ(ran, "abcd");
+}
+
+TEST(TheMainQueue, RunsDelayedJobsByTheirMomentAndNeverEarly) {
+    EpollMainQueue queue;
+    std::string ran;
+    const auto begin = std::chrono::steady_clock::now();
+    queue.postAfter(Seconds{0.03}, [&] {
+        ran += 'c';
+        queue.quit();
+    });
+    queue.postAfter(Seconds{0.01}, [&] { ran += 'a'; });
+    queue.postAfter(Seconds{0.01}, [&] { ran += 'b'; });
+    queue.run();
+    EXPECT_EQ(ran, "abc");
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, Seconds{0.03});
+}
+
+TEST(TheMainQueue, LetsTimersOfMultipleIntervalsShareAWakeUp) {
+    EpollMainQueue queue;
+    int slow = 0;
+    int wakeUpsWithoutFast = 0;
+    bool fastRan = false;
+    const auto fast = queue.every(Seconds{0.01}, [&] { fastRan = true; });
+    const auto other = queue.every(Seconds{0.02}, [&] {
+        if (!fastRan) {
+            ++wakeUpsWithoutFast;
+        }
+        fastRan = false;
+        if (++slow == 5) {
+            queue.quit();
+        }
+    });
+    queue.run();
+    EXPECT_EQ(wakeUpsWithoutFast, 0);
+    fast->invalidate();
+    other->invalidate();
+}
+
+TEST(TheMainQueue, KeepsATimerUntilItIsInvalidatedByWhomever) {
+    EpollMainQueue queue;
+    int runs = 0;
+    std::shared_ptr<Timer> timer = queue.every(Seconds{0.002}, [&] {
+        if (++runs == 3) {
+            timer->invalidate();
+            queue.postAfter(Seconds{0.01}, [&] { queue.quit(); });
+        }
+    });
+    int unheld = 0;
+    queue.every(Seconds{0.002}, [&] { ++unheld; });
+    queue.run();
+    EXPECT_EQ(runs, 3);
+    EXPECT_GE(unheld, 3);
+}
+
+TEST(TheMainQueue, WatchesDescriptorsUntilTheWatchEnds) {
+    EpollMainQueue queue;
+    std::array<int, 2> pipes{};
+    ASSERT_EQ(pipe(pipes.data()), 0);
+    std::string got;
+    std::unique_ptr<EpollMainQueue::Watch> watch = queue.watch(pipes[0], [&] {
+        char c = 0;
+        ASSERT_EQ(read(pipes[0], &c, 1), 1);
+        got += c;
+        if (c == 'y') {
+            watch.reset();  // From within its own job.
+        }
+    });
+    ASSERT_EQ(write(pipes[1], "xyz", 3), 3);
+    for (int i = 0; i < 5; ++i) {
+        queue.dispatch();
+    }
+    EXPECT_EQ(got, "xy");
+    EXPECT_EQ(queue.watch(-1, [] {}), nullptr);
+    close(pipes[0]);
+    close(pipes[1]);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,184 @@
+#include "linux/base/folder_watch.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <set>
+
+#include "support/open_descriptors.h"
+#include "support/run_queue.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Watches home/pictures/folder.
+class AFolderWatch : public testing::Test {
+protected:
+    AFolderWatch() { fs::create_directories(folder); }
+
+    void watch(FolderWatch::Report report = FolderWatch::Report::names) {
+        watched.emplace(
+            queue, folder.string(), [this](std::string_view name) { told.insert(std::string(name)); },
+            report);
+    }
+    static void touch(const fs::path& file) { std::ofstream{file} << "x"; }
+    /// Whether a new file in the folder is told of, whatever else is told meanwhile.
+    bool hears() {
+        const std::string name = "probe" + std::to_string(++probes);
+        told.clear();
+        touch(folder / name);
+        return isTold(name);
+    }
+    /// Whether this has been told since the last question. The kernel tells at once.
+    bool isTold(const std::string& name) {
+        runReady(queue);
+        return told.erase(name) > 0;
+    }
+
+    TemporaryFolder home;
+    fs::path folder = home.path() / "pictures" / "folder";
+    fs::path above = folder.parent_path();
+    EpollMainQueue queue;
+    std::optional<FolderWatch> watched;
+    std::set<std::string> told;
+    int probes = 0;
+};
+
+TEST_F(AFolderWatch, TellsOfNamesDirectlyInTheFolder) {
+    fs::create_directory(folder / "sub");
+    touch(folder / "old");
+    touch(home.path() / "elsewhere");
+    watch();
+    touch(folder / "sub" / "inside");
+    touch(folder / "old");  // Written to: no name has come or gone.
+    fs::permissions(folder / "old", fs::perms::owner_read);
+    touch(folder / "new");
+    fs::rename(home.path() / "elsewhere", folder / "moved in");
+    fs::remove(folder / "old");
+    runReady(queue);
+    EXPECT_EQ(told, (std::set<std::string>{"new", "moved in", "old"}));
+}
+
+TEST_F(AFolderWatch, TellsOfPermissionsWhenAskedTo) {
+    touch(folder / "device");
+    watch(FolderWatch::Report::namesAndPermissions);
+    fs::permissions(folder / "device", fs::perms::owner_read);
+    EXPECT_TRUE(isTold("device"));
+}
+
+TEST_F(AFolderWatch, GoesOnWhateverHappensToTheFolder) {
+    const fs::path other = home.path() / "other";
+    fs::create_directories(other / "folder");
+    struct Case {
+        const char* what;
+        std::function<void()> happens;
+    };
+    const Case cases[] = {
+        {"deleted and made again",
+         [&] {
+             fs::remove_all(folder);
+             fs::create_directory(folder);
+         }},
+        {"deleted, and made again once that is known",
+         [&] {
+             fs::remove_all(folder);
+             ASSERT_TRUE(isTold(""));
+             fs::create_directory(folder);
+         }},
+        {"replaced by another",
+         [&] {
+             fs::rename(folder, above / "aside");
+             fs::rename(other / "folder", folder);
+         }},
+        {"replaced by a link",
+         [&] {
+             fs::remove_all(folder);
+             fs::create_directory_symlink(other, folder);
+         }},
+        {"a link pointed elsewhere",
+         [&] {
+             fs::create_directory_symlink(above / "aside", above / "link");
+             fs::rename(above / "link", folder);
+         }},
+        {"deleted with the folders above",
+         [&] {
+             fs::remove_all(above);
+             ASSERT_TRUE(isTold(""));
+             fs::create_directory(above);
+             ASSERT_TRUE(isTold(""));
+             fs::create_directory(folder);
+         }},
+        {"moved away with the folder above, and made again",
+         [&] {
+             fs::rename(above, home.path() / "moved");
+             fs::create_directories(folder);
+         }},
+        {"become a file, and a folder again",
+         [&] {
+             fs::remove_all(folder);
+             touch(folder);
+             ASSERT_TRUE(isTold(""));
+             fs::remove(folder);
+             fs::create_directory(folder);
+         }},
+        {"a link to the folder above",
+         [&] {
+             fs::remove_all(folder);
+             fs::create_directory_symlink(".", folder);
+         }},
+    };
+    watch();
+    const std::size_t before = openDescriptors();
+    for (const Case& c : cases) {
+        c.happens();
+        EXPECT_TRUE(isTold("")) << c.what;
+        EXPECT_TRUE(hears()) << c.what;
+    }
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(AFolderWatch, WaitsForAFolderThatIsNotThereWithoutWakingUp) {
+    fs::remove_all(above);
+    watch();
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+    fs::create_directories(folder);
+    EXPECT_TRUE(isTold(""));
+    EXPECT_TRUE(hears());
+}
+
+TEST_F(AFolderWatch, LooksAgainWhereNothingTells) {
+    const fs::path target = home.path() / "target";
+    fs::remove_all(folder);
+    fs::create_directory_symlink(target, folder);
+    watch();
+    fs::create_directory(target);  // Behind a dangling link.
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+    EXPECT_TRUE(runUntil(queue, [&] { return told.contains(""); }));
+    EXPECT_TRUE(hears());
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+}
+
+TEST_F(AFolderWatch, LosesNothingWhenTheKernelQueueOverflows) {
+    std::ifstream limit("/proc/sys/fs/inotify/max_queued_events");
+    int most = 0;
+    ASSERT_TRUE(limit >> most);
+    watch();
+    touch(above / "file");
+    for (int i = 0; i <= most / 2; ++i) {
+        // Two events each, of differing kinds lest the kernel merge them.
+        ASSERT_EQ(link((above / "file").c_str(), (folder / "burst").c_str()), 0);
+        ASSERT_EQ(unlink((folder / "burst").c_str()), 0);
+    }
+    EXPECT_TRUE(isTold(""));
+    EXPECT_TRUE(hears());
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,124 @@
+#include "linux/base/inotify_folder_source.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "linux/desktop/xdg_folders.h"
+#include "support/open_descriptors.h"
+#include "support/run_queue.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+/// A home folder of its own, for as long as the test runs.
+class TheUsersFolders : public testing::Test {
+protected:
+    TheUsersFolders() {
+        setenv("HOME", home.path().c_str(), 1);
+        unsetenv("XDG_CONFIG_HOME");
+    }
+    ~TheUsersFolders() override { setenv("HOME", ownHome.c_str(), 1); }
+    void placeFolders(const std::string& text) const {
+        fs::create_directories(home.path() / ".config");
+        std::ofstream(home.path() / ".config" / "user-dirs.dirs") << text;
+    }
+
+    const std::string ownHome = std::getenv("HOME");
+    TemporaryFolder home;
+};
+
+TEST_F(TheUsersFolders, AreWhereTheUserHasPlacedThem) {
+    EXPECT_THAT(screenshotFolders(),
+                ElementsAre(home / "Desktop", home / "Pictures", home / "Pictures/Screenshots"));
+    struct Case {
+        const char* text;
+        std::string desktop;
+    };
+    for (const Case& c :
+         {Case{"XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n", home / "Schreibtisch"},
+          Case{"# comment\nXDG_MUSIC_DIR=\"/m\"\n  XDG_DESKTOP_DIR=\"/srv/my \\\"own\\\" desk/\"\n",
+               "/srv/my \"own\" desk"},
+          Case{"XDG_DESKTOP_DIR=\"$HOME/\"\n", home.path().string()},
+          Case{"XDG_DESKTOP_DIR=\"relative\"\n", home / "Desktop"},
+          Case{"XDG_DESKTOP_DIR=/unquoted\n", home / "Desktop"}, Case{"XDG_DESKTOP_DIR=", home / "Desktop"},
+          Case{"#XDG_DESKTOP_DIR=\"/commented\"\n", home / "Desktop"},
+          Case{"XDG_DESKTOP_DIR=\"/a\"\nXDG_DESKTOP_DIR=\"/b\"\n", "/b"}}) {
+        placeFolders(c.text);
+        EXPECT_EQ(xdgUserFolder("DESKTOP", "Desktop"), c.desktop) << c.text;
+    }
+}
+
+class TheInotifyFolders : public TheUsersFolders {
+protected:
+    TheInotifyFolders() {
+        fs::create_directory(home / "Desktop");
+        monitor.onScreenshot = [this] { ++shots; };
+    }
+    void save(const std::string& name) const { std::ofstream(home / name) << "image"; }
+
+    EpollMainQueue queue;
+    InotifyFolderSource source{queue};
+    ScreenshotMonitor monitor{queue, source, screenshotFolders()};
+    int shots = 0;
+};
+
+TEST_F(TheInotifyFolders, ListWhatIsDirectlyInside) {
+    fs::create_directory(home / "Desktop/folder");
+    save("Desktop/file");
+    save("Desktop/folder/inside");
+    fs::create_symlink("nowhere", home / "Desktop/dangling");
+    EXPECT_THAT(source.list(home / "Desktop"), UnorderedElementsAre("folder", "file", "dangling"));
+    EXPECT_THAT(source.list(home / "missing"), IsEmpty());
+    EXPECT_THAT(source.list(home / "Desktop/file"), IsEmpty());
+    EXPECT_EQ(source.watch("relative", [] {}), nullptr);
+}
+
+TEST_F(TheInotifyFolders, LetAScreenshotBeHeardAfterOneAndAHalfSecondsAlsoInAFolderThatCameLater) {
+    save("Desktop/Screenshot before.png");
+    monitor.start();
+    const auto begin = std::chrono::steady_clock::now();
+    save("Desktop/Screenshot 1.png");
+    save("Desktop/Screenshot 2.png");
+    EXPECT_TRUE(runUntil(queue, [&] { return shots > 0; }));
+    const Seconds took = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(took, Seconds{1.5});
+    EXPECT_LT(took, Seconds{2.5});
+    EXPECT_EQ(shots, 1);
+
+    fs::create_directories(home / "Pictures/Screenshots");
+    save("Pictures/Screenshots/Screenshot.png");
+    EXPECT_TRUE(runUntil(queue, [&] { return shots > 1; }));
+    // The folder above has changed too, and has its own look; then there is nothing more to do.
+    int looks = 0;
+    while (wakeUpsWithin(queue, Seconds{0.5}) > 0 && ++looks < 10) {
+    }
+    EXPECT_LT(looks, 10);
+    EXPECT_EQ(shots, 2);
+}
+
+TEST_F(TheInotifyFolders, StandABurstOfFiveHundredAndEndWithTheMonitor) {
+    const std::size_t before = openDescriptors();
+    monitor.start();
+    const std::size_t running = openDescriptors();
+    for (int i = 0; i < 500; ++i) {
+        save("Desktop/Screenshot " + std::to_string(i) + ".png");
+    }
+    EXPECT_TRUE(runUntil(queue, [&] { return shots > 0; }));
+    EXPECT_EQ(shots, 1);
+    EXPECT_EQ(openDescriptors(), running);
+    monitor.stop();
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+}  // namespace
+}  // namespace chimewerk

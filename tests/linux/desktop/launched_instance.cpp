@@ -1,0 +1,46 @@
+// A program that wants to be the one instance of its session, for the tests: launched_instance ID LOG
+// [ACTION]. It appends to LOG what becomes of it and what it is asked, a line each.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/base/file_descriptor.h"
+#include "linux/desktop/session_instance.h"
+
+int main(int count, char** arguments) {
+    using namespace chimewerk;
+    if (count < 3) {
+        return 2;
+    }
+    const FileDescriptor log(open(arguments[2], O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
+    const auto say = [&log](const std::string& line) {
+        const std::string whole = line + "\n";
+        static_cast<void>(write(log.get(), whole.data(), whole.size()) == 0);
+    };
+    EpollMainQueue queue;
+    SessionInstance instance(queue, arguments[1],
+                             {.onActivate = [&](const std::string& token) { say("activate " + token); },
+                              .onAction =
+                                  [&](const std::string& action, const std::string& token) {
+                                      say(action + " " + token);
+                                      if (action == SessionInstance::kQuit) {
+                                          queue.quit();
+                                      }
+                                  }});
+    switch (instance.claim(LaunchRequest::ofThisProcess(count > 3 ? arguments[3] : ""))) {
+        case SessionInstance::Outcome::alreadyRunning:
+            say("already");
+            return 0;
+        case SessionInstance::Outcome::first:
+            say("first");
+            break;
+        case SessionInstance::Outcome::noBus:
+            say("no bus");
+            break;
+    }
+    queue.run();
+    say("ended");
+    return 0;
+}

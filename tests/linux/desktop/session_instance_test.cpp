@@ -1,0 +1,200 @@
+#include "linux/desktop/session_instance.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "linux/base/file_descriptor.h"
+#include "support/child_process.h"
+#include "support/eventually.h"
+#include "support/own_bus.h"
+#include "support/run_queue.h"
+
+namespace chimewerk {
+namespace {
+
+constexpr const char* kId = "org.chimewerk.Test-Program";
+/// By then a bus that is back has been found again.
+constexpr Seconds kBusIsFound{3.3};
+using Outcome = SessionInstance::Outcome;
+
+/// An instance in the test, and others that are launched as processes of their own.
+class TheSessionsInstance : public testing::Test {
+protected:
+    ~TheSessionsInstance() override { setTokens("", ""); }
+
+    static void setTokens(const char* activationToken, const char* startupId) {
+        setenv("XDG_ACTIVATION_TOKEN", activationToken, 1);
+        setenv("DESKTOP_STARTUP_ID", startupId, 1);
+    }
+    Outcome claim() {
+        instance.emplace(
+            queue, kId,
+            SessionInstance::Callbacks{
+                .onActivate = [this](const std::string& token) { log += "activate " + token + "; "; },
+                .onAction = [this](const std::string& action,
+                                   const std::string& token) { log += action + " " + token + "; "; }});
+        return instance->claim({});
+    }
+    /// Launches the program again.
+    void launch(const std::string& action = "") {
+        launched.emplace_back(std::vector<std::string>{LAUNCHED_INSTANCE, kId, folder / "log", action});
+    }
+    /// How often the launched programs have said this line.
+    long said(const std::string& wanted) {
+        std::ifstream lines(folder / "log");
+        long count = 0;
+        for (std::string line; std::getline(lines, line);) {
+            count += line == wanted ? 1 : 0;
+        }
+        return count;
+    }
+    /// What the instance is asked when the program is launched again, once that has been told that it runs.
+    std::string askedByLaunch(const std::string& action = "") {
+        const long before = said("already");
+        launch(action);
+        EXPECT_TRUE(runUntil(queue, [&] { return said("already") > before; }));
+        runReady(queue);
+        return std::exchange(log, "");
+    }
+
+    OwnBus bus{"DBUS_SESSION_BUS_ADDRESS"};
+    TemporaryFolder folder;
+    EpollMainQueue queue;
+    std::string log;
+    std::optional<SessionInstance> instance;
+    std::list<ChildProcess> launched;
+};
+
+TEST_F(TheSessionsInstance, IsOneOfAllThatAreLaunchedAtTheSameInstant) {
+    constexpr int kLaunches = 8;
+    ASSERT_TRUE(bus.start());
+    for (int round = 1; round <= 5; ++round) {
+        for (int i = 0; i < kLaunches; ++i) {
+            launch();
+        }
+        ASSERT_TRUE(
+            eventually([&] { return said("first") + said("already") == round * kLaunches + round - 1; }));
+        EXPECT_EQ(said("first"), round);
+        EXPECT_TRUE(eventually([&] { return said("activate ") == round * (kLaunches - 1); }));
+        launch(SessionInstance::kQuit);
+        ASSERT_TRUE(
+            eventually([&] { return said("ended") == round && said("already") == round * kLaunches; }));
+    }
+}
+
+TEST_F(TheSessionsInstance, IsAskedByEveryFurtherLaunch) {
+    ASSERT_TRUE(bus.start());
+    ASSERT_EQ(claim(), Outcome::first);
+    struct Case {
+        const char* activationToken;
+        const char* startupId;
+        const char* action;
+        const char* asked;
+    };
+    for (const Case& c :
+         {Case{"token", "id_TIME5", "", "activate token; "}, Case{"", "id_TIME5", "", "activate id_TIME5; "},
+          Case{"", "", "", "activate ; "}, Case{"\xff", "", "", "activate ; "},
+          Case{"token", "", "open-dashboard", "open-dashboard token; "},
+          Case{"", "", "open-help", "open-help ; "}, Case{"", "", "quit", "quit ; "},
+          Case{"", "", "dance", ""}}) {
+        setTokens(c.activationToken, c.startupId);
+        EXPECT_EQ(askedByLaunch(c.action), c.asked);
+    }
+}
+
+/// Another client, which reads from the object itself what it takes.
+TEST_F(TheSessionsInstance, IsAskedByTheDesktop) {
+    ASSERT_TRUE(bus.start());
+    ASSERT_EQ(claim(), Outcome::first);
+    const auto call = [this](std::vector<std::string> methodAndArguments) {
+        methodAndArguments.insert(methodAndArguments.begin(),
+                                  {"gdbus", "call", "--session", "--dest", kId, "--object-path",
+                                   "/org/chimewerk/Test_Program", "--method"});
+        const ChildProcess caller(methodAndArguments);
+        EXPECT_TRUE(runUntil(queue, [this] { return !log.empty(); }));
+        return std::exchange(log, "");
+    };
+    EXPECT_EQ(call({"org.freedesktop.Application.Open", "['file:///a', 'file:///b']",
+                    "{'desktop-startup-id': <'id'>, 'size': <uint32 3>}"}),
+              "activate id; ");
+    EXPECT_EQ(call({"org.freedesktop.Application.ActivateAction", "open-help", "[<true>]",
+                    "{'desktop-startup-id': <'id'>, 'activation-token': <'token'>}"}),
+              "open-help token; ");
+    EXPECT_EQ(call({"org.freedesktop.Application.Activate", "{'activation-token': <5>}"}), "activate ; ");
+}
+
+TEST_F(TheSessionsInstance, IsFollowedByALaunchThatFindsItQuitting) {
+    ASSERT_TRUE(bus.start());
+    for (const int milliseconds : {0, 5, 10, 20, 100}) {
+        const long before = said("first");
+        ASSERT_EQ(claim(), Outcome::first);
+        launch();
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+        instance.reset();
+        EXPECT_TRUE(eventually([&] { return said("first") == before + 1; })) << milliseconds;
+        launched.clear();
+    }
+    EXPECT_EQ(said("already"), 0);
+}
+
+TEST_F(TheSessionsInstance, IsNotWaitedForForeverWhenItHangs) {
+    ASSERT_TRUE(bus.start());
+    ASSERT_EQ(claim(), Outcome::first);
+    launch();
+    EXPECT_TRUE(eventually([&] { return said("already") == 1; }, std::chrono::seconds(8)));
+    EXPECT_EQ(log, "");
+    runReady(queue);
+    EXPECT_EQ(log, "activate ; ");
+}
+
+TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesItsPlaceWheneverThereIsOne) {
+    for (const bool hasBus : {false, true}) {
+        if (hasBus) {
+            ASSERT_TRUE(bus.start());
+        }
+        EXPECT_EQ(claim(), hasBus ? Outcome::first : Outcome::noBus);
+        if (hasBus) {
+            bus.kill();
+            runReady(queue);
+        }
+        ASSERT_TRUE(bus.start());
+        wakeUpsWithin(queue, kBusIsFound);
+        EXPECT_EQ(askedByLaunch(), "activate ; ");
+        bus.kill();
+    }
+    ASSERT_TRUE(bus.start());
+    launch();
+    ASSERT_TRUE(eventually([&] { return said("first") == 1; }));
+    EXPECT_FALSE(runUntil(
+        queue, [] { return false; }, Seconds{3.2}));
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{3.2}), 0);  // It has come to terms with it.
+    EXPECT_EQ(askedByLaunch(), "");
+}
+
+TEST_F(TheSessionsInstance, DoesNotWaitForABusThatHangs) {
+    const FileDescriptor silent(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    bus.path().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(silent.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(silent.get(), 4), 0);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(claim(), Outcome::noBus);
+    EXPECT_LT(Seconds(std::chrono::steady_clock::now() - begin), Seconds{1.5});
+    runReady(queue);
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+}
+
+}  // namespace
+}  // namespace chimewerk

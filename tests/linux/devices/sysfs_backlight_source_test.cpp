@@ -1,0 +1,67 @@
+#include "linux/devices/sysfs_backlight_source.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+#include "support/device_testbed.h"
+
+namespace chimewerk {
+namespace {
+
+class TheBacklight : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
+
+    std::string add(const std::string& name, const std::string& type, const std::string& now,
+                    const std::string& max) {
+        return machine.add(
+            "backlight", name, "",
+            {{"type", type + "\n"}, {"brightness", now + "\n"}, {"max_brightness", max + "\n"}});
+    }
+
+    DeviceTestbed machine;
+    SysfsBacklightSource source;
+};
+
+TEST_F(TheBacklight, IsReadAnewEachTimeAndMayComeGoAndComeBack) {
+    EXPECT_EQ(source.brightness(), std::nullopt);
+    const std::string panel = add("intel_backlight", "raw", "300", "1200");
+    EXPECT_EQ(source.brightness(), 0.25F);
+    machine.set(panel, "brightness", "1200\n");
+    EXPECT_EQ(source.brightness(), 1.0F);
+    machine.remove(panel);
+    EXPECT_EQ(source.brightness(), std::nullopt);
+    add("intel_backlight", "raw", "600", "1200");
+    EXPECT_EQ(source.brightness(), 0.5F);
+}
+
+TEST_F(TheBacklight, IsTheFirmwaresThenThePlatformsThenARawOneThatCanBeRead) {
+    add("a_unknown", "something else", "9", "10");
+    add("b_raw", "raw", "1", "10");
+    EXPECT_EQ(source.brightness(), 0.1F);
+    const std::string platform = add("c_platform", "platform", "2", "10");
+    EXPECT_EQ(source.brightness(), 0.2F);
+    const std::string firmware = add("e_firmware", "firmware", "3", "10");
+    EXPECT_EQ(source.brightness(), 0.3F);
+    const std::string first = add("d_firmware", "firmware", "4", "10");
+    EXPECT_EQ(source.brightness(), 0.4F);
+
+    machine.set(first, "max_brightness", "0\n");
+    EXPECT_EQ(source.brightness(), 0.3F) << "a scale without length";
+    machine.set(firmware, "brightness", "none\n");
+    EXPECT_EQ(source.brightness(), 0.2F) << "no number";
+    machine.set(platform, "max_brightness", "");
+    EXPECT_EQ(source.brightness(), 0.1F) << "nothing at all";
+}
+
+TEST_F(TheBacklight, StaysWithinItsScale) {
+    const std::string panel = add("panel", "raw", "11", "10");
+    EXPECT_EQ(source.brightness(), 1.0F);
+    machine.set(panel, "brightness", "-1\n");
+    EXPECT_EQ(source.brightness(), 0.0F);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,213 @@
+#include "linux/keys/evdev_key_source.h"
+
+#include <gmock/gmock.h>
+#include <linux/input-event-codes.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/made_up_keyboards.h"
+#include "support/open_descriptors.h"
+#include "support/run_queue.h"
+
+namespace chimewerk {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::vector<unsigned> kKeyboard{KEY_A,         KEY_B,        KEY_SPACE,   KEY_ENTER,
+                                      KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_VOLUMEUP};
+
+class TheEventDevices : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(umockdev_in_mock_environment()) << "not run in umockdev-wrapper"; }
+
+    bool listen() {
+        tap = source.createTap({.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); },
+                                .onDisabled =
+                                    [this] {
+                                        ++disablings;
+                                        tap->setEnabled(true);
+                                    }});
+        if (tap) {
+            tap->setEnabled(true);
+        }
+        return tap != nullptr;
+    }
+    /// What is heard when these keys go down and up on a device.
+    std::vector<std::int64_t> hear(const std::string& device, const std::vector<unsigned>& keys) {
+        heard.clear();
+        for (const unsigned key : keys) {
+            devices.send(device, key, 1);
+            devices.send(device, key, 0);
+        }
+        runReady(queue);
+        return heard;
+    }
+
+    /// How many descriptors are open on devices (on the devices' end, too) and for watching them.
+    static std::size_t held() { return openDescriptors("/dev/input/") + openDescriptors("inotify"); }
+
+    MadeUpKeyboards devices;
+    EpollMainQueue queue;
+    EvdevKeySource source{queue};
+    std::vector<std::int64_t> heard;
+    int disablings = 0;
+    std::unique_ptr<KeyTap> tap;
+};
+
+TEST_F(TheEventDevices, AreTrustedWhenOneOfThemHasKeysThatType) {
+    EXPECT_FALSE(source.trusted());
+    devices.plug("event0", {KEY_POWER, KEY_SLEEP});
+    devices.plug("event1", {BTN_LEFT, BTN_RIGHT, BTN_MIDDLE});
+    devices.plug("event2", {KEY_VOLUMEUP, KEY_PLAYPAUSE, KEY_MUTE});
+    EXPECT_FALSE(source.trusted());
+    EXPECT_FALSE(listen());
+    devices.plug("event3", kKeyboard);
+    EXPECT_TRUE(source.trusted());
+    EXPECT_TRUE(listen());
+}
+
+TEST_F(TheEventDevices, TellOfPressesAndRepeatsButNotOfReleasesModifiersAndMediaKeys) {
+    devices.plug("event0", kKeyboard);
+    ASSERT_TRUE(listen());
+    EXPECT_THAT(hear("event0", {KEY_A, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_VOLUMEUP, KEY_ENTER}),
+                ElementsAre(0, 36));
+    heard.clear();
+    devices.send("event0", KEY_A, 1);
+    devices.send("event0", KEY_A, 2);
+    devices.send("event0", KEY_A, 2);
+    devices.send("event0", KEY_A, 0);
+    runReady(queue);
+    EXPECT_THAT(heard, ElementsAre(0, 0, 0));
+}
+
+TEST_F(TheEventDevices, AreHeardTogetherAndWhenTheyComeLater) {
+    devices.plug("event0", kKeyboard);
+    devices.plug("event1", kKeyboard);
+    ASSERT_TRUE(listen());
+    EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+    devices.plug("event7", kKeyboard);
+    runReady(queue);
+    EXPECT_THAT(hear("event7", {KEY_B}), ElementsAre(11));
+    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+}
+
+TEST_F(TheEventDevices, GoOnWithoutTheOneThatIsUnpluggedAndWithItOnceItIsBack) {
+    devices.plug("event0", kKeyboard);
+    devices.plug("event1", kKeyboard);
+    ASSERT_TRUE(listen());
+    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+    const std::size_t before = held();
+    for (int i = 1; i <= 3; ++i) {
+        devices.unplug("event1");
+        runReady(queue);
+        EXPECT_EQ(disablings, i);
+        EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+        EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 0);
+        devices.plug("event1", kKeyboard);
+        runReady(queue);
+        EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+    }
+    EXPECT_EQ(held(), before);
+}
+
+TEST_F(TheEventDevices, MayAllGoAndAnotherCome) {
+    devices.plug("event0", kKeyboard);
+    ASSERT_TRUE(listen());
+    devices.unplug("event0");
+    runReady(queue);
+    EXPECT_EQ(disablings, 1);
+    EXPECT_FALSE(source.trusted());
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 0);
+    devices.plug("event5", kKeyboard);
+    runReady(queue);
+    EXPECT_THAT(hear("event5", {KEY_A}), ElementsAre(0));
+}
+
+/// For as long as it lives, the superuser is somebody who is bound by permissions.
+class Unprivileged {
+public:
+    Unprivileged() { become(kNobody); }
+    Unprivileged(const Unprivileged&) = delete;
+    Unprivileged& operator=(const Unprivileged&) = delete;
+    ~Unprivileged() { become(kSuperuser); }
+
+    static void permit(const std::string& file, mode_t mode) {
+        become(kSuperuser);
+        chmod(file.c_str(), mode);
+        become(kNobody);
+    }
+
+private:
+    static constexpr uid_t kSuperuser = 0;
+    static constexpr uid_t kNobody = 65534;
+
+    static void become(uid_t user) {
+        uid_t real = 0;
+        uid_t effective = 0;
+        uid_t saved = 0;
+        getresuid(&real, &effective, &saved);
+        if (saved == kSuperuser) {
+            [[maybe_unused]] const int status = setresuid(user, user, kSuperuser);
+        }
+    }
+};
+
+TEST_F(TheEventDevices, AreHeardWhileTheyMayBeRead) {
+    devices.plug("event0", kKeyboard);
+    devices.plug("event1", kKeyboard);
+    devices.letOthersIn();
+    const Unprivileged self;
+    self.permit(devices.file("event0"), 0);
+    self.permit(devices.file("event1"), 0666);
+    ASSERT_TRUE(listen());
+    EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(hear("event0", {KEY_A}), IsEmpty());
+    self.permit(devices.file("event0"), 0666);
+    runReady(queue);
+    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    self.permit(devices.file("event0"), 0);
+    self.permit(devices.file("event1"), 0);
+    EXPECT_FALSE(source.trusted());
+    runReady(queue);
+    EXPECT_THAT(hear("event0", {KEY_A}), IsEmpty());
+    EXPECT_EQ(disablings, 0);
+    self.permit(devices.file("event0"), 0666);
+    runReady(queue);
+    EXPECT_THAT(hear("event0", {KEY_B}), ElementsAre(11));
+}
+
+TEST_F(TheEventDevices, AreSilentWhileTheTapIsDisabled) {
+    devices.plug("event0", kKeyboard);
+    ASSERT_TRUE(listen());
+    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    const std::size_t before = held();
+    tap->setEnabled(false);
+    EXPECT_EQ(held(), before - 2);
+    EXPECT_THAT(hear("event0", {KEY_A}), IsEmpty());
+    tap->setEnabled(true);
+    tap->setEnabled(true);
+    EXPECT_EQ(held(), before);
+    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+}
+
+TEST_F(TheEventDevices, StandABurstOfFiveHundredPresses) {
+    devices.plug("event0", kKeyboard);
+    ASSERT_TRUE(listen());
+    for (int i = 0; i < 500; ++i) {
+        devices.send("event0", KEY_A, 1);
+        devices.send("event0", KEY_A, 0);
+    }
+    runReady(queue);
+    EXPECT_EQ(heard.size(), 500U);
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 0);
+}
+
+}  // namespace
+}  // namespace chimewerk

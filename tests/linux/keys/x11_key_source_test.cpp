@@ -1,0 +1,191 @@
+#include "linux/keys/x11_key_source.h"
+
+#include <gmock/gmock.h>
+#include <linux/input-event-codes.h>
+#include <xcb/xproto.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "linux/keys/desktop_key_source.h"
+#include "support/child_process.h"
+#include "support/fake_x_input.h"
+#include "support/open_descriptors.h"
+#include "support/run_queue.h"
+
+namespace chimewerk {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// In the private session, on its X server.
+class TheX11Keys : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NE(std::getenv("DISPLAY"), nullptr);
+        ASSERT_TRUE(x.works());
+    }
+
+    void listen(KeySource& from) {
+        tap = from.createTap(
+            {.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); }, .onDisabled = [] {}});
+        ASSERT_NE(tap, nullptr);
+        tap->setEnabled(true);
+        runReady(queue);
+    }
+    /// What is heard when these keys go down and up. Space ends it, so that silence needs no waiting for.
+    std::vector<std::int64_t> hear(const std::vector<unsigned>& keys) {
+        heard.clear();
+        for (const unsigned key : keys) {
+            x.tap(key);
+        }
+        x.tap(KEY_SPACE);
+        runUntil(
+            queue, [&] { return !heard.empty() && heard.back() == 49; }, Seconds{2});
+        return heard;
+    }
+
+    FakeXInput x;
+    EpollMainQueue queue;
+    X11KeySource source{queue, std::getenv("DISPLAY")};
+    std::vector<std::int64_t> heard;
+    std::unique_ptr<KeyTap> tap;
+};
+
+TEST_F(TheX11Keys, AreHeardWhateverWindowHasTheFocus) {
+    EXPECT_TRUE(source.trusted());
+    listen(source);
+    EXPECT_THAT(
+        hear({KEY_A, KEY_ENTER, KEY_KPENTER, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_CAPSLOCK, KEY_VOLUMEUP, KEY_S}),
+        ElementsAre(0, 36, 76, 1, 49));
+}
+
+TEST_F(TheX11Keys, AreHeardPastAGrab) {
+    listen(source);
+    std::free(xcb_grab_keyboard_reply(
+        x.server(),
+        xcb_grab_keyboard(x.server(), 1, xcb_setup_roots_iterator(xcb_get_setup(x.server())).data->root,
+                          XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr));
+    EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
+    xcb_ungrab_keyboard(x.server(), XCB_CURRENT_TIME);
+    x.sync();
+}
+
+TEST_F(TheX11Keys, RepeatWhileAKeyIsHeldAsTheServerLetsThem) {
+    ASSERT_EQ(std::system("xset r rate 200 50"), 0);
+    listen(source);
+    x.press(KEY_LEFTCTRL);  // Does not repeat, and is no key press.
+    x.press(KEY_A);
+    EXPECT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.1}), 0);
+    EXPECT_TRUE(runUntil(
+        queue, [&] { return heard.size() == 6; }, Seconds{2}));
+    x.press(KEY_B);  // The last one repeats.
+    EXPECT_TRUE(runUntil(
+        queue, [&] { return heard.size() == 9; }, Seconds{2}));
+    EXPECT_THAT(heard, ElementsAre(0, 0, 0, 0, 0, 0, 11, 11, 11));
+    x.release(KEY_A);
+    EXPECT_TRUE(runUntil(
+        queue, [&] { return heard.size() == 10; }, Seconds{2}));
+    x.release(KEY_B);
+    x.release(KEY_LEFTCTRL);
+    x.sync();
+    runReady(queue);
+    const std::size_t atRelease = heard.size();
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
+    EXPECT_EQ(heard.size(), atRelease);
+
+    ASSERT_EQ(std::system("xset r off"), 0);  // The tap is told of the change.
+    runReady(queue);
+    heard.clear();
+    x.press(KEY_A);
+    EXPECT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.4}), 0);
+    x.release(KEY_A);
+    ASSERT_EQ(std::system("xset r on"), 0);
+}
+
+TEST_F(TheX11Keys, AreSilentWhileTheTapIsDisabled) {
+    listen(source);
+    const std::size_t enabled = openDescriptors();
+    tap->setEnabled(false);
+    tap->setEnabled(false);
+    EXPECT_EQ(openDescriptors(), enabled - 1);
+    x.tap(KEY_A);
+    x.sync();
+    runReady(queue);
+    EXPECT_THAT(heard, IsEmpty());
+    tap->setEnabled(true);
+    runReady(queue);
+    EXPECT_EQ(openDescriptors(), enabled);
+    EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
+}
+
+TEST_F(TheX11Keys, StandABurstOfFiveHundredAndThenSleep) {
+    listen(source);
+    const std::size_t before = openDescriptors();
+    for (int i = 0; i < 500; ++i) {
+        x.tap(KEY_A);
+    }
+    EXPECT_TRUE(runUntil(queue, [&] { return heard.size() >= 500; }));
+    EXPECT_THAT(hear({}), ElementsAre(49));
+    x.sync();
+    runReady(queue);
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(TheX11Keys, AreNotTrustedWithoutAServer) {
+    X11KeySource nowhere(queue, ":4711");
+    EXPECT_FALSE(nowhere.trusted());
+    EXPECT_EQ(nowhere.createTap({.onKeyDown = [](std::int64_t) {}, .onDisabled = [] {}}), nullptr);
+    X11KeySource nonsense(queue, "no display");
+    EXPECT_FALSE(nonsense.trusted());
+}
+
+/// A server that may be killed, beside that of the session.
+TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
+    const std::vector<std::string> command{"Xvfb",       ":4712",     "-screen", "0",
+                                           "640x480x24", "-nolisten", "tcp",     "-noreset"};
+    X11KeySource passing(queue, ":4712");
+    {
+        ChildProcess server(command);
+        ASSERT_TRUE(server.started());
+        ASSERT_TRUE(runUntil(queue, [&] { return passing.trusted(); }));
+        listen(passing);
+        FakeXInput keyboard(":4712");
+        keyboard.press(KEY_A);  // Held when the server dies: it must not go on repeating.
+        ASSERT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
+        server.end(SIGKILL);
+    }
+    runReady(queue);
+    EXPECT_LE(wakeUpsWithin(queue, Seconds{1}), 1);
+    EXPECT_EQ(heard.size(), 1U);
+    ChildProcess server(command);
+    ASSERT_TRUE(runUntil(queue, [&] { return passing.trusted(); }));
+    FakeXInput keyboard(":4712");
+    heard.clear();
+    EXPECT_TRUE(runUntil(queue, [&] {
+        keyboard.tap(KEY_A);
+        return !heard.empty();
+    }));
+}
+
+TEST_F(TheX11Keys, AreTheWayOfAnX11SessionWithoutEventDevicesAndOfNoOther) {
+    const std::string display = std::getenv("DISPLAY");
+    DesktopKeySource x11(queue, {.type = "x11", .waylandDisplay = "", .display = display});
+    EXPECT_TRUE(x11.trusted());
+    listen(x11);
+    EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
+    DesktopKeySource wayland(queue, {.type = "wayland", .waylandDisplay = "wayland-0", .display = display});
+    EXPECT_FALSE(wayland.trusted());
+    EXPECT_EQ(wayland.createTap({.onKeyDown = [](std::int64_t) {}, .onDisabled = [] {}}), nullptr);
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,78 @@
+#include "linux/keys/xdg_permission_page.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "support/open_descriptors.h"
+#include "support/run_queue.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+/// With an xdg-open that writes down what it is to open.
+class ThePermissionPage : public testing::Test {
+protected:
+    ThePermissionPage() { setenv("PATH", (folder.path().string() + ":" + path).c_str(), 1); }
+    ~ThePermissionPage() override { setenv("PATH", path.c_str(), 1); }
+
+    void install(const std::string& script) const {
+        std::ofstream(folder / "xdg-open") << "#!/bin/sh\n" << script << '\n';
+        chmod((folder / "xdg-open").c_str(), 0700);
+    }
+    std::string opened() const {
+        std::ostringstream text;
+        text << std::ifstream(folder / "opened").rdbuf();
+        return text.str();
+    }
+    /// Whether no child of this process is left, not even a dead one.
+    static bool allReaped() {
+        siginfo_t child{};
+        return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) < 0 && errno == ECHILD;
+    }
+
+    const std::string path = std::getenv("PATH");
+    TemporaryFolder folder;
+    EpollMainQueue queue;
+};
+
+TEST_F(ThePermissionPage, IsOpenedByTheDesktopAsOftenAsItIsShown) {
+    install("echo \"$@\" >> " + folder / "opened");
+    XdgPermissionPage page(queue, "/some where/page.html");
+    const std::size_t before = openDescriptors();
+    page.show();
+    page.show();
+    EXPECT_TRUE(runUntil(queue, [] { return allReaped(); }));
+    EXPECT_EQ(opened(), "/some where/page.html\n/some where/page.html\n");
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(ThePermissionPage, StaysUpWhenTheProgramEnds) {
+    install("read line < " + folder / "pipe" + "; echo \"$line\" > " + folder / "opened");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    {
+        XdgPermissionPage page(queue, "/page.html");
+        page.show();
+        EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.1}), 0);
+    }
+    std::ofstream(folder / "pipe") << "still there\n";
+    EXPECT_GT(waitpid(-1, nullptr, 0), 0);
+    EXPECT_EQ(opened(), "still there\n");
+}
+
+TEST_F(ThePermissionPage, IsSilentWhereNothingCanOpenIt) {
+    setenv("PATH", folder.path().c_str(), 1);
+    XdgPermissionPage page(queue, "/page.html");
+    page.show();
+    EXPECT_TRUE(runUntil(queue, [] { return allReaped(); }));
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,140 @@
+#include "linux/launches/systemd_app_launches.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "support/fake_user_manager.h"
+#include "support/open_descriptors.h"
+#include "support/own_bus.h"
+#include "support/run_queue.h"
+
+namespace chimewerk {
+namespace {
+
+constexpr const char* kMaps = "app-gnome-org.gnome.Maps-4711.scope";
+
+/// On a session bus of its own, which may be killed.
+class TheUnits : public testing::Test {
+protected:
+    void startBus() { ASSERT_TRUE(bus.start()); }
+    void listen() {
+        units.emplace(queue, [this] { ++launches; });
+    }
+    /// The manager comes, and is heard.
+    void startManager() {
+        manager.emplace(queue);
+        ASSERT_TRUE(runUntil(queue, [this] { return units->hears(); }));
+    }
+    /// The launches since the last call, once all is told and answered.
+    int launched() {
+        while (wakeUpsWithin(queue, Seconds{0.05}) > 0) {
+        }
+        return std::exchange(launches, 0);
+    }
+
+    OwnBus bus{"DBUS_SESSION_BUS_ADDRESS"};
+    EpollMainQueue queue;
+    int launches = 0;
+    std::optional<SystemdAppLaunches> units;
+    std::optional<FakeUserManager> manager;
+};
+
+TEST_F(TheUnits, AreLaunchesWhenTheyAreStartedAndOnlyThen) {
+    startBus();
+    listen();
+    startManager();
+    EXPECT_EQ(launched(), 0);
+    manager->start(kMaps);
+    manager->start("app-firefox@0a1b.service");
+    EXPECT_EQ(launched(), 2);
+    manager->tellOfJob(kMaps, "done");  // It was to be started and ran already, or was stopped.
+    manager->tellOfNew("app-loaded.service");
+    manager->tellOfJob("app-unknown.service", "done");
+    manager->tellOfJob("app-failing.service", "failed");
+    manager->start("dbus.service");
+    manager->start("app-firefox.slice");
+    manager->start("app-nm\\x2dapplet@autostart.service");
+    EXPECT_EQ(launched(), 0);
+    manager->start(kMaps);  // It had ended meanwhile.
+    EXPECT_EQ(launched(), 1);
+}
+
+TEST_F(TheUnits, DoNotCountWhenTheyRunFromBeforeTheStart) {
+    startBus();
+    manager.emplace(queue);
+    launched();
+    manager->start(kMaps);
+    runReady(queue);
+    listen();
+    ASSERT_TRUE(runUntil(queue, [this] { return units->hears(); }));
+    manager->tellOfJob(kMaps, "done");
+    EXPECT_EQ(launched(), 0);
+}
+
+TEST_F(TheUnits, AreHeardOfWhenTheManagerComesLateAndComesAgain) {
+    startBus();
+    listen();
+    launched();
+    EXPECT_FALSE(units->hears());
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+    startManager();
+    manager->start(kMaps);
+    EXPECT_EQ(launched(), 1);
+    manager.reset();
+    EXPECT_TRUE(runUntil(queue, [this] { return !units->hears(); }));
+    startManager();
+    EXPECT_EQ(manager->subscriptions, 1);
+    manager->start(kMaps);
+    EXPECT_EQ(launched(), 1);
+}
+
+TEST_F(TheUnits, AreHeardOfWhenTheBusComesLateAndComesAgain) {
+    listen();
+    for (const int killedBy : {SIGTERM, SIGKILL}) {
+        EXPECT_FALSE(units->hears());
+        EXPECT_LE(wakeUpsWithin(queue, Seconds{1}), 1);
+        startBus();
+        startManager();
+        manager->start(kMaps);
+        EXPECT_EQ(launched(), 1);
+        manager.reset();
+        bus.kill(killedBy);
+        EXPECT_TRUE(runUntil(queue, [this] { return !units->hears(); }));
+    }
+}
+
+TEST_F(TheUnits, StandABurstOfFiveHundredAndThenSleep) {
+    startBus();
+    listen();
+    startManager();
+    EXPECT_EQ(launched(), 0);
+    const std::size_t before = openDescriptors();
+    for (int i = 0; i < 500; ++i) {
+        manager->start("app-gnome-maps-" + std::to_string(i) + ".scope");
+    }
+    EXPECT_EQ(launched(), 500);
+    for (int i = 0; i < 500; ++i) {
+        manager->remove("app-gnome-maps-" + std::to_string(i) + ".scope");
+    }
+    EXPECT_EQ(launched(), 0);
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(TheUnits, MayBeAskedAboutWhenTheListenerGoes) {
+    startBus();
+    listen();
+    startManager();
+    manager->start(kMaps);
+    manager->start("app-firefox@0a1b.service");
+    units.reset();
+    runReady(queue);
+    EXPECT_EQ(launches, 0);
+}
+
+}  // namespace
+}  // namespace chimewerk

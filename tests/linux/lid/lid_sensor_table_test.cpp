@@ -1,0 +1,212 @@
+#include "linux/lid/lid_sensor_table.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/lid/iio_lid_sensor_source.h"
+#include "linux/lid/linux_hardware_query.h"
+#include "support/device_testbed.h"
+#include "support/made_up_hid_device.h"
+
+namespace chimewerk {
+namespace {
+
+using Report = std::vector<std::uint8_t>;
+
+const Report kMouseDescriptor{0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0xC0};
+
+class TheLidSensor : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
+
+    bool open() {
+        return table.open(
+            [this](std::span<const std::uint8_t> bytes) { reports.emplace_back(bytes.begin(), bytes.end()); },
+            [this](bool found) { nowFound = found; });
+    }
+    /// Lets the main loop run until `condition` holds; false when it does not within 10 s.
+    template <typename Condition>
+    bool until(Condition condition) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!condition() && std::chrono::steady_clock::now() < deadline) {
+            queue.dispatch();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return condition();
+    }
+    bool tells(bool found) {
+        return until([&] { return nowFound == found; });
+    }
+    /// The next report; none when none comes.
+    std::optional<Report> next() {
+        reports.clear();
+        return until([&] { return !reports.empty(); }) ? std::optional(reports.front()) : std::nullopt;
+    }
+    std::string addHinge(const DeviceTestbed::Values& attributes, const std::string& name = "iio:device0") {
+        return machine.add("iio", name, "", attributes, {{"DEVTYPE", "iio_device"}});
+    }
+    static Report angle(int degrees) {
+        return {1, static_cast<std::uint8_t>(degrees & 0xFF), static_cast<std::uint8_t>(degrees >> 8)};
+    }
+
+    DeviceTestbed machine;
+    EpollMainQueue queue;
+    LidSensorTable table{queue, LidSensorTable::rows(queue)};
+    std::vector<Report> reports;
+    std::optional<bool> nowFound;
+};
+
+TEST_F(TheLidSensor, IsTheMadeUpHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre) {
+    MadeUpHidDevice mouse(machine, "0", kMouseDescriptor);
+    MadeUpHidDevice broken(machine, "1", Report(kLidDescriptor.begin(), kLidDescriptor.end() - 1));
+    MadeUpHidDevice lid(machine, "2", kLidDescriptor);
+    ASSERT_TRUE(open());
+    mouse.report({9, 9, 9});
+    for (const Report& bytes : {angle(95), Report{2}, Report{1, 2, 3, 4, 5}}) {
+        lid.report(bytes);
+        EXPECT_EQ(next(), bytes);
+    }
+    table.close();
+    reports.clear();
+    lid.report(angle(10));
+    queue.dispatch();
+    EXPECT_TRUE(reports.empty());
+}
+
+TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
+    EXPECT_FALSE(open());
+    for (int i = 0; i < 2; ++i) {
+        MadeUpHidDevice mouse(machine, "0", kMouseDescriptor);
+        MadeUpHidDevice lid(machine, "1", kLidDescriptor);
+        ASSERT_TRUE(tells(true));
+        lid.report(angle(i));
+        EXPECT_EQ(next(), angle(i));
+        lid.unplug();
+        ASSERT_TRUE(tells(false));
+    }
+}
+
+TEST_F(TheLidSensor, GivesWayToTheNextInTheTableAndComesBack) {
+    std::optional<MadeUpHidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
+    const std::string hinge = addHinge({{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "120\n"}});
+    ASSERT_TRUE(open());
+    lid->report(angle(90));
+    EXPECT_EQ(next(), angle(90));
+    lid.reset();
+    EXPECT_EQ(next(), angle(120));
+    lid.emplace(machine, "0", kLidDescriptor);
+    lid->report(angle(91));
+    ASSERT_TRUE(until([&] { return !reports.empty() && reports.back() == angle(91); }));
+    machine.remove(hinge);
+    lid->report(angle(92));
+    EXPECT_EQ(next(), angle(92));
+    EXPECT_EQ(nowFound, std::nullopt) << "there has always been one";
+}
+
+TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
+    struct Case {
+        const char* what;
+        DeviceTestbed::Values attributes;
+        int degrees;
+    };
+    for (const Case& c : std::vector<Case>{
+             {"degrees without a scale", {{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "135\n"}}, 135},
+             {"radians, the hinge by its label",
+              {{"name", "hinge\n"},
+               {"in_angl0_raw", "10\n"},
+               {"in_angl0_label", "screen\n"},
+               {"in_angl1_raw", "359\n"},
+               {"in_angl1_label", "hinge\n"},
+               {"in_angl_scale", "0.017453293\n"}},
+              359},
+             {"a scale of its own, an offset, a rounding",
+              {{"name", "lid\n"},
+               {"in_angl0_raw", "-1000\n"},
+               {"in_angl0_scale", "0.000174533\n"},
+               {"in_angl0_offset", "1006\n"},
+               {"in_angl_scale", "9\n"}},
+              0},
+             {"right round", {{"name", "lid\n"}, {"in_angl_raw", "360\n"}}, 360}}) {
+        const std::string hinge = addHinge(c.attributes);
+        ASSERT_TRUE(open()) << c.what;
+        EXPECT_EQ(next(), angle(c.degrees)) << c.what;
+        table.close();
+        machine.remove(hinge);
+    }
+}
+
+TEST_F(TheLidSensor, IsNoOtherThingWithAnAngle) {
+    for (const DeviceTestbed::Values& attributes : std::vector<DeviceTestbed::Values>{
+             {{"name", "tmag5273\n"}, {"in_angl_raw", "90\n"}},
+             {{"name", "hinge\n"}, {"in_angl0_raw", "90\n"}, {"in_angl0_label", "keyboard\n"}},
+             {{"name", "lid accelerometer\n"}, {"in_accel_x_raw", "90\n"}},
+             {}}) {
+        const std::string other = addHinge(attributes);
+        EXPECT_FALSE(open());
+        table.close();
+        machine.remove(other);
+    }
+}
+
+TEST_F(TheLidSensor, SkipsReadingsThatAreNoAngleAndGoesWithItsDevice) {
+    const std::string hinge = addHinge({{"name", "lid\n"}, {"in_angl_raw", "500\n"}});
+    ASSERT_TRUE(open());
+    for (const char* const raw : {"none\n", "45\n"}) {
+        const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
+        until([&] { return std::chrono::steady_clock::now() > later; });
+        EXPECT_EQ(reports.size(), 0U) << "before " << raw;
+        machine.set(hinge, "in_angl_raw", raw);
+    }
+    EXPECT_EQ(next(), angle(45));
+    machine.remove(hinge);
+    EXPECT_TRUE(tells(false));
+}
+
+TEST(AnIioHinge, TurnsReadingsIntoReportsUnlessNoLidCanHaveThem) {
+    struct Case {
+        double raw;
+        std::optional<IioHinge::Report> report;
+    };
+    const IioHinge hinge{.rawPath = "", .degreesPerUnit = 0.5, .offset = 10};
+    for (const Case& c : std::vector<Case>{{-10, IioHinge::Report{1, 0, 0}},
+                                           {170.9, IioHinge::Report{1, 90, 0}},
+                                           {504, IioHinge::Report{1, 1, 1}},
+                                           {710, IioHinge::Report{1, 104, 1}},
+                                           {710.1, std::nullopt},
+                                           {-10.1, std::nullopt},
+                                           {1e300, std::nullopt},
+                                           {std::nan(""), std::nullopt}}) {
+        EXPECT_EQ(hinge.report(c.raw), c.report) << c.raw;
+    }
+}
+
+TEST_F(TheLidSensor, MakesTheMachineOneWhereTheEventCanWork) {
+    const LinuxHardwareQuery machineToday("x86_64", LinuxHardwareQuery::hasHingeSensor);
+    EXPECT_FALSE(queryIsAppleSilicon(machineToday));
+    const std::string hinge = addHinge({{"name", "lid\n"}, {"in_angl_raw", "45\n"}});
+    EXPECT_TRUE(queryIsAppleSilicon(machineToday));
+    machine.remove(hinge);
+    EXPECT_FALSE(queryIsAppleSilicon(machineToday));
+    const MadeUpHidDevice lid(machine, "0", kLidDescriptor);
+    EXPECT_TRUE(queryIsAppleSilicon(machineToday));
+}
+
+TEST(TheHardware, Is64BitArmByItsProcessorsName) {
+    for (const auto& [name, is] :
+         {std::pair("aarch64", true), {"aarch64_be", true}, {"armv7l", false}, {"x86_64", false}}) {
+        const LinuxHardwareQuery machine(name, [] { return false; });
+        EXPECT_EQ(queryIsAppleSilicon(machine), is) << name;
+        EXPECT_EQ(machine.integer("hw.optional.other"), std::nullopt);
+    }
+}
+
+}  // namespace
+}  // namespace chimewerk

@@ -1,0 +1,168 @@
+#include "linux/network/rtnetlink_reachability_source.h"
+
+#include <fcntl.h>
+#include <linux/if_tun.h>
+#include <net/if.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "support/private_network.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+/// A network with two cables, near0 to far0 and near1 to far1, both plugged in; near0 and near1 have
+/// addresses.
+class TheReachability : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!PrivateNetwork::enter()) {
+            GTEST_SKIP() << "This user may not make network namespaces; root may.";
+        }
+        for (const std::string& n : {std::string("0"), std::string("1")}) {
+            ip("link add near" + n + " type veth peer name far" + n);
+            ip("link set far" + n + " up");
+            ip("link set near" + n + " up");
+            ip("addr add 192.0." + n + ".1/24 dev near" + n);
+            ip("addr add 2001:db8:" + n + "::1/64 dev near" + n + " nodad");
+        }
+        source.open();
+    }
+
+    static void ip(const std::string& arguments) { ASSERT_TRUE(PrivateNetwork::ip(arguments)) << arguments; }
+
+    /// The kernel notes a carrier that changes up to a second later.
+    testing::AssertionResult becomes(bool expected) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (source.isReachable() != expected) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                return testing::AssertionFailure()
+                       << "still " << (expected ? "un" : "") << "reachable after 10 s";
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return testing::AssertionSuccess();
+    }
+    void plugAndUnplug(const std::string& farEnd) {
+        EXPECT_TRUE(becomes(true));
+        ip("link set " + farEnd + " down");
+        EXPECT_TRUE(becomes(false));
+        ip("link set " + farEnd + " up");
+        EXPECT_TRUE(becomes(true));
+    }
+
+    RtnetlinkReachabilitySource source;
+};
+
+TEST_F(TheReachability, FollowsTheCableOfADefaultRoute) {
+    EXPECT_FALSE(source.isReachable()) << "there are links, but no default route";
+    ip("route add default via 192.0.0.2 dev near0");
+    plugAndUnplug("far0");
+    ip("link set near0 down");
+    EXPECT_FALSE(source.isReachable());
+}
+
+TEST_F(TheReachability, CountsANetworkOfIpv6Alone) {
+    ip("-6 route add default via 2001:db8:0::2 dev near0");
+    plugAndUnplug("far0");
+}
+
+TEST_F(TheReachability, SeesARouteVanishWithItsAddress) {
+    // With the address the kernel drops the route that needs it, and announces the address only.
+    ip("route add default dev near0 src 192.0.0.1");
+    EXPECT_TRUE(becomes(true));
+    ip("addr del 192.0.0.1/24 dev near0");
+    EXPECT_FALSE(source.isReachable());
+}
+
+TEST_F(TheReachability, IgnoresRoutesThatRejectTheirPacketsAndThoseOfOwnAddresses) {
+    for (const char* const route :
+         {"unreachable default", "blackhole default", "prohibit default", "throw default",
+          "default dev near0 table local", "198.51.100.0/24 via 192.0.0.2 dev near0"}) {
+        for (const char* const family : {"-4 ", "-6 "}) {
+            if (std::strstr(route, "198") != nullptr && std::strcmp(family, "-6 ") == 0) {
+                continue;
+            }
+            ip(std::string(family) + "route add " + route);
+            EXPECT_FALSE(source.isReachable()) << family << route;
+            ip(std::string(family) + "route del " + route);
+        }
+    }
+}
+
+TEST_F(TheReachability, CountsDefaultRoutesOfOtherTablesAndSourceSpecificOnes) {
+    for (const char* const route :
+         {"-4 route add default dev near0 table 100", "-6 route add default dev near0 table 51820",
+          "-6 route add default from 2001:db8::/32 via 2001:db8:0::2 dev near0"}) {
+        ip(route);
+        EXPECT_TRUE(becomes(true)) << route;
+        ip(std::string(route).replace(9, 3, "del"));
+        EXPECT_FALSE(source.isReachable()) << route;
+    }
+}
+
+TEST_F(TheReachability, NeedsOneOfSeveralNextHopsToBePluggedIn) {
+    ip("route add default nexthop dev near0 nexthop dev near1");
+    ip("link set far0 down");
+    ip("link set near0 down");
+    plugAndUnplug("far1");
+}
+
+TEST_F(TheReachability, CountsATunnelOnlyAsLongAsACableCarriesIt) {
+    const int tunnel = open("/dev/net/tun", O_RDWR | O_CLOEXEC);
+    if (tunnel < 0) {
+        GTEST_SKIP() << "This machine has no tunnel device.";
+    }
+    ifreq request{};
+    std::strcpy(request.ifr_name, "vpn0");
+    request.ifr_flags = IFF_TUN | IFF_NO_PI;
+    ASSERT_EQ(ioctl(tunnel, TUNSETIFF, &request), 0) << std::strerror(errno);
+    ip("addr add 198.51.100.1/32 dev vpn0");
+    ip("link set vpn0 up");
+    ip("route add default dev vpn0 table 51820");
+    EXPECT_FALSE(source.isReachable()) << "a tunnel through nothing";
+    // To the other end of the tunnel, as when the VPN has taken the place of the default route.
+    ip("route add 203.0.113.9 via 192.0.0.2 dev near0");
+    plugAndUnplug("far0");
+    close(tunnel);
+    EXPECT_TRUE(becomes(false)) << "the tunnel is gone";
+}
+
+TEST_F(TheReachability, IsGoneWhenClosedAndAnswersAgainWhenReopened) {
+    ip("route add default dev near0");
+    EXPECT_TRUE(becomes(true));
+    source.close();
+    EXPECT_FALSE(source.isReachable());
+    source.open();
+    EXPECT_TRUE(source.isReachable());
+}
+
+TEST_F(TheReachability, JudgesAHugeTableByItsBeginningAndSurvivesItsChanges) {
+    const TemporaryFolder folder;
+    {
+        std::ofstream batch(folder / "routes");
+        for (int i = 0; i < 30'000; ++i) {
+            batch << "route add 10." << i / 250 << '.' << i % 250 << ".0/24 dev near1\n";
+        }
+    }
+    ip("-batch " + (folder / "routes"));
+    ip("route add default dev near0");
+    EXPECT_TRUE(becomes(true));
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_TRUE(source.isReachable());
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+    ip("route del default");
+    EXPECT_FALSE(source.isReachable());
+}
+
+}  // namespace
+}  // namespace chimewerk

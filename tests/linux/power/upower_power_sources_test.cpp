@@ -1,0 +1,198 @@
+#include "linux/power/upower_power_sources.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <utility>
+
+#include "support/fake_upower.h"
+#include "support/own_bus.h"
+#include "support/run_queue.h"
+#include "support/stand_in_service.h"
+#include "support/temporary_folder.h"
+
+namespace chimewerk {
+namespace {
+
+using Properties = FakeUPower::Properties;
+
+const Properties kLaptopBattery{{"IsPresent", true}, {"Type", 2U}, {"Percentage", 50.0}};
+const Properties kNoBattery{{"IsPresent", false}, {"Type", 0U}, {"Percentage", 0.0}};
+
+/// On a system bus of its own, on which UPower comes and goes as the test says.
+class ThePowerSources : public testing::Test {
+protected:
+    ThePowerSources() { EXPECT_TRUE(bus.start()); }
+
+    void follow() {
+        following =
+            sources.subscribe({.onKnown = [this] { note("known"); }, .onChange = [this] { note("change"); }});
+    }
+    void startUPower(bool onBattery, const Properties& device = kLaptopBattery) {
+        upower.emplace(queue, Properties{{"OnBattery", onBattery}, {"DaemonVersion", "1"}}, device);
+        ASSERT_TRUE(runUntil(queue, [this] { return upower->asked == 2 || !following; }));
+    }
+    void note(const std::string& what) { log << what << " " << shown() << "; "; }
+    std::string shown() const {
+        std::ostringstream text;
+        if (const auto source = sources.first()) {
+            text << source->state.value_or("?") << " ";
+            source->currentCapacity ? text << *source->currentCapacity : text << "?";
+        } else {
+            text << "none";
+        }
+        return text.str();
+    }
+    /// What has been told since the last call, once everything under way has happened.
+    std::string told() {
+        while (wakeUpsWithin(queue, Seconds{0.1}) > 0) {
+        }
+        return std::exchange(log, std::ostringstream()).str();
+    }
+
+    OwnBus bus{"DBUS_SYSTEM_BUS_ADDRESS"};
+    EpollMainQueue queue;
+    std::optional<FakeUPower> upower;
+    std::ostringstream log;
+    UPowerPowerSources sources{queue};
+    std::unique_ptr<PowerSources::Subscription> following;
+};
+
+TEST_F(ThePowerSources, TellEachChangeOnceAndTheStartApart) {
+    startUPower(true);
+    follow();
+    EXPECT_EQ(shown(), "none");
+    EXPECT_EQ(told(), "known Battery Power 50; ");
+    upower->changeDevice({{"Percentage", 49.0}});
+    EXPECT_EQ(told(), "change Battery Power 49; ");
+    upower->changeMachine({{"OnBattery", false}});
+    upower->changeDevice({{"Percentage", 48.5}, {"State", 1U}});
+    EXPECT_EQ(told(), "change AC Power 48.5; ");
+    upower->changeMachine({{"OnBattery", false}, {"LidIsClosed", true}});
+    upower->changeDevice({{"TimeToFull", 1.0}, {"IconName", "battery"}});
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(upower->asked, 2);
+    following.reset();
+    upower->changeMachine({{"OnBattery", true}});
+    EXPECT_EQ(told(), "");
+    follow();
+    EXPECT_EQ(log.str(), "known Battery Power 48.5; ");
+}
+
+TEST_F(ThePowerSources, AreNoneOnAMachineWithoutBatteryUntilItGetsOne) {
+    startUPower(false, kNoBattery);
+    follow();
+    EXPECT_EQ(told(), "");
+    upower->changeDevice({{"Percentage", 3.0}, {"Type", 1U}, {"IsPresent", true}});
+    EXPECT_EQ(told(), "");
+    upower->changeMachine({{"OnBattery", true}});
+    upower->changeDevice({{"Type", 3U}});
+    EXPECT_EQ(told(), "known Battery Power 3; ");
+    upower->changeDevice({{"IsPresent", false}});
+    EXPECT_EQ(told(), "change none; ");
+}
+
+TEST_F(ThePowerSources, MayKeepTheirStateOrTheirChargeToThemselves) {
+    upower.emplace(queue, Properties{}, Properties{{"IsPresent", true}, {"Type", 2U}});
+    follow();
+    EXPECT_EQ(told(), "known ? ?; ");
+    upower->changeMachine({{"OnBattery", true}});
+    upower->changeDevice({{"Percentage", "half"}});
+    EXPECT_EQ(told(), "change Battery Power ?; ");
+    upower->changeDevice({{"Percentage", 50.0}});
+    EXPECT_EQ(told(), "change Battery Power 50; ");
+}
+
+TEST_F(ThePowerSources, HoldWhileUPowerIsAwayAndTellOnlyWhatHasChangedMeanwhile) {
+    follow();
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
+    startUPower(true);
+    EXPECT_EQ(told(), "known Battery Power 50; ");
+    upower.reset();
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(shown(), "Battery Power 50");
+    startUPower(true);
+    EXPECT_EQ(told(), "");
+    upower.reset();
+    // It says what is new before it has said everything.
+    upower.emplace(queue, Properties{{"OnBattery", false}}, kLaptopBattery).isSilent = true;
+    EXPECT_EQ(told(), "");
+    upower->changeDevice({{"Percentage", 7.0}});
+    EXPECT_EQ(told(), "");
+    upower.reset();
+    startUPower(false, {{"IsPresent", true}, {"Type", 2U}});
+    EXPECT_EQ(told(), "change AC Power ?; ");
+}
+
+/// The bus starts UPower for whoever asks it; one that has been ended is to stay away.
+TEST_F(ThePowerSources, StartUPowerOnceAndLeaveItAloneWhenItHasGone) {
+    const TemporaryFolder data;
+    const std::string services = data / "dbus-1/services";
+    std::filesystem::create_directories(services);
+    std::ofstream(services + "/org.freedesktop.UPower.service")
+        << "[D-BUS Service]\nName=org.freedesktop.UPower\nExec=/bin/sh -c \"echo >>" << data / "starts\"\n";
+    const auto starts = [&] {
+        std::error_code none;
+        const auto size = std::filesystem::file_size(data / "starts", none);
+        return none ? 0 : size;
+    };
+    bus.kill();
+    const std::string before = std::getenv("XDG_DATA_HOME");
+    setenv("XDG_DATA_HOME", data.path().c_str(), 1);
+    ASSERT_TRUE(bus.start());
+    setenv("XDG_DATA_HOME", before.c_str(), 1);
+    follow();
+    ASSERT_TRUE(runUntil(queue, [&] { return starts() == 1; }));
+    startUPower(true);
+    EXPECT_EQ(told(), "known Battery Power 50; ");
+    upower.reset();
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
+    EXPECT_EQ(starts(), 1U);
+}
+
+TEST_F(ThePowerSources, HoldWhileTheBusIsAway) {
+    startUPower(true);
+    follow();
+    EXPECT_EQ(told(), "known Battery Power 50; ");
+    bus.kill();
+    EXPECT_EQ(told(), "");
+    upower->machine["OnBattery"] = false;
+    upower->asked = 0;
+    ASSERT_TRUE(bus.start());
+    ASSERT_TRUE(runUntil(queue, [this] { return !log.str().empty(); }));
+    EXPECT_EQ(told(), "change AC Power 50; ");
+}
+
+TEST_F(ThePowerSources, AreThoseOfAnotherUPowerToo) {
+    follow();
+    std::optional<StandInService> other;
+    const auto comes = [&](bool onBattery) {
+        other.emplace("upower", "org.freedesktop.UPower", "/org/freedesktop/UPower");
+        ASSERT_TRUE(other->isThere());
+        EXPECT_NE(other->call("org.freedesktop.DBus.Mock", "SetupDisplayDevice", "uuddddxxbsu", 2U, 2U, 50.0,
+                              50.0, 100.0, 0.1, std::int64_t{3600}, std::int64_t{0}, 1, "battery", 1U),
+                  nullptr);
+        EXPECT_NE(other->call("org.freedesktop.DBus.Properties", "Set", "ssv", "org.freedesktop.UPower",
+                              "OnBattery", "b", onBattery ? 1 : 0),
+                  nullptr);
+    };
+    comes(true);
+    ASSERT_TRUE(runUntil(queue, [this] { return shown() == "Battery Power 50"; })) << log.str();
+    told();
+    other->kill();
+    comes(true);
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(shown(), "Battery Power 50");
+}
+
+}  // namespace
+}  // namespace chimewerk

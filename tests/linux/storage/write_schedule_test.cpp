@@ -1,0 +1,154 @@
+#include "linux/storage/write_schedule.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <optional>
+#include <vector>
+
+#include "support/virtual_main_queue.h"
+
+namespace chimewerk {
+namespace {
+
+using testing::ElementsAre;
+
+class TheWriteSchedule : public testing::Test {
+protected:
+    /// Ends the write that goes on.
+    void end(bool written) { std::exchange(done, std::nullopt).value()(written); }
+    /// Whether a write goes on now.
+    bool writing() const { return done.has_value(); }
+    void advance(double seconds) { queue.advance(Seconds{seconds}); }
+
+    VirtualMainQueue queue;
+    int begun = 0;
+    std::optional<WriteSchedule::Done> done;
+    std::optional<WriteSchedule> schedule{std::in_place, queue, [this](WriteSchedule::Done whenDone) {
+                                              ++begun;
+                                              EXPECT_FALSE(writing());
+                                              done = std::move(whenDone);
+                                          }};
+};
+
+TEST_F(TheWriteSchedule, WritesABurstOnceATenthOfASecondAfterItsFirstChange) {
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_FALSE(writing());
+        schedule->changed();
+        advance(0.0167);
+    }
+    EXPECT_TRUE(writing());
+    EXPECT_TRUE(schedule->hasUnwritten());
+    end(true);
+    EXPECT_FALSE(schedule->hasUnwritten());
+    advance(3600);
+    EXPECT_EQ(begun, 1);
+    EXPECT_EQ(queue.queued(), 0U);
+}
+
+TEST_F(TheWriteSchedule, HoldsADragBackUntilItsEndButNotForEver) {
+    const auto drag = [this](int moves) {
+        for (int i = 0; i < moves; ++i) {
+            schedule->changed();
+            advance(1.0 / 60);
+            if (writing()) {
+                end(true);
+            }
+        }
+    };
+    auto held = schedule->hold();
+    drag(120);
+    EXPECT_EQ(begun, 0);
+    held.reset();
+    advance(0.1);
+    EXPECT_EQ(begun, 1);
+    end(true);
+
+    held = schedule->hold();
+    drag(16 * 60);
+    EXPECT_EQ(begun, 1 + 3);
+    schedule.reset();
+}
+
+TEST_F(TheWriteSchedule, FollowsALongWriteAtOnceWithWhatHasChangedMeanwhile) {
+    schedule->changed();
+    advance(0.1);
+    schedule->changed();
+    advance(5);
+    EXPECT_EQ(begun, 1);
+    end(true);
+    EXPECT_EQ(begun, 2);
+    EXPECT_TRUE(schedule->hasUnwritten());
+    end(true);
+    EXPECT_FALSE(schedule->hasUnwritten());
+    EXPECT_EQ(queue.queued(), 0U);
+}
+
+TEST_F(TheWriteSchedule, TriesAgainEverMoreRarelyUntilItSucceeds) {
+    schedule->changed();
+    advance(0.1);
+    std::vector<double> waits;
+    for (int i = 0; i < 9; ++i) {
+        end(false);
+        EXPECT_TRUE(schedule->hasUnwritten());
+        const WallTime failed = queue.now();
+        while (!writing()) {
+            advance(0.5);
+        }
+        waits.push_back(std::round((queue.now() - failed).count()));
+    }
+    EXPECT_THAT(waits, ElementsAre(1, 2, 4, 8, 16, 32, 60, 60, 60));
+    end(true);
+    EXPECT_EQ(queue.queued(), 0U);
+
+    schedule->changed();
+    advance(0.1);
+    end(false);
+    advance(1);
+    EXPECT_TRUE(writing());
+}
+
+TEST_F(TheWriteSchedule, TriesAgainAtTheNextChangeDuringALongWait) {
+    schedule->changed();
+    advance(0.1);
+    for (int i = 0; i < 7; ++i) {
+        end(false);
+        advance(64);
+    }
+    end(false);
+    schedule->changed();
+    advance(0.1);
+    EXPECT_TRUE(writing());
+    end(true);
+    begun = 0;
+    advance(3600);
+    EXPECT_EQ(begun, 0);
+}
+
+TEST_F(TheWriteSchedule, LeavesWhatIsWrittenByOtherMeans) {
+    schedule->changed();
+    schedule->wroteAll();
+    advance(1);
+    EXPECT_EQ(begun, 0);
+
+    schedule->changed();
+    advance(0.1);
+    schedule->changed();
+    schedule->wroteAll();
+    end(true);
+    EXPECT_FALSE(schedule->hasUnwritten());
+}
+
+TEST_F(TheWriteSchedule, MayEndBeforeItsWriteAndItsWakeUps) {
+    schedule->changed();
+    advance(0.1);
+    schedule->changed();
+    schedule.reset();
+    end(true);
+    advance(10);
+    EXPECT_EQ(begun, 1);
+}
+
+}  // namespace
+}  // namespace chimewerk
