@@ -38,8 +38,8 @@
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
 #include "ui/qt_program.h"
-#include "ui/qt_status_item.h"
 #include "ui/qt_windows.h"
+#include "ui/tray/qt_status_item.h"
 
 namespace chimewerk {
 namespace {

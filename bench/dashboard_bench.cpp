@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include "support/dashboard_bed.h"
-#include "ui/chimewerk_style.h"
+#include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {
 namespace {

@@ -15,7 +15,7 @@
 #include "linux/storage/json_defaults_store.h"
 #include "support/detail_panel_bed.h"
 #include "support/temporary_folder.h"
-#include "ui/chimewerk_style.h"
+#include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {
 namespace {

@@ -15,7 +15,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "ui/look.h"
+#include "ui/controls/look.h"
 #include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
 

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "ui/chimewerk_style.h"
+#include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {
 

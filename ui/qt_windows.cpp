@@ -1,7 +1,7 @@
 #include "ui/qt_windows.h"
 
 #include "app/app_delegate.h"
-#include "ui/dashboard_window_controller.h"
+#include "ui/dashboard/dashboard_window_controller.h"
 #include "ui/help_window_controller.h"
 
 namespace chimewerk {

@@ -12,7 +12,7 @@
 #include "support/fake_lid_sensor_source.h"
 #include "support/fake_sound_folder.h"
 #include "support/sound_library.h"
-#include "ui/dashboard_window_controller.h"
+#include "ui/dashboard/dashboard_window_controller.h"
 
 namespace chimewerk {
 

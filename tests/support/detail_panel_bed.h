@@ -10,8 +10,8 @@
 #include "support/fake_lid_sensor_source.h"
 #include "support/fake_sound_folder.h"
 #include "support/sound_library.h"
-#include "ui/detail_panel.h"
-#include "ui/look.h"
+#include "ui/controls/look.h"
+#include "ui/dashboard/detail_panel.h"
 
 namespace chimewerk {
 

@@ -13,8 +13,8 @@
 #include <cmath>
 
 #include "support/eventually.h"
+#include "ui/controls/look.h"
 #include "ui/help_window_controller.h"
-#include "ui/look.h"
 #include "ui/rules/help_content.h"
 
 namespace chimewerk {

@@ -1,4 +1,4 @@
-#include "ui/status_icon.h"
+#include "ui/tray/status_icon.h"
 
 #include <QIconEngine>
 #include <QPainter>

@@ -10,12 +10,12 @@
 #include <memory>
 #include <string>
 
-#include "ui/angle_gauge_view.h"
-#include "ui/dashboard_surroundings.h"
+#include "ui/controls/switch_control.h"
+#include "ui/controls/value_slider.h"
+#include "ui/dashboard/angle_gauge_view.h"
+#include "ui/dashboard/dashboard_surroundings.h"
+#include "ui/dashboard/sound_loader.h"
 #include "ui/rules/detail_view.h"
-#include "ui/sound_loader.h"
-#include "ui/switch_control.h"
-#include "ui/value_slider.h"
 
 namespace chimewerk {
 

@@ -1,4 +1,4 @@
-#include "ui/angle_gauge_view.h"
+#include "ui/dashboard/angle_gauge_view.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <memory>
 #include <numbers>
 
-#include "ui/look.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 namespace {

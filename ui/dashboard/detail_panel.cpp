@@ -1,11 +1,11 @@
-#include "ui/detail_panel.h"
+#include "ui/dashboard/detail_panel.h"
 
 #include <QEvent>
 #include <QPainter>
 #include <chrono>
 #include <utility>
 
-#include "ui/look.h"
+#include "ui/controls/look.h"
 #include "ui/rules/counter_text.h"
 #include "ui/rules/detail_texts.h"
 

@@ -1,11 +1,11 @@
-#include "ui/sidebar_row_painting.h"
+#include "ui/dashboard/sidebar_row_painting.h"
 
 #include <QStyle>
 #include <algorithm>
 
-#include "ui/control_painting.h"
-#include "ui/emoji_text.h"
-#include "ui/look.h"
+#include "ui/controls/control_painting.h"
+#include "ui/controls/emoji_text.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 

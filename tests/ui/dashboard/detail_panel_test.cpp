@@ -1,5 +1,5 @@
 // The panel as its user has it: on a real display, with a pointer and a keyboard.
-#include "ui/detail_panel.h"
+#include "ui/dashboard/detail_panel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
 #include "support/widget_input.h"
-#include "ui/chimewerk_style.h"
+#include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {
 namespace {

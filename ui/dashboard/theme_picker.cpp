@@ -1,12 +1,12 @@
-#include "ui/theme_picker.h"
+#include "ui/dashboard/theme_picker.h"
 
 #include <QHBoxLayout>
 #include <utility>
 
-#include "ui/look.h"
+#include "ui/controls/look.h"
+#include "ui/dashboard/theme_dialogs.h"
 #include "ui/rules/dialog_texts.h"
 #include "ui/rules/theme_name.h"
-#include "ui/theme_dialogs.h"
 
 namespace chimewerk {
 

@@ -1,4 +1,4 @@
-#include "ui/look.h"
+#include "ui/controls/look.h"
 
 #include <QEvent>
 #include <QFontDatabase>

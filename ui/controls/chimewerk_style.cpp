@@ -1,12 +1,12 @@
-#include "ui/chimewerk_style.h"
+#include "ui/controls/chimewerk_style.h"
 
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <algorithm>
 
-#include "ui/control_painting.h"
-#include "ui/emoji_text.h"
-#include "ui/look.h"
+#include "ui/controls/control_painting.h"
+#include "ui/controls/emoji_text.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 

@@ -1,12 +1,12 @@
-#include "ui/switch_control.h"
+#include "ui/controls/switch_control.h"
 
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <algorithm>
 
-#include "ui/control_painting.h"
-#include "ui/look.h"
+#include "ui/controls/control_painting.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 

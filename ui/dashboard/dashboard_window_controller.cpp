@@ -1,4 +1,4 @@
-#include "ui/dashboard_window_controller.h"
+#include "ui/dashboard/dashboard_window_controller.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "sound/notifications.h"
-#include "ui/look.h"
+#include "ui/controls/look.h"
 #include "ui/rules/appearance.h"
 
 namespace chimewerk {

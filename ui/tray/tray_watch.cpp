@@ -1,4 +1,4 @@
-#include "ui/tray_watch.h"
+#include "ui/tray/tray_watch.h"
 
 #include <xcb/xcb.h>
 

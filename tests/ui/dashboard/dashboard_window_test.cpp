@@ -1,5 +1,5 @@
 // The dashboard as its user has it: on a real display, with a pointer and a keyboard.
-#include "ui/dashboard_window_controller.h"
+#include "ui/dashboard/dashboard_window_controller.h"
 
 #include <gmock/gmock.h>
 
@@ -14,9 +14,9 @@
 #include "sound/notifications.h"
 #include "support/dashboard_bed.h"
 #include "support/widget_input.h"
-#include "ui/angle_gauge_view.h"
-#include "ui/chimewerk_style.h"
-#include "ui/look.h"
+#include "ui/controls/chimewerk_style.h"
+#include "ui/controls/look.h"
+#include "ui/dashboard/angle_gauge_view.h"
 #include "ui/rules/appearance.h"
 
 namespace chimewerk {

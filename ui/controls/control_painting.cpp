@@ -1,11 +1,11 @@
-#include "ui/control_painting.h"
+#include "ui/controls/control_painting.h"
 
 #include <QPainterPath>
 #include <QStyle>
 #include <algorithm>
 
-#include "ui/emoji_text.h"
-#include "ui/look.h"
+#include "ui/controls/emoji_text.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 

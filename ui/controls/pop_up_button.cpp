@@ -1,10 +1,10 @@
-#include "ui/pop_up_button.h"
+#include "ui/controls/pop_up_button.h"
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QWheelEvent>
 
-#include "ui/look.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 

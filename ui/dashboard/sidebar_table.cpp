@@ -1,11 +1,11 @@
-#include "ui/sidebar_table.h"
+#include "ui/dashboard/sidebar_table.h"
 
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
 #include <utility>
 
-#include "ui/sidebar_row_painting.h"
+#include "ui/dashboard/sidebar_row_painting.h"
 
 namespace chimewerk {
 

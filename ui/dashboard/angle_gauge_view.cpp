@@ -1,10 +1,10 @@
-#include "ui/angle_gauge_view.h"
+#include "ui/dashboard/angle_gauge_view.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
 
-#include "ui/look.h"
+#include "ui/controls/look.h"
 #include "ui/rules/angle_gauge.h"
 
 namespace chimewerk {

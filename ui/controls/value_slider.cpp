@@ -1,4 +1,4 @@
-#include "ui/value_slider.h"
+#include "ui/controls/value_slider.h"
 
 #include <QAccessibleWidget>
 #include <QMouseEvent>

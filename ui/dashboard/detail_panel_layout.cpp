@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "ui/column.h"
-#include "ui/detail_panel.h"
+#include "ui/controls/column.h"
+#include "ui/dashboard/detail_panel.h"
 
 namespace chimewerk {
 

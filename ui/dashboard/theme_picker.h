@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "sound/sound_manager.h"
-#include "ui/pop_up_button.h"
+#include "ui/controls/pop_up_button.h"
 #include "ui/rules/theme_menu.h"
 
 namespace chimewerk {

@@ -1,4 +1,4 @@
-#include "ui/theme_dialogs.h"
+#include "ui/dashboard/theme_dialogs.h"
 
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -6,8 +6,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "ui/chimewerk_style.h"
-#include "ui/look.h"
+#include "ui/controls/chimewerk_style.h"
+#include "ui/controls/look.h"
 
 namespace chimewerk {
 

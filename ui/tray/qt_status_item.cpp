@@ -1,9 +1,9 @@
-#include "ui/qt_status_item.h"
+#include "ui/tray/qt_status_item.h"
 
 #include <QString>
 #include <utility>
 
-#include "ui/status_icon.h"
+#include "ui/tray/status_icon.h"
 
 namespace chimewerk {
 

@@ -9,10 +9,10 @@
 #include "app/windows.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
-#include "ui/dashboard_surroundings.h"
-#include "ui/detail_panel.h"
-#include "ui/sidebar_table.h"
-#include "ui/theme_picker.h"
+#include "ui/dashboard/dashboard_surroundings.h"
+#include "ui/dashboard/detail_panel.h"
+#include "ui/dashboard/sidebar_table.h"
+#include "ui/dashboard/theme_picker.h"
 
 namespace chimewerk {
 

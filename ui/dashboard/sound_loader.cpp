@@ -1,4 +1,4 @@
-#include "ui/sound_loader.h"
+#include "ui/dashboard/sound_loader.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
@@ -11,8 +11,8 @@
 #include <chrono>
 #include <utility>
 
-#include "ui/emoji_text.h"
-#include "ui/look.h"
+#include "ui/controls/emoji_text.h"
+#include "ui/controls/look.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/detail_view.h"
 

@@ -1,4 +1,4 @@
-#include "ui/emoji_text.h"
+#include "ui/controls/emoji_text.h"
 
 #include <QFontMetrics>
 #include <QList>

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "app/status_item.h"
-#include "ui/tray_watch.h"
+#include "ui/tray/tray_watch.h"
 
 namespace chimewerk {
 

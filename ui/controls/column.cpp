@@ -1,4 +1,4 @@
-#include "ui/column.h"
+#include "ui/controls/column.h"
 
 #include <QStyle>
 #include <algorithm>
