@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "synth/blocks/arithmetic.h"
+#include "synth/blocks/curve.h"
+
+namespace chimewerk::synth {
+
+/// A mono sound in the making, at any level: mastering brings it to its final one.
+class Sound {
+public:
+    Sound() = default;
+    /// Silence.
+    explicit Sound(double seconds);
+
+    std::size_t size() const { return samples_.size(); }
+    double seconds() const;
+    double& operator[](std::size_t index) { return samples_[index]; }
+    double operator[](std::size_t index) const { return samples_[index]; }
+    auto begin() { return samples_.begin(); }
+    auto end() { return samples_.end(); }
+    auto begin() const { return samples_.begin(); }
+    auto end() const { return samples_.end(); }
+
+    /// Mixes `other` in from `atSeconds` on and grows as far as it reaches.
+    Sound& add(double atSeconds, const Sound& other, double gain = 1.0);
+
+    /// Cut or filled up with silence.
+    Sound lasting(double seconds) const;
+
+    /// At this or another length with its end faded out over `release` seconds, as by a hand or a damper.
+    Sound damped(double seconds, double release) const;
+
+    /// Scaled so that its largest sample is 1; silence stays silence.
+    Sound normalised() const;
+
+private:
+    std::vector<double> samples_;
+};
+
+/// Both at once; the longer of the two decides the length.
+Sound operator+(Sound left, const Sound& right);
+/// The sound behind a silence.
+Sound after(double seconds, const Sound& sound);
+Sound operator*(Sound sound, double gain);
+/// Shaped by a level that changes with time.
+Sound operator*(Sound sound, const Curve& level);
+/// Ring modulation: the shorter of the two decides the length.
+Sound operator*(const Sound& left, const Sound& right);
+
+/// Calls `sampleAt(seconds)` for each sample in turn.
+template <typename SampleAt>
+Sound rendered(double seconds, SampleAt sampleAt) {
+    Sound sound(seconds);
+    double index = 0.0;
+    for (double& sample : sound) {
+        sample = sampleAt(index / kSampleRate);
+        index += 1.0;
+    }
+    return sound;
+}
+
+}  // namespace chimewerk::synth
