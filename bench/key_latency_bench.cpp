@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "support/child_process.h"
-#include "support/sink_recorder.h"
+#include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {
 namespace {

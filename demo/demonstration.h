@@ -6,7 +6,7 @@
 
 #include "demo/child_process.h"
 #include "demo/rows.h"
-#include "support/sink_recorder.h"
+#include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {
 

@@ -10,7 +10,7 @@ constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'no
 constexpr const char* kNeedsNetwork =
     "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up network'";
 
-#define POWER_DAEMONS "\"" CHIMEWERK_DEMO_DIR "/machine/power-daemons\""
+#define POWER_DAEMONS "\"" CHIMEWERK_MACHINE_DIR "/power-daemons\""
 constexpr const char* kStartPowerDaemons =
     "gdbus call --system --dest org.freedesktop.UPower --object-path / --method "
     "org.freedesktop.DBus.Peer.Ping "

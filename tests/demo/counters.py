@@ -10,7 +10,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "program"))
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
 from screen_reader import eventually, window  # noqa: E402
 
 heard = os.environ["DEMO_HEARD"].split()

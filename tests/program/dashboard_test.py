@@ -14,7 +14,8 @@ import unittest
 import wave
 from pathlib import Path
 
-from screen_reader import eventually, keys, pointer, type_text, wait_for_field, window, windows
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+from screen_reader import eventually, keys, pointer, type_text, wait_for_field, window, windows  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
 HOME = Path(os.environ["HOME"])

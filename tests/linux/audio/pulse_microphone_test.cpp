@@ -14,8 +14,8 @@
 #include "support/eventually.h"
 #include "support/microphone_feeder.h"
 #include "support/run_queue.h"
-#include "support/sink_recorder.h"
 #include "support/temporary_folder.h"
+#include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {
 namespace {

@@ -16,9 +16,9 @@
 #include "linux/audio/pulse_player.h"
 #include "linux/audio/pulse_sound_service.h"
 #include "support/eventually.h"
-#include "support/sink_recorder.h"
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
+#include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {
 namespace {

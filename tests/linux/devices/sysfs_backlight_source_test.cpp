@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "support/device_testbed.h"
+#include "tools/machine/device_testbed.h"
 
 namespace chimewerk {
 namespace {

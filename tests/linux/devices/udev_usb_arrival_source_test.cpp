@@ -5,7 +5,7 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
-#include "support/device_testbed.h"
+#include "tools/machine/device_testbed.h"
 
 namespace chimewerk {
 namespace {

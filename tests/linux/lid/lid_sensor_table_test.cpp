@@ -13,8 +13,8 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/lid/iio_lid_sensor_source.h"
 #include "linux/lid/linux_hardware_query.h"
-#include "support/device_testbed.h"
-#include "support/made_up_hid_device.h"
+#include "tools/machine/device_testbed.h"
+#include "tools/machine/made_up_hid_device.h"
 
 namespace chimewerk {
 namespace {

@@ -15,7 +15,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
 #include "linux/devices/udev_usb_arrival_source.h"
-#include "support/private_network.h"
+#include "tools/machine/private_network.h"
 
 namespace chimewerk {
 namespace {

@@ -14,8 +14,8 @@
 #include <string>
 #include <thread>
 
-#include "support/private_network.h"
 #include "support/temporary_folder.h"
+#include "tools/machine/private_network.h"
 
 namespace chimewerk {
 namespace {

@@ -20,9 +20,9 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "support/device_testbed.h"
-#include "support/made_up_hid_device.h"
-#include "support/private_network.h"
+#include "tools/machine/device_testbed.h"
+#include "tools/machine/made_up_hid_device.h"
+#include "tools/machine/private_network.h"
 
 namespace chimewerk {
 namespace {

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "support/device_testbed.h"
+#include "tools/machine/device_testbed.h"
 
 namespace chimewerk {
 

@@ -1,4 +1,4 @@
-#include "support/recording.h"
+#include "tools/recorder/recording.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

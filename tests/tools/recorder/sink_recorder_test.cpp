@@ -1,4 +1,4 @@
-#include "support/sink_recorder.h"
+#include "tools/recorder/sink_recorder.h"
 
 #include <gtest/gtest.h>
 #include <pulse/pulseaudio.h>

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "support/recording.h"
+#include "tools/recorder/recording.h"
 
 namespace chimewerk {
 

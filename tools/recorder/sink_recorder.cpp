@@ -1,4 +1,4 @@
-#include "support/sink_recorder.h"
+#include "tools/recorder/sink_recorder.h"
 
 #include <cstdint>
 #include <span>
