@@ -40,7 +40,8 @@ function(chimewerk_fuzz_test name)
     DEPENDS ${sources} ${headers}
     COMMENT "Building the fuzzer ${name}"
     VERBATIM)
-  add_custom_target(${name}_program ALL DEPENDS ${program})
+  add_custom_target(${name}_program DEPENDS ${program})
+  add_dependencies(checks ${name}_program)
 
   # What it finds goes into a folder of its own, never into the seeds.
   set(found ${program}-found)

@@ -30,7 +30,7 @@ function(chimewerk_layer name)
   chimewerk_check_headers(${target} ${folder})
 endfunction()
 
-# Every public header compiles alone: one translation unit per header that includes nothing else.
+# Every public header compiles alone, in the target `checks`: one translation unit per header that includes nothing else.
 function(chimewerk_check_headers target folder)
   file(GLOB headers RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS *.h)
   # Nothing of them runs, so that a sanitizer has nothing to see.
@@ -43,7 +43,8 @@ function(chimewerk_check_headers target folder)
     file(CONFIGURE OUTPUT ${unit} CONTENT "#include \"${folder}/${header}\"\n#include \"${folder}/${header}\"\n")
     list(APPEND units ${unit})
   endforeach()
-  add_library(${target}_headers_alone OBJECT ${units})
+  add_library(${target}_headers_alone OBJECT EXCLUDE_FROM_ALL ${units})
+  add_dependencies(checks ${target}_headers_alone)
   target_link_libraries(${target}_headers_alone PRIVATE ${target})
   # The units include their header twice, to see that it guards itself; the headers are checked where they are used.
   set_target_properties(${target}_headers_alone PROPERTIES CXX_CLANG_TIDY "")
