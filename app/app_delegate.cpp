@@ -11,35 +11,35 @@ constexpr float kDefaultLidThreshold = 90.0F;
 
 }  // namespace
 
-AppDelegate::AppDelegate(const Surroundings& surroundings, const Sources& sources)
-    : lidMonitor({.queue = surroundings.queue,
-                  .clock = surroundings.clock,
-                  .notifications = surroundings.notifications,
-                  .sounds = surroundings.sounds,
+AppDelegate::AppDelegate(const Dependencies& dependencies, const Sources& sources)
+    : lidMonitor({.queue = dependencies.queue,
+                  .clock = dependencies.clock,
+                  .notifications = dependencies.notifications,
+                  .sounds = dependencies.sounds,
                   .sensor = sources.lidSensor}),
-      keyboardMonitor(surroundings.queue, sources.keys, sources.keyPermissionPage, surroundings.sounds),
-      sm_(surroundings.sounds),
-      fileManagerSounds_(surroundings.fileManagerSounds),
-      statusItem_(surroundings.statusItem),
-      windows_(surroundings.windows),
-      brightnessMonitor_(surroundings.queue, sources.display),
-      volumeMonitor_(surroundings.queue, sources.output),
-      screenshotMonitor_(surroundings.queue, sources.folders, sources.screenshotFolders),
+      keyboardMonitor(dependencies.queue, sources.keys, sources.keyPermissionPage, dependencies.sounds),
+      sm_(dependencies.sounds),
+      fileManagerSounds_(dependencies.fileManagerSounds),
+      statusItem_(dependencies.statusItem),
+      windows_(dependencies.windows),
+      brightnessMonitor_(dependencies.queue, sources.display),
+      volumeMonitor_(dependencies.queue, sources.output),
+      screenshotMonitor_(dependencies.queue, sources.folders, sources.screenshotFolders),
       appLaunchMonitor_(sources.launches),
-      trashMonitor_(surroundings.queue, surroundings.clock, sources.trash),
-      networkMonitor_(surroundings.queue, sources.reachability),
-      usbMonitor_(surroundings.queue, sources.usbDevices),
-      knocks_(surroundings.queue, sources.microphone),
-      power_({.queue = surroundings.queue,
-              .sounds = surroundings.sounds,
-              .system = sources.systemPower,
+      trashMonitor_(dependencies.queue, dependencies.clock, sources.trash),
+      networkMonitor_(dependencies.queue, sources.reachability),
+      usbMonitor_(dependencies.queue, sources.usbDevices),
+      knocks_(dependencies.queue, sources.microphone),
+      power_({.queue = dependencies.queue,
+              .sounds = dependencies.sounds,
+              .system = sources.sleepSource,
               .powerSources = sources.powerSources,
               .restartAudio = [this] { knocks_.restartAudio(); },
               .restartKeyboardMonitor = [this] { keyboardMonitor.restart(); }}),
       menu_({.openDashboard = [this] { openDashboard(); },
              .openHelp = [this] { openHelp(); },
              .setSens = [this](const MenuItem& chosen) { setSens(chosen); },
-             .terminate = surroundings.terminate}) {}
+             .terminate = dependencies.terminate}) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     startApp();

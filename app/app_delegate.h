@@ -49,12 +49,12 @@ public:
         ReachabilitySource& reachability;
         UsbArrivalSource& usbDevices;
         Microphone& microphone;
-        SystemPower& systemPower;
+        SleepSource& sleepSource;
         PowerSources& powerSources;
     };
 
     /// What the delegate needs besides; all of it outlives the delegate.
-    struct Surroundings {
+    struct Dependencies {
         MainQueue& queue;
         const Clock& clock;
         NotificationCenter& notifications;
@@ -66,7 +66,7 @@ public:
         std::function<void()> terminate;
     };
 
-    AppDelegate(const Surroundings& surroundings, const Sources& sources);
+    AppDelegate(const Dependencies& dependencies, const Sources& sources);
 
     /// Runs the start-up sequence. Called once, when the main loop is about to run.
     void applicationDidFinishLaunching();

@@ -8,26 +8,26 @@ namespace {
 
 struct Option {
     std::string_view name;
-    Wish wish;
+    Command command;
     std::string_view help;
 };
 constexpr Option kOptions[] = {
-    {"--open-dashboard", Wish::openDashboard, "shows the dashboard, and starts the program if need be"},
-    {"--open-help", Wish::openHelp, "shows the help, and starts the program if need be"},
-    {"--quit", Wish::quit, "ends the program that runs in this session"},
-    {"--version", Wish::printVersion, "prints the version"},
-    {"--help", Wish::printUsage, "prints this"},
+    {"--open-dashboard", Command::openDashboard, "shows the dashboard, and starts the program if need be"},
+    {"--open-help", Command::openHelp, "shows the help, and starts the program if need be"},
+    {"--quit", Command::quit, "ends the program that runs in this session"},
+    {"--version", Command::printVersion, "prints the version"},
+    {"--help", Command::printUsage, "prints this"},
 };
 
 }  // namespace
 
-std::optional<Wish> parseCommandLine(std::span<char* const> arguments) {
+std::optional<Command> parseCommandLine(std::span<char* const> arguments) {
     if (arguments.empty()) {
-        return Wish::run;
+        return Command::run;
     }
     for (const Option& option : kOptions) {
         if (arguments.size() == 1 && option.name == arguments[0]) {
-            return option.wish;
+            return option.command;
         }
     }
     return std::nullopt;

@@ -7,7 +7,7 @@
 namespace chimewerk {
 
 /// What the user asks for on the command line.
-enum class Wish {
+enum class Command {
     /// To have the program running; if it runs already, to see it.
     run,
     openDashboard,
@@ -19,7 +19,7 @@ enum class Wish {
 };
 
 /// What these arguments, without the program's name, ask for; none when they make no sense.
-std::optional<Wish> parseCommandLine(std::span<char* const> arguments);
+std::optional<Command> parseCommandLine(std::span<char* const> arguments);
 
 /// The options in words, a line each.
 std::string usage();

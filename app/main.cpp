@@ -18,9 +18,9 @@
 #include "linux/base/system_clock.h"
 #include "linux/base/termination_signals.h"
 #include "linux/decoding/decoder.h"
-#include "linux/desktop/quiet_file_manager_sounds.h"
+#include "linux/desktop/null_file_manager_sounds.h"
 #include "linux/desktop/session_environment.h"
-#include "linux/desktop/session_instance.h"
+#include "linux/desktop/single_instance.h"
 #include "linux/desktop/xdg_folders.h"
 #include "linux/desktop/xdg_trash_source.h"
 #include "linux/devices/sysfs_backlight_source.h"
@@ -45,47 +45,47 @@ namespace chimewerk {
 namespace {
 
 /// What to ask of an instance that runs already; empty for showing itself.
-std::string actionFor(Wish wish) {
-    switch (wish) {
-        case Wish::openDashboard:
-            return SessionInstance::kOpenDashboard;
-        case Wish::openHelp:
-            return SessionInstance::kOpenHelp;
-        case Wish::quit:
-            return SessionInstance::kQuit;
+std::string actionFor(Command command) {
+    switch (command) {
+        case Command::openDashboard:
+            return SingleInstance::kOpenDashboard;
+        case Command::openHelp:
+            return SingleInstance::kOpenHelp;
+        case Command::quit:
+            return SingleInstance::kQuit;
         default:
             return {};
     }
 }
 
 void carryOut(AppDelegate& delegate, const std::string& action) {
-    if (action == SessionInstance::kOpenDashboard) {
+    if (action == SingleInstance::kOpenDashboard) {
         delegate.openDashboard();
-    } else if (action == SessionInstance::kOpenHelp) {
+    } else if (action == SingleInstance::kOpenHelp) {
         delegate.openHelp();
-    } else if (action == SessionInstance::kQuit) {
+    } else if (action == SingleInstance::kQuit) {
         QtProgram::quit();
     }
 }
 
-int run(int& argumentCount, char** arguments, Wish wish) {
+int run(int& argumentCount, char** arguments, Command command) {
     EpollMainQueue queue;
     const TerminationSignals signals(queue, QtProgram::quit);
     AppDelegate* running = nullptr;  // set before the queue runs
-    SessionInstance instance(queue, CHIMEWERK_ID,
-                             {.onActivate =
-                                  [&running](const std::string& token) {
-                                      QtProgram::expectActivation(token);
-                                      running->applicationShouldHandleReopen();
-                                  },
-                              .onAction =
-                                  [&running](const std::string& action, const std::string& token) {
-                                      QtProgram::expectActivation(token);
-                                      carryOut(*running, action);
-                                  }});
-    const std::string action = actionFor(wish);
-    if (instance.claim(LaunchRequest::ofThisProcess(action)) == SessionInstance::Outcome::alreadyRunning ||
-        wish == Wish::quit) {
+    SingleInstance instance(queue, CHIMEWERK_ID,
+                            {.onActivate =
+                                 [&running](const std::string& token) {
+                                     QtProgram::expectActivation(token);
+                                     running->applicationShouldHandleReopen();
+                                 },
+                             .onAction =
+                                 [&running](const std::string& action, const std::string& token) {
+                                     QtProgram::expectActivation(token);
+                                     carryOut(*running, action);
+                                 }});
+    const std::string action = actionFor(command);
+    if (instance.claim(LaunchRequest::ofThisProcess(action)) == SingleInstance::Outcome::alreadyRunning ||
+        command == Command::quit) {
         return 0;
     }
 
@@ -97,7 +97,7 @@ int run(int& argumentCount, char** arguments, Wish wish) {
     const PosixFileSystem files;
     const ProgramFolders folders = findProgramFolders();
     NotificationCenter notifications;
-    QuietFileManagerSounds fileManagerSounds;
+    NullFileManagerSounds fileManagerSounds;
 
     const Decoders decoders(folders.modules);
     PulseConnection soundServer;
@@ -116,7 +116,7 @@ int run(int& argumentCount, char** arguments, Wish wish) {
     RtnetlinkReachabilitySource reachability;
     UdevUsbArrivalSource usbDevices(queue);
     PulseMicrophone microphone(soundServer);
-    LogindSleepSource systemPower(queue);
+    LogindSleepSource sleepSource(queue);
     UPowerPowerSources powerSources(queue);
 
     JsonDefaultsStore defaults(queue, xdgConfigHome());
@@ -158,7 +158,7 @@ int run(int& argumentCount, char** arguments, Wish wish) {
                           .reachability = reachability,
                           .usbDevices = usbDevices,
                           .microphone = microphone,
-                          .systemPower = systemPower,
+                          .sleepSource = sleepSource,
                           .powerSources = powerSources});
     running = &delegate;
 
@@ -177,18 +177,18 @@ int run(int& argumentCount, char** arguments, Wish wish) {
 
 int main(int argumentCount, char** arguments) {
     const std::span<char* const> options(arguments + 1, arguments + argumentCount);
-    const auto wish = chimewerk::parseCommandLine(options);
-    if (!wish) {
+    const auto command = chimewerk::parseCommandLine(options);
+    if (!command) {
         std::fputs(chimewerk::usage().c_str(), stderr);
         return 2;
     }
-    if (wish == chimewerk::Wish::printUsage) {
+    if (command == chimewerk::Command::printUsage) {
         std::fputs(chimewerk::usage().c_str(), stdout);
         return 0;
     }
-    if (wish == chimewerk::Wish::printVersion) {
+    if (command == chimewerk::Command::printVersion) {
         std::puts("chimewerk " CHIMEWERK_VERSION);
         return 0;
     }
-    return chimewerk::run(argumentCount, arguments, *wish);
+    return chimewerk::run(argumentCount, arguments, *command);
 }

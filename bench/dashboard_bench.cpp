@@ -2,14 +2,14 @@
 // tools/session.
 #include <benchmark/benchmark.h>
 
-#include "support/dashboard_bed.h"
+#include "support/dashboard_fixture.h"
 #include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {
 namespace {
 
 /// Until then nothing is painted.
-void awaitWindow(DashboardBed& bed) {
+void awaitWindow(DashboardFixture& bed) {
     while (!bed.window().isActiveWindow()) {
         QApplication::processEvents();
     }
@@ -17,7 +17,7 @@ void awaitWindow(DashboardBed& bed) {
 
 /// A trigger of an event, from the call until the display is up to date; as many a second as can be.
 void triggerAndPaint(benchmark::State& state, const char* eventId) {
-    DashboardBed bed;
+    DashboardFixture bed;
     bed.library->setEnabled(true, eventId);
     awaitWindow(bed);
     for ([[maybe_unused]] auto _ : state) {
@@ -43,7 +43,7 @@ void rowOutOfSight(benchmark::State& state) {
 BENCHMARK(rowOutOfSight)->Unit(benchmark::kMicrosecond);
 
 void hiddenWindow(benchmark::State& state) {
-    DashboardBed bed;
+    DashboardFixture bed;
     bed.window().close();
     for ([[maybe_unused]] auto _ : state) {
         bed.library->play("slap");
@@ -55,7 +55,7 @@ BENCHMARK(hiddenWindow)->Unit(benchmark::kMicrosecond);
 
 /// One row, painted each time.
 void paintedRow(benchmark::State& state) {
-    DashboardBed bed;
+    DashboardFixture bed;
     awaitWindow(bed);
     for ([[maybe_unused]] auto _ : state) {
         bed.table().update(bed.table().model()->index(1, 0));
@@ -66,7 +66,7 @@ BENCHMARK(paintedRow)->Unit(benchmark::kMicrosecond)->Iterations(200);
 
 /// For comparison: the whole window.
 void wholeWindow(benchmark::State& state) {
-    DashboardBed bed;
+    DashboardFixture bed;
     awaitWindow(bed);
     for ([[maybe_unused]] auto _ : state) {
         for (QWidget* const child : bed.window().findChildren<QWidget*>()) {
@@ -78,7 +78,7 @@ void wholeWindow(benchmark::State& state) {
 BENCHMARK(wholeWindow)->Unit(benchmark::kMicrosecond)->Iterations(20);
 
 void thousandThemes(benchmark::State& state) {
-    DashboardBed bed;
+    DashboardFixture bed;
     for (int i = 0; i < 1000; ++i) {
         bed.library->customThemes.push_back(
             {.id = std::to_string(i), .name = std::to_string(i), .sounds = {}});

@@ -13,7 +13,7 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/storage/json_defaults_store.h"
-#include "support/detail_panel_bed.h"
+#include "support/detail_panel_fixture.h"
 #include "support/temporary_folder.h"
 #include "ui/controls/chimewerk_style.h"
 
@@ -79,7 +79,7 @@ void dragAsFastAsScreensAreDrawn() {
     const QSocketNotifier notifier(queue.descriptor(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&queue] { queue.dispatch(); });
     JsonDefaultsStore store(queue, home.path().string());
-    DetailPanelBed bed(&store);
+    DetailPanelFixture bed(&store);
     bed.panel->refreshDetail();
     bed.window.show();
     runFor(std::chrono::milliseconds(500));

@@ -6,7 +6,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'not in made-up-machine'";
+constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'not in fake-machine'";
 constexpr const char* kNeedsNetwork =
     "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up network'";
 

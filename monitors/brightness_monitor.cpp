@@ -11,11 +11,11 @@ constexpr float kNone = -1.0F;
 }  // namespace
 
 BrightnessMonitor::BrightnessMonitor(MainQueue& queue, BrightnessSource& display)
-    : display_(display), polling_(queue) {}
+    : display_(display), poller_(queue) {}
 
 void BrightnessMonitor::start() {
     last_ = display_.brightness().value_or(kNone);
-    polling_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, [this] { poll(); });
 }
 
 void BrightnessMonitor::poll() {

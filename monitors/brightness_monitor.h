@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/main_queue.h"
-#include "platform/polling.h"
+#include "platform/poller.h"
 
 namespace chimewerk {
 
@@ -34,7 +34,7 @@ public:
     void start();
 
     /// Ends the looking.
-    void stop() { polling_.stop(); }
+    void stop() { poller_.stop(); }
 
 private:
     void poll();
@@ -42,7 +42,7 @@ private:
     BrightnessSource& display_;
     /// Negative until there has been a reading.
     float last_ = -1.0F;
-    Polling polling_;
+    Poller poller_;
 };
 
 }  // namespace chimewerk

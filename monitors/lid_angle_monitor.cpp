@@ -16,29 +16,29 @@ constexpr Seconds kCooldown{0.8};
 
 void LidAngleMonitor::start(float threshold) {
     angleThreshold = threshold;
-    sensorFound = around_.sensor.open(
+    sensorFound = deps_.sensor.open(
         lifeline_.guard([this](std::span<const std::uint8_t> report) { takeReport(report); }),
         lifeline_.guard([this](bool found) { sensorFound = found; }));
 }
 
 void LidAngleMonitor::takeReport(std::span<const std::uint8_t> report) {
     if (const std::optional<float> angle = decodeLidReport(report)) {
-        around_.queue.post(lifeline_.guard([this, angle = *angle] { processAngle(angle); }));
+        deps_.queue.post(lifeline_.guard([this, angle = *angle] { processAngle(angle); }));
     }
 }
 
 void LidAngleMonitor::processAngle(float angle) {
-    around_.notifications.post({.name = lidAngleDidChange, .userInfo = {{"angle", angle}}});
+    deps_.notifications.post({.name = lidAngleDidChange, .userInfo = {{"angle", angle}}});
     const float previous = std::exchange(lastAngle_, angle);
     // A crossing within the cooldown is lost, not remembered.
-    if (previous < 0 || !(around_.clock.now() - lastTrigger_ > kCooldown)) {
+    if (previous < 0 || !(deps_.clock.now() - lastTrigger_ > kCooldown)) {
         return;
     }
     const bool rising = previous < angleThreshold && angle >= angleThreshold;
     const bool falling = previous > angleThreshold && angle <= angleThreshold;
     if (rising || falling) {
-        lastTrigger_ = around_.clock.now();
-        around_.sounds.play("lid_angle");
+        lastTrigger_ = deps_.clock.now();
+        deps_.sounds.play("lid_angle");
     }
 }
 

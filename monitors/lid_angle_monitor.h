@@ -35,8 +35,8 @@ public:
 /// direction, at most once in 0.8 s. Main thread only; call `stop()` before the source goes away.
 class LidAngleMonitor {
 public:
-    /// What the monitor needs of its surroundings; all of it outlives the monitor.
-    struct Surroundings {
+    /// What the monitor needs of its dependencies; all of it outlives the monitor.
+    struct Dependencies {
         MainQueue& queue;
         const Clock& clock;
         NotificationCenter& notifications;
@@ -44,7 +44,7 @@ public:
         LidSensorSource& sensor;
     };
 
-    explicit LidAngleMonitor(const Surroundings& surroundings) : around_(surroundings) {}
+    explicit LidAngleMonitor(const Dependencies& dependencies) : deps_(dependencies) {}
 
     /// The angle whose crossing plays the event, in degrees.
     float angleThreshold = 90.0F;
@@ -61,13 +61,13 @@ public:
     void updateThreshold(float threshold) { angleThreshold = threshold; }
 
     /// Ends the listening. The last angle is kept for the next start, and `sensorFound` stays as it is.
-    void stop() { around_.sensor.close(); }
+    void stop() { deps_.sensor.close(); }
 
 private:
     void takeReport(std::span<const std::uint8_t> report);
     void processAngle(float angle);
 
-    Surroundings around_;
+    Dependencies deps_;
     /// Negative until there has been a sample.
     float lastAngle_ = -1.0F;
     WallTime lastTrigger_ = kDistantPast;

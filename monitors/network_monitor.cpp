@@ -11,16 +11,16 @@ constexpr Seconds kPollInterval{2.5};
 }  // namespace
 
 NetworkMonitor::NetworkMonitor(MainQueue& queue, ReachabilitySource& reachability)
-    : reachability_(reachability), polling_(queue) {}
+    : reachability_(reachability), poller_(queue) {}
 
 void NetworkMonitor::start() {
     reachability_.open();
     wasReachable_ = reachability_.isReachable();
-    polling_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, [this] { poll(); });
 }
 
 void NetworkMonitor::stop() {
-    polling_.stop();
+    poller_.stop();
     reachability_.close();
 }
 

@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "platform/main_queue.h"
-#include "platform/polling.h"
+#include "platform/poller.h"
 
 namespace chimewerk {
 
@@ -46,7 +46,7 @@ private:
 
     ReachabilitySource& reachability_;
     bool wasReachable_ = false;
-    Polling polling_;
+    Poller poller_;
 };
 
 }  // namespace chimewerk

@@ -18,7 +18,7 @@ bool isOnBattery(const PowerSourceDescription& source) {
 }  // namespace
 
 void PowerEvents::setupLidDetection() {
-    around_.system.registerHandler(lifeline_.guard([this](std::uint32_t messageType, std::intptr_t argument) {
+    deps_.system.registerHandler(lifeline_.guard([this](std::uint32_t messageType, std::intptr_t argument) {
         handleSleepMessage(messageType, argument);
     }));
 }
@@ -26,52 +26,51 @@ void PowerEvents::setupLidDetection() {
 void PowerEvents::handleSleepMessage(std::uint32_t messageType, std::intptr_t argument) {
     switch (std::int64_t{messageType}) {
         case kIOPMSystemWillSleep:
-            around_.sounds.play("lid_close");
-            around_.queue.postAfter(kSleepDelay, lifeline_.guard([this, argument] {
-                around_.system.allowPowerChange(argument);
-            }));
+            deps_.sounds.play("lid_close");
+            deps_.queue.postAfter(
+                kSleepDelay, lifeline_.guard([this, argument] { deps_.system.allowPowerChange(argument); }));
             break;
         case kIOPMSystemWillPowerOn:
             break;
         case kIOPMSystemHasPoweredOn:
-            around_.queue.postAfter(kWakeDelay, lifeline_.guard([this] { wake(); }));
+            deps_.queue.postAfter(kWakeDelay, lifeline_.guard([this] { wake(); }));
             break;
         default:
-            around_.system.allowPowerChange(argument);
+            deps_.system.allowPowerChange(argument);
     }
 }
 
 void PowerEvents::wake() {
-    around_.restartAudio();
-    if (around_.sounds.isEventEnabled("key_press")) {
-        around_.restartKeyboardMonitor();
+    deps_.restartAudio();
+    if (deps_.sounds.isEventEnabled("key_press")) {
+        deps_.restartKeyboardMonitor();
     }
-    around_.sounds.play("lid_open");
+    deps_.sounds.play("lid_open");
 }
 
 void PowerEvents::setupPowerMonitoring() {
-    subscription_ = around_.powerSources.subscribe(
+    subscription_ = deps_.powerSources.subscribe(
         {.onKnown = [this] { takeStartingState(); }, .onChange = [this] { powerChanged(); }});
 }
 
 void PowerEvents::takeStartingState() {
-    if (const auto source = around_.powerSources.first()) {
+    if (const auto source = deps_.powerSources.first()) {
         wasOnBattery = isOnBattery(*source);
     }
 }
 
 void PowerEvents::powerChanged() {
-    const std::optional<PowerSourceDescription> source = around_.powerSources.first();
+    const std::optional<PowerSourceDescription> source = deps_.powerSources.first();
     if (!source) {
         return;
     }
     const bool onBattery = isOnBattery(*source);
     if (wasOnBattery && !onBattery) {
-        around_.sounds.play("charger_connect");
+        deps_.sounds.play("charger_connect");
         batteryLowFired = false;
     }
     if (!wasOnBattery && onBattery) {
-        around_.sounds.play("charger_disconnect");
+        deps_.sounds.play("charger_disconnect");
     }
     wasOnBattery = onBattery;
     if (onBattery && !batteryLowFired) {
@@ -81,11 +80,11 @@ void PowerEvents::powerChanged() {
 
 /// The alert counts as given even when its event is switched off.
 void PowerEvents::checkCharge(const PowerSourceDescription& source) {
-    const SoundEvent* const event = around_.sounds.findEvent("battery_low");
+    const SoundEvent* const event = deps_.sounds.findEvent("battery_low");
     if (source.currentCapacity && event != nullptr &&
         static_cast<float>(*source.currentCapacity) <= event->threshold) {
         batteryLowFired = true;
-        around_.sounds.play("battery_low");
+        deps_.sounds.play("battery_low");
     }
 }
 

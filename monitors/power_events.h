@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "monitors/power_sources.h"
-#include "monitors/system_power.h"
+#include "monitors/sleep_source.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
 #include "sound/sound_manager.h"
@@ -18,10 +18,10 @@ namespace chimewerk {
 class PowerEvents {
 public:
     /// All of it outlives the object.
-    struct Surroundings {
+    struct Dependencies {
         MainQueue& queue;
         SoundManager& sounds;
-        SystemPower& system;
+        SleepSource& system;
         PowerSources& powerSources;
         /// Builds the microphone's listening anew.
         std::function<void()> restartAudio;
@@ -29,7 +29,7 @@ public:
         std::function<void()> restartKeyboardMonitor;
     };
 
-    explicit PowerEvents(Surroundings surroundings) : around_(std::move(surroundings)) {}
+    explicit PowerEvents(Dependencies dependencies) : deps_(std::move(dependencies)) {}
 
     /// Registers for the system's power messages, until the process ends. Where there are none, sleep and
     /// wake raise no events. Called once.
@@ -62,7 +62,7 @@ private:
     void wake();
     void checkCharge(const PowerSourceDescription& source);
 
-    const Surroundings around_;
+    const Dependencies deps_;
     std::unique_ptr<PowerSources::Subscription> subscription_;
     Lifeline lifeline_;
 };

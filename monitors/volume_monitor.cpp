@@ -11,11 +11,11 @@ constexpr float kNone = -1.0F;
 }  // namespace
 
 VolumeMonitor::VolumeMonitor(MainQueue& queue, OutputVolumeSource& output)
-    : output_(output), polling_(queue) {}
+    : output_(output), poller_(queue) {}
 
 void VolumeMonitor::start() {
     lastVol_ = currentVolume();
-    polling_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, [this] { poll(); });
 }
 
 void VolumeMonitor::poll() {

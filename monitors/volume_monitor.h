@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/main_queue.h"
-#include "platform/polling.h"
+#include "platform/poller.h"
 
 namespace chimewerk {
 
@@ -38,7 +38,7 @@ public:
     void start();
 
     /// Ends the looking.
-    void stop() { polling_.stop(); }
+    void stop() { poller_.stop(); }
 
 private:
     void poll();
@@ -48,7 +48,7 @@ private:
     OutputVolumeSource& output_;
     /// The last valid reading; negative until there has been one.
     float lastVol_ = -1.0F;
-    Polling polling_;
+    Poller poller_;
 };
 
 }  // namespace chimewerk

@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-SoundManager::SoundManager(std::string resourceFolder, const Surroundings& surroundings)
-    : events(factoryEvents()), res_(std::move(resourceFolder)), around_(surroundings) {
+SoundManager::SoundManager(std::string resourceFolder, const Dependencies& dependencies)
+    : events(factoryEvents()), res_(std::move(resourceFolder)), deps_(dependencies) {
     load();
 }
 

@@ -27,8 +27,8 @@ namespace chimewerk {
 /// unknown identifier is a no-op, and a sound that cannot be had gives way to the next one in line.
 class SoundManager {
 public:
-    /// What the library needs of its surroundings; all of it outlives the library.
-    struct Surroundings {
+    /// What the library needs of its dependencies; all of it outlives the library.
+    struct Dependencies {
         MainQueue& queue;
         NotificationCenter& notifications;
         SoundService& sounds;
@@ -42,7 +42,7 @@ public:
     /// Starts with the stored settings, and with the factory's where nothing usable is stored. Stores
     /// nothing: the store stays as it is until the first change. `resourceFolder` is an absolute path without
     /// a slash at its end, or empty when the program has no such folder.
-    SoundManager(std::string resourceFolder, const Surroundings& surroundings);
+    SoundManager(std::string resourceFolder, const Dependencies& dependencies);
 
     /// The events in their fixed order. They may be changed in place, but not added, removed or reordered.
     std::vector<SoundEvent> events;
@@ -132,7 +132,7 @@ private:
 
     const std::string res_;
     std::vector<std::shared_ptr<Sound>> playing_;
-    Surroundings around_;
+    Dependencies deps_;
     /// The custom themes as the store has them from us; none before the first time.
     std::optional<std::vector<CustomTheme>> savedThemes_;
     Lifeline lifeline_;

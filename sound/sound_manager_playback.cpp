@@ -65,7 +65,7 @@ void SoundManager::previewTheme(SoundTheme theme) {
 
 void SoundManager::countAndAnnounce(SoundEvent& event) {
     ++event.triggerCount;
-    around_.queue.post([&notifications = around_.notifications, id = event.id] {
+    deps_.queue.post([&notifications = deps_.notifications, id = event.id] {
         notifications.post({.name = eventCounterUpdated, .object = id});
     });
 }
@@ -85,16 +85,16 @@ void SoundManager::playFromLibrary(const std::string& soundName, const SoundEven
             return;
         }
     }
-    if (const auto sound = around_.sounds.soundNamed(event.systemFallback)) {
+    if (const auto sound = deps_.sounds.soundNamed(event.systemFallback)) {
         fire(sound, event.volume);
     }
 }
 
 bool SoundManager::playFile(const std::string& path, float volume) {
-    if (!around_.files.fileExists(path)) {
+    if (!deps_.files.fileExists(path)) {
         return false;
     }
-    const auto sound = around_.sounds.soundFromFile(path);
+    const auto sound = deps_.sounds.soundFromFile(path);
     if (!sound) {
         return false;
     }
@@ -107,7 +107,7 @@ void SoundManager::fire(const std::shared_ptr<Sound>& sound, float volume) {
     playing_.push_back(sound);
     sound->play();
     const Seconds hold = std::max(sound->duration(), kShortestHold) + kHoldMargin;
-    around_.queue.postAfter(hold, lifeline_.guard([this, sound] { std::erase(playing_, sound); }));
+    deps_.queue.postAfter(hold, lifeline_.guard([this, sound] { std::erase(playing_, sound); }));
 }
 
 std::string SoundManager::themeFile(SoundTheme theme, const std::string& soundName) const {

@@ -66,36 +66,36 @@ void SoundManager::save() {
     for (const SoundEvent& event : events) {
         settings.emplace(event.id, DefaultsValue{settingsOf(event)});
     }
-    around_.defaults.setObject(kEventsKey, DefaultsValue{std::move(settings)});
-    around_.defaults.setObject(kThemeKey, DefaultsValue{std::string(rawValue(currentTheme))});
+    deps_.defaults.setObject(kEventsKey, DefaultsValue{std::move(settings)});
+    deps_.defaults.setObject(kThemeKey, DefaultsValue{std::string(rawValue(currentTheme))});
     // Encoding a long list takes longer than the main thread may be held up.
     if (savedThemes_ != customThemes) {
         savedThemes_ = customThemes;
-        around_.defaults.setData(
-            kCustomThemesKey, [themes = customThemes] { return DefaultsData{encodeCustomThemes(themes)}; });
+        deps_.defaults.setData(kCustomThemesKey,
+                               [themes = customThemes] { return DefaultsData{encodeCustomThemes(themes)}; });
     }
-    around_.defaults.setObject(kActiveCustomThemeKey, activeCustomThemeID
-                                                          ? std::optional(DefaultsValue{*activeCustomThemeID})
-                                                          : std::nullopt);
+    deps_.defaults.setObject(kActiveCustomThemeKey, activeCustomThemeID
+                                                        ? std::optional(DefaultsValue{*activeCustomThemeID})
+                                                        : std::nullopt);
 }
 
 void SoundManager::load() {
     loadCustomThemes();
     loadEvents();
-    auto selected = storedString(around_.defaults, kActiveCustomThemeKey);
+    auto selected = storedString(deps_.defaults, kActiveCustomThemeKey);
     if (const CustomTheme* const theme = selected ? findCustomTheme(*selected) : nullptr) {
         activeCustomThemeID = std::move(selected);
         currentTheme = SoundTheme::system;
         applySounds(*theme);
         return;
     }
-    if (const auto raw = storedString(around_.defaults, kThemeKey)) {
+    if (const auto raw = storedString(deps_.defaults, kThemeKey)) {
         currentTheme = themeFromRawValue(*raw).value_or(currentTheme);
     }
 }
 
 void SoundManager::loadCustomThemes() {
-    const auto object = around_.defaults.object(kCustomThemesKey);
+    const auto object = deps_.defaults.object(kCustomThemesKey);
     if (!object) {
         return;
     }
@@ -103,18 +103,18 @@ void SoundManager::loadCustomThemes() {
     if (auto themes = data == nullptr ? std::nullopt : decodeCustomThemes(data->bytes)) {
         customThemes = std::move(*themes);
     } else {
-        around_.defaults.keepDamaged();
+        deps_.defaults.keepDamaged();
     }
 }
 
 void SoundManager::loadEvents() {
-    const auto object = around_.defaults.object(kEventsKey);
+    const auto object = deps_.defaults.object(kEventsKey);
     if (!object) {
         return;
     }
     const auto* const settings = std::get_if<DefaultsDictionary>(&object->value);
     if (settings == nullptr || !holdsOnlyDictionaries(*settings)) {
-        around_.defaults.keepDamaged();
+        deps_.defaults.keepDamaged();
         return;
     }
     for (SoundEvent& event : events) {

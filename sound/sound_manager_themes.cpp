@@ -42,7 +42,7 @@ void SoundManager::setEnabled(bool enabled, std::string_view id) {
     event->isEnabled = enabled;
     save();
     if (id == "trash_empty" || id == "trash_add") {
-        around_.fileManagerSounds.setFinderTrashSoundEnabled(!isAnyTrashEventEnabled());
+        deps_.fileManagerSounds.setFinderTrashSoundEnabled(!isAnyTrashEventEnabled());
     }
 }
 
@@ -69,7 +69,7 @@ void SoundManager::setCustomTheme(CustomTheme theme) {
 
 CustomTheme SoundManager::createCustomTheme(std::string name) {
     writeBackPaths();
-    const CustomTheme theme{.id = around_.makeThemeId(), .name = std::move(name), .sounds = {}};
+    const CustomTheme theme{.id = deps_.makeThemeId(), .name = std::move(name), .sounds = {}};
     customThemes.push_back(theme);
     activeCustomThemeID = theme.id;
     currentTheme = SoundTheme::system;
@@ -124,7 +124,7 @@ void SoundManager::clearPaths() {
 }
 
 void SoundManager::announceThemeChange(std::any object) {
-    around_.queue.post([&notifications = around_.notifications, object = std::move(object)] {
+    deps_.queue.post([&notifications = deps_.notifications, object = std::move(object)] {
         notifications.post({.name = themeDidChange, .object = object});
     });
 }

@@ -15,7 +15,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
 
@@ -28,7 +28,7 @@ constexpr int margin = 28;
 
 const char* const title = "Chimewerk — Help & Guide";
 
-QColor helpColor(const Look& look, HelpColor color) {
+QColor helpColor(const ColorScheme& look, HelpColor color) {
     switch (color) {
         case HelpColor::label:
             return look.label;
@@ -104,7 +104,7 @@ protected:
 /// content.
 class GuideView final : public QTextEdit {
 public:
-    GuideView() : look_(&lookOf(*this)) {
+    GuideView() : look_(&colorSchemeOf(*this)) {
         setReadOnly(true);
         setUndoRedoEnabled(false);
         // Not by keyboard: the arrow keys would move a cursor that nobody sees instead of scrolling.
@@ -120,8 +120,8 @@ public:
 protected:
     void changeEvent(QEvent* event) override {
         QTextEdit::changeEvent(event);
-        if (event->type() == QEvent::PaletteChange && look_ != &lookOf(*this)) {
-            look_ = &lookOf(*this);
+        if (event->type() == QEvent::PaletteChange && look_ != &colorSchemeOf(*this)) {
+            look_ = &colorSchemeOf(*this);
             colorText();
         }
     }
@@ -144,7 +144,7 @@ private:
     }
 
     /// That of the colours that the text has.
-    const Look* look_;
+    const ColorScheme* look_;
 };
 
 QVBoxLayout* stack(QWidget* parent) {
@@ -197,7 +197,7 @@ void HelpWindowController::buildUI() {
     rows->addWidget(header);
     rows->addWidget(guide);
     guide->setFocus();
-    buildContent(*guide->document(), lookOf(*guide));
+    buildContent(*guide->document(), colorSchemeOf(*guide));
     // Inserting leaves the cursor, and with it the view, at the end.
     guide->moveCursor(QTextCursor::Start);
 }
@@ -212,7 +212,7 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
     return label;
 }
 
-void HelpWindowController::buildContent(QTextDocument& document, const Look& look) {
+void HelpWindowController::buildContent(QTextDocument& document, const ColorScheme& look) {
     QTextCursor cursor(&document);
     // All of it is one change, and so it is laid out once.
     cursor.beginEditBlock();

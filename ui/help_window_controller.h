@@ -12,7 +12,7 @@ class QTextDocument;
 
 namespace chimewerk {
 
-struct Look;
+struct ColorScheme;
 
 /// The guide's window: a coloured header with the name of the program, and below it a text that scrolls. It
 /// is made hidden. Closing hides it, and it keeps its place in the text for the next time. Light and dark
@@ -29,7 +29,7 @@ public:
 private:
     void buildUI();
     /// Fills an empty document with the guide.
-    static void buildContent(QTextDocument& document, const Look& look);
+    static void buildContent(QTextDocument& document, const ColorScheme& look);
     /// A label of the header: white, `alpha` from 0 to 1, on one line.
     static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight, double alpha = 1.0);
 

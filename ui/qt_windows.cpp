@@ -8,7 +8,7 @@ namespace chimewerk {
 
 std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
     return std::make_unique<DashboardWindowController>(
-        DashboardSurroundings{.sounds = parts_.sounds,
+        DashboardDependencies{.sounds = parts_.sounds,
                               .notifications = parts_.notifications,
                               .defaults = parts_.defaults,
                               .files = parts_.files,

@@ -65,7 +65,7 @@ PulseConnection::~PulseConnection() {
     pa_threaded_mainloop_stop(loop_.get());
 }
 
-void PulseConnection::add(PulsePart& part) {
+void PulseConnection::add(PulseClient& part) {
     const Lock lock(*this);
     parts_.push_back(&part);
     if (ready_) {
@@ -74,7 +74,7 @@ void PulseConnection::add(PulsePart& part) {
     }
 }
 
-void PulseConnection::remove(PulsePart& part) {
+void PulseConnection::remove(PulseClient& part) {
     const Lock lock(*this);
     std::erase(parts_, &part);
     if (ready_) {
@@ -89,7 +89,7 @@ void PulseConnection::connectNow() {
     }
 }
 
-void PulseConnection::renew() {
+void PulseConnection::reconnect() {
     drop();
     connect(PA_CONTEXT_NOAUTOSPAWN);
 }
@@ -116,7 +116,7 @@ void PulseConnection::connect(pa_context_flags_t flags) {
     pa_context_set_subscribe_callback(
         context_,
         [](pa_context*, pa_subscription_event_type_t news, std::uint32_t, void* user) {
-            static_cast<PulseConnection*>(user)->tell(news);
+            static_cast<PulseConnection*>(user)->dispatch(news);
         },
         this);
     if (pa_context_connect(context_, nullptr, flags, nullptr) < 0 && context_ != nullptr) {
@@ -131,7 +131,7 @@ void PulseConnection::stateChanged() {
             ready_ = true;
             retryDelay_ = kFirstRetry;
             subscribe();
-            for (PulsePart* const part : parts_) {
+            for (PulseClient* const part : parts_) {
                 part->serverFound(*context_);
             }
             break;
@@ -148,8 +148,8 @@ void PulseConnection::stateChanged() {
 /// Asks for the news that the parts want together, before they look how things stand.
 void PulseConnection::subscribe() {
     auto wanted = PA_SUBSCRIPTION_MASK_NULL;
-    for (const PulsePart* const part : parts_) {
-        wanted = static_cast<pa_subscription_mask_t>(wanted | part->newsWanted());
+    for (const PulseClient* const part : parts_) {
+        wanted = static_cast<pa_subscription_mask_t>(wanted | part->subscriptionMask());
     }
     if (std::exchange(subscribed_, wanted) != wanted) {
         if (pa_operation* const asking = pa_context_subscribe(context_, wanted, nullptr, nullptr)) {
@@ -158,10 +158,10 @@ void PulseConnection::subscribe() {
     }
 }
 
-void PulseConnection::tell(pa_subscription_event_type_t news) {
-    for (PulsePart* const part : parts_) {
-        if (pa_subscription_match_flags(part->newsWanted(), news)) {
-            part->serverChanged();
+void PulseConnection::dispatch(pa_subscription_event_type_t news) {
+    for (PulseClient* const part : parts_) {
+        if (pa_subscription_match_flags(part->subscriptionMask(), news)) {
+            part->onServerEvent();
         }
     }
 }
@@ -171,7 +171,7 @@ void PulseConnection::drop() {
         return;
     }
     if (std::exchange(ready_, false)) {
-        for (PulsePart* const part : parts_) {
+        for (PulseClient* const part : parts_) {
             part->serverLost();
         }
     }

@@ -11,9 +11,9 @@ namespace chimewerk {
 
 /// What lives on a connection to the sound server. All calls come on the connection's thread, with its lock
 /// held.
-class PulsePart {
+class PulseClient {
 public:
-    virtual ~PulsePart() = default;
+    virtual ~PulseClient() = default;
 
     /// The server has been reached; `context` is valid until `serverLost()`.
     virtual void serverFound(pa_context& context) = 0;
@@ -22,9 +22,9 @@ public:
     virtual void serverLost() = 0;
 
     /// What the part wants news of; always the same.
-    virtual pa_subscription_mask_t newsWanted() const { return PA_SUBSCRIPTION_MASK_NULL; }
+    virtual pa_subscription_mask_t subscriptionMask() const { return PA_SUBSCRIPTION_MASK_NULL; }
     /// Something that the part wants news of has come, gone or changed.
-    virtual void serverChanged() {}
+    virtual void onServerEvent() {}
 };
 
 /// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of its own.
@@ -41,8 +41,8 @@ public:
 
     /// Adds a part, which must outlive the connection's use of it: it is removed before it ends. Any thread
     /// but the connection's.
-    void add(PulsePart& part);
-    void remove(PulsePart& part);
+    void add(PulseClient& part);
+    void remove(PulseClient& part);
 
     /// Holds the connection's lock, under which alone its context, and whatever was made on it, may be used.
     class Lock {
@@ -62,7 +62,7 @@ public:
     /// Connects anew, for the parts as if the server had gone and come. It gives back the memory that the
     /// library shares with the server, which only grows while a connection lasts. Lock held; from the
     /// connection's thread, and not from within a callback of what lives on the context.
-    void renew();
+    void reconnect();
 
     /// A job in the future of the connection's thread; it does not run once the handle is gone.
     class Alarm {
@@ -82,7 +82,7 @@ private:
     void connect(pa_context_flags_t flags);
     void stateChanged();
     void subscribe();
-    void tell(pa_subscription_event_type_t news);
+    void dispatch(pa_subscription_event_type_t news);
     void drop();
     void retryLater();
 
@@ -91,7 +91,7 @@ private:
     pa_context* context_ = nullptr;
     bool ready_ = false;
     pa_subscription_mask_t subscribed_ = PA_SUBSCRIPTION_MASK_NULL;  // On this context.
-    std::vector<PulsePart*> parts_;
+    std::vector<PulseClient*> parts_;
     std::chrono::milliseconds retryDelay_;
     std::unique_ptr<Alarm> retry_;
 };

@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kFirstRetry = 1s;
 constexpr std::chrono::milliseconds kLastRetry = 1min;
 
-class PulseAudioEngine final : public AudioEngine, public PulsePart {
+class PulseAudioEngine final : public AudioEngine, public PulseClient {
 public:
     explicit PulseAudioEngine(PulseConnection& connection) : connection_(connection) {}
     PulseAudioEngine(const PulseAudioEngine&) = delete;
@@ -55,10 +55,10 @@ public:
         listenTo(std::nullopt);
         context_ = nullptr;
     }
-    pa_subscription_mask_t newsWanted() const override {
+    pa_subscription_mask_t subscriptionMask() const override {
         return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SERVER);
     }
-    void serverChanged() override { question_.ask(); }
+    void onServerEvent() override { question_.ask(); }
 
 private:
     static PulseAudioEngine& self(void* user) { return *static_cast<PulseAudioEngine*>(user); }
@@ -151,7 +151,7 @@ private:
     std::size_t frames_ = 1;
     SampleBlocks blocks_{1};
     pa_context* context_ = nullptr;
-    PulseQuestion question_{[this] { askServer(); }};
+    PulseQuery question_{[this] { askServer(); }};
     std::optional<MicrophoneChoice> choice_;  // What is known of the answer so far.
     std::optional<MicrophoneSource> source_;
     std::unique_ptr<PulseRecordStream> stream_;

@@ -36,7 +36,7 @@ void PulseOutputVolumeSource::serverFound(pa_context& context) {
     question_.ask();
 }
 
-pa_subscription_mask_t PulseOutputVolumeSource::newsWanted() const {
+pa_subscription_mask_t PulseOutputVolumeSource::subscriptionMask() const {
     return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
 }
 

@@ -12,7 +12,7 @@ namespace chimewerk {
 /// The volume of the sound server's default sink, as mixers show it: 1 is 100 %, and what is beyond counts as
 /// that. The server tells of changes, so that a look asks nobody. Muting leaves the volume as it is. While
 /// there is no server, or no sink, there is no volume.
-class PulseOutputVolumeSource final : public OutputVolumeSource, public PulsePart {
+class PulseOutputVolumeSource final : public OutputVolumeSource, public PulseClient {
 public:
     /// The connection outlives the source.
     explicit PulseOutputVolumeSource(PulseConnection& connection);
@@ -24,8 +24,8 @@ public:
 
     void serverFound(pa_context& context) override;
     void serverLost() override;
-    pa_subscription_mask_t newsWanted() const override;
-    void serverChanged() override { question_.ask(); }
+    pa_subscription_mask_t subscriptionMask() const override;
+    void onServerEvent() override { question_.ask(); }
 
 private:
     // These run on the connection's thread, with its lock held.
@@ -36,7 +36,7 @@ private:
 
     PulseConnection& connection_;
     pa_context* context_ = nullptr;
-    PulseQuestion question_{[this] { askServer(); }};
+    PulseQuery question_{[this] { askServer(); }};
     // Written on the connection's thread, read on the main thread; negative when there is none.
     std::atomic<float> main_ = -1.0F;
     std::atomic<float> firstChannel_ = -1.0F;

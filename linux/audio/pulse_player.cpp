@@ -22,8 +22,8 @@ constexpr std::size_t kMostLanes = 24;
 /// After a burst that took more streams than this the memory shared with the server is given back too.
 constexpr std::size_t kLargeBurst = 8;
 constexpr unsigned kLatencyMilliseconds = 10;
-/// The surplus is mixed in time with the server, from a thread that may have to wait for its turn.
-constexpr unsigned kSurplusLatencyMilliseconds = 60;
+/// The overflow is mixed in time with the server, from a thread that may have to wait for its turn.
+constexpr unsigned kOverflowLatencyMilliseconds = 60;
 /// How long a sound waits for a server.
 constexpr auto kPatience = 1s;
 constexpr std::size_t kMostWaiting = 64;
@@ -87,11 +87,11 @@ void PulsePlayer::serverFound(pa_context& context) {
 void PulsePlayer::serverLost() {
     shrinking_ = nullptr;
     lanes_.clear();
-    surplusLost();
+    overflowLost();
     context_ = nullptr;
 }
 
-/// Gives the sound a stream if one is free, else asks for one more, else mixes it with the surplus.
+/// Gives the sound a stream if one is free, else asks for one more, else mixes it with the overflow.
 void PulsePlayer::start(Voice voice) {
     if (context_ == nullptr) {
         connection_.connectNow();
@@ -104,7 +104,7 @@ void PulsePlayer::start(Voice voice) {
             return;
         }
         if (lanes_.size() >= kMostLanes) {
-            startSurplus(std::move(voice));
+            startOverflow(std::move(voice));
             return;
         }
         addLane();
@@ -182,7 +182,7 @@ void PulsePlayer::reclaimOverdue() {
 }
 
 void PulsePlayer::shrinkLater() {
-    if (lanes_.size() <= kQuietLanes && !surplusStream_) {
+    if (lanes_.size() <= kQuietLanes && !overflowStream_) {
         return;
     }
     shrinking_ = connection_.after(std::chrono::milliseconds(kQuietBeforeShrinking), [this] { shrink(); });
@@ -190,83 +190,84 @@ void PulsePlayer::shrinkLater() {
 
 /// Gives back what a burst of sounds has needed, once it is over.
 void PulsePlayer::shrink() {
-    const bool quiet = surplusState_ != SurplusState::feeding && surplusState_ != SurplusState::draining &&
+    const bool quiet = overflowState_ != OverflowState::feeding &&
+                       overflowState_ != OverflowState::draining &&
                        std::all_of(lanes_.begin(), lanes_.end(),
                                    [](const Lane& lane) { return lane.state == Lane::State::idle; });
     if (!quiet) {
         return;  // The end of the last sound calls again.
     }
     if (lanes_.size() > kLargeBurst) {
-        connection_.renew();
+        connection_.reconnect();
     } else if (lanes_.size() > kQuietLanes) {
         lanes_.resize(kQuietLanes);
     }
     malloc_trim(0);
 }
 
-void PulsePlayer::startSurplus(Voice voice) {
-    constexpr std::int64_t kLatencyFrames = std::int64_t{kSurplusLatencyMilliseconds} * kOutputRate / 1000;
+void PulsePlayer::startOverflow(Voice voice) {
+    constexpr std::int64_t kLatencyFrames = std::int64_t{kOverflowLatencyMilliseconds} * kOutputRate / 1000;
     voice.nextFrame = framesNow() + kLatencyFrames / 2;
     fit(voice, voice.stereo);
-    surplus_.add(voice.id, std::exchange(voice.stereo, {}), voice.sound == nullptr);
+    overflow_.add(voice.id, std::exchange(voice.stereo, {}), voice.sound == nullptr);
     if (voice.sound) {
         decodeNext(voice);
-        surplusRests_.push_back(std::move(voice));
+        overflowRests_.push_back(std::move(voice));
     }
-    if (!surplusStream_) {
-        addSurplusStream();
-    } else if (surplusState_ == SurplusState::idle || surplusState_ == SurplusState::draining) {
-        runSurplus();
+    if (!overflowStream_) {
+        addOverflowStream();
+    } else if (overflowState_ == OverflowState::idle || overflowState_ == OverflowState::draining) {
+        runOverflow();
     }
 }
 
-void PulsePlayer::addSurplusStream() {
-    surplusState_ = SurplusState::connecting;
-    surplusStream_ = std::make_unique<PulseStream>(
-        *context_, kSurplusLatencyMilliseconds,
-        PulseStream::Callbacks{.ready = [this] { runSurplus(); },
-                               .failed = [this] { surplusLost(); },
+void PulsePlayer::addOverflowStream() {
+    overflowState_ = OverflowState::connecting;
+    overflowStream_ = std::make_unique<PulseStream>(
+        *context_, kOverflowLatencyMilliseconds,
+        PulseStream::Callbacks{.ready = [this] { runOverflow(); },
+                               .failed = [this] { overflowLost(); },
                                .wanted =
                                    [this](std::size_t frames) {
-                                       if (surplusState_ == SurplusState::feeding) {
-                                           mixSurplus(frames);
+                                       if (overflowState_ == OverflowState::feeding) {
+                                           mixOverflow(frames);
                                        }
                                    }});
 }
 
-void PulsePlayer::runSurplus() {
-    surplusState_ = SurplusState::feeding;
-    mixSurplus(surplusStream_->wantedFrames());
-    surplusStream_->uncork();
+void PulsePlayer::runOverflow() {
+    overflowState_ = OverflowState::feeding;
+    mixOverflow(overflowStream_->wantedFrames());
+    overflowStream_->uncork();
 }
 
-void PulsePlayer::mixSurplus(std::size_t frames) {
-    if (surplus_.empty()) {
-        surplusState_ = SurplusState::draining;
-        surplusStream_->drain([this] {
-            surplusState_ = SurplusState::idle;
-            surplusStream_->corkAndFlush();
+void PulsePlayer::mixOverflow(std::size_t frames) {
+    if (overflow_.empty()) {
+        overflowState_ = OverflowState::draining;
+        overflowStream_->drain([this] {
+            overflowState_ = OverflowState::idle;
+            overflowStream_->corkAndFlush();
             shrinkLater();
         });
         return;
     }
     if (frames > 0) {
         mixed_.resize(frames * kOutputChannels);
-        surplus_.mix(mixed_);
-        surplusStream_->write(mixed_);
+        overflow_.mix(mixed_);
+        overflowStream_->write(mixed_);
     }
-    for (Voice& voice : surplusRests_) {
-        if (!voice.decoding && surplus_.framesLeft(voice.id) < std::size_t{kAheadFrames}) {
+    for (Voice& voice : overflowRests_) {
+        if (!voice.decoding && overflow_.framesLeft(voice.id) < std::size_t{kAheadFrames}) {
             decodeNext(voice);
         }
     }
 }
 
-void PulsePlayer::surplusLost() {
-    surplusStream_ = nullptr;
-    surplusState_ = SurplusState::connecting;
-    surplus_.clear();
-    surplusRests_.clear();
+void PulsePlayer::overflowLost() {
+    overflowStream_ = nullptr;
+    overflowState_ = OverflowState::connecting;
+    overflow_.clear();
+    overflowRests_.clear();
 }
 
 void PulsePlayer::fit(Voice& voice, std::span<float> stereo) {
@@ -294,7 +295,7 @@ void PulsePlayer::deliver(std::uint64_t id, std::span<float> stereo, bool comple
     const auto found =
         std::find_if(lanes_.begin(), lanes_.end(), [id](const Lane& lane) { return lane.voice.id == id; });
     if (found == lanes_.end()) {
-        deliverSurplus(id, stereo, complete);
+        deliverOverflow(id, stereo, complete);
         return;
     }
     Lane& lane = *found;
@@ -309,17 +310,17 @@ void PulsePlayer::deliver(std::uint64_t id, std::span<float> stereo, bool comple
     }
 }
 
-void PulsePlayer::deliverSurplus(std::uint64_t id, std::span<float> stereo, bool complete) {
-    const auto rest = std::find_if(surplusRests_.begin(), surplusRests_.end(),
+void PulsePlayer::deliverOverflow(std::uint64_t id, std::span<float> stereo, bool complete) {
+    const auto rest = std::find_if(overflowRests_.begin(), overflowRests_.end(),
                                    [id](const Voice& voice) { return voice.id == id; });
-    if (rest == surplusRests_.end()) {
+    if (rest == overflowRests_.end()) {
         return;
     }
     rest->decoding = false;
     fit(*rest, stereo);
-    surplus_.append(id, stereo, complete);
+    overflow_.append(id, stereo, complete);
     if (complete) {
-        surplusRests_.erase(rest);
+        overflowRests_.erase(rest);
     }
 }
 

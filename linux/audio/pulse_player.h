@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "linux/audio/headroom.h"
+#include "linux/audio/overflow_mixer.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_stream.h"
-#include "linux/audio/surplus_mixer.h"
 #include "linux/base/worker.h"
 #include "linux/decoding/sound_file.h"
 
@@ -19,11 +19,11 @@ namespace chimewerk {
 /// Plays sounds through a pool of streams that are connected beforehand and corked, which costs nothing while
 /// it is quiet. A sound takes one of them, is handed to it and uncorks it; when it has been heard the stream
 /// is corked again. The server does the mixing. When more sounds play at once than the pool may have streams,
-/// the surplus is mixed here and goes out through one stream more.
+/// the overflow is mixed here and goes out through one stream more.
 ///
 /// `play()` belongs to the main thread; the rest runs on the connection's thread, under its lock. Long sounds
 /// are decoded ahead of the server on a worker.
-class PulsePlayer final : public PulsePart {
+class PulsePlayer final : public PulseClient {
 public:
     /// The connection outlives the player.
     explicit PulsePlayer(PulseConnection& connection);
@@ -73,15 +73,15 @@ private:
     void shrinkLater();
     void shrink();
 
-    void startSurplus(Voice voice);
-    void addSurplusStream();
-    void runSurplus();
-    void mixSurplus(std::size_t frames);
-    void surplusLost();
+    void startOverflow(Voice voice);
+    void addOverflowStream();
+    void runOverflow();
+    void mixOverflow(std::size_t frames);
+    void overflowLost();
 
     void decodeNext(Voice& voice);
     void deliver(std::uint64_t id, std::span<float> stereo, bool complete);
-    void deliverSurplus(std::uint64_t id, std::span<float> stereo, bool complete);
+    void deliverOverflow(std::uint64_t id, std::span<float> stereo, bool complete);
     void refill(Lane& lane);
     void fit(Voice& voice, std::span<float> stereo);
 
@@ -90,12 +90,12 @@ private:
     pa_context* context_ = nullptr;
     Lanes lanes_;
     std::deque<Voice> waiting_;
-    std::unique_ptr<PulseStream> surplusStream_;
-    /// The stream of the surplus is made, corked, kept fed, or fed no more and heard to its end, in turn.
-    enum class SurplusState { connecting, idle, feeding, draining };
-    SurplusState surplusState_ = SurplusState::connecting;
-    SurplusMixer surplus_;
-    std::vector<Voice> surplusRests_;  // The surplus sounds that are still being decoded.
+    std::unique_ptr<PulseStream> overflowStream_;
+    /// The stream of the overflow is made, corked, kept fed, or fed no more and heard to its end, in turn.
+    enum class OverflowState { connecting, idle, feeding, draining };
+    OverflowState overflowState_ = OverflowState::connecting;
+    OverflowMixer overflow_;
+    std::vector<Voice> overflowRests_;  // The overflow sounds that are still being decoded.
     std::vector<float> mixed_;
     Headroom headroom_;
     std::unique_ptr<PulseConnection::Alarm> shrinking_;

@@ -10,10 +10,10 @@ namespace chimewerk {
 /// A question to the sound server that is asked anew at each news, in one or more steps. It is asked once at
 /// a time: whatever news comes before the answer leads to one more asking. Used under the lock of the
 /// connection.
-class PulseQuestion {
+class PulseQuery {
 public:
     /// `begin` takes the first step.
-    explicit PulseQuestion(std::function<void()> begin) : begin_(std::move(begin)) {}
+    explicit PulseQuery(std::function<void()> begin) : begin_(std::move(begin)) {}
 
     void ask() {
         if (std::exchange(asking_, true)) {

@@ -19,7 +19,7 @@ public:
         /// These samples have come, in pieces of up to the length that was asked for; none in the place of
         /// samples that the server has lost.
         std::function<void(std::optional<std::span<const float>>)> heard;
-        /// The stream has ended for good, at the server's wish, or could not be made; the callback may
+        /// The stream has ended for good, at the server's command, or could not be made; the callback may
         /// destroy it.
         std::function<void()> ended;
     };

@@ -19,7 +19,7 @@ public:
     struct Callbacks {
         /// The server has made the stream.
         std::function<void()> ready;
-        /// The stream has ended for good, at the server's wish; the callback may destroy it.
+        /// The stream has ended for good, at the server's command; the callback may destroy it.
         std::function<void()> failed;
         /// The server wants this many frames more; only where it is set.
         std::function<void(std::size_t frames)> wanted = {};

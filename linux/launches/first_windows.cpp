@@ -5,7 +5,7 @@
 
 namespace chimewerk {
 
-FirstWindows::FirstWindows(Surroundings surroundings) : around_(std::move(surroundings)) {}
+FirstWindows::FirstWindows(Dependencies dependencies) : deps_(std::move(dependencies)) {}
 
 void FirstWindows::begin(const std::vector<Window>& list) {
     ownerOf_.clear();
@@ -16,7 +16,7 @@ void FirstWindows::begin(const std::vector<Window>& list) {
 void FirstWindows::update(const std::vector<Window>& list) {
     letGo(list);
     for (const Owner owner : takeIn(list)) {
-        around_.onFirstWindow(owner);
+        deps_.onFirstWindow(owner);
     }
 }
 
@@ -33,7 +33,7 @@ std::vector<FirstWindows::Owner> FirstWindows::takeIn(const std::vector<Window>&
     if (added.empty()) {
         return newcomers;
     }
-    const std::vector<Facts> facts = around_.factsAbout(added);
+    const std::vector<Facts> facts = deps_.factsAbout(added);
     for (std::size_t i = 0; i < added.size() && i < facts.size(); ++i) {
         if (!facts[i].owner) {
             continue;
@@ -58,7 +58,7 @@ void FirstWindows::letGo(const std::vector<Window>& list) {
         return true;
     });
     std::erase_if(windowsOf_,
-                  [&](const auto& entry) { return entry.second == 0 && !around_.lives(entry.first); });
+                  [&](const auto& entry) { return entry.second == 0 && !deps_.lives(entry.first); });
 }
 
 }  // namespace chimewerk

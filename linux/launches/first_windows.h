@@ -23,7 +23,7 @@ public:
         bool isForUser = true;
     };
 
-    struct Surroundings {
+    struct Dependencies {
         /// The facts about these windows, in their order.
         std::function<std::vector<Facts>(const std::vector<Window>&)> factsAbout;
         /// Whether a process without windows still lives.
@@ -32,7 +32,7 @@ public:
         std::function<void(Owner)> onFirstWindow;
     };
 
-    explicit FirstWindows(Surroundings surroundings);
+    explicit FirstWindows(Dependencies dependencies);
 
     /// The owners of these windows run already; all earlier knowledge is dropped.
     void begin(const std::vector<Window>& list);
@@ -47,7 +47,7 @@ private:
     std::vector<Owner> takeIn(const std::vector<Window>& list);
     void letGo(const std::vector<Window>& list);
 
-    const Surroundings around_;
+    const Dependencies deps_;
     std::map<Window, Owner> ownerOf_;
     /// The number of windows of each known process, which may be none.
     std::map<Owner, int> windowsOf_;

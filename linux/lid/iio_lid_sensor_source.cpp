@@ -100,7 +100,7 @@ bool IioLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
     const bool wasOpen = hinge_.has_value();
     hinge_ = findIioHinge();
     if (hinge_ && !wasOpen) {
-        polling_.start(kReadInterval, [this] { readAngle(); });
+        poller_.start(kReadInterval, [this] { readAngle(); });
     } else if (!hinge_) {
         close();
     }
@@ -108,7 +108,7 @@ bool IioLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
 }
 
 void IioLidSensorSource::close() {
-    polling_.stop();
+    poller_.stop();
     hinge_ = std::nullopt;
     onReport_ = nullptr;
     onFound_ = nullptr;

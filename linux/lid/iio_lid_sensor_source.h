@@ -9,7 +9,7 @@
 #include "monitors/lid_angle_monitor.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
-#include "platform/polling.h"
+#include "platform/poller.h"
 
 namespace chimewerk {
 
@@ -41,7 +41,7 @@ std::optional<IioHinge> findIioHinge();
 class IioLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.
-    explicit IioLidSensorSource(MainQueue& queue) : queue_(queue), polling_(queue) {}
+    explicit IioLidSensorSource(MainQueue& queue) : queue_(queue), poller_(queue) {}
 
     bool open(ReportHandler onReport, FoundHandler onFound) override;
     void close() override;
@@ -55,7 +55,7 @@ private:
     FoundHandler onFound_;
     std::optional<IioHinge> hinge_;
     bool reading_ = false;
-    Polling polling_;
+    Poller poller_;
     Worker worker_;
     Lifeline lifeline_;
 };

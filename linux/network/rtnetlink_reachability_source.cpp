@@ -17,7 +17,7 @@ constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 constexpr int kMaxDatagrams = 64;
 constexpr int kMaxDumps = 3;
 
-struct RouteQuestion {
+struct RouteRequest {
     nlmsghdr header;
     rtmsg route;
 };
@@ -76,8 +76,8 @@ bool RtnetlinkReachabilitySource::isReachable() {
     return false;
 }
 
-NetlinkAnswer::State RtnetlinkReachabilitySource::dumpRoutes(std::vector<RouteHop>& hops) {
-    RouteQuestion question{};
+NetlinkReply::State RtnetlinkReachabilitySource::dumpRoutes(std::vector<RouteHop>& hops) {
+    RouteRequest question{};
     question.header = {.nlmsg_len = sizeof question,
                        .nlmsg_type = RTM_GETROUTE,
                        .nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP,
@@ -116,10 +116,10 @@ LinkState RtnetlinkReachabilitySource::askLink(std::uint32_t index) {
     return link.value_or(LinkState{.usable = false, .isTunnel = false});
 }
 
-NetlinkAnswer::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> question,
-                                                      std::uint32_t sequence,
-                                                      const NetlinkAnswer::Visitor& visit) {
-    NetlinkAnswer answer(sequence, visit);
+NetlinkReply::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> question,
+                                                     std::uint32_t sequence,
+                                                     const NetlinkReply::Visitor& visit) {
+    NetlinkReply answer(sequence, visit);
     State state = State::failed;
     if (send(socket_.get(), question.data(), question.size(), 0) == static_cast<ssize_t>(question.size())) {
         state = receive(answer);
@@ -132,7 +132,7 @@ NetlinkAnswer::State RtnetlinkReachabilitySource::ask(std::span<const std::byte>
 
 /// A dump is produced as it is read, and everything else before `send()` returns: there is never anything to
 /// wait for.
-NetlinkAnswer::State RtnetlinkReachabilitySource::receive(NetlinkAnswer& answer) {
+NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& answer) {
     for (int i = 0; i < kMaxDatagrams; ++i) {
         iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};
         msghdr message{};

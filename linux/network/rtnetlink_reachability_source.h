@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "linux/network/netlink_answer.h"
-#include "linux/network/route_messages.h"
+#include "linux/network/netlink_reply.h"
+#include "linux/network/rtnetlink_messages.h"
 #include "monitors/network_monitor.h"
 
 namespace chimewerk {
@@ -27,14 +27,14 @@ public:
     bool isReachable() override;
 
 private:
-    using State = NetlinkAnswer::State;
+    using State = NetlinkReply::State;
 
     bool hasSocket();
     State dumpRoutes(std::vector<RouteHop>& hops);
     LinkState askLink(std::uint32_t index);
     State ask(std::span<const std::byte> question, std::uint32_t sequence,
-              const NetlinkAnswer::Visitor& visit);
-    State receive(NetlinkAnswer& answer);
+              const NetlinkReply::Visitor& visit);
+    State receive(NetlinkReply& answer);
 
     bool isOpen_ = false;
     FileDescriptor socket_;

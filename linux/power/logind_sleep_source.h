@@ -5,7 +5,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
 #include "linux/links/bus_link.h"
-#include "monitors/system_power.h"
+#include "monitors/sleep_source.h"
 
 namespace chimewerk {
 
@@ -14,7 +14,7 @@ namespace chimewerk {
 /// a sleep was called off, and when logind or the bus has come back. An answer counts only for the sleep
 /// whose message it belongs to. Who gets no inhibitor still hears of sleep and wake. Where there is no
 /// logind, or none yet, nothing happens. Main thread only.
-class LogindSleepSource final : public SystemPower {
+class LogindSleepSource final : public SleepSource {
 public:
     /// The queue outlives the source.
     explicit LogindSleepSource(EpollMainQueue& queue);

@@ -17,9 +17,9 @@
 #include "support/fake_output_volume_source.h"
 #include "support/fake_power_sources.h"
 #include "support/fake_reachability_source.h"
+#include "support/fake_sleep_source.h"
 #include "support/fake_sound_service.h"
 #include "support/fake_status_item.h"
-#include "support/fake_system_power.h"
 #include "support/fake_trash_source.h"
 #include "support/fake_usb_arrival_source.h"
 #include "support/fake_windows.h"
@@ -48,7 +48,7 @@ protected:
     }
 
     void launch() {
-        delegate.emplace(AppDelegate::Surroundings{queue, queue, notifications, manager, fileManager,
+        delegate.emplace(AppDelegate::Dependencies{queue, queue, notifications, manager, fileManager,
                                                    statusItem, windows, [this] { terminations++; }},
                          AppDelegate::Sources{lid,
                                               display,
@@ -129,7 +129,7 @@ protected:
     FakeUsbArrivalSource usb;
     Journal journal;
     FakeMicrophone microphone;
-    FakeSystemPower system;
+    FakeSleepSource system;
     FakePowerSources powerSources;
     FakeStatusItem statusItem;
     FakeWindows windows;

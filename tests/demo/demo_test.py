@@ -9,7 +9,7 @@ import unittest
 from pathlib import Path
 
 SESSION, DEMO = sys.argv.pop(1), sys.argv.pop(1)
-STAND_IN = str(Path(__file__).with_name("stand_in.py"))
+STAND_IN = str(Path(__file__).with_name("fake_program.py"))
 
 
 def demonstrate(**environment):

@@ -58,7 +58,7 @@ protected:
     SoundManager manager{"", {queue, notifications, sounds, sounds, defaults, fileManager}};
     FakeLidSensorSource sensor;
     std::optional<LidAngleMonitor> monitor{
-        std::in_place, LidAngleMonitor::Surroundings{queue, queue, notifications, manager, sensor}};
+        std::in_place, LidAngleMonitor::Dependencies{queue, queue, notifications, manager, sensor}};
     std::vector<float> announced;
     NotificationCenter::Subscription angles =
         notifications.observe(lidAngleDidChange, [this](const Notification& n) {

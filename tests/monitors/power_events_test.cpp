@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "support/fake_power_sources.h"
-#include "support/fake_system_power.h"
+#include "support/fake_sleep_source.h"
 #include "support/sound_library.h"
 
 namespace chimewerk {
@@ -55,11 +55,11 @@ protected:
     void advance(double seconds) { library.queue.advance(Seconds{seconds}); }
 
     SoundLibrary library;
-    FakeSystemPower system;
+    FakeSleepSource system;
     FakePowerSources powerSources;
     std::string log;
     std::size_t played = 0;
-    std::optional<PowerEvents> power{PowerEvents::Surroundings{
+    std::optional<PowerEvents> power{PowerEvents::Dependencies{
         .queue = library.queue,
         .sounds = *library,
         .system = system,

@@ -38,7 +38,7 @@ protected:
     FakeFileManagerSounds fileManager;
     std::optional<SoundManager> manager{
         std::in_place, "/res",
-        SoundManager::Surroundings{queue, notifications, sounds, sounds, defaults, fileManager}};
+        SoundManager::Dependencies{queue, notifications, sounds, sounds, defaults, fileManager}};
     std::vector<std::string> announced;
     NotificationCenter::Subscription counting = notifications.observe(
         eventCounterUpdated,

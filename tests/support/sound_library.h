@@ -23,7 +23,7 @@ public:
     explicit SoundLibrary(DefaultsStore* store) : store_(store == nullptr ? &defaults : store) { restart(); }
 
     /// As if the program were ended and started.
-    void restart() { manager_ = std::make_unique<SoundManager>("/res", surroundings()); }
+    void restart() { manager_ = std::make_unique<SoundManager>("/res", dependencies()); }
     SoundManager& operator*() { return *manager_; }
     SoundManager* operator->() { return manager_.get(); }
     SoundEvent& event(std::string_view id) { return *manager_->findEvent(id); }
@@ -44,7 +44,7 @@ public:
     std::vector<std::string> themeIds = {"A", "B", "C"};
 
 private:
-    SoundManager::Surroundings surroundings() {
+    SoundManager::Dependencies dependencies() {
         return {queue, notifications, sounds, sounds, *store_, fileManager, [this] {
                     return themeIds.at(themesMade_++ % themeIds.size());
                 }};

@@ -13,7 +13,7 @@
 #include <cmath>
 
 #include "support/eventually.h"
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/help_window_controller.h"
 #include "ui/rules/help_content.h"
 
@@ -221,7 +221,7 @@ TEST_F(TheHelpWindow, FollowsTheDesktopIntoTheDark) {
     const QPalette before = QApplication::palette();
     show();
     text().verticalScrollBar()->setValue(300);
-    for (const Look* const look : {&Look::dark(), &Look::light()}) {
+    for (const ColorScheme* const look : {&ColorScheme::dark(), &ColorScheme::light()}) {
         QApplication::setPalette(paletteOf(*look));
         QApplication::processEvents();
         const auto colorOf = [this](const QString& part) {

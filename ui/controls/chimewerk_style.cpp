@@ -4,9 +4,9 @@
 #include <QStyleOption>
 #include <algorithm>
 
+#include "ui/controls/color_scheme.h"
 #include "ui/controls/control_painting.h"
 #include "ui/controls/emoji_text.h"
-#include "ui/controls/look.h"
 
 namespace chimewerk {
 
@@ -29,7 +29,7 @@ ButtonKind kindOf(const QStyleOption* option, const QWidget* widget) {
 }
 
 void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, const QRect& place) {
-    const Look& look = lookOf(option.palette);
+    const ColorScheme& look = colorSchemeOf(option.palette);
     painter.save();
     painter.setPen((option.state & QStyle::State_Enabled) != 0 ? look.label : look.quaternaryLabel);
     drawText(painter, place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
@@ -107,7 +107,7 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
             return QProxyStyle::drawPrimitive(element, &row, painter, widget);
         }
         case PE_FrameMenu:
-            painter->setPen(lookOf(option->palette).separator);
+            painter->setPen(colorSchemeOf(option->palette).separator);
             painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
             return;
         default:

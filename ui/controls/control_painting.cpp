@@ -4,8 +4,8 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "ui/controls/color_scheme.h"
 #include "ui/controls/emoji_text.h"
-#include "ui/controls/look.h"
 
 namespace chimewerk {
 
@@ -31,7 +31,7 @@ private:
 };
 
 bool isDark(const QStyleOption& option) {
-    return &lookOf(option.palette) == &Look::dark();
+    return &colorSchemeOf(option.palette) == &ColorScheme::dark();
 }
 
 bool isEnabled(const QStyleOption& option) {
@@ -132,7 +132,7 @@ bool showsFocusRing(const QStyleOption& option) {
 
 void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect, qreal radius) {
     const Painting painting(painter);
-    outline(painter, rect, lookOf(option.palette).blue, radius, 2);
+    outline(painter, rect, colorSchemeOf(option.palette).blue, radius, 2);
 }
 
 void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind) {
@@ -144,14 +144,14 @@ void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind)
         paintRaised(painter, option, rect);
     }
     if (kind == ButtonKind::destructive) {
-        QColor edge = lookOf(option.palette).red;
+        QColor edge = colorSchemeOf(option.palette).red;
         edge.setAlphaF(0.5F);
         outline(painter, rect, faded(edge, option), kRadius);
     }
     if (!showsFocusRing(option)) {
         return;
     }
-    outline(painter, rect.adjusted(-1, -1, 1, 1), lookOf(option.palette).blue, kRadius + 1, 2);
+    outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue, kRadius + 1, 2);
     if (kind == ButtonKind::standard) {
         outline(painter, rect.adjusted(1, 1, -1, -1), Qt::white, kRadius - 1, 1.5);
     }
@@ -162,7 +162,7 @@ QColor buttonTextColor(const QStyleOption& option, ButtonKind kind) {
         case ButtonKind::standard:
             return faded(Qt::white, option);
         case ButtonKind::destructive:
-            return faded(lookOf(option.palette).red, option);
+            return faded(colorSchemeOf(option.palette).red, option);
         case ButtonKind::plain:
             break;
     }
@@ -178,14 +178,15 @@ void paintCheckBox(QPainter& painter, const QStyleOption& option) {
     constexpr qreal kBoxRadius = 4;
     if (checked) {
         fill(painter, box, onAccent ? QColor(Qt::white) : accentFill(option), kBoxRadius);
-        strokeCheckMark(painter, box, onAccent ? lookOf(option.palette).blue : faded(Qt::white, option), 2);
+        strokeCheckMark(painter, box,
+                        onAccent ? colorSchemeOf(option.palette).blue : faded(Qt::white, option), 2);
     } else {
         fill(painter, box, onAccent ? QColor(255, 255, 255, 40) : controlFill(option), kBoxRadius);
         const QColor edge = isDark(option) ? QColor(255, 255, 255, 110) : QColor(0, 0, 0, 110);
         outline(painter, box, onAccent ? QColor(255, 255, 255, 220) : faded(edge, option), kBoxRadius);
     }
     if (showsFocusRing(option)) {
-        outline(painter, box.adjusted(-3, -3, 3, 3), lookOf(option.palette).blue, kBoxRadius + 3, 2);
+        outline(painter, box.adjusted(-3, -3, 3, 3), colorSchemeOf(option.palette).blue, kBoxRadius + 3, 2);
     }
 }
 
@@ -195,11 +196,11 @@ void paintPopUpButton(QPainter& painter, const QStyleOption& option) {
     paintRaised(painter, option, rect);
     const QPointF center(option.direction == Qt::RightToLeft ? rect.left() + 11 : rect.right() - 11,
                          rect.center().y());
-    const QColor color = faded(lookOf(option.palette).secondaryLabel, option);
+    const QColor color = faded(colorSchemeOf(option.palette).secondaryLabel, option);
     strokeChevron(painter, center - QPointF(0, 3), true, color);
     strokeChevron(painter, center + QPointF(0, 3), false, color);
     if (showsFocusRing(option)) {
-        outline(painter, rect.adjusted(-1, -1, 1, 1), lookOf(option.palette).blue, kRadius + 1, 2);
+        outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue, kRadius + 1, 2);
     }
 }
 
@@ -228,7 +229,7 @@ void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, cons
     fill(painter, knob, !isEnabled(option) ? dulled : active ? face.darker(108) : face, radius);
     outline(painter, knob, QColor(0, 0, 0, 60), radius);
     if (showsFocusRing(option)) {
-        outline(painter, handle, lookOf(option.palette).blue, handle.width() / 2.0, 2);
+        outline(painter, handle, colorSchemeOf(option.palette).blue, handle.width() / 2.0, 2);
     }
 }
 
@@ -250,13 +251,13 @@ void paintTextField(QPainter& painter, const QStyleOption& option) {
     const QRectF rect(option.rect);
     const bool focused = (option.state & QStyle::State_HasFocus) != 0;
     fill(painter, rect, option.palette.color(QPalette::Base), kRadius);
-    outline(painter, rect, focused ? lookOf(option.palette).blue : controlBorder(option), kRadius,
+    outline(painter, rect, focused ? colorSchemeOf(option.palette).blue : controlBorder(option), kRadius,
             focused ? 2 : 1);
 }
 
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     const Painting painting(painter);
-    const Look& look = lookOf(option.palette);
+    const ColorScheme& look = colorSchemeOf(option.palette);
     if (option.menuItemType == QStyleOptionMenuItem::Separator) {
         painter.fillRect(
             QRectF(option.rect.left() + 12, option.rect.center().y(), option.rect.width() - 24, 1),

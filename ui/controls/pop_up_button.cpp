@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 
 namespace chimewerk {
 
@@ -17,7 +17,7 @@ PopUpButton::PopUpButton() {
 
 void PopUpButton::showPopup() {
     // A menu is a window of its own and would be in the desktop's colours.
-    const QPalette colors = paletteOf(lookOf(*this));
+    const QPalette colors = paletteOf(colorSchemeOf(*this));
     view()->window()->setPalette(colors);
     view()->setPalette(colors);
     view()->setFont(font());

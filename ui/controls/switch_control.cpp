@@ -5,8 +5,8 @@
 #include <QStyleOptionButton>
 #include <algorithm>
 
+#include "ui/controls/color_scheme.h"
 #include "ui/controls/control_painting.h"
-#include "ui/controls/look.h"
 
 namespace chimewerk {
 
@@ -70,7 +70,7 @@ void SwitchControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const bool dark = &lookOf(option.palette) == &Look::dark();
+    const bool dark = &colorSchemeOf(option.palette) == &ColorScheme::dark();
     const auto on = knob_.currentValue().toFloat();
     const QRectF track(QRect({overhang, overhang}, kTrack));
 

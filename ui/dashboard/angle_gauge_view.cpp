@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/rules/angle_gauge.h"
 
 namespace chimewerk {
@@ -34,7 +34,7 @@ GaugeSize measured(const std::string& text, const GaugeFont& font) {
     return {metrics.horizontalAdvance(QString::fromStdString(text)), metrics.height()};
 }
 
-QColor roleColor(const Look& look, GaugeColor color) {
+QColor roleColor(const ColorScheme& look, GaugeColor color) {
     switch (color) {
         case GaugeColor::gray:
             return look.gray;
@@ -55,7 +55,7 @@ QColor roleColor(const Look& look, GaugeColor color) {
 /// Paints the gauge's shapes, whose y grows upwards from the bottom of the area.
 class ShapePainter {
 public:
-    ShapePainter(QPainter& painter, const Look& look, const QRectF& area)
+    ShapePainter(QPainter& painter, const ColorScheme& look, const QRectF& area)
         : painter_(painter), look_(look), area_(area) {}
 
     void operator()(const GaugeFace& face) {
@@ -110,7 +110,7 @@ private:
     }
 
     QPainter& painter_;
-    const Look& look_;
+    const ColorScheme& look_;
     const QRectF area_;
 };
 
@@ -127,7 +127,7 @@ void AngleGaugeView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area = contentsRect();
-    ShapePainter paint(painter, lookOf(*this), area);
+    ShapePainter paint(painter, colorSchemeOf(*this), area);
     for (const GaugeShape& shape : gaugeShapes({area.width(), area.height()}, state, measured)) {
         std::visit(paint, shape);
     }

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "sound/notifications.h"
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/rules/appearance.h"
 
 namespace chimewerk {
@@ -50,8 +50,8 @@ QWidget* makeFilledView() {
 
 }  // namespace
 
-DashboardWindowController::DashboardWindowController(const DashboardSurroundings& surroundings)
-    : around_(surroundings), sm_(surroundings.sounds), isDarkMode_(storedDarkMode(surroundings.defaults)) {
+DashboardWindowController::DashboardWindowController(const DashboardDependencies& dependencies)
+    : deps_(dependencies), sm_(dependencies.sounds), isDarkMode_(storedDarkMode(dependencies.defaults)) {
     window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                            Qt::WindowCloseButtonHint);
@@ -63,12 +63,12 @@ DashboardWindowController::DashboardWindowController(const DashboardSurroundings
     countPause_.setSingleShot(true);
     countPause_.setInterval(kCountPause);
     QObject::connect(&countPause_, &QTimer::timeout, &window_, [this] { showCounts(); });
-    lidAngles_ = around_.notifications.observe(
+    lidAngles_ = deps_.notifications.observe(
         lidAngleDidChange, [this](const Notification& notification) { onLidAngle(notification); });
-    counters_ = around_.notifications.observe(
+    counters_ = deps_.notifications.observe(
         eventCounterUpdated, [this](const Notification& notification) { onCounterUpdated(notification); });
-    themes_ = around_.notifications.observe(
-        themeDidChange, [this](const Notification& /*notification*/) { onThemeChanged(); });
+    themes_ = deps_.notifications.observe(themeDidChange,
+                                          [this](const Notification& /*notification*/) { onThemeChanged(); });
 }
 
 void DashboardWindowController::showWindow() {
@@ -93,7 +93,7 @@ void DashboardWindowController::buildUI() {
     dividerView_ = makeFilledView();
     dividerView_->setFixedWidth(1);
     detailPanel_ = new DetailPanel(
-        around_, [this] { return selectedIndex_; }, [this] { reloadTable(); });
+        deps_, [this] { return selectedIndex_; }, [this] { reloadTable(); });
     auto* const columns = new QHBoxLayout(&window_);
     columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(0);
@@ -115,7 +115,7 @@ QWidget* DashboardWindowController::buildSidebar() {
         detailPanel_->refreshDetail();
     });
     themePicker_->rebuildThemePopup();
-    tableView_ = new SidebarTable(sm_, around_.isAppleSilicon,
+    tableView_ = new SidebarTable(sm_, deps_.isAppleSilicon,
                                   {.onToggle = [this](int row, bool on) { sidebarToggle(row, on); },
                                    .onSelectionChange = [this] { tableViewSelectionDidChange(); }});
     auto* const rows = new QVBoxLayout(sidebar);
@@ -162,7 +162,7 @@ void DashboardWindowController::tableViewSelectionDidChange() {
 void DashboardWindowController::sidebarToggle(int row, bool on) {
     const auto index = static_cast<std::size_t>(row);
     const SoundEvent& event = sm_.events.at(index);
-    if (isLocked(event, around_.isAppleSilicon)) {
+    if (isLocked(event, deps_.isAppleSilicon)) {
         return;
     }
     sm_.setEnabled(on, event.id);
@@ -223,13 +223,13 @@ void DashboardWindowController::onThemeChanged() {
 
 void DashboardWindowController::toggleAppearance() {
     isDarkMode_ = !isDarkMode_;
-    around_.defaults.setObject(kDarkModeKey, DefaultsValue{isDarkMode_});
+    deps_.defaults.setObject(kDarkModeKey, DefaultsValue{isDarkMode_});
     applyAppearance();
 }
 
 void DashboardWindowController::applyAppearance() {
     const Appearance now = appearance(isDarkMode_);
-    const Look& look = now.isDark ? Look::dark() : Look::light();
+    const ColorScheme& look = now.isDark ? ColorScheme::dark() : ColorScheme::light();
     window_.setPalette(paletteOf(look));
     QToolTip::setPalette(paletteOf(look));
     appearanceBtn_->setText(QString::fromStdString(now.buttonTitle));

@@ -9,7 +9,7 @@
 #include "app/windows.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
-#include "ui/dashboard/dashboard_surroundings.h"
+#include "ui/dashboard/dashboard_dependencies.h"
 #include "ui/dashboard/detail_panel.h"
 #include "ui/dashboard/sidebar_table.h"
 #include "ui/dashboard/theme_picker.h"
@@ -20,8 +20,8 @@ namespace chimewerk {
 /// the settings of the selected one. Keeps itself up to date, hidden or not. Main thread only.
 class DashboardWindowController final : public Window {
 public:
-    /// Makes the window without showing it. Needs the toolkit's application; all surroundings outlive it.
-    explicit DashboardWindowController(const DashboardSurroundings& surroundings);
+    /// Makes the window without showing it. Needs the toolkit's application; all dependencies outlive it.
+    explicit DashboardWindowController(const DashboardDependencies& dependencies);
 
     void showWindow() override;
 
@@ -44,7 +44,7 @@ private:
     void toggleAppearance();
     void applyAppearance();
 
-    const DashboardSurroundings around_;
+    const DashboardDependencies deps_;
     SoundManager& sm_;
     /// In the events; 0 or a row of the table. Changes only with the table's selection.
     std::size_t selectedIndex_ = 0;

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <utility>
 
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/rules/counter_text.h"
 #include "ui/rules/detail_texts.h"
 
@@ -56,9 +56,9 @@ private:
     double alpha_ = 1.0;
 };
 
-DetailPanel::DetailPanel(const DashboardSurroundings& around, std::function<std::size_t()> selectedIndex,
+DetailPanel::DetailPanel(const DashboardDependencies& around, std::function<std::size_t()> selectedIndex,
                          std::function<void()> onSettingsChanged)
-    : around_(around),
+    : deps_(around),
       sm_(around.sounds),
       selectedIndex_(std::move(selectedIndex)),
       onSettingsChanged_(std::move(onSettingsChanged)),
@@ -79,7 +79,7 @@ ValueSlider* DetailPanel::makeSlider(const ValueSlider::Range& range, ValueSlide
     auto* const slider = new ValueSlider(range, std::move(text));
     slider->setAccessibleName(QString::fromLatin1(name));
     // A drag is written once, at its end.
-    connect(slider, &QSlider::sliderPressed, this, [this] { heldWrites_ = around_.defaults.holdWrites(); });
+    connect(slider, &QSlider::sliderPressed, this, [this] { heldWrites_ = deps_.defaults.holdWrites(); });
     connect(slider, &QSlider::sliderReleased, this, [this] { heldWrites_ = nullptr; });
     return slider;
 }
@@ -179,9 +179,9 @@ const SoundEvent* DetailPanel::selectedEvent() const {
 }
 
 DetailPanel::Watched DetailPanel::watched() const {
-    return {.trusted = around_.keys.trusted(),
-            .tapActive = around_.keyboardMonitor.active,
-            .sensorFound = around_.lidMonitor.sensorFound};
+    return {.trusted = deps_.keys.trusted(),
+            .tapActive = deps_.keyboardMonitor.active,
+            .sensorFound = deps_.lidMonitor.sensorFound};
 }
 
 void DetailPanel::refreshDetail() {
@@ -193,9 +193,9 @@ void DetailPanel::refreshDetail() {
     show(detailView(*event, {.events = sm_.events,
                              .currentTheme = sm_.currentTheme,
                              .isCustomThemeActive = sm_.isCustomThemeActive(),
-                             .files = around_.files,
-                             .resourceFolder = around_.resourceFolder,
-                             .isAppleSilicon = around_.isAppleSilicon,
+                             .files = deps_.files,
+                             .resourceFolder = deps_.resourceFolder,
+                             .isAppleSilicon = deps_.isAppleSilicon,
                              .sensorFound = shown_.sensorFound,
                              .trusted = shown_.trusted,
                              .tapActive = shown_.tapActive}));
@@ -276,9 +276,9 @@ void DetailPanel::detailToggle() {
     onSettingsChanged_();
     if (event->id == "key_press") {
         if (event->isEnabled) {
-            around_.keyboardMonitor.start();
+            deps_.keyboardMonitor.start();
         } else {
-            around_.keyboardMonitor.stop();
+            deps_.keyboardMonitor.stop();
         }
     }
     refreshDetail();
@@ -322,7 +322,7 @@ void DetailPanel::thresholdChanged() {
     const float degrees = thresholdSlider_->number();
     thresholdValueLabel_->setText(QString::fromStdString(degreesText(degrees)));
     sm_.setThreshold(degrees, "lid_angle");
-    around_.lidMonitor.updateThreshold(degrees);
+    deps_.lidMonitor.updateThreshold(degrees);
     angleGauge_->threshold = degrees;
     angleGauge_->update();
 }
@@ -331,11 +331,11 @@ void DetailPanel::batteryThreshChanged() {
     const float percent = batterySlider_->number();
     batteryValueLabel_->setText(QString::fromStdString(percentText(percent)));
     sm_.setThreshold(percent, "battery_low");
-    around_.resetBatteryLowFlag();
+    deps_.resetBatteryLowFlag();
 }
 
 void DetailPanel::grantAccess() {
-    around_.keyPermissionPage.show();
+    deps_.keyPermissionPage.show();
 }
 
 bool DetailPanel::event(QEvent* event) {

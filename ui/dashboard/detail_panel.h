@@ -13,7 +13,7 @@
 #include "ui/controls/switch_control.h"
 #include "ui/controls/value_slider.h"
 #include "ui/dashboard/angle_gauge_view.h"
-#include "ui/dashboard/dashboard_surroundings.h"
+#include "ui/dashboard/dashboard_dependencies.h"
 #include "ui/dashboard/sound_loader.h"
 #include "ui/rules/detail_view.h"
 
@@ -24,8 +24,8 @@ class DetailPanel final : public QWidget {
 public:
     /// `selectedIndex` tells which of the sound library's events is shown. `onSettingsChanged` is called when
     /// the user has changed something that the list of events shows too; it draws the list anew and keeps the
-    /// selection. The surroundings outlive the panel.
-    DetailPanel(const DashboardSurroundings& around, std::function<std::size_t()> selectedIndex,
+    /// selection. The dependencies outlive the panel.
+    DetailPanel(const DashboardDependencies& around, std::function<std::size_t()> selectedIndex,
                 std::function<void()> onSettingsChanged);
 
     /// Shows the selected event as it is now; nothing when there is no such event.
@@ -80,7 +80,7 @@ private:
     int arrange(int gaugeHeight);
     int arrangeBoxes(int top, int gaugeHeight);
 
-    const DashboardSurroundings& around_;
+    const DashboardDependencies& deps_;
     SoundManager& sm_;
     const std::function<std::size_t()> selectedIndex_;
     const std::function<void()> onSettingsChanged_;

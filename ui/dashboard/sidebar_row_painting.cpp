@@ -3,9 +3,9 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "ui/controls/color_scheme.h"
 #include "ui/controls/control_painting.h"
 #include "ui/controls/emoji_text.h"
-#include "ui/controls/look.h"
 
 namespace chimewerk {
 
@@ -50,7 +50,7 @@ struct RowColors {
 };
 
 /// On the accent colour all is white.
-RowColors rowColors(const Look& look, bool onAccent) {
+RowColors rowColors(const ColorScheme& look, bool onAccent) {
     if (onAccent) {
         return {Qt::white, QColor(255, 255, 255, 215), QColor(255, 255, 255, 200)};
     }
@@ -60,7 +60,7 @@ RowColors rowColors(const Look& look, bool onAccent) {
 void paintSelection(QPainter& painter, const QStyleOptionViewItem& option, bool onAccent) {
     const QRectF rect(selectionRect(option.rect, option.direction));
     if ((option.state & QStyle::State_Selected) != 0) {
-        const bool dark = &lookOf(option.palette) == &Look::dark();
+        const bool dark = &colorSchemeOf(option.palette) == &ColorScheme::dark();
         painter.setPen(Qt::NoPen);
         painter.setBrush(onAccent ? option.palette.color(QPalette::Highlight)
                                   : (dark ? QColor(255, 255, 255, 36) : QColor(0, 0, 0, 26)));
@@ -70,7 +70,7 @@ void paintSelection(QPainter& painter, const QStyleOptionViewItem& option, bool 
         return;
     }
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(onAccent ? QColor(Qt::white) : lookOf(option.palette).blue, 2));
+    painter.setPen(QPen(onAccent ? QColor(Qt::white) : colorSchemeOf(option.palette).blue, 2));
     painter.drawRoundedRect(rect.adjusted(3, 3, -3, -3), kSelectionRadius - 3, kSelectionRadius - 3);
 }
 
@@ -123,7 +123,7 @@ void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, cons
     paintSelection(painter, option, onAccent);
 
     const Placement place(option.rect, option.direction);
-    const RowColors colors = rowColors(lookOf(option.palette), onAccent);
+    const RowColors colors = rowColors(colorSchemeOf(option.palette), onAccent);
     painter.setOpacity(row.alpha);
     paintLine(painter, systemFont(22), colors.name, place(place.layout.emoji), Qt::AlignLeft,
               QString::fromStdString(row.emoji));

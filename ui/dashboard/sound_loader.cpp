@@ -11,8 +11,8 @@
 #include <chrono>
 #include <utility>
 
+#include "ui/controls/color_scheme.h"
 #include "ui/controls/emoji_text.h"
-#include "ui/controls/look.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/detail_view.h"
 

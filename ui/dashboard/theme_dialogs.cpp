@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "ui/controls/chimewerk_style.h"
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 
 namespace chimewerk {
 
@@ -41,7 +41,7 @@ public:
         setModal(true);
         setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                        Qt::WindowCloseButtonHint);
-        setPalette(paletteOf(lookOf(*parent.window())));
+        setPalette(paletteOf(colorSchemeOf(*parent.window())));
         setWindowTitle(QStringLiteral("Chimewerk"));
         setAccessibleName(QString::fromStdString(texts.message));
         setAccessibleDescription(QString::fromStdString(texts.informative));

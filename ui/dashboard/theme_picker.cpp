@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <utility>
 
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/dashboard/theme_dialogs.h"
 #include "ui/rules/dialog_texts.h"
 #include "ui/rules/theme_name.h"

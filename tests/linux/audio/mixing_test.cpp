@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "linux/audio/surplus_mixer.h"
+#include "linux/audio/overflow_mixer.h"
 #include "linux/decoding/stereo_mix.h"
 
 namespace chimewerk {
@@ -31,8 +31,8 @@ TEST(TheStereoMix, SendsEachChannelToItsSideAndIsNeverLouderThanItsSources) {
     }
 }
 
-TEST(TheSurplusMixer, AddsUpWhatOverlapsAndDropsWhatHasEnded) {
-    SurplusMixer mixer;
+TEST(TheOverflowMixer, AddsUpWhatOverlapsAndDropsWhatHasEnded) {
+    OverflowMixer mixer;
     mixer.add(1, {0.5F, 0.5F, 0.5F, 0.5F}, true);
     mixer.add(2, {0.25F, 0.0F}, true);
     std::vector<float> out(6, 9.0F);
@@ -42,8 +42,8 @@ TEST(TheSurplusMixer, AddsUpWhatOverlapsAndDropsWhatHasEnded) {
     EXPECT_FALSE(mixer.append(1, out, true));
 }
 
-TEST(TheSurplusMixer, WaitsForTheRestOfASoundThatIsNotComplete) {
-    SurplusMixer mixer;
+TEST(TheOverflowMixer, WaitsForTheRestOfASoundThatIsNotComplete) {
+    OverflowMixer mixer;
     mixer.add(1, {0.5F, 0.5F, 0.4F, 0.4F}, false);
     std::vector<float> out(2);
     mixer.mix(out);

@@ -7,7 +7,7 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
-#include "linux/desktop/session_instance.h"
+#include "linux/desktop/single_instance.h"
 
 int main(int count, char** arguments) {
     using namespace chimewerk;
@@ -20,23 +20,23 @@ int main(int count, char** arguments) {
         static_cast<void>(write(log.get(), whole.data(), whole.size()) == 0);
     };
     EpollMainQueue queue;
-    SessionInstance instance(queue, arguments[1],
-                             {.onActivate = [&](const std::string& token) { say("activate " + token); },
-                              .onAction =
-                                  [&](const std::string& action, const std::string& token) {
-                                      say(action + " " + token);
-                                      if (action == SessionInstance::kQuit) {
-                                          queue.quit();
-                                      }
-                                  }});
+    SingleInstance instance(queue, arguments[1],
+                            {.onActivate = [&](const std::string& token) { say("activate " + token); },
+                             .onAction =
+                                 [&](const std::string& action, const std::string& token) {
+                                     say(action + " " + token);
+                                     if (action == SingleInstance::kQuit) {
+                                         queue.quit();
+                                     }
+                                 }});
     switch (instance.claim(LaunchRequest::ofThisProcess(count > 3 ? arguments[3] : ""))) {
-        case SessionInstance::Outcome::alreadyRunning:
+        case SingleInstance::Outcome::alreadyRunning:
             say("already");
             return 0;
-        case SessionInstance::Outcome::first:
+        case SingleInstance::Outcome::first:
             say("first");
             break;
-        case SessionInstance::Outcome::noBus:
+        case SingleInstance::Outcome::noBus:
             say("no bus");
             break;
     }

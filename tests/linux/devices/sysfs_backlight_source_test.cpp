@@ -5,14 +5,14 @@
 #include <optional>
 #include <string>
 
-#include "tools/machine/device_testbed.h"
+#include "tools/machine/fake_devices.h"
 
 namespace chimewerk {
 namespace {
 
 class TheBacklight : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
+    void SetUp() override { ASSERT_TRUE(FakeDevices::works()); }
 
     std::string add(const std::string& name, const std::string& type, const std::string& now,
                     const std::string& max) {
@@ -21,7 +21,7 @@ protected:
             {{"type", type + "\n"}, {"brightness", now + "\n"}, {"max_brightness", max + "\n"}});
     }
 
-    DeviceTestbed machine;
+    FakeDevices machine;
     SysfsBacklightSource source;
 };
 

@@ -5,14 +5,14 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
-#include "tools/machine/device_testbed.h"
+#include "tools/machine/fake_devices.h"
 
 namespace chimewerk {
 namespace {
 
 class UsbArrivals : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
+    void SetUp() override { ASSERT_TRUE(FakeDevices::works()); }
 
     void open() {
         ASSERT_TRUE(source.open([this] { ++calls; }));
@@ -28,7 +28,7 @@ protected:
         return std::exchange(calls, 0);
     }
 
-    DeviceTestbed machine;
+    FakeDevices machine;
     EpollMainQueue queue;
     UdevUsbArrivalSource source{queue};
     int calls = 0;

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "support/made_up_keyboards.h"
+#include "support/fake_keyboards.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
 
@@ -52,7 +52,7 @@ protected:
     /// How many descriptors are open on devices (on the devices' end, too) and for watching them.
     static std::size_t held() { return openDescriptors("/dev/input/") + openDescriptors("inotify"); }
 
-    MadeUpKeyboards devices;
+    FakeKeyboards devices;
     EpollMainQueue queue;
     EvdevKeySource source{queue};
     std::vector<std::int64_t> heard;

@@ -9,7 +9,7 @@
 
 #include "support/fake_user_manager.h"
 #include "support/open_descriptors.h"
-#include "support/own_bus.h"
+#include "support/private_bus.h"
 #include "support/run_queue.h"
 
 namespace chimewerk {
@@ -36,7 +36,7 @@ protected:
         return std::exchange(launches, 0);
     }
 
-    OwnBus bus{"DBUS_SESSION_BUS_ADDRESS"};
+    PrivateBus bus{"DBUS_SESSION_BUS_ADDRESS"};
     EpollMainQueue queue;
     int launches = 0;
     std::optional<SystemdAppLaunches> units;

@@ -13,8 +13,8 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/lid/iio_lid_sensor_source.h"
 #include "linux/lid/linux_hardware_query.h"
-#include "tools/machine/device_testbed.h"
-#include "tools/machine/made_up_hid_device.h"
+#include "tools/machine/fake_devices.h"
+#include "tools/machine/fake_hid_device.h"
 
 namespace chimewerk {
 namespace {
@@ -25,7 +25,7 @@ const Report kMouseDescriptor{0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0xC0};
 
 class TheLidSensor : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(DeviceTestbed::works()); }
+    void SetUp() override { ASSERT_TRUE(FakeDevices::works()); }
 
     bool open() {
         return table.open(
@@ -50,24 +50,24 @@ protected:
         reports.clear();
         return until([&] { return !reports.empty(); }) ? std::optional(reports.front()) : std::nullopt;
     }
-    std::string addHinge(const DeviceTestbed::Values& attributes, const std::string& name = "iio:device0") {
+    std::string addHinge(const FakeDevices::Values& attributes, const std::string& name = "iio:device0") {
         return machine.add("iio", name, "", attributes, {{"DEVTYPE", "iio_device"}});
     }
     static Report angle(int degrees) {
         return {1, static_cast<std::uint8_t>(degrees & 0xFF), static_cast<std::uint8_t>(degrees >> 8)};
     }
 
-    DeviceTestbed machine;
+    FakeDevices machine;
     EpollMainQueue queue;
     LidSensorTable table{queue, LidSensorTable::rows(queue)};
     std::vector<Report> reports;
     std::optional<bool> nowFound;
 };
 
-TEST_F(TheLidSensor, IsTheMadeUpHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre) {
-    MadeUpHidDevice mouse(machine, "0", kMouseDescriptor);
-    MadeUpHidDevice broken(machine, "1", Report(kLidDescriptor.begin(), kLidDescriptor.end() - 1));
-    MadeUpHidDevice lid(machine, "2", kLidDescriptor);
+TEST_F(TheLidSensor, IsTheFakeHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre) {
+    FakeHidDevice mouse(machine, "0", kMouseDescriptor);
+    FakeHidDevice broken(machine, "1", Report(kLidDescriptor.begin(), kLidDescriptor.end() - 1));
+    FakeHidDevice lid(machine, "2", kLidDescriptor);
     ASSERT_TRUE(open());
     mouse.report({9, 9, 9});
     for (const Report& bytes : {angle(95), Report{2}, Report{1, 2, 3, 4, 5}}) {
@@ -84,8 +84,8 @@ TEST_F(TheLidSensor, IsTheMadeUpHidDeviceWithTheRightUsageAndReportsItsBytesAsTh
 TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
     EXPECT_FALSE(open());
     for (int i = 0; i < 2; ++i) {
-        MadeUpHidDevice mouse(machine, "0", kMouseDescriptor);
-        MadeUpHidDevice lid(machine, "1", kLidDescriptor);
+        FakeHidDevice mouse(machine, "0", kMouseDescriptor);
+        FakeHidDevice lid(machine, "1", kLidDescriptor);
         ASSERT_TRUE(tells(true));
         lid.report(angle(i));
         EXPECT_EQ(next(), angle(i));
@@ -95,7 +95,7 @@ TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
 }
 
 TEST_F(TheLidSensor, GivesWayToTheNextInTheTableAndComesBack) {
-    std::optional<MadeUpHidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
+    std::optional<FakeHidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
     const std::string hinge = addHinge({{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "120\n"}});
     ASSERT_TRUE(open());
     lid->report(angle(90));
@@ -114,7 +114,7 @@ TEST_F(TheLidSensor, GivesWayToTheNextInTheTableAndComesBack) {
 TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
     struct Case {
         const char* what;
-        DeviceTestbed::Values attributes;
+        FakeDevices::Values attributes;
         int degrees;
     };
     for (const Case& c : std::vector<Case>{
@@ -144,7 +144,7 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
 }
 
 TEST_F(TheLidSensor, IsNoOtherThingWithAnAngle) {
-    for (const DeviceTestbed::Values& attributes : std::vector<DeviceTestbed::Values>{
+    for (const FakeDevices::Values& attributes : std::vector<FakeDevices::Values>{
              {{"name", "tmag5273\n"}, {"in_angl_raw", "90\n"}},
              {{"name", "hinge\n"}, {"in_angl0_raw", "90\n"}, {"in_angl0_label", "keyboard\n"}},
              {{"name", "lid accelerometer\n"}, {"in_accel_x_raw", "90\n"}},
@@ -195,7 +195,7 @@ TEST_F(TheLidSensor, MakesTheMachineOneWhereTheEventCanWork) {
     EXPECT_TRUE(queryIsAppleSilicon(machineToday));
     machine.remove(hinge);
     EXPECT_FALSE(queryIsAppleSilicon(machineToday));
-    const MadeUpHidDevice lid(machine, "0", kLidDescriptor);
+    const FakeHidDevice lid(machine, "0", kLidDescriptor);
     EXPECT_TRUE(queryIsAppleSilicon(machineToday));
 }
 

@@ -10,13 +10,13 @@
 #include <vector>
 
 #include "monitors/power_events.h"
+#include "support/fake_bus_service.h"
 #include "support/fake_logind.h"
 #include "support/fake_power_sources.h"
 #include "support/open_descriptors.h"
-#include "support/own_bus.h"
+#include "support/private_bus.h"
 #include "support/run_queue.h"
 #include "support/sound_library.h"
-#include "support/stand_in_service.h"
 
 namespace chimewerk {
 namespace {
@@ -53,7 +53,7 @@ protected:
         return logind->held();
     }
 
-    OwnBus bus{"DBUS_SYSTEM_BUS_ADDRESS"};
+    PrivateBus bus{"DBUS_SYSTEM_BUS_ADDRESS"};
     EpollMainQueue queue;
     std::optional<FakeLogind> logind;
     std::string log;
@@ -155,7 +155,7 @@ TEST_F(TheSleep, BeginsAThirdOfASecondAfterItsMessage) {
 }
 
 TEST_F(TheSleep, WaitsByTheAccountOfAnotherLogind) {
-    StandInService other("logind", "org.freedesktop.login1", "/org/freedesktop/login1");
+    FakeBusService other("logind", "org.freedesktop.login1", "/org/freedesktop/login1");
     ASSERT_TRUE(other.isThere());
     const auto held = [&] {
         const BusMessage list = other.call("org.freedesktop.login1.Manager", "ListInhibitors", "");

@@ -12,10 +12,10 @@
 #include <string>
 #include <utility>
 
+#include "support/fake_bus_service.h"
 #include "support/fake_upower.h"
-#include "support/own_bus.h"
+#include "support/private_bus.h"
 #include "support/run_queue.h"
-#include "support/stand_in_service.h"
 #include "support/temporary_folder.h"
 
 namespace chimewerk {
@@ -57,7 +57,7 @@ protected:
         return std::exchange(log, std::ostringstream()).str();
     }
 
-    OwnBus bus{"DBUS_SYSTEM_BUS_ADDRESS"};
+    PrivateBus bus{"DBUS_SYSTEM_BUS_ADDRESS"};
     EpollMainQueue queue;
     std::optional<FakeUPower> upower;
     std::ostringstream log;
@@ -174,7 +174,7 @@ TEST_F(ThePowerSources, HoldWhileTheBusIsAway) {
 
 TEST_F(ThePowerSources, AreThoseOfAnotherUPowerToo) {
     follow();
-    std::optional<StandInService> other;
+    std::optional<FakeBusService> other;
     const auto comes = [&](bool onBattery) {
         other.emplace("upower", "org.freedesktop.UPower", "/org/freedesktop/UPower");
         ASSERT_TRUE(other->isThere());

@@ -9,7 +9,7 @@
 #include <memory>
 #include <numbers>
 
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 
 namespace chimewerk {
 namespace {
@@ -17,7 +17,7 @@ namespace {
 constexpr int overhang = AngleGaugeView::overhang;
 
 /// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the lower left.
-std::unique_ptr<AngleGaugeView> viewOf(float angle, const Look& look = Look::light()) {
+std::unique_ptr<AngleGaugeView> viewOf(float angle, const ColorScheme& look = ColorScheme::light()) {
     auto view = std::make_unique<AngleGaugeView>();
     view->setPalette(paletteOf(look));
     view->resize(240 + 2 * overhang, 150 + overhang);
@@ -40,7 +40,7 @@ bool isAlike(const QColor& one, const QColor& other) {
 }
 
 TEST(TheAngleGaugeView, PointsItsNeedleUpwards) {
-    for (const Look* const look : {&Look::light(), &Look::dark()}) {
+    for (const ColorScheme* const look : {&ColorScheme::light(), &ColorScheme::dark()}) {
         for (const double angle : {20.0, 70.0, 160.0}) {
             SCOPED_TRACE(angle);
             const QImage image = viewOf(static_cast<float>(angle), *look)->grab().toImage();

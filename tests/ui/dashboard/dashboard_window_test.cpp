@@ -12,10 +12,10 @@
 #include <chrono>
 
 #include "sound/notifications.h"
-#include "support/dashboard_bed.h"
+#include "support/dashboard_fixture.h"
 #include "support/widget_input.h"
 #include "ui/controls/chimewerk_style.h"
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/dashboard/angle_gauge_view.h"
 #include "ui/rules/appearance.h"
 
@@ -114,7 +114,7 @@ protected:
     }
     QColor pixel(QPoint place) { return bed.window().grab().toImage().pixelColor(place); }
 
-    DashboardBed bed;
+    DashboardFixture bed;
 };
 
 TEST_F(TheDashboard, OpensWithTheFirstEventInAFixedSize) {
@@ -266,23 +266,23 @@ TEST_F(TheDashboard, RemembersWhetherItIsDarkAndPaintsIt) {
     const QPoint sidebar{5, 10};
     const QPoint divider{260, 500};
     EXPECT_EQ(button.text().toStdString(), "🌙  Dark");
-    EXPECT_EQ(pixel(sidebar), Look::light().controlBackground);
+    EXPECT_EQ(pixel(sidebar), ColorScheme::light().controlBackground);
     click(button);
     EXPECT_EQ(button.text().toStdString(), "☀️  Light");
     EXPECT_EQ(pixel(sidebar), QColor(36, 36, 36));
     EXPECT_EQ(pixel(divider), QColor(64, 64, 64));
-    EXPECT_EQ(pixel({719, 10}), Look::dark().windowBackground);
+    EXPECT_EQ(pixel({719, 10}), ColorScheme::dark().windowBackground);
     EXPECT_EQ(bed.library.defaults.object(kDarkModeKey), DefaultsValue{true});
 
     bed.open();
     becomeActive();
     EXPECT_EQ(pixel(sidebar), QColor(36, 36, 36));
     click(bed.button("Toggle dark / light mode"));
-    EXPECT_EQ(pixel(sidebar), Look::light().controlBackground);
+    EXPECT_EQ(pixel(sidebar), ColorScheme::light().controlBackground);
     EXPECT_EQ(bed.library.defaults.object(kDarkModeKey), DefaultsValue{false});
     bed.library.defaults.setObject(kDarkModeKey, DefaultsValue{std::string("yes")});
     bed.open();
-    EXPECT_EQ(pixel(sidebar), Look::light().controlBackground);
+    EXPECT_EQ(pixel(sidebar), ColorScheme::light().controlBackground);
 }
 
 TEST_F(TheDashboard, ChoosesAThemeAndLetsItBeHeard) {

@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "support/detail_panel_bed.h"
+#include "support/detail_panel_fixture.h"
 #include "support/sound_files.h"
 #include "support/temporary_folder.h"
 #include "support/widget_input.h"
@@ -77,7 +77,7 @@ protected:
         ASSERT_TRUE(comesTrue([this] { return bed.folder.busy(); }));
     }
 
-    DetailPanelBed bed;
+    DetailPanelFixture bed;
 };
 
 TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
@@ -89,7 +89,7 @@ TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
     type(' ');
     EXPECT_TRUE(bed.library.event("slap").isEnabled);
     EXPECT_EQ(bed.listChanges, 2);
-    // What the program changes is no wish of the user's.
+    // What the program changes is no command of the user's.
     bed.library->setEnabled(false, "slap");
     bed.panel->refreshDetail();
     EXPECT_FALSE(enableSwitch().isChecked());

@@ -20,24 +20,24 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "tools/machine/device_testbed.h"
-#include "tools/machine/made_up_hid_device.h"
+#include "tools/machine/fake_devices.h"
+#include "tools/machine/fake_hid_device.h"
 #include "tools/machine/private_network.h"
 
 namespace chimewerk {
 namespace {
 
 constexpr const char* kUsage =
-    "made-up-machine PIPE program [argument...]\n"
+    "fake-machine PIPE program [argument...]\n"
     "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its brightness and,\n"
     "where this user may have that, a network of its own. Makes the pipe, which the program finds in\n"
     "$CHIMEWERK_MACHINE; what is written there, a line at a time, happens:\n"
     "  lid DEGREES   brightness PERCENT   usb   network up|down\n";
 
 /// The hardware, and what can happen to it.
-class MadeUpMachine {
+class FakeMachine {
 public:
-    MadeUpMachine() {
+    FakeMachine() {
         if (unshare(CLONE_NEWNET) == 0) {
             hasNetwork_ = PrivateNetwork::ip("link set lo up") &&
                           PrivateNetwork::ip("link add near type veth peer name far") &&
@@ -79,8 +79,8 @@ private:
         return true;
     }
 
-    DeviceTestbed bed_;
-    MadeUpHidDevice lid_{bed_, "0", kLidDescriptor};
+    FakeDevices bed_;
+    FakeHidDevice lid_{bed_, "0", kLidDescriptor};
     std::string display_ = bed_.add("backlight", "panel", "",
                                     {{"type", "raw\n"}, {"brightness", "50\n"}, {"max_brightness", "100\n"}});
     int angle_ = 60;
@@ -131,19 +131,19 @@ std::optional<int> takeSignals(const FileDescriptor& signals, pid_t program) {
 }
 
 /// Cuts the whole lines off `text` and carries them out.
-void carryOutLines(MadeUpMachine& machine, std::string& text) {
+void carryOutLines(FakeMachine& machine, std::string& text) {
     for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n')) {
         const std::string line = text.substr(0, end);
         text.erase(0, end + 1);
         if (!machine.carryOut(line)) {
-            std::cerr << "made-up-machine: cannot do \"" << line << "\"\n";
+            std::cerr << "fake-machine: cannot do \"" << line << "\"\n";
         }
     }
 }
 
 bool isWrapped() {
-    const DeviceTestbed bed;
-    return DeviceTestbed::works();
+    const FakeDevices bed;
+    return FakeDevices::works();
 }
 
 int run(const char* pipePath, char** command) {
@@ -151,11 +151,11 @@ int run(const char* pipePath, char** command) {
     sigset_t before;
     const FileDescriptor signals = watchSignals(before);
     const FileDescriptor pipe = openPipe(pipePath);
-    MadeUpMachine machine;
+    FakeMachine machine;
     setenv("CHIMEWERK_MACHINE", pipePath, 1);
     const std::optional<pid_t> program = start(command, before);
     if (!pipe || !signals || !program) {
-        std::cerr << "made-up-machine: cannot start\n";
+        std::cerr << "fake-machine: cannot start\n";
         return 125;
     }
     std::string text;
@@ -190,7 +190,7 @@ int main(int count, char** arguments) {
         again.insert(again.end(), arguments, arguments + count);
         again.push_back(nullptr);
         execvp(again[0], again.data());
-        std::cerr << "made-up-machine: umockdev-wrapper is missing\n";
+        std::cerr << "fake-machine: umockdev-wrapper is missing\n";
         return 125;
     }
     return chimewerk::run(arguments[1], arguments + 2);

@@ -9,7 +9,7 @@ namespace chimewerk {
 
 /// Follows the datagrams in which the kernel answers one netlink question, and tells when and how the answer
 /// ends. Any bytes may come in.
-class NetlinkAnswer {
+class NetlinkReply {
 public:
     enum class State {
         /// More datagrams follow.
@@ -29,7 +29,7 @@ public:
 
     /// `sequence` is the number that the question carried; messages with another one are left-overs of an
     /// earlier answer.
-    NetlinkAnswer(std::uint32_t sequence, Visitor visit);
+    NetlinkReply(std::uint32_t sequence, Visitor visit);
 
     /// Takes the next datagram; `cut` when it was longer than what was kept of it.
     State take(std::span<const std::byte> datagram, bool cut);

@@ -15,7 +15,7 @@ namespace chimewerk {
 class SoundFolder;
 
 /// What the dashboard shows and works on; all of it outlives the window.
-struct DashboardSurroundings {
+struct DashboardDependencies {
     SoundManager& sounds;
     NotificationCenter& notifications;
     DefaultsStore& defaults;

@@ -24,12 +24,12 @@ namespace chimewerk {
 
 /// The event devices of a machine whose /dev/input is made up: umockdev, in whose wrapper the test program
 /// runs, answers for them what they can do, and pipes carry what they tell.
-class MadeUpKeyboards {
+class FakeKeyboards {
 public:
-    MadeUpKeyboards() : bed_(umockdev_testbed_new()) { std::signal(SIGPIPE, SIG_IGN); }
-    MadeUpKeyboards(const MadeUpKeyboards&) = delete;
-    MadeUpKeyboards& operator=(const MadeUpKeyboards&) = delete;
-    ~MadeUpKeyboards() { g_object_unref(bed_); }
+    FakeKeyboards() : bed_(umockdev_testbed_new()) { std::signal(SIGPIPE, SIG_IGN); }
+    FakeKeyboards(const FakeKeyboards&) = delete;
+    FakeKeyboards& operator=(const FakeKeyboards&) = delete;
+    ~FakeKeyboards() { g_object_unref(bed_); }
 
     /// Adds the event device `name` with these keys and buttons. It may have been there before.
     void plug(const std::string& name, const std::vector<unsigned>& keys) {

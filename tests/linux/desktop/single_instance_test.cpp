@@ -1,4 +1,4 @@
-#include "linux/desktop/session_instance.h"
+#include "linux/desktop/single_instance.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -18,7 +18,7 @@
 #include "linux/base/file_descriptor.h"
 #include "support/child_process.h"
 #include "support/eventually.h"
-#include "support/own_bus.h"
+#include "support/private_bus.h"
 #include "support/run_queue.h"
 
 namespace chimewerk {
@@ -27,7 +27,7 @@ namespace {
 constexpr const char* kId = "org.chimewerk.Test-Program";
 /// By then a bus that is back has been found again.
 constexpr Seconds kBusIsFound{3.3};
-using Outcome = SessionInstance::Outcome;
+using Outcome = SingleInstance::Outcome;
 
 /// An instance in the test, and others that are launched as processes of their own.
 class TheSessionsInstance : public testing::Test {
@@ -41,7 +41,7 @@ protected:
     Outcome claim() {
         instance.emplace(
             queue, kId,
-            SessionInstance::Callbacks{
+            SingleInstance::Callbacks{
                 .onActivate = [this](const std::string& token) { log += "activate " + token + "; "; },
                 .onAction = [this](const std::string& action,
                                    const std::string& token) { log += action + " " + token + "; "; }});
@@ -69,11 +69,11 @@ protected:
         return std::exchange(log, "");
     }
 
-    OwnBus bus{"DBUS_SESSION_BUS_ADDRESS"};
+    PrivateBus bus{"DBUS_SESSION_BUS_ADDRESS"};
     TemporaryFolder folder;
     EpollMainQueue queue;
     std::string log;
-    std::optional<SessionInstance> instance;
+    std::optional<SingleInstance> instance;
     std::list<ChildProcess> launched;
 };
 
@@ -88,7 +88,7 @@ TEST_F(TheSessionsInstance, IsOneOfAllThatAreLaunchedAtTheSameInstant) {
             eventually([&] { return said("first") + said("already") == round * kLaunches + round - 1; }));
         EXPECT_EQ(said("first"), round);
         EXPECT_TRUE(eventually([&] { return said("activate ") == round * (kLaunches - 1); }));
-        launch(SessionInstance::kQuit);
+        launch(SingleInstance::kQuit);
         ASSERT_TRUE(
             eventually([&] { return said("ended") == round && said("already") == round * kLaunches; }));
     }

@@ -9,7 +9,7 @@ namespace chimewerk {
 
 /// Adds up the sounds for which there is no stream of their own. Its sounds have been fitted into the range
 /// beforehand (see headroom.h), so their sum needs no limit. No lock, no clock.
-class SurplusMixer {
+class OverflowMixer {
 public:
     /// Adds a sound; `complete` tells that its frames are all there are.
     void add(std::uint64_t voice, std::vector<float> stereo, bool complete);

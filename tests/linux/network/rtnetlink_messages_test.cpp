@@ -1,4 +1,4 @@
-#include "linux/network/route_messages.h"
+#include "linux/network/rtnetlink_messages.h"
 
 #include <sys/socket.h>
 
@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "linux/network/netlink_answer.h"
+#include "linux/network/netlink_reply.h"
 
 namespace chimewerk {
 namespace {
 
 using Bytes = std::vector<std::byte>;
-using State = NetlinkAnswer::State;
+using State = NetlinkReply::State;
 
 template <typename Value>
 Bytes bytesOf(const Value& value) {
@@ -59,7 +59,7 @@ Bytes refusal(int error) {
     return message(NLMSG_ERROR, 0, 7, bytesOf(error));
 }
 
-TEST(ANetlinkAnswer, EndsInOneOfFourWays) {
+TEST(ANetlinkReply, EndsInOneOfFourWays) {
     struct Case {
         const char* what;
         std::vector<Bytes> datagrams;
@@ -87,7 +87,7 @@ TEST(ANetlinkAnswer, EndsInOneOfFourWays) {
              {"a length of nothing", {Bytes(sizeof(nlmsghdr))}, State::failed, 0},
              {"half a header", {part() + Bytes(5)}, State::failed, 1}}) {
         int parts = 0;
-        NetlinkAnswer answer(7, [&](std::uint16_t, std::span<const std::byte>) { ++parts; });
+        NetlinkReply answer(7, [&](std::uint16_t, std::span<const std::byte>) { ++parts; });
         State state = State::unfinished;
         for (const Bytes& datagram : c.datagrams) {
             state = answer.take(datagram, c.cut);

@@ -12,7 +12,7 @@ namespace chimewerk {
 
 /// What a launch of the program asks of the instance that runs already.
 struct LaunchRequest {
-    /// One of SessionInstance's actions; empty for showing itself.
+    /// One of SingleInstance's actions; empty for showing itself.
     std::string action = {};
     /// $XDG_ACTIVATION_TOKEN, by which the desktop lets a new window come to the front. Empty for none.
     std::string activationToken = {};
@@ -28,7 +28,7 @@ struct LaunchRequest {
 /// away and comes back the name is taken anew; if another instance has it by then, this one goes on without.
 /// The name is free again when the object is destroyed, so it should go last of all. Main thread only; must
 /// not be destroyed from within a callback.
-class SessionInstance {
+class SingleInstance {
 public:
     static constexpr const char* kOpenDashboard = "open-dashboard";
     static constexpr const char* kOpenHelp = "open-help";
@@ -53,7 +53,7 @@ public:
 
     /// `id` is the name, in the form "org.example.Program"; the object's path is made from it. The queue
     /// outlives the object.
-    SessionInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks);
+    SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks);
 
     /// Takes the name, or hands the request to the instance that has it. Called once, before the queue runs:
     /// it waits for the bus up to 1 s, and for the other instance up to 5 s. Who is first has calls waiting

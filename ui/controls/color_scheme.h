@@ -11,7 +11,7 @@
 namespace chimewerk {
 
 /// The colours of one appearance, by their role.
-struct Look {
+struct ColorScheme {
     QColor windowBackground;
     /// Behind lists and text.
     QColor controlBackground;
@@ -25,17 +25,17 @@ struct Look {
     QColor blue;
     QColor red;
 
-    static const Look& light();
-    static const Look& dark();
+    static const ColorScheme& light();
+    static const ColorScheme& dark();
 };
 
 /// The look that goes with a palette: light or dark as its window background.
-const Look& lookOf(const QPalette& palette);
+const ColorScheme& colorSchemeOf(const QPalette& palette);
 /// The look that the widget has now: that of its window, where a window is given one.
-const Look& lookOf(const QWidget& widget);
+const ColorScheme& colorSchemeOf(const QWidget& widget);
 
 /// The palette that makes a window and all in it light or dark, whatever the desktop's own is.
-QPalette paletteOf(const Look& look);
+QPalette paletteOf(const ColorScheme& look);
 
 /// The desktop's own font in this size, in device-independent pixels.
 QFont systemFont(int size, QFont::Weight weight = QFont::Normal);

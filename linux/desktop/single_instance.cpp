@@ -1,4 +1,4 @@
-#include "linux/desktop/session_instance.h"
+#include "linux/desktop/single_instance.h"
 
 #include <algorithm>
 #include <array>
@@ -23,8 +23,8 @@ constexpr const char* kInterface = "org.freedesktop.Application";
 constexpr const char* kActivationToken = "activation-token";
 constexpr const char* kStartupId = "desktop-startup-id";
 
-constexpr std::array<std::string_view, 3> kActions{SessionInstance::kOpenDashboard,
-                                                   SessionInstance::kOpenHelp, SessionInstance::kQuit};
+constexpr std::array<std::string_view, 3> kActions{SingleInstance::kOpenDashboard, SingleInstance::kOpenHelp,
+                                                   SingleInstance::kQuit};
 
 std::string environmentText(const char* name) {
     const char* const text = std::getenv(name);
@@ -115,7 +115,7 @@ LaunchRequest LaunchRequest::ofThisProcess(std::string action) {
             .startupId = environmentText("DESKTOP_STARTUP_ID")};
 }
 
-const sd_bus_vtable SessionInstance::kApplication[] = {
+const sd_bus_vtable SingleInstance::kApplication[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD_WITH_NAMES("Activate", "a{sv}", SD_BUS_PARAM(platform_data), "", "", onActivate,
                              SD_BUS_VTABLE_UNPRIVILEGED),
@@ -127,7 +127,7 @@ const sd_bus_vtable SessionInstance::kApplication[] = {
     SD_BUS_VTABLE_END,
 };
 
-SessionInstance::SessionInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks)
+SingleInstance::SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks)
     : queue_(queue),
       id_(std::move(id)),
       path_(pathOf(id_)),
@@ -139,7 +139,7 @@ SessionInstance::SessionInstance(EpollMainQueue& queue, std::string id, Callback
             },
             {.onOpen = [this](sd_bus* bus) { serve(bus); }}) {}
 
-SessionInstance::Outcome SessionInstance::claim(const LaunchRequest& request) {
+SingleInstance::Outcome SingleInstance::claim(const LaunchRequest& request) {
     sd_bus* bus = nullptr;
     if (sd_bus_open_user(&bus) >= 0) {
         claimed_.reset(bus);
@@ -159,7 +159,7 @@ SessionInstance::Outcome SessionInstance::claim(const LaunchRequest& request) {
 }
 
 /// Whoever has the name serves the object already.
-SessionInstance::Outcome SessionInstance::takeNameOrAsk(sd_bus* bus, const LaunchRequest& request) {
+SingleInstance::Outcome SingleInstance::takeNameOrAsk(sd_bus* bus, const LaunchRequest& request) {
     addObject(bus);
     const auto deadline = steady_clock::now() + kInstancePatience;
     while (true) {
@@ -180,7 +180,7 @@ SessionInstance::Outcome SessionInstance::takeNameOrAsk(sd_bus* bus, const Launc
 }
 
 /// Null when it cannot be made.
-BusMessage SessionInstance::makeCall(sd_bus* bus, const LaunchRequest& request) const {
+BusMessage SingleInstance::makeCall(sd_bus* bus, const LaunchRequest& request) const {
     const bool isAction = !request.action.empty();
     sd_bus_message* call = nullptr;
     sd_bus_message_new_method_call(bus, &call, id_.c_str(), path_.c_str(), kInterface,
@@ -196,36 +196,36 @@ BusMessage SessionInstance::makeCall(sd_bus* bus, const LaunchRequest& request) 
     return sd_bus_message_close_container(call) >= 0 ? std::move(owned) : nullptr;
 }
 
-int SessionInstance::addObject(sd_bus* bus) {
+int SingleInstance::addObject(sd_bus* bus) {
     return sd_bus_add_object_vtable(bus, nullptr, path_.c_str(), kInterface, kApplication, this);
 }
 
 /// On the connection on which the name was claimed both are in place, and nothing comes of it. Without an
 /// answer of ours, sd-bus would close the connection when somebody else has the name.
-void SessionInstance::serve(sd_bus* bus) {
+void SingleInstance::serve(sd_bus* bus) {
     addObject(bus);
     sd_bus_request_name_async(
         bus, nullptr, id_.c_str(), 0, [](sd_bus_message*, void*, sd_bus_error*) { return 0; }, nullptr);
 }
 
 /// Its platform data come next in the call.
-int SessionInstance::activate(sd_bus_message* call) {
+int SingleInstance::activate(sd_bus_message* call) {
     queue_.post(lifeline_.guard([this, token = readToken(call)] { callbacks_.onActivate(token); }));
     return sd_bus_reply_method_return(call, "");
 }
 
-int SessionInstance::onActivate(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
-    return static_cast<SessionInstance*>(self)->activate(call);
+int SingleInstance::onActivate(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+    return static_cast<SingleInstance*>(self)->activate(call);
 }
 
 /// The program has no documents: whatever it is to open, it shows itself.
-int SessionInstance::onOpen(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+int SingleInstance::onOpen(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
     sd_bus_message_skip(call, "as");
-    return static_cast<SessionInstance*>(self)->activate(call);
+    return static_cast<SingleInstance*>(self)->activate(call);
 }
 
-int SessionInstance::onActivateAction(sd_bus_message* call, void* self, sd_bus_error* error) {
-    auto& instance = *static_cast<SessionInstance*>(self);
+int SingleInstance::onActivateAction(sd_bus_message* call, void* self, sd_bus_error* error) {
+    auto& instance = *static_cast<SingleInstance*>(self);
     const char* action = nullptr;
     if (sd_bus_message_read(call, "s", &action) < 0 ||
         std::ranges::find(kActions, std::string_view(action)) == kActions.end()) {

@@ -1,4 +1,4 @@
-#include "linux/network/route_messages.h"
+#include "linux/network/rtnetlink_messages.h"
 
 // The kernel's headers want this one first.
 #include <sys/socket.h>

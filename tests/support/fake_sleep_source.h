@@ -4,13 +4,13 @@
 #include <utility>
 #include <vector>
 
-#include "monitors/system_power.h"
+#include "monitors/sleep_source.h"
 #include "support/journal.h"
 
 namespace chimewerk {
 
 /// A system that the test sends to sleep and wakes.
-class FakeSystemPower final : public SystemPower, public Noting {
+class FakeSleepSource final : public SleepSource, public Noting {
 public:
     /// Whether power messages can be had.
     bool works = true;

@@ -5,7 +5,7 @@
 namespace chimewerk {
 
 /// For desktops whose file manager makes no trash sounds of its own, which today are all of them.
-class QuietFileManagerSounds final : public FileManagerSounds {
+class NullFileManagerSounds final : public FileManagerSounds {
 public:
     void setFinderTrashSoundEnabled(bool /*enabled*/) override {}
 };

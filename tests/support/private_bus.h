@@ -19,17 +19,17 @@ namespace chimewerk {
 
 /// A message bus of the test's own, which stands in the place of the session's or the system's and may be
 /// killed. It is not there until it is started.
-class OwnBus {
+class PrivateBus {
 public:
     /// `variable` names the bus: DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.
-    explicit OwnBus(const char* variable) : variable_(variable) {
+    explicit PrivateBus(const char* variable) : variable_(variable) {
         const char* const before = std::getenv(variable);
         before_ = before == nullptr ? "" : before;
         setenv(variable, ("unix:path=" + path()).c_str(), 1);
     }
-    OwnBus(const OwnBus&) = delete;
-    OwnBus& operator=(const OwnBus&) = delete;
-    ~OwnBus() { setenv(variable_.c_str(), before_.c_str(), 1); }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+    ~PrivateBus() { setenv(variable_.c_str(), before_.c_str(), 1); }
 
     /// Returns when it takes connections; false when it does not.
     bool start() {

@@ -17,9 +17,9 @@
 namespace chimewerk {
 
 /// The dashboard among fakes, and its widgets as a user tells them apart.
-class DashboardBed {
+class DashboardFixture {
 public:
-    DashboardBed() { open(); }
+    DashboardFixture() { open(); }
 
     /// A dashboard as after a new start of the program, on what is stored.
     void open() {
@@ -54,7 +54,7 @@ public:
     FakeSoundFolder folder;
     LidAngleMonitor lidMonitor{{library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
-    DashboardSurroundings around{.sounds = *library,
+    DashboardDependencies around{.sounds = *library,
                                  .notifications = library.notifications,
                                  .defaults = library.defaults,
                                  .files = library.sounds,

@@ -1,4 +1,4 @@
-#include "linux/network/netlink_answer.h"
+#include "linux/network/netlink_reply.h"
 
 #include <linux/netlink.h>
 
@@ -10,10 +10,10 @@
 
 namespace chimewerk {
 
-NetlinkAnswer::NetlinkAnswer(std::uint32_t sequence, Visitor visit)
+NetlinkReply::NetlinkReply(std::uint32_t sequence, Visitor visit)
     : sequence_(sequence), visit_(std::move(visit)) {}
 
-NetlinkAnswer::State NetlinkAnswer::take(std::span<const std::byte> datagram, bool cut) {
+NetlinkReply::State NetlinkReply::take(std::span<const std::byte> datagram, bool cut) {
     while (!datagram.empty()) {
         const auto header = readValue<nlmsghdr>(datagram);
         if (!header || header->nlmsg_len < sizeof *header || header->nlmsg_len > datagram.size()) {
@@ -31,8 +31,8 @@ NetlinkAnswer::State NetlinkAnswer::take(std::span<const std::byte> datagram, bo
     return cut ? State::failed : State::unfinished;
 }
 
-NetlinkAnswer::State NetlinkAnswer::takeMessage(std::uint16_t type, std::uint16_t flags,
-                                                std::span<const std::byte> body) {
+NetlinkReply::State NetlinkReply::takeMessage(std::uint16_t type, std::uint16_t flags,
+                                              std::span<const std::byte> body) {
     if ((flags & NLM_F_DUMP_INTR) != 0) {
         interrupted_ = true;
     }

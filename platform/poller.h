@@ -10,9 +10,9 @@ namespace chimewerk {
 
 /// A look that its owner takes again and again: a member of the owner, declared last so that it ends first.
 /// Main thread only; the queue outlives it.
-class Polling {
+class Poller {
 public:
-    explicit Polling(MainQueue& queue) : queue_(queue) {}
+    explicit Poller(MainQueue& queue) : queue_(queue) {}
 
     /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone. Call it
     /// once before `stop()`: only the last one can be stopped.

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "tools/machine/device_testbed.h"
+#include "tools/machine/fake_devices.h"
 
 namespace chimewerk {
 
@@ -23,11 +23,11 @@ inline const std::vector<std::uint8_t> kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0x
 
 /// A HID device of the testbed. A terminal without any manners is its hidraw node: what the device reports
 /// can be read there, and when it is unplugged that ends in an error.
-class MadeUpHidDevice {
+class FakeHidDevice {
 public:
     using Report = std::vector<std::uint8_t>;
 
-    MadeUpHidDevice(DeviceTestbed& machine, const std::string& number, const Report& descriptor)
+    FakeHidDevice(FakeDevices& machine, const std::string& number, const Report& descriptor)
         : machine_(machine),
           path_(machine.nodePath("hidraw" + number)),
           terminal_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
@@ -43,9 +43,9 @@ public:
         machine.set(device_, "report_descriptor", descriptor);
         node_ = machine.add("hidraw", "hidraw" + number, device_, {}, {{"DEVNAME", "/dev/hidraw" + number}});
     }
-    MadeUpHidDevice(const MadeUpHidDevice&) = delete;
-    MadeUpHidDevice& operator=(const MadeUpHidDevice&) = delete;
-    ~MadeUpHidDevice() { unplug(); }
+    FakeHidDevice(const FakeHidDevice&) = delete;
+    FakeHidDevice& operator=(const FakeHidDevice&) = delete;
+    ~FakeHidDevice() { unplug(); }
 
     /// One report at a time: the next one when this one has been read.
     void report(const Report& bytes) {
@@ -66,7 +66,7 @@ public:
     }
 
 private:
-    DeviceTestbed& machine_;
+    FakeDevices& machine_;
     const std::string path_;
     FileDescriptor terminal_;
     std::string device_;

@@ -16,12 +16,12 @@ inline constexpr std::int64_t kIOPMSystemWillPowerOn = 0xE0000320;
 inline constexpr std::int64_t kIOPMSystemHasPoweredOn = 0xE0000300;
 
 /// Tells when the system goes to sleep and wakes, and lets it wait a moment. Main thread only.
-class SystemPower {
+class SleepSource {
 public:
     /// `argument` names the message in the answer to it.
     using Handler = std::function<void(std::uint32_t messageType, std::intptr_t argument)>;
 
-    virtual ~SystemPower() = default;
+    virtual ~SleepSource() = default;
 
     /// Calls `handler` on the main thread for each power message, from now until the object is destroyed.
     /// Called once. False, and no calls, where such messages cannot be had.

@@ -1,4 +1,4 @@
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 
 #include <QEvent>
 #include <QFontDatabase>
@@ -16,7 +16,7 @@ QColor white(double alpha) {
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(alpha));
 }
 
-QColor textColor(const Look& look, LabelColor color) {
+QColor textColor(const ColorScheme& look, LabelColor color) {
     switch (color) {
         case LabelColor::label:
             return look.label;
@@ -45,7 +45,7 @@ protected:
 
 private:
     void paint() {
-        const QColor wanted = textColor(lookOf(*this), color_);
+        const QColor wanted = textColor(colorSchemeOf(*this), color_);
         if (palette().color(QPalette::WindowText) != wanted) {
             QPalette own;
             own.setColor(QPalette::WindowText, wanted);
@@ -69,46 +69,46 @@ bool hasEqualDigits(const QFont& font) {
 
 }  // namespace
 
-const Look& Look::light() {
-    static const Look look{.windowBackground = QColor(0xf5, 0xf5, 0xf7),
-                           .controlBackground = QColor(0xff, 0xff, 0xff),
-                           .label = black(0.87),
-                           .secondaryLabel = black(0.60),
-                           .tertiaryLabel = black(0.46),
-                           .quaternaryLabel = black(0.34),
-                           .separator = black(0.12),
-                           .gray = QColor(0x8e, 0x8e, 0x93),
-                           .orange = QColor(0xe0, 0x7b, 0x00),
-                           .blue = QColor(0x0a, 0x6c, 0xe0),
-                           .red = QColor(0xd7, 0x2c, 0x21)};
+const ColorScheme& ColorScheme::light() {
+    static const ColorScheme look{.windowBackground = QColor(0xf5, 0xf5, 0xf7),
+                                  .controlBackground = QColor(0xff, 0xff, 0xff),
+                                  .label = black(0.87),
+                                  .secondaryLabel = black(0.60),
+                                  .tertiaryLabel = black(0.46),
+                                  .quaternaryLabel = black(0.34),
+                                  .separator = black(0.12),
+                                  .gray = QColor(0x8e, 0x8e, 0x93),
+                                  .orange = QColor(0xe0, 0x7b, 0x00),
+                                  .blue = QColor(0x0a, 0x6c, 0xe0),
+                                  .red = QColor(0xd7, 0x2c, 0x21)};
     return look;
 }
 
-const Look& Look::dark() {
-    static const Look look{.windowBackground = QColor(0x2a, 0x2a, 0x2c),
-                           .controlBackground = QColor(0x1e, 0x1e, 0x20),
-                           .label = white(0.88),
-                           .secondaryLabel = white(0.62),
-                           .tertiaryLabel = white(0.46),
-                           .quaternaryLabel = white(0.34),
-                           .separator = white(0.14),
-                           .gray = QColor(0x98, 0x98, 0x9d),
-                           .orange = QColor(0xff, 0x9f, 0x0a),
-                           .blue = QColor(0x3d, 0x96, 0xff),
-                           .red = QColor(0xff, 0x5a, 0x50)};
+const ColorScheme& ColorScheme::dark() {
+    static const ColorScheme look{.windowBackground = QColor(0x2a, 0x2a, 0x2c),
+                                  .controlBackground = QColor(0x1e, 0x1e, 0x20),
+                                  .label = white(0.88),
+                                  .secondaryLabel = white(0.62),
+                                  .tertiaryLabel = white(0.46),
+                                  .quaternaryLabel = white(0.34),
+                                  .separator = white(0.14),
+                                  .gray = QColor(0x98, 0x98, 0x9d),
+                                  .orange = QColor(0xff, 0x9f, 0x0a),
+                                  .blue = QColor(0x3d, 0x96, 0xff),
+                                  .red = QColor(0xff, 0x5a, 0x50)};
     return look;
 }
 
-const Look& lookOf(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightnessF() < 0.5F ? Look::dark() : Look::light();
+const ColorScheme& colorSchemeOf(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightnessF() < 0.5F ? ColorScheme::dark() : ColorScheme::light();
 }
 
-const Look& lookOf(const QWidget& widget) {
-    return lookOf(widget.palette());
+const ColorScheme& colorSchemeOf(const QWidget& widget) {
+    return colorSchemeOf(widget.palette());
 }
 
-QPalette paletteOf(const Look& look) {
-    const bool dark = &look == &Look::dark();
+QPalette paletteOf(const ColorScheme& look) {
+    const bool dark = &look == &ColorScheme::dark();
     QPalette palette;
     palette.setColor(QPalette::Window, look.windowBackground);
     palette.setColor(QPalette::WindowText, look.label);

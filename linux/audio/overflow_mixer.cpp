@@ -1,4 +1,4 @@
-#include "linux/audio/surplus_mixer.h"
+#include "linux/audio/overflow_mixer.h"
 
 #include <algorithm>
 #include <functional>
@@ -6,11 +6,11 @@
 
 namespace chimewerk {
 
-void SurplusMixer::add(std::uint64_t voice, std::vector<float> stereo, bool complete) {
+void OverflowMixer::add(std::uint64_t voice, std::vector<float> stereo, bool complete) {
     voices_.push_back({voice, std::move(stereo), complete});
 }
 
-bool SurplusMixer::append(std::uint64_t voice, std::span<const float> stereo, bool complete) {
+bool OverflowMixer::append(std::uint64_t voice, std::span<const float> stereo, bool complete) {
     const auto found =
         std::find_if(voices_.begin(), voices_.end(), [voice](const Voice& v) { return v.id == voice; });
     if (found == voices_.end()) {
@@ -25,7 +25,7 @@ bool SurplusMixer::append(std::uint64_t voice, std::span<const float> stereo, bo
     return true;
 }
 
-void SurplusMixer::mix(std::span<float> stereo) {
+void OverflowMixer::mix(std::span<float> stereo) {
     std::fill(stereo.begin(), stereo.end(), 0.0F);
     for (Voice& voice : voices_) {
         const std::size_t count = std::min(stereo.size(), voice.stereo.size() - voice.mixed);
@@ -38,7 +38,7 @@ void SurplusMixer::mix(std::span<float> stereo) {
                   [](const Voice& voice) { return voice.complete && voice.mixed == voice.stereo.size(); });
 }
 
-std::size_t SurplusMixer::framesLeft(std::uint64_t voice) const {
+std::size_t OverflowMixer::framesLeft(std::uint64_t voice) const {
     for (const Voice& v : voices_) {
         if (v.id == voice) {
             return (v.stereo.size() - v.mixed) / 2;

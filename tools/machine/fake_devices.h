@@ -14,14 +14,14 @@ namespace chimewerk {
 
 /// A machine of made-up devices: within the test program, which runs in umockdev-wrapper, it takes the place
 /// of sysfs, of /dev and of udev's events. Empty at first.
-class DeviceTestbed {
+class FakeDevices {
 public:
     using Values = std::map<std::string, std::string>;
 
-    DeviceTestbed() : bed_(umockdev_testbed_new()) {}
-    DeviceTestbed(const DeviceTestbed&) = delete;
-    DeviceTestbed& operator=(const DeviceTestbed&) = delete;
-    ~DeviceTestbed() { g_object_unref(bed_); }
+    FakeDevices() : bed_(umockdev_testbed_new()) {}
+    FakeDevices(const FakeDevices&) = delete;
+    FakeDevices& operator=(const FakeDevices&) = delete;
+    ~FakeDevices() { g_object_unref(bed_); }
 
     /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it sees the
     /// machine's own devices.

@@ -10,19 +10,21 @@
 #include "support/fake_lid_sensor_source.h"
 #include "support/fake_sound_folder.h"
 #include "support/sound_library.h"
-#include "ui/controls/look.h"
+#include "ui/controls/color_scheme.h"
 #include "ui/dashboard/detail_panel.h"
 
 namespace chimewerk {
 
 /// The panel of one event in a window of its own, among fakes.
-class DetailPanelBed {
+class DetailPanelFixture {
 public:
-    DetailPanelBed() : DetailPanelBed(nullptr) {}
+    DetailPanelFixture() : DetailPanelFixture(nullptr) {}
     /// With this store in the place of a fake one.
-    explicit DetailPanelBed(DefaultsStore* store) : library(store), given(store) { setLook(Look::light()); }
+    explicit DetailPanelFixture(DefaultsStore* store) : library(store), given(store) {
+        setLook(ColorScheme::light());
+    }
 
-    void setLook(const Look& look) {
+    void setLook(const ColorScheme& look) {
         window.setPalette(paletteOf(look));
         window.setAutoFillBackground(true);
     }
@@ -50,7 +52,7 @@ public:
     /// How often the list of events was to be drawn anew.
     int listChanges = 0;
     std::size_t selected = 0;
-    DashboardSurroundings around{.sounds = *library,
+    DashboardDependencies around{.sounds = *library,
                                  .notifications = library.notifications,
                                  .defaults = given == nullptr ? library.defaults : *given,
                                  .files = library.sounds,

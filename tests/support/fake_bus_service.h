@@ -13,10 +13,10 @@ namespace chimewerk {
 
 /// A service on the system bus that python-dbusmock plays, in a process of its own, by what it knows of the
 /// real one. The test talks to it over a connection of its own.
-class StandInService {
+class FakeBusService {
 public:
     /// `templateName` is one of dbusmock's; the service is there when `isThere()`.
-    StandInService(const std::string& templateName, std::string name, std::string path)
+    FakeBusService(const std::string& templateName, std::string name, std::string path)
         : name_(std::move(name)),
           path_(std::move(path)),
           process_({"/usr/bin/python3", "-m", "dbusmock", "--system", "--template", templateName}) {
