@@ -12,7 +12,8 @@ struct Option {
     std::string_view help;
 };
 constexpr Option kOptions[] = {
-    {"--open-dashboard", Command::openDashboard, "shows the dashboard, and starts the program if need be"},
+    {"--open-dashboard", Command::openDashboard,
+     "shows the dashboard, and starts the program if need be"},
     {"--open-help", Command::openHelp, "shows the help, and starts the program if need be"},
     {"--quit", Command::quit, "ends the program that runs in this session"},
     {"--version", Command::printVersion, "prints the version"},
@@ -36,7 +37,8 @@ std::optional<Command> parseCommandLine(std::span<char* const> arguments) {
 std::string usage() {
     std::string text =
         "chimewerk [OPTION]\n"
-        "Plays a short sound when something happens to the computer. Runs in the tray; started once more, "
+        "Plays a short sound when something happens to the computer. Runs in the tray; started "
+        "once more, "
         "it\n"
         "shows its dashboard.\n";
     for (const Option& option : kOptions) {

@@ -84,7 +84,8 @@ int run(int& argumentCount, char** arguments, Command command) {
                                      carryOut(*running, action);
                                  }});
     const std::string action = actionFor(command);
-    if (instance.claim(LaunchRequest::ofThisProcess(action)) == SingleInstance::Outcome::alreadyRunning ||
+    if (instance.claim(LaunchRequest::ofThisProcess(action)) ==
+            SingleInstance::Outcome::alreadyRunning ||
         command == Command::quit) {
         return 0;
     }

@@ -22,8 +22,10 @@ MenuItem& append(Menu& menu, MenuItem item) {
 StatusMenu::StatusMenu(const Actions& actions) {
     append(entries_, {.title = "Chimewerk"});
     append(entries_, {});
-    append(entries_, {.title = "Open Dashboard", .action = actions.openDashboard, .keyEquivalent = "d"});
-    append(entries_, {.title = "Help & Troubleshooting", .action = actions.openHelp, .keyEquivalent = "?"});
+    append(entries_,
+           {.title = "Open Dashboard", .action = actions.openDashboard, .keyEquivalent = "d"});
+    append(entries_,
+           {.title = "Help & Troubleshooting", .action = actions.openHelp, .keyEquivalent = "?"});
     append(entries_, {});
     Menu& sensitivities = append(entries_, {.title = "Mic Sensitivity"}).submenu;
     for (const Sensitivity& level : kSensitivities) {

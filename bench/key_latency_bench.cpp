@@ -33,10 +33,11 @@ constexpr auto kQuiet = 900ms;
 class Keyboard {
 public:
     Keyboard() {
-        const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(server_.get())).data;
+        const xcb_screen_t* const screen =
+            xcb_setup_roots_iterator(xcb_get_setup(server_.get())).data;
         const xcb_window_t window = xcb_generate_id(server_.get());
-        xcb_create_window(server_.get(), XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 200, 100, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
+        xcb_create_window(server_.get(), XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 200, 100,
+                          0, XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
         xcb_map_window(server_.get(), window);
         xcb_flush(server_.get());
         std::this_thread::sleep_for(500ms);
@@ -75,10 +76,13 @@ struct Program {
 
 double quantile(std::vector<double> values, double q) {
     std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[static_cast<std::size_t>(q * static_cast<double>(values.size() - 1))];
+    return values.empty()
+               ? 0
+               : values[static_cast<std::size_t>(q * static_cast<double>(values.size() - 1))];
 }
 
-void press(Keyboard& keyboard, SinkRecorder& recorder, Program& program, std::vector<double>& into) {
+void press(Keyboard& keyboard, SinkRecorder& recorder, Program& program,
+           std::vector<double>& into) {
     const auto pressed = steady_clock::now();
     keyboard.press();
     if (const auto heard = recorder.waitForSound(pressed, kAudible, pressed + 1s)) {

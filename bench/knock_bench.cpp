@@ -45,7 +45,8 @@ void eachBuffer(benchmark::State& state, Analyse analyse) {
         analyse(samples.subspan(at, kFrames));
         at = at + 2 * kFrames <= samples.size() ? at + kFrames : 0;
     }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(kFrames * sizeof(float)));
+    state.SetBytesProcessed(state.iterations() *
+                            static_cast<std::int64_t>(kFrames * sizeof(float)));
 }
 
 void readOnly(benchmark::State& state) {

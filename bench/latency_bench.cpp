@@ -77,9 +77,11 @@ public:
         pa_stream* const stream = pa_stream_new(context, "bench", &kForm, nullptr);
         pa_stream_set_write_callback(stream, wanted, user);
         constexpr auto kChoice = static_cast<std::uint32_t>(-1);
-        const pa_buffer_attr buffer{kChoice, static_cast<std::uint32_t>(pa_usec_to_bytes(10000, &kForm)), 0,
+        const pa_buffer_attr buffer{kChoice,
+                                    static_cast<std::uint32_t>(pa_usec_to_bytes(10000, &kForm)), 0,
                                     kChoice, kChoice};
-        pa_stream_connect_playback(stream, nullptr, &buffer, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr);
+        pa_stream_connect_playback(stream, nullptr, &buffer, PA_STREAM_ADJUST_LATENCY, nullptr,
+                                   nullptr);
         return stream;
     }
 
@@ -111,7 +113,8 @@ private:
         const std::size_t count = std::min(block.size(), waiting_.size() - at_);
         std::copy_n(waiting_.begin() + static_cast<std::ptrdiff_t>(at_), count, block.begin());
         at_ += count;
-        pa_stream_write(stream, block.data(), block.size() * sizeof(float), nullptr, 0, PA_SEEK_RELATIVE);
+        pa_stream_write(stream, block.data(), block.size() * sizeof(float), nullptr, 0,
+                        PA_SEEK_RELATIVE);
     }
 
     std::string path_;
@@ -138,8 +141,8 @@ public:
             [](pa_stream* stream, std::size_t, void* user) {
                 auto& waiting = static_cast<NewStream*>(user)->waiting_;
                 if (!waiting.empty()) {
-                    pa_stream_write(stream, waiting.data(), waiting.size() * sizeof(float), nullptr, 0,
-                                    PA_SEEK_RELATIVE);
+                    pa_stream_write(stream, waiting.data(), waiting.size() * sizeof(float), nullptr,
+                                    0, PA_SEEK_RELATIVE);
                     waiting.clear();
                 }
             },
@@ -178,9 +181,9 @@ struct Result {
 
     double quantile(double q) {
         std::sort(milliseconds.begin(), milliseconds.end());
-        return milliseconds.empty()
-                   ? 0
-                   : milliseconds[static_cast<std::size_t>(q * static_cast<double>(milliseconds.size() - 1))];
+        return milliseconds.empty() ? 0
+                                    : milliseconds[static_cast<std::size_t>(
+                                          q * static_cast<double>(milliseconds.size() - 1))];
     }
 };
 
@@ -206,10 +209,11 @@ int run(const std::string& sink) {
     const std::string shortWav = folder / "short.wav";
     writeSoundFile(shortWav, std::vector<float>(2 * 14400, 0.5F));
     const std::string mp3 = folder / "long.mp3";
-    if (std::system(("ffmpeg -nostdin -v error -f lavfi -i 'sine=frequency=1000:duration=600' -af volume=4 "
-                     "-b:a 192k " +
-                     mp3)
-                        .c_str()) != 0) {
+    if (std::system(
+            ("ffmpeg -nostdin -v error -f lavfi -i 'sine=frequency=1000:duration=600' -af volume=4 "
+             "-b:a 192k " +
+             mp3)
+                .c_str()) != 0) {
         return 1;
     }
     SinkRecorder recorder(sink);
@@ -237,8 +241,9 @@ int run(const std::string& sink) {
     const double ours = results.front().quantile(0.5);
     std::printf("%-24s %9s %9s %9s %8s\n", "", "median", "90 %", "x ours", "unheard");
     for (Result& result : results) {
-        std::printf("%-24s %6.2f ms %6.2f ms %9.2f %8d\n", result.name.c_str(), result.quantile(0.5),
-                    result.quantile(0.9), result.quantile(0.5) / ours, result.unheard);
+        std::printf("%-24s %6.2f ms %6.2f ms %9.2f %8d\n", result.name.c_str(),
+                    result.quantile(0.5), result.quantile(0.9), result.quantile(0.5) / ours,
+                    result.unheard);
     }
     return 0;
 }

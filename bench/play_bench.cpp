@@ -41,14 +41,16 @@ private:
     Decoders decoders_{CHIMEWERK_MODULE_DIR};
 };
 
-void playAnEvent(benchmark::State& state, const std::string& eventId, const std::string& ownFile = {}) {
+void playAnEvent(benchmark::State& state, const std::string& eventId,
+                 const std::string& ownFile = {}) {
     VirtualMainQueue queue;
     NotificationCenter notifications;
     ServerlessSoundService service;
     const PosixFileSystem files;
     FakeDefaultsStore defaults;
     FakeFileManagerSounds fileManager;
-    SoundManager sounds(CHIMEWERK_SOUND_DIR, {queue, notifications, service, files, defaults, fileManager});
+    SoundManager sounds(CHIMEWERK_SOUND_DIR,
+                        {queue, notifications, service, files, defaults, fileManager});
     SoundEvent& event = *sounds.findEvent(eventId);
     event.isEnabled = true;
     event.soundPath = ownFile;

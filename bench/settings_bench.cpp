@@ -26,11 +26,12 @@ std::vector<CustomTheme> manyThemes() {
     for (int i = 0; i < kThemes; ++i) {
         ThemeSounds::Map sounds;
         for (const SoundEvent& event : factoryEvents()) {
-            sounds[event.id] =
-                "/home/somebody/.local/share/Chimewerk/" + event.id + "_" + std::to_string(i) + ".wav";
+            sounds[event.id] = "/home/somebody/.local/share/Chimewerk/" + event.id + "_" +
+                               std::to_string(i) + ".wav";
         }
-        themes.push_back(
-            {.id = randomUuid(), .name = "Theme " + std::to_string(i), .sounds = ThemeSounds(sounds)});
+        themes.push_back({.id = randomUuid(),
+                          .name = "Theme " + std::to_string(i),
+                          .sounds = ThemeSounds(sounds)});
     }
     return themes;
 }
@@ -56,7 +57,8 @@ private:
 double milliseconds(const std::function<void()>& work) {
     const auto begun = std::chrono::steady_clock::now();
     work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begun).count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begun)
+        .count();
 }
 
 /// The processor time of this thread, which other programs on the machine do not lengthen.
@@ -135,7 +137,8 @@ BENCHMARK_CAPTURE(changeAmongAThousandThemes, path,
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(changeAmongAThousandThemes, rename,
                   [](SoundManager& manager, int step) {
-                      manager.renameCustomTheme(manager.customThemes.back().id, std::to_string(step));
+                      manager.renameCustomTheme(manager.customThemes.back().id,
+                                                std::to_string(step));
                   })
     ->Iterations(200)
     ->Unit(benchmark::kMillisecond);

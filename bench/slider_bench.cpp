@@ -106,7 +106,8 @@ void dragAsFastAsScreensAreDrawn() {
 
     std::sort(costs.begin(), costs.end());
     std::printf(
-        "%d moves, 60 a second: %.2f ms of the processor each, stored and painted (90th percentile %.2f ms), "
+        "%d moves, 60 a second: %.2f ms of the processor each, stored and painted (90th percentile "
+        "%.2f ms), "
         "%d "
         "frames late\n",
         kMoves, costs[costs.size() / 2], costs[costs.size() * 9 / 10], late);

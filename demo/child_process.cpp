@@ -44,7 +44,8 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command) {
         arguments.push_back(word.data());
     }
     arguments.push_back(nullptr);
-    if (const int error = posix_spawnp(&pid_, arguments[0], nullptr, nullptr, arguments.data(), environ);
+    if (const int error =
+            posix_spawnp(&pid_, arguments[0], nullptr, nullptr, arguments.data(), environ);
         error != 0) {
         throw std::system_error(error, std::generic_category(), command[0]);
     }

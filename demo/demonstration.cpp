@@ -101,11 +101,13 @@ bool Demonstration::prepare() {
 bool Demonstration::startProgram() {
     running_ = std::make_unique<ChildProcess>(std::vector{program_});
     // It is ready when it has found the sound server.
-    const std::string ready = "pactl list clients 2>/dev/null | grep -q 'application.name = \"Chimewerk\"'";
+    const std::string ready =
+        "pactl list clients 2>/dev/null | grep -q 'application.name = \"Chimewerk\"'";
     const auto deadline = steady_clock::now() + 20s * patience();
     while (runShell(ready) != 0) {
         if (const auto status = running_->waitFor(50ms)) {
-            return fail("The program ended with status " + std::to_string(*status) + " before it was ready.");
+            return fail("The program ended with status " + std::to_string(*status) +
+                        " before it was ready.");
         }
         if (steady_clock::now() > deadline) {
             return fail("The program did not become ready.");
@@ -154,8 +156,8 @@ bool Demonstration::show(const DemoRow& row) {
     heard_ += row.event + std::string(" ");
     const SteadyTime end = *heard + 500ms;
     const bool whole = recorder_.waitUntilRecorded(end);
-    printRow(row,
-             heardText(std::chrono::round<milliseconds>(*heard - begun), recorder_.peakBetween(*heard, end)));
+    printRow(row, heardText(std::chrono::round<milliseconds>(*heard - begun),
+                            recorder_.peakBetween(*heard, end)));
     return whole;
 }
 

@@ -8,7 +8,8 @@ namespace {
 
 constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'not in fake-machine'";
 constexpr const char* kNeedsNetwork =
-    "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up network'";
+    "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up "
+    "network'";
 
 #define POWER_DAEMONS "\"" CHIMEWERK_MACHINE_DIR "/power-daemons\""
 constexpr const char* kStartPowerDaemons =
@@ -66,7 +67,10 @@ std::span<const DemoRow> demoRows() {
          .what = "the trash is emptied",
          .signal = "gio remove trash:///chimewerk-demo",
          .deadline = 3s},
-        {.event = "key_press", .what = "a key is pressed", .signal = "xdotool key a", .deadline = 1s},
+        {.event = "key_press",
+         .what = "a key is pressed",
+         .signal = "xdotool key a",
+         .deadline = 1s},
         {.event = "volume_up",
          .what = "the output gets louder",
          .signal = "pactl set-sink-volume speaker 100%",

@@ -58,7 +58,8 @@ public:
 /// kept nowhere. Main thread only.
 class KeyboardMonitor {
 public:
-    KeyboardMonitor(MainQueue& queue, KeySource& keys, PermissionPage& permissionPage, SoundManager& sounds);
+    KeyboardMonitor(MainQueue& queue, KeySource& keys, PermissionPage& permissionPage,
+                    SoundManager& sounds);
 
     /// The tap, while there is one.
     std::unique_ptr<KeyTap> tap;

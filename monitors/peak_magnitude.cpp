@@ -32,7 +32,8 @@ float peakMagnitude(std::span<const float> samples) {
         Floats block[kVectors];
         std::memcpy(block, samples.data(), sizeof block);
         for (std::size_t i = 0; i < kVectors; ++i) {
-            const auto magnitudes = reinterpret_cast<Floats>(reinterpret_cast<Bits>(block[i]) & kMagnitude);
+            const auto magnitudes =
+                reinterpret_cast<Floats>(reinterpret_cast<Bits>(block[i]) & kMagnitude);
             maxima[i] = magnitudes > maxima[i] ? magnitudes : maxima[i];
         }
     }

@@ -18,17 +18,19 @@ bool isOnBattery(const PowerSourceDescription& source) {
 }  // namespace
 
 void PowerEvents::setupLidDetection() {
-    deps_.system.registerHandler(lifeline_.guard([this](std::uint32_t messageType, std::intptr_t argument) {
-        handleSleepMessage(messageType, argument);
-    }));
+    deps_.system.registerHandler(
+        lifeline_.guard([this](std::uint32_t messageType, std::intptr_t argument) {
+            handleSleepMessage(messageType, argument);
+        }));
 }
 
 void PowerEvents::handleSleepMessage(std::uint32_t messageType, std::intptr_t argument) {
     switch (std::int64_t{messageType}) {
         case kIOPMSystemWillSleep:
             deps_.sounds.play("lid_close");
-            deps_.queue.postAfter(
-                kSleepDelay, lifeline_.guard([this, argument] { deps_.system.allowPowerChange(argument); }));
+            deps_.queue.postAfter(kSleepDelay, lifeline_.guard([this, argument] {
+                deps_.system.allowPowerChange(argument);
+            }));
             break;
         case kIOPMSystemWillPowerOn:
             break;

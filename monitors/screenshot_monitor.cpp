@@ -25,7 +25,8 @@ ScreenshotMonitor::ScreenshotMonitor(MainQueue& queue, FolderSource& source,
 void ScreenshotMonitor::start() {
     for (Folder& folder : folders_) {
         folder.knownFiles = shotsIn(folder);
-        folder.coalescer = std::make_unique<Coalescer>(queue_, kLatency, [this, &folder] { check(folder); });
+        folder.coalescer =
+            std::make_unique<Coalescer>(queue_, kLatency, [this, &folder] { check(folder); });
         folder.stream = source_.watch(folder.path, [&folder] { folder.coalescer->signal(); });
     }
 }

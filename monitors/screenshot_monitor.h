@@ -29,7 +29,8 @@ public:
     /// Calls `onChange` on the main thread soon after a name has come into `folder` or left it, and after the
     /// folder itself has come, gone or been replaced; it need not exist. Several changes may share a call,
     /// and a call may come without a change. Null when the folder cannot be watched at all.
-    virtual std::unique_ptr<Stream> watch(const std::string& folder, std::function<void()> onChange) = 0;
+    virtual std::unique_ptr<Stream> watch(const std::string& folder,
+                                          std::function<void()> onChange) = 0;
 };
 
 /// Notices new screenshot files in the folders where desktops put them. Main thread only.
@@ -37,7 +38,8 @@ class ScreenshotMonitor {
 public:
     /// `folders` are absolute paths. Each is judged by itself: a screenshot that is moved from one to the
     /// other is new there.
-    ScreenshotMonitor(MainQueue& queue, FolderSource& source, const std::vector<std::string>& folders);
+    ScreenshotMonitor(MainQueue& queue, FolderSource& source,
+                      const std::vector<std::string>& folders);
 
     /// A new screenshot file appeared: once per look at a folder, however many files there are.
     std::function<void()> onScreenshot;
@@ -56,7 +58,8 @@ private:
         std::string path;
         std::set<std::string> knownFiles = {};
         std::unique_ptr<Coalescer> coalescer = nullptr;
-        std::unique_ptr<FolderSource::Stream> stream = nullptr;  // ends before the coalescer that it signals
+        std::unique_ptr<FolderSource::Stream> stream =
+            nullptr;  // ends before the coalescer that it signals
     };
 
     static bool isShot(std::string_view name);

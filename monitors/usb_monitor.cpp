@@ -2,7 +2,8 @@
 
 namespace chimewerk {
 
-USBMonitor::USBMonitor(MainQueue& queue, UsbArrivalSource& devices) : queue_(queue), devices_(devices) {}
+USBMonitor::USBMonitor(MainQueue& queue, UsbArrivalSource& devices)
+    : queue_(queue), devices_(devices) {}
 
 void USBMonitor::start() {
     isSetup = devices_.open(lifeline_.guard([this] { devicesArrived(); }));

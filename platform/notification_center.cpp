@@ -5,7 +5,8 @@
 
 namespace chimewerk {
 
-NotificationCenter::Subscription NotificationCenter::observe(std::string_view name, Observer observer) {
+NotificationCenter::Subscription NotificationCenter::observe(std::string_view name,
+                                                             Observer observer) {
     auto shared = std::make_shared<Observer>(std::move(observer));
     observers_.emplace(std::string(name), shared);
     return Subscription(std::move(shared));

@@ -27,7 +27,8 @@ public:
     class Subscription {
     public:
         Subscription() = default;
-        explicit Subscription(std::shared_ptr<Observer> observer) : observer_(std::move(observer)) {}
+        explicit Subscription(std::shared_ptr<Observer> observer)
+            : observer_(std::move(observer)) {}
 
     private:
         std::shared_ptr<Observer> observer_;

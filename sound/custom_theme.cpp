@@ -20,8 +20,9 @@ CustomTheme decoded(const simdjson::dom::element& element) {
     for (const auto& [eventId, path] : entries) {
         sounds.insert_or_assign(bytesFromText(std::string(eventId)), text(path));
     }
-    return {
-        .id = text(element["id"]), .name = text(element["name"]), .sounds = ThemeSounds(std::move(sounds))};
+    return {.id = text(element["id"]),
+            .name = text(element["name"]),
+            .sounds = ThemeSounds(std::move(sounds))};
 }
 
 }  // namespace

@@ -27,8 +27,8 @@ CustomTheme* SoundManager::findCustomTheme(std::string_view id) {
 }
 
 const SoundEvent* SoundManager::findEvent(std::string_view id) const {
-    const auto found =
-        std::find_if(events.begin(), events.end(), [id](const SoundEvent& event) { return event.id == id; });
+    const auto found = std::find_if(events.begin(), events.end(),
+                                    [id](const SoundEvent& event) { return event.id == id; });
     return found == events.end() ? nullptr : &*found;
 }
 

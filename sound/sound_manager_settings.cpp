@@ -71,12 +71,13 @@ void SoundManager::save() {
     // Encoding a long list takes longer than the main thread may be held up.
     if (savedThemes_ != customThemes) {
         savedThemes_ = customThemes;
-        deps_.defaults.setData(kCustomThemesKey,
-                               [themes = customThemes] { return DefaultsData{encodeCustomThemes(themes)}; });
+        deps_.defaults.setData(kCustomThemesKey, [themes = customThemes] {
+            return DefaultsData{encodeCustomThemes(themes)};
+        });
     }
-    deps_.defaults.setObject(kActiveCustomThemeKey, activeCustomThemeID
-                                                        ? std::optional(DefaultsValue{*activeCustomThemeID})
-                                                        : std::nullopt);
+    deps_.defaults.setObject(
+        kActiveCustomThemeKey,
+        activeCustomThemeID ? std::optional(DefaultsValue{*activeCustomThemeID}) : std::nullopt);
 }
 
 void SoundManager::load() {

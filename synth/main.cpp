@@ -41,8 +41,8 @@ void writeEverything(const std::filesystem::path& folder) {
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::cerr
-            << "usage: chimewerk-synth FOLDER\nWrites every sound of the program into an existing folder.\n";
+        std::cerr << "usage: chimewerk-synth FOLDER\nWrites every sound of the program into an "
+                     "existing folder.\n";
         return 2;
     }
     try {

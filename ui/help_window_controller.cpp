@@ -83,7 +83,8 @@ QTextBlockFormat blockFormat(const HelpStyle& style, int spacingAbove) {
 void insertText(QTextCursor& cursor, const QString& text, const QTextCharFormat& format) {
     const std::u16string units = text.toStdU16String();
     for (const EmojiRun& run : emojiRuns(units)) {
-        cursor.insertText(QStringView(run.text).toString(), run.isEmoji ? inEmojiFont(format) : format);
+        cursor.insertText(QStringView(run.text).toString(),
+                          run.isEmoji ? inEmojiFont(format) : format);
     }
 }
 
@@ -188,8 +189,9 @@ void HelpWindowController::buildUI() {
     labels->addSpacing(5);
     labels->addWidget(heroLabel(QStringLiteral("Your Mac, but louder."), 15, QFont::Normal, 0.88));
     labels->addSpacing(6);
-    labels->addWidget(heroLabel(QStringLiteral("v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary"), 11,
-                                QFont::Normal, 0.65));
+    labels->addWidget(
+        heroLabel(QStringLiteral("v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary"), 11,
+                  QFont::Normal, 0.65));
     labels->addStretch();
 
     auto* const guide = new GuideView;
@@ -202,7 +204,8 @@ void HelpWindowController::buildUI() {
     guide->moveCursor(QTextCursor::Start);
 }
 
-QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::Weight weight, double alpha) {
+QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::Weight weight,
+                                        double alpha) {
     auto* const label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setFont(systemFont(size, weight));

@@ -31,7 +31,8 @@ private:
     /// Fills an empty document with the guide.
     static void buildContent(QTextDocument& document, const ColorScheme& look);
     /// A label of the header: white, `alpha` from 0 to 1, on one line.
-    static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight, double alpha = 1.0);
+    static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight,
+                             double alpha = 1.0);
 
     const std::unique_ptr<QWidget> window_;
 };

@@ -24,7 +24,8 @@ std::vector<float> peaksOf(std::span<const float> stereo) {
     constexpr std::size_t kSamples = Headroom::kBlock * kChannels;
     std::vector<float> peaks((stereo.size() + kSamples - 1) / kSamples);
     for (std::size_t i = 0; i < peaks.size(); ++i) {
-        const auto block = stereo.subspan(i * kSamples, std::min(kSamples, stereo.size() - i * kSamples));
+        const auto block =
+            stereo.subspan(i * kSamples, std::min(kSamples, stereo.size() - i * kSamples));
         float peak = 0.0F;
         for (const float sample : block) {
             peak = std::max(peak, std::fabs(sample));
@@ -102,7 +103,8 @@ void Headroom::fit(std::span<float> stereo, std::int64_t start, float ceiling) {
     if (*std::min_element(gains.begin(), gains.end()) < 1.0F) {
         smooth(gains);
         applyGains(stereo, gains);
-        std::transform(peaks.begin(), peaks.end(), gains.begin(), peaks.begin(), std::multiplies<>());
+        std::transform(peaks.begin(), peaks.end(), gains.begin(), peaks.begin(),
+                       std::multiplies<>());
     }
     reserve(begin, withSlack(peaks));
 }

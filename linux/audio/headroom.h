@@ -32,9 +32,12 @@ private:
     void forgetBefore(std::int64_t block);
     float levelAt(std::int64_t block) const;
     void reserve(std::int64_t begin, const std::vector<float>& levels);
-    float& level(std::int64_t block) { return levels_.at(static_cast<std::size_t>(block) % kHorizon); }
+    float& level(std::int64_t block) {
+        return levels_.at(static_cast<std::size_t>(block) % kHorizon);
+    }
 
-    std::array<float, kHorizon> levels_{};  // A ring, of which the entries from `first_` on are in use.
+    std::array<float, kHorizon>
+        levels_{};  // A ring, of which the entries from `first_` on are in use.
     std::int64_t first_ = 0;
 };
 

@@ -11,8 +11,8 @@ void OverflowMixer::add(std::uint64_t voice, std::vector<float> stereo, bool com
 }
 
 bool OverflowMixer::append(std::uint64_t voice, std::span<const float> stereo, bool complete) {
-    const auto found =
-        std::find_if(voices_.begin(), voices_.end(), [voice](const Voice& v) { return v.id == voice; });
+    const auto found = std::find_if(voices_.begin(), voices_.end(),
+                                    [voice](const Voice& v) { return v.id == voice; });
     if (found == voices_.end()) {
         return false;
     }
@@ -30,12 +30,13 @@ void OverflowMixer::mix(std::span<float> stereo) {
     for (Voice& voice : voices_) {
         const std::size_t count = std::min(stereo.size(), voice.stereo.size() - voice.mixed);
         std::transform(stereo.begin(), stereo.begin() + static_cast<std::ptrdiff_t>(count),
-                       voice.stereo.begin() + static_cast<std::ptrdiff_t>(voice.mixed), stereo.begin(),
-                       std::plus<>());
+                       voice.stereo.begin() + static_cast<std::ptrdiff_t>(voice.mixed),
+                       stereo.begin(), std::plus<>());
         voice.mixed += count;
     }
-    std::erase_if(voices_,
-                  [](const Voice& voice) { return voice.complete && voice.mixed == voice.stereo.size(); });
+    std::erase_if(voices_, [](const Voice& voice) {
+        return voice.complete && voice.mixed == voice.stereo.size();
+    });
 }
 
 std::size_t OverflowMixer::framesLeft(std::uint64_t voice) const {

@@ -17,7 +17,8 @@ public:
     TimeEvent(pa_mainloop_api& api, std::chrono::milliseconds delay, std::function<void()> job)
         : api_(api), job_(std::move(job)) {
         timeval when{};
-        pa_timeval_add(pa_gettimeofday(&when), static_cast<pa_usec_t>(delay.count()) * PA_USEC_PER_MSEC);
+        pa_timeval_add(pa_gettimeofday(&when),
+                       static_cast<pa_usec_t>(delay.count()) * PA_USEC_PER_MSEC);
         event_ = api_.time_new(&api_, &when, fire, this);
     }
     TimeEvent(const TimeEvent&) = delete;
@@ -96,7 +97,8 @@ void PulseConnection::reconnect() {
 
 std::unique_ptr<PulseConnection::Alarm> PulseConnection::after(std::chrono::milliseconds delay,
                                                                std::function<void()> job) {
-    return std::make_unique<TimeEvent>(*pa_threaded_mainloop_get_api(loop_.get()), delay, std::move(job));
+    return std::make_unique<TimeEvent>(*pa_threaded_mainloop_get_api(loop_.get()), delay,
+                                       std::move(job));
 }
 
 void PulseConnection::connect(pa_context_flags_t flags) {
@@ -105,14 +107,16 @@ void PulseConnection::connect(pa_context_flags_t flags) {
     pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Chimewerk");
     pa_proplist_sets(properties, PA_PROP_APPLICATION_ID, CHIMEWERK_ID);
     pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, CHIMEWERK_ID);
-    context_ = pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_.get()), nullptr, properties);
+    context_ = pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_.get()), nullptr,
+                                            properties);
     pa_proplist_free(properties);
     if (context_ == nullptr) {
         retryLater();
         return;
     }
     pa_context_set_state_callback(
-        context_, [](pa_context*, void* user) { static_cast<PulseConnection*>(user)->stateChanged(); }, this);
+        context_,
+        [](pa_context*, void* user) { static_cast<PulseConnection*>(user)->stateChanged(); }, this);
     pa_context_set_subscribe_callback(
         context_,
         [](pa_context*, pa_subscription_event_type_t news, std::uint32_t, void* user) {

@@ -71,7 +71,8 @@ public:
     };
     /// Runs `job` on the connection's thread, with its lock held, after `delay`. Lock held; the handle too is
     /// destroyed under the lock, or by the job itself.
-    [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay, std::function<void()> job);
+    [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,
+                                               std::function<void()> job);
 
 private:
     class TimeEvent;

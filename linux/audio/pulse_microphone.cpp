@@ -56,7 +56,8 @@ public:
         context_ = nullptr;
     }
     pa_subscription_mask_t subscriptionMask() const override {
-        return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SERVER);
+        return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE |
+                                                   PA_SUBSCRIPTION_MASK_SERVER);
     }
     void onServerEvent() override { question_.ask(); }
 
@@ -77,7 +78,9 @@ private:
     void askServer() {
         if (!question_.step(pa_context_get_server_info(
                 context_,
-                [](pa_context*, const pa_server_info* server, void* user) { self(user).serverTold(server); },
+                [](pa_context*, const pa_server_info* server, void* user) {
+                    self(user).serverTold(server);
+                },
                 this))) {
             question_.done();
         }
@@ -121,8 +124,9 @@ private:
         if (source_) {
             stream_ = std::make_unique<PulseRecordStream>(
                 *context_, *source_, frames_,
-                PulseRecordStream::Callbacks{.heard = [this](FirstChannel samples) { heard(samples); },
-                                             .ended = [this] { recordLater(); }});
+                PulseRecordStream::Callbacks{
+                    .heard = [this](FirstChannel samples) { heard(samples); },
+                    .ended = [this] { recordLater(); }});
         }
     }
     void recordLater() {

@@ -16,7 +16,8 @@ float asShown(pa_volume_t volume) {
 
 }  // namespace
 
-PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection) : connection_(connection) {
+PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection)
+    : connection_(connection) {
     connection_.add(*this);
 }
 
@@ -37,7 +38,8 @@ void PulseOutputVolumeSource::serverFound(pa_context& context) {
 }
 
 pa_subscription_mask_t PulseOutputVolumeSource::subscriptionMask() const {
-    return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER);
+    return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SINK |
+                                               PA_SUBSCRIPTION_MASK_SERVER);
 }
 
 void PulseOutputVolumeSource::serverLost() {
@@ -50,7 +52,9 @@ void PulseOutputVolumeSource::serverLost() {
 void PulseOutputVolumeSource::askServer() {
     if (!question_.step(pa_context_get_server_info(
             context_,
-            [](pa_context*, const pa_server_info* server, void* user) { self(user).serverTold(server); },
+            [](pa_context*, const pa_server_info* server, void* user) {
+                self(user).serverTold(server);
+            },
             this))) {
         question_.done();
     }

@@ -97,8 +97,9 @@ void PulsePlayer::start(Voice voice) {
         connection_.connectNow();
     } else {
         reclaimOverdue();
-        const auto idle = std::find_if(lanes_.begin(), lanes_.end(),
-                                       [](const Lane& lane) { return lane.state == Lane::State::idle; });
+        const auto idle = std::find_if(lanes_.begin(), lanes_.end(), [](const Lane& lane) {
+            return lane.state == Lane::State::idle;
+        });
         if (idle != lanes_.end()) {
             begin(*idle, std::move(voice));
             return;
@@ -117,10 +118,10 @@ void PulsePlayer::start(Voice voice) {
 
 void PulsePlayer::addLane() {
     Lane& lane = lanes_.emplace_back();
-    lane.stream =
-        std::make_unique<PulseStream>(*context_, kLatencyMilliseconds,
-                                      PulseStream::Callbacks{.ready = [this, &lane] { laneReady(lane); },
-                                                             .failed = [this, &lane] { laneFailed(lane); }});
+    lane.stream = std::make_unique<PulseStream>(
+        *context_, kLatencyMilliseconds,
+        PulseStream::Callbacks{.ready = [this, &lane] { laneReady(lane); },
+                               .failed = [this, &lane] { laneFailed(lane); }});
 }
 
 void PulsePlayer::laneReady(Lane& lane) {
@@ -149,8 +150,8 @@ void PulsePlayer::takeWaiting(Lane& lane) {
 void PulsePlayer::begin(Lane& lane, Voice voice) {
     lane.state = Lane::State::playing;
     lane.voice = std::move(voice);
-    const auto length = std::chrono::duration<double>(static_cast<double>(lane.voice.stereo.size()) /
-                                                      (kOutputChannels * kOutputRate));
+    const auto length = std::chrono::duration<double>(
+        static_cast<double>(lane.voice.stereo.size()) / (kOutputChannels * kOutputRate));
     lane.heardBy = Clock::now() + std::chrono::ceil<Clock::duration>(length);
     lane.voice.nextFrame = framesNow();
     fit(lane.voice, lane.voice.stereo);
@@ -185,15 +186,16 @@ void PulsePlayer::shrinkLater() {
     if (lanes_.size() <= kQuietLanes && !overflowStream_) {
         return;
     }
-    shrinking_ = connection_.after(std::chrono::milliseconds(kQuietBeforeShrinking), [this] { shrink(); });
+    shrinking_ =
+        connection_.after(std::chrono::milliseconds(kQuietBeforeShrinking), [this] { shrink(); });
 }
 
 /// Gives back what a burst of sounds has needed, once it is over.
 void PulsePlayer::shrink() {
-    const bool quiet = overflowState_ != OverflowState::feeding &&
-                       overflowState_ != OverflowState::draining &&
-                       std::all_of(lanes_.begin(), lanes_.end(),
-                                   [](const Lane& lane) { return lane.state == Lane::State::idle; });
+    const bool quiet =
+        overflowState_ != OverflowState::feeding && overflowState_ != OverflowState::draining &&
+        std::all_of(lanes_.begin(), lanes_.end(),
+                    [](const Lane& lane) { return lane.state == Lane::State::idle; });
     if (!quiet) {
         return;  // The end of the last sound calls again.
     }
@@ -206,7 +208,8 @@ void PulsePlayer::shrink() {
 }
 
 void PulsePlayer::startOverflow(Voice voice) {
-    constexpr std::int64_t kLatencyFrames = std::int64_t{kOverflowLatencyMilliseconds} * kOutputRate / 1000;
+    constexpr std::int64_t kLatencyFrames =
+        std::int64_t{kOverflowLatencyMilliseconds} * kOutputRate / 1000;
     voice.nextFrame = framesNow() + kLatencyFrames / 2;
     fit(voice, voice.stereo);
     overflow_.add(voice.id, std::exchange(voice.stereo, {}), voice.sound == nullptr);
@@ -278,22 +281,22 @@ void PulsePlayer::fit(Voice& voice, std::span<float> stereo) {
 /// Has the next part of a long sound decoded and delivered.
 void PulsePlayer::decodeNext(Voice& voice) {
     voice.decoding = true;
-    decoding_.post(
-        [this, id = voice.id, sound = voice.sound, volume = voice.volume](const std::stop_token& stop) {
-            std::vector<float> stereo(kPartFrames * kOutputChannels);
-            const std::size_t frames = sound->readRest(stereo);
-            stereo.resize(frames * kOutputChannels);
-            scale(stereo, volume);
-            if (!stop.stop_requested()) {
-                const PulseConnection::Lock lock(connection_);
-                deliver(id, stereo, frames < kPartFrames);
-            }
-        });
+    decoding_.post([this, id = voice.id, sound = voice.sound,
+                    volume = voice.volume](const std::stop_token& stop) {
+        std::vector<float> stereo(kPartFrames * kOutputChannels);
+        const std::size_t frames = sound->readRest(stereo);
+        stereo.resize(frames * kOutputChannels);
+        scale(stereo, volume);
+        if (!stop.stop_requested()) {
+            const PulseConnection::Lock lock(connection_);
+            deliver(id, stereo, frames < kPartFrames);
+        }
+    });
 }
 
 void PulsePlayer::deliver(std::uint64_t id, std::span<float> stereo, bool complete) {
-    const auto found =
-        std::find_if(lanes_.begin(), lanes_.end(), [id](const Lane& lane) { return lane.voice.id == id; });
+    const auto found = std::find_if(lanes_.begin(), lanes_.end(),
+                                    [id](const Lane& lane) { return lane.voice.id == id; });
     if (found == lanes_.end()) {
         deliverOverflow(id, stereo, complete);
         return;

@@ -27,15 +27,16 @@ pa_stream* makeStream(pa_context& context, const MicrophoneSource& source) {
     channels.map[0] = source.firstChannel;
     pa_proplist* const properties = pa_proplist_new();
     pa_proplist_sets(properties, PA_PROP_MEDIA_NAME, "Knock detection");
-    pa_stream* const stream = pa_stream_new_with_proplist(&context, nullptr, &form, &channels, properties);
+    pa_stream* const stream =
+        pa_stream_new_with_proplist(&context, nullptr, &form, &channels, properties);
     pa_proplist_free(properties);
     return stream;
 }
 
 }  // namespace
 
-PulseRecordStream::PulseRecordStream(pa_context& context, const MicrophoneSource& source, std::size_t frames,
-                                     Callbacks callbacks)
+PulseRecordStream::PulseRecordStream(pa_context& context, const MicrophoneSource& source,
+                                     std::size_t frames, Callbacks callbacks)
     : stream_(makeStream(context, source)), callbacks_(std::move(callbacks)) {
     if (stream_ == nullptr) {
         return;

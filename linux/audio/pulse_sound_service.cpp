@@ -23,7 +23,8 @@ private:
 
 }  // namespace
 
-PulseSoundService::PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder)
+PulseSoundService::PulseSoundService(const Decoders& decoders, PulsePlayer& player,
+                                     std::string alertFolder)
     : decoders_(decoders), player_(player), alertFolder_(std::move(alertFolder)) {}
 
 std::shared_ptr<Sound> PulseSoundService::soundFromFile(const std::string& path) {

@@ -46,8 +46,8 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
             this);
     }
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
-    const auto latency =
-        static_cast<std::uint32_t>(pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
+    const auto latency = static_cast<std::uint32_t>(
+        pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
     // Playing begins with the first frame that is there. Not with none at all, which `prebuf` 0 would mean:
     // the server would then never count the stream as run dry, would play silence in its stead and never call
     // it drained.
@@ -58,7 +58,8 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
                                 .fragsize = kServersChoice};
     pa_stream_connect_playback(
         stream_, nullptr, &buffer,
-        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY), nullptr, nullptr);
+        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY), nullptr,
+        nullptr);
 }
 
 PulseStream::~PulseStream() {
@@ -124,10 +125,13 @@ void PulseStream::askQueued(std::function<void(std::optional<std::int64_t> frame
     asking_.reset(pa_stream_update_timing_info(
         stream_,
         [](pa_stream* stream, int success, void* user) {
-            const pa_timing_info* const timing = success != 0 ? pa_stream_get_timing_info(stream) : nullptr;
+            const pa_timing_info* const timing =
+                success != 0 ? pa_stream_get_timing_info(stream) : nullptr;
             std::optional<std::int64_t> frames;
-            if (timing != nullptr && timing->write_index_corrupt == 0 && timing->read_index_corrupt == 0) {
-                frames = (timing->write_index - timing->read_index) / static_cast<std::int64_t>(kFrameSize);
+            if (timing != nullptr && timing->write_index_corrupt == 0 &&
+                timing->read_index_corrupt == 0) {
+                frames = (timing->write_index - timing->read_index) /
+                         static_cast<std::int64_t>(kFrameSize);
             }
             const auto answerTo = std::move(self(user).queuedAnswer_);
             answerTo(frames);

@@ -92,7 +92,8 @@ private:
 EpollMainQueue::EpollMainQueue()
     : epoll_(orThrow(epoll_create1(EPOLL_CLOEXEC), "epoll_create1")),
       wakeUp_(orThrow(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")),
-      alarm_(orThrow(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK), "timerfd_create")),
+      alarm_(
+          orThrow(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK), "timerfd_create")),
       nextKey_(kFirstWatch) {
     add(wakeUp_, kWakeUp);
     add(alarm_, kAlarm);
@@ -149,8 +150,8 @@ void EpollMainQueue::run() {
 
 void EpollMainQueue::dispatchWithin(int timeoutMilliseconds) {
     std::array<epoll_event, 16> events{};
-    const int count =
-        epoll_wait(epoll_.get(), events.data(), static_cast<int>(events.size()), timeoutMilliseconds);
+    const int count = epoll_wait(epoll_.get(), events.data(), static_cast<int>(events.size()),
+                                 timeoutMilliseconds);
     for (int i = 0; i < count && !quitting_; ++i) {
         const std::uint64_t key = events.at(static_cast<std::size_t>(i)).data.u64;
         if (key == kWakeUp) {
@@ -178,8 +179,8 @@ void EpollMainQueue::runPosted() {
 
 void EpollMainQueue::runDue() {
     drain(alarm_);
-    armedFor_ =
-        MonotonicTime::min();  // What is scheduled meanwhile need not move the alarm: it is set below.
+    armedFor_ = MonotonicTime::
+        min();  // What is scheduled meanwhile need not move the alarm: it is set below.
     const auto now = std::chrono::steady_clock::now();
     while (!delayed_.empty() && delayed_.begin()->first <= now) {
         const Job job = std::move(delayed_.extract(delayed_.begin()).mapped());

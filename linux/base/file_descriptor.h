@@ -9,7 +9,8 @@ class FileDescriptor {
 public:
     FileDescriptor() = default;
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-    FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : descriptor_(std::exchange(other.descriptor_, -1)) {}
     FileDescriptor& operator=(FileDescriptor&& other) noexcept {
         std::swap(descriptor_, other.descriptor_);
         return *this;

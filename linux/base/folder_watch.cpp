@@ -42,7 +42,8 @@ void FolderWatch::attach() {
     if (inotify_) {
         watch_ = queue_.watch(inotify_.get(), [this] { read(); });
         watchNearestAbove();
-        folder_ = add(path_);  // After the folder above is watched, so that no coming falls between the two.
+        folder_ = add(
+            path_);  // After the folder above is watched, so that no coming falls between the two.
     }
     if (!watch_ || (folder_ < 0 && nothingWillTell())) {
         retryLater();
@@ -90,8 +91,8 @@ void FolderWatch::read() {
             const char* const name = event.len > 0 ? buffer.data() + at + sizeof event : "";
             at += sizeof event + event.len;
             const bool ours = event.wd == folder_ || event.wd == above_;
-            stale = stale || (event.mask & IN_Q_OVERFLOW) != 0 || (ours && (event.mask & kGone) != 0) ||
-                    (event.wd == above_ && name == next_);
+            stale = stale || (event.mask & IN_Q_OVERFLOW) != 0 ||
+                    (ours && (event.mask & kGone) != 0) || (event.wd == above_ && name == next_);
             if (event.wd == folder_ && *name != '\0') {
                 notice_(name);
             }

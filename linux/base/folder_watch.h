@@ -31,7 +31,8 @@ public:
     };
 
     /// `path` is absolute. The queue outlives the watch.
-    FolderWatch(EpollMainQueue& queue, std::string path, Notice notice, Report report = Report::names);
+    FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
+                Report report = Report::names);
 
 private:
     void attach();

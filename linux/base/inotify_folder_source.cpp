@@ -13,7 +13,8 @@ namespace {
 class InotifyStream final : public FolderSource::Stream {
 public:
     InotifyStream(EpollMainQueue& queue, const std::string& folder, std::function<void()> onChange)
-        : watch_(queue, folder, [onChange = std::move(onChange)](std::string_view) { onChange(); }) {}
+        : watch_(queue, folder,
+                 [onChange = std::move(onChange)](std::string_view) { onChange(); }) {}
 
 private:
     FolderWatch watch_;

@@ -12,7 +12,8 @@ public:
     explicit InotifyFolderSource(EpollMainQueue& queue) : queue_(queue) {}
 
     std::vector<std::string> list(const std::string& folder) const override;
-    std::unique_ptr<Stream> watch(const std::string& folder, std::function<void()> onChange) override;
+    std::unique_ptr<Stream> watch(const std::string& folder,
+                                  std::function<void()> onChange) override;
 
 private:
     EpollMainQueue& queue_;

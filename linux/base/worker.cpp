@@ -22,7 +22,8 @@ void Worker::run(const std::stop_token& stop) {
         Job job;
         {
             std::unique_lock lock(lock_);
-            if (!added_.wait(lock, stop, [this] { return !jobs_.empty(); }) || stop.stop_requested()) {
+            if (!added_.wait(lock, stop, [this] { return !jobs_.empty(); }) ||
+                stop.stop_requested()) {
                 return;
             }
             job = std::move(jobs_.front());

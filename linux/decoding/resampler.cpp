@@ -44,7 +44,8 @@ struct Resampler::Filter {
 
     explicit Filter(double lowering) {
         // A multiple of 4, for the processor's sake.
-        taps = (static_cast<std::size_t>(std::ceil(static_cast<double>(kTaps) * lowering)) + 3) / 4 * 4;
+        taps = (static_cast<std::size_t>(std::ceil(static_cast<double>(kTaps) * lowering)) + 3) /
+               4 * 4;
         rows.resize((kPhases + 1) * taps);
         const double cutoff = kPassBand / lowering;
         const double half = static_cast<double>(taps) / 2;
@@ -52,10 +53,13 @@ struct Resampler::Filter {
         for (std::size_t phase = 0; phase <= kPhases; ++phase) {
             const std::span row(rows.data() + phase * taps, taps);
             for (std::size_t tap = 0; tap < taps; ++tap) {
-                const double x = static_cast<double>(tap) - (half - 1) - static_cast<double>(phase) / kPhases;
+                const double x =
+                    static_cast<double>(tap) - (half - 1) - static_cast<double>(phase) / kPhases;
                 const double edge = x / half;
                 const double window =
-                    std::fabs(edge) < 1 ? bessel0(kKaiserBeta * std::sqrt(1 - edge * edge)) / atCentre : 0;
+                    std::fabs(edge) < 1
+                        ? bessel0(kKaiserBeta * std::sqrt(1 - edge * edge)) / atCentre
+                        : 0;
                 row[tap] = static_cast<float>(sinc(x * cutoff) * window);
             }
             // Each row lets a level through as it is.
@@ -129,7 +133,8 @@ std::size_t Resampler::read(std::span<float> stereo) {
         float sumRight[4] = {};
         for (std::size_t tap = 0; tap < taps; tap += 4) {
             for (std::size_t lane = 0; lane < 4; ++lane) {
-                const float weight = first[tap + lane] + towardsNext * (next[tap + lane] - first[tap + lane]);
+                const float weight =
+                    first[tap + lane] + towardsNext * (next[tap + lane] - first[tap + lane]);
                 sumLeft[lane] += weight * left[tap + lane];
                 sumRight[lane] += weight * right[tap + lane];
             }

@@ -39,9 +39,9 @@ private:
     // The source, a side each, from the oldest frame on that a filter still reaches.
     std::vector<float> left_;
     std::vector<float> right_;
-    std::size_t begin_ = 0;    // Where the filter of the next frame begins in them.
-    long phase_ = 0;           // The next frame's place behind a source frame, in parts of 1 / `to_`.
-    std::size_t fed_ = 0;      // Frames of the source altogether.
+    std::size_t begin_ = 0;  // Where the filter of the next frame begins in them.
+    long phase_ = 0;         // The next frame's place behind a source frame, in parts of 1 / `to_`.
+    std::size_t fed_ = 0;    // Frames of the source altogether.
     std::size_t written_ = 0;  // Frames of the result altogether.
     bool ended_ = false;
 };

@@ -30,7 +30,9 @@ sf_count_t tell(void* user) {
 
 sf_count_t seek(sf_count_t offset, int whence, void* user) {
     Cursor& cursor = Cursor::of(user);
-    const sf_count_t base = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? cursor.position : cursor.size();
+    const sf_count_t base = whence == SEEK_SET   ? 0
+                            : whence == SEEK_CUR ? cursor.position
+                                                 : cursor.size();
     cursor.position = std::clamp<sf_count_t>(base + offset, 0, cursor.size());
     return cursor.position;
 }
@@ -40,7 +42,8 @@ sf_count_t readBytes(void* target, sf_count_t count, void* user) {
     const sf_count_t visible = static_cast<sf_count_t>(cursor.file.bytes.size()) - cursor.position;
     const sf_count_t size = std::clamp<sf_count_t>(count, 0, std::max<sf_count_t>(0, visible));
     if (size > 0) {
-        std::memcpy(target, cursor.file.bytes.data() + cursor.position, static_cast<std::size_t>(size));
+        std::memcpy(target, cursor.file.bytes.data() + cursor.position,
+                    static_cast<std::size_t>(size));
         cursor.position += size;
     }
     return size;

@@ -20,11 +20,13 @@ std::uint32_t load32(std::span<const std::byte> bytes, std::size_t at, ByteOrder
 }
 
 std::uint64_t load64(std::span<const std::byte> bytes, std::size_t at) {
-    return std::uint64_t{load32(bytes, at, ByteOrder::big)} << 32U | load32(bytes, at + 4, ByteOrder::big);
+    return std::uint64_t{load32(bytes, at, ByteOrder::big)} << 32U |
+           load32(bytes, at + 4, ByteOrder::big);
 }
 
 bool hasTag(std::span<const std::byte> bytes, std::size_t at, std::string_view tag) {
-    return at + tag.size() <= bytes.size() && std::memcmp(bytes.data() + at, tag.data(), tag.size()) == 0;
+    return at + tag.size() <= bytes.size() &&
+           std::memcmp(bytes.data() + at, tag.data(), tag.size()) == 0;
 }
 
 /// More chunks than this before the sound are not looked at.
@@ -33,7 +35,8 @@ constexpr int kMostChunks = 64;
 /// Follows the chunks of a RIFF or IFF file to the one that holds the samples, and tells whether that one
 /// runs past the file's end. Programs that wrote to a pipe left a length of zero or of about the most that
 /// can be said: such a file is whole.
-bool chunksAreTruncated(const ReadAt& readAt, std::uint64_t size, std::string_view samples, ByteOrder order) {
+bool chunksAreTruncated(const ReadAt& readAt, std::uint64_t size, std::string_view samples,
+                        ByteOrder order) {
     constexpr std::uint32_t kUnknownLength = 0x7FF00000;
     std::uint64_t at = 12;
     for (int i = 0; i < kMostChunks; ++i) {

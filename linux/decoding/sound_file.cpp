@@ -26,7 +26,8 @@ constexpr std::size_t kHeadFrames = kOutputRate / 5;
 std::unique_ptr<SoundFile> SoundFile::open(const Decoders& decoders, const std::string& path) {
     FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat status {};
-    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0) {
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size <= 0) {
         return nullptr;
     }
     const auto size = static_cast<std::uint64_t>(status.st_size);
@@ -46,7 +47,10 @@ SoundFile::SoundFile(const Decoders& decoders, FileDescriptor file, std::uint64_
 
 bool SoundFile::decodeHead() {
     container_ = inspectSoundContainer(
-        [this](std::uint64_t offset, std::span<std::byte> target) { return readAt(offset, target); }, size_);
+        [this](std::uint64_t offset, std::span<std::byte> target) {
+            return readAt(offset, target);
+        },
+        size_);
     if (container_.truncated) {
         return false;
     }
@@ -54,7 +58,8 @@ bool SoundFile::decodeHead() {
         container_.audioStart = 0;
     }
     for (const std::uint64_t beyondTags : {kFirstBytes, kMoreBytes, size_}) {
-        if (decodeHeadFrom(static_cast<std::size_t>(std::min(size_, container_.audioStart + beyondTags)))) {
+        if (decodeHeadFrom(
+                static_cast<std::size_t>(std::min(size_, container_.audioStart + beyondTags)))) {
             return !head_.empty();
         }
         if (wholeIsVisible()) {
@@ -70,7 +75,8 @@ bool SoundFile::decodeHeadFrom(std::size_t visible) {
         return false;
     }
     const double toldSeconds = reader_->decoder().seconds();
-    const bool isShort = wholeIsVisible() && toldSeconds * kOutputRate <= static_cast<double>(kShortFrames);
+    const bool isShort =
+        wholeIsVisible() && toldSeconds * kOutputRate <= static_cast<double>(kShortFrames);
     const std::size_t wanted = isShort ? kShortFrames + kHeadFrames : kHeadFrames;
     head_.resize(wanted * kOutputChannels);
     const std::size_t frames = reader_->read(head_);
@@ -153,8 +159,8 @@ bool SoundFile::readBytes(std::size_t count) {
 std::size_t SoundFile::readAt(std::uint64_t offset, std::span<std::byte> target) const {
     std::size_t done = 0;
     while (done < target.size()) {
-        const ssize_t got =
-            pread(file_.get(), target.data() + done, target.size() - done, static_cast<off_t>(offset + done));
+        const ssize_t got = pread(file_.get(), target.data() + done, target.size() - done,
+                                  static_cast<off_t>(offset + done));
         if (got == 0 || (got < 0 && errno != EINTR)) {
             break;
         }

@@ -23,8 +23,8 @@ constexpr const char* kInterface = "org.freedesktop.Application";
 constexpr const char* kActivationToken = "activation-token";
 constexpr const char* kStartupId = "desktop-startup-id";
 
-constexpr std::array<std::string_view, 3> kActions{SingleInstance::kOpenDashboard, SingleInstance::kOpenHelp,
-                                                   SingleInstance::kQuit};
+constexpr std::array<std::string_view, 3> kActions{
+    SingleInstance::kOpenDashboard, SingleInstance::kOpenHelp, SingleInstance::kQuit};
 
 std::string environmentText(const char* name) {
     const char* const text = std::getenv(name);
@@ -101,8 +101,9 @@ bool isAnswered(sd_bus* bus, sd_bus_message* call, std::uint64_t patience) {
     sd_bus_message* reply = nullptr;
     sd_bus_call(bus, call, patience, &error, &reply);
     const BusMessage owned(reply);
-    const bool nobody = sd_bus_error_has_names(&error, SD_BUS_ERROR_SERVICE_UNKNOWN,
-                                               SD_BUS_ERROR_NAME_HAS_NO_OWNER, SD_BUS_ERROR_NO_REPLY) != 0;
+    const bool nobody =
+        sd_bus_error_has_names(&error, SD_BUS_ERROR_SERVICE_UNKNOWN, SD_BUS_ERROR_NAME_HAS_NO_OWNER,
+                               SD_BUS_ERROR_NO_REPLY) != 0;
     sd_bus_error_free(&error);
     return !nobody;
 }
@@ -119,10 +120,11 @@ const sd_bus_vtable SingleInstance::kApplication[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD_WITH_NAMES("Activate", "a{sv}", SD_BUS_PARAM(platform_data), "", "", onActivate,
                              SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD_WITH_NAMES("Open", "asa{sv}", SD_BUS_PARAM(uris) SD_BUS_PARAM(platform_data), "", "",
-                             onOpen, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD_WITH_NAMES("Open", "asa{sv}", SD_BUS_PARAM(uris) SD_BUS_PARAM(platform_data), "",
+                             "", onOpen, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD_WITH_NAMES("ActivateAction", "sava{sv}",
-                             SD_BUS_PARAM(action_name) SD_BUS_PARAM(parameter) SD_BUS_PARAM(platform_data),
+                             SD_BUS_PARAM(action_name) SD_BUS_PARAM(parameter)
+                                 SD_BUS_PARAM(platform_data),
                              "", "", onActivateAction, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_VTABLE_END,
 };
@@ -186,7 +188,8 @@ BusMessage SingleInstance::makeCall(sd_bus* bus, const LaunchRequest& request) c
     sd_bus_message_new_method_call(bus, &call, id_.c_str(), path_.c_str(), kInterface,
                                    isAction ? "ActivateAction" : "Activate");
     BusMessage owned(call);
-    if (call == nullptr || (isAction && sd_bus_message_append(call, "sav", request.action.c_str(), 0) < 0) ||
+    if (call == nullptr ||
+        (isAction && sd_bus_message_append(call, "sav", request.action.c_str(), 0) < 0) ||
         sd_bus_message_open_container(call, 'a', "{sv}") < 0) {
         return nullptr;
     }
@@ -205,7 +208,8 @@ int SingleInstance::addObject(sd_bus* bus) {
 void SingleInstance::serve(sd_bus* bus) {
     addObject(bus);
     sd_bus_request_name_async(
-        bus, nullptr, id_.c_str(), 0, [](sd_bus_message*, void*, sd_bus_error*) { return 0; }, nullptr);
+        bus, nullptr, id_.c_str(), 0, [](sd_bus_message*, void*, sd_bus_error*) { return 0; },
+        nullptr);
 }
 
 /// Its platform data come next in the call.
@@ -232,8 +236,8 @@ int SingleInstance::onActivateAction(sd_bus_message* call, void* self, sd_bus_er
         return sd_bus_error_set_const(error, SD_BUS_ERROR_INVALID_ARGS, "There is no such action.");
     }
     sd_bus_message_skip(call, "av");
-    instance.queue_.post(
-        instance.lifeline_.guard([&instance, action = std::string(action), token = readToken(call)] {
+    instance.queue_.post(instance.lifeline_.guard(
+        [&instance, action = std::string(action), token = readToken(call)] {
             instance.callbacks_.onAction(action, token);
         }));
     return sd_bus_reply_method_return(call, "");

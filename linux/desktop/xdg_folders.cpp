@@ -23,7 +23,8 @@ std::string absoluteFromEnvironment(const char* name) {
 std::string homeFolder() {
     std::string home = absoluteFromEnvironment("HOME");
     if (home.empty()) {
-        if (const passwd* const entry = getpwuid(getuid()); entry != nullptr && entry->pw_dir != nullptr) {
+        if (const passwd* const entry = getpwuid(getuid());
+            entry != nullptr && entry->pw_dir != nullptr) {
             home = entry->pw_dir;
         }
     }

@@ -14,7 +14,8 @@ namespace chimewerk {
 /// comes back is seen at the next call. A machine without one has no brightness.
 class SysfsBacklightSource final : public BrightnessSource {
 public:
-    explicit SysfsBacklightSource(std::string folder = "/sys/class/backlight") : folder_(std::move(folder)) {}
+    explicit SysfsBacklightSource(std::string folder = "/sys/class/backlight")
+        : folder_(std::move(folder)) {}
 
     std::optional<float> brightness() override;
 

@@ -14,11 +14,13 @@ std::unique_ptr<KeySource> evdev(EpollMainQueue& queue, const SessionEnvironment
 }
 
 std::unique_ptr<KeySource> x11(EpollMainQueue& queue, const SessionEnvironment& environment) {
-    return environment.isX11() ? std::make_unique<X11KeySource>(queue, environment.display) : nullptr;
+    return environment.isX11() ? std::make_unique<X11KeySource>(queue, environment.display)
+                               : nullptr;
 }
 
 /// In order of preference. Null from one that cannot work in this kind of session.
-constexpr std::unique_ptr<KeySource> (*kWays[])(EpollMainQueue&, const SessionEnvironment&) = {evdev, x11};
+constexpr std::unique_ptr<KeySource> (*kWays[])(EpollMainQueue&, const SessionEnvironment&) = {
+    evdev, x11};
 
 }  // namespace
 

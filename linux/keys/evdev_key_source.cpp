@@ -42,7 +42,8 @@ public:
         if (access(path.c_str(), R_OK) != 0) {
             return nullptr;
         }
-        FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+        FileDescriptor descriptor(
+            ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
         libevdev* device = nullptr;
         if (!descriptor || libevdev_new_from_fd(descriptor.get(), &device) != 0) {
             return nullptr;
@@ -65,9 +66,11 @@ public:
         int status = 0;
         // After an overrun the kernel's queue goes on with the latest events; the lost ones are not worth a
         // sync.
-        while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >= 0) {
+        while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >=
+               0) {
             anything = true;
-            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY && event.value != 0) {
+            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY &&
+                event.value != 0) {
                 if (const auto keyCode = virtualKeyCode(event.code)) {
                     onKeyDown(*keyCode);
                 }
@@ -127,7 +130,8 @@ public:
         if (!plugging_) {
             // Before the first look, so that no keyboard comes in between.
             plugging_ = std::make_unique<FolderWatch>(
-                queue_, folder_, [this](std::string_view name) { devicesChanged(std::string(name)); },
+                queue_, folder_,
+                [this](std::string_view name) { devicesChanged(std::string(name)); },
                 FolderWatch::Report::namesAndPermissions);
         }
         hearAll();
@@ -206,7 +210,8 @@ bool EvdevKeySource::trusted() {
 }
 
 std::unique_ptr<KeyTap> EvdevKeySource::createTap(KeyTapCallbacks callbacks) {
-    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, std::move(callbacks)) : nullptr;
+    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, std::move(callbacks))
+                     : nullptr;
 }
 
 }  // namespace chimewerk

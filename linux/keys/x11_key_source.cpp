@@ -21,8 +21,8 @@ std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_win
     if (extension == nullptr || extension->present == 0) {
         return std::nullopt;
     }
-    const XcbReply<xcb_input_xi_query_version_reply_t> version(
-        xcb_input_xi_query_version_reply(server, xcb_input_xi_query_version(server, 2, 1), nullptr));
+    const XcbReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
+        server, xcb_input_xi_query_version(server, 2, 1), nullptr));
     if (!version || version->major_version < 2 ||
         (version->major_version == 2 && version->minor_version < 1)) {
         return std::nullopt;
@@ -32,8 +32,8 @@ std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_win
         std::uint32_t mask;
     } const wanted{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
                    XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE};
-    const XcbReply<xcb_generic_error_t> error(
-        xcb_request_check(server, xcb_input_xi_select_events_checked(server, root, 1, &wanted.head)));
+    const XcbReply<xcb_generic_error_t> error(xcb_request_check(
+        server, xcb_input_xi_select_events_checked(server, root, 1, &wanted.head)));
     return error ? std::nullopt : std::optional(extension->major_opcode);
 }
 
@@ -102,7 +102,8 @@ private:
     void repeat(std::uint8_t key) {
         xcb_connection_t* const server = link_.server();
         const XcbReply<xcb_query_keymap_reply_t> state(
-            server == nullptr ? nullptr : xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
+            server == nullptr ? nullptr
+                              : xcb_query_keymap_reply(server, xcb_query_keymap(server), nullptr));
         if (state && (state->keys[key / 8] >> (key % 8) & 1) != 0) {
             report(key);
         } else {
@@ -124,15 +125,16 @@ X11KeySource::X11KeySource(EpollMainQueue& queue, std::string display)
     : queue_(queue), display_(std::move(display)) {}
 
 bool X11KeySource::trusted() {
-    X11Link link(
-        queue_, display_,
-        {.onOpen = [](auto* server, auto root) { return subscribeToRawKeys(server, root).has_value(); },
-         .onEvent = [](const auto&) {}});
+    X11Link link(queue_, display_,
+                 {.onOpen = [](auto* server,
+                               auto root) { return subscribeToRawKeys(server, root).has_value(); },
+                  .onEvent = [](const auto&) {}});
     return link.openOnce();
 }
 
 std::unique_ptr<KeyTap> X11KeySource::createTap(KeyTapCallbacks callbacks) {
-    return trusted() ? std::make_unique<X11KeyTap>(queue_, display_, std::move(callbacks)) : nullptr;
+    return trusted() ? std::make_unique<X11KeyTap>(queue_, display_, std::move(callbacks))
+                     : nullptr;
 }
 
 }  // namespace chimewerk

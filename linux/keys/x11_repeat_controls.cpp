@@ -27,14 +27,15 @@ void X11RepeatControls::subscribe(xcb_connection_t* server) {
         xcb_xkb_use_extension_reply(server, xcb_xkb_use_extension(server, 1, 0), nullptr));
     if (use && use->supported != 0) {
         event_ = extension->first_event;
-        xcb_xkb_select_events(server, XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY, 0,
-                              XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY, 0, 0, nullptr);
+        xcb_xkb_select_events(server, XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY,
+                              0, XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY, 0, 0, nullptr);
     }
 }
 
 bool X11RepeatControls::haveChanged(const xcb_generic_event_t& event) const {
     // Which of the extension's events it is stands where others have their detail.
-    return event_ != 0 && (event.response_type & 0x7F) == event_ && event.pad0 == XCB_XKB_CONTROLS_NOTIFY;
+    return event_ != 0 && (event.response_type & 0x7F) == event_ &&
+           event.pad0 == XCB_XKB_CONTROLS_NOTIFY;
 }
 
 KeyRepeat::Settings X11RepeatControls::read(xcb_connection_t* server) const {
@@ -42,8 +43,8 @@ KeyRepeat::Settings X11RepeatControls::read(xcb_connection_t* server) const {
     if (event_ == 0) {
         return settings;
     }
-    const XcbReply<xcb_xkb_get_controls_reply_t> controls(
-        xcb_xkb_get_controls_reply(server, xcb_xkb_get_controls(server, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    const XcbReply<xcb_xkb_get_controls_reply_t> controls(xcb_xkb_get_controls_reply(
+        server, xcb_xkb_get_controls(server, XCB_XKB_ID_USE_CORE_KBD), nullptr));
     if (controls && (controls->enabledControls & XCB_XKB_BOOL_CTRL_REPEAT_KEYS) != 0) {
         settings.delay = std::chrono::milliseconds(controls->repeatDelay);
         settings.interval = std::chrono::milliseconds(controls->repeatInterval);

@@ -25,8 +25,8 @@ public:
         posix_spawnattr_setsigmask(&attributes, &signals);
         sigaddset(&signals, SIGPIPE);
         posix_spawnattr_setsigdefault(&attributes, &signals);
-        posix_spawnattr_setflags(&attributes,
-                                 POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        posix_spawnattr_setflags(
+            &attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
         posix_spawn_file_actions_init(&files);
         for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
             posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_RDWR, 0);
@@ -63,13 +63,14 @@ void XdgPermissionPage::show() {
     std::string page = file_;
     const std::array<char*, 3> arguments{program.data(), page.data(), nullptr};
     pid_t process = -1;
-    if (posix_spawnp(&process, program.c_str(), &start.files, &start.attributes, arguments.data(), environ) !=
-        0) {
+    if (posix_spawnp(&process, program.c_str(), &start.files, &start.attributes, arguments.data(),
+                     environ) != 0) {
         return;
     }
     const auto opener = running_.insert(
         running_.end(),
-        {.process = process, .end = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)))});
+        {.process = process,
+         .end = FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)))});
     opener->watch = queue_.watch(opener->end.get(), [this, opener] { reap(opener); });
 }
 

@@ -30,7 +30,8 @@ bool AppUnitLaunches::isLaunch(const std::string& unitName, Moment activeSince) 
         return false;
     }
     const bool sandbox = unit.launcher == kSandbox && last_.launcher != kSandbox &&
-                         unit.application == last_.application && activeSince - lastAt_ < kSandboxDelay;
+                         unit.application == last_.application &&
+                         activeSince - lastAt_ < kSandboxDelay;
     last_ = unit;
     lastAt_ = activeSince;
     return !sandbox;

@@ -9,7 +9,8 @@
 
 namespace chimewerk {
 
-DesktopAppLaunchSource::DesktopAppLaunchSource(EpollMainQueue& queue, SessionEnvironment environment)
+DesktopAppLaunchSource::DesktopAppLaunchSource(EpollMainQueue& queue,
+                                               SessionEnvironment environment)
     : queue_(queue), environment_(std::move(environment)) {}
 
 AppLaunchSource::Token DesktopAppLaunchSource::addObserver(std::function<void()> onLaunch) {

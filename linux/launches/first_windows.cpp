@@ -57,8 +57,9 @@ void FirstWindows::letGo(const std::vector<Window>& list) {
         --windowsOf_.at(entry.second);
         return true;
     });
-    std::erase_if(windowsOf_,
-                  [&](const auto& entry) { return entry.second == 0 && !deps_.lives(entry.first); });
+    std::erase_if(windowsOf_, [&](const auto& entry) {
+        return entry.second == 0 && !deps_.lives(entry.first);
+    });
 }
 
 }  // namespace chimewerk

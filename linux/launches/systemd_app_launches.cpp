@@ -21,8 +21,8 @@ struct FreeText {
 AppUnitLaunches::Moment now() {
     timespec time{};
     clock_gettime(CLOCK_MONOTONIC, &time);
-    return std::chrono::duration_cast<AppUnitLaunches::Moment>(std::chrono::seconds(time.tv_sec) +
-                                                               std::chrono::nanoseconds(time.tv_nsec));
+    return std::chrono::duration_cast<AppUnitLaunches::Moment>(
+        std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
 }
 
 }  // namespace
@@ -41,10 +41,10 @@ SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void
 }
 
 void SystemdAppLaunches::open(sd_bus* bus) {
-    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "JobRemoved", onJobRemoved,
-                              nullptr, this);
-    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "UnitRemoved", onUnitRemoved,
-                              nullptr, this);
+    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "JobRemoved",
+                              onJobRemoved, nullptr, this);
+    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "UnitRemoved",
+                              onUnitRemoved, nullptr, this);
     matchOwnerChanges(bus, kSystemd, onOwnerChanged, this);
     subscribe(bus);
 }
@@ -53,7 +53,8 @@ void SystemdAppLaunches::open(sd_bus* bus) {
 void SystemdAppLaunches::subscribe(sd_bus* bus) {
     launches_.begin(now());
     sd_bus_message* call = nullptr;
-    if (sd_bus_message_new_method_call(bus, &call, kSystemd, kManagerPath, kManager, "Subscribe") >= 0) {
+    if (sd_bus_message_new_method_call(bus, &call, kSystemd, kManagerPath, kManager, "Subscribe") >=
+        0) {
         const BusMessage owned(call);
         sd_bus_message_set_auto_start(call, 0);
         sd_bus_call_async(bus, nullptr, call, onSubscribed, this, 0);
@@ -61,11 +62,13 @@ void SystemdAppLaunches::subscribe(sd_bus* bus) {
 }
 
 int SystemdAppLaunches::onSubscribed(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
-    static_cast<SystemdAppLaunches*>(self)->hears_ = sd_bus_message_is_method_error(reply, nullptr) == 0;
+    static_cast<SystemdAppLaunches*>(self)->hears_ =
+        sd_bus_message_is_method_error(reply, nullptr) == 0;
     return 0;
 }
 
-int SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+int SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal, void* self,
+                                       sd_bus_error* /*error*/) {
     auto& launches = *static_cast<SystemdAppLaunches*>(self);
     const char* owner = nullptr;
     if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0) {
@@ -105,19 +108,22 @@ void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     const std::unique_ptr<char, FreeText> owned(path);
     std::unique_ptr<Question> question(new Question{*this, unitName});
     sd_bus_slot* slot = nullptr;
-    if (sd_bus_call_method_async(bus, &slot, kSystemd, path, "org.freedesktop.DBus.Properties", "Get",
-                                 onActiveSince, question.get(), "ss", "org.freedesktop.systemd1.Unit",
+    if (sd_bus_call_method_async(bus, &slot, kSystemd, path, "org.freedesktop.DBus.Properties",
+                                 "Get", onActiveSince, question.get(), "ss",
+                                 "org.freedesktop.systemd1.Unit",
                                  "ActiveEnterTimestampMonotonic") < 0) {
         return;
     }
     // The question lives as long as the bus waits for the answer.
-    sd_bus_slot_set_destroy_callback(slot, [](void* asked) { delete static_cast<Question*>(asked); });
+    sd_bus_slot_set_destroy_callback(slot,
+                                     [](void* asked) { delete static_cast<Question*>(asked); });
     static_cast<void>(question.release());
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
 }
 
-int SystemdAppLaunches::onActiveSince(sd_bus_message* reply, void* question, sd_bus_error* /*error*/) {
+int SystemdAppLaunches::onActiveSince(sd_bus_message* reply, void* question,
+                                      sd_bus_error* /*error*/) {
     const auto& asked = *static_cast<Question*>(question);
     std::uint64_t microseconds = 0;
     if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&

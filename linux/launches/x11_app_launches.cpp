@@ -27,20 +27,23 @@ using Values = std::vector<std::uint32_t>;
 /// The 32-bit values of a property: no values for one that is missing or of another kind, nothing at all when
 /// the window has gone.
 std::optional<Values> answer(xcb_connection_t* server, xcb_get_property_cookie_t question) {
-    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(server, question, nullptr));
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(server, question, nullptr));
     if (!reply) {
         return std::nullopt;
     }
     if (reply->format != 32) {
         return Values();
     }
-    const auto* const values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    const auto* const values =
+        static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     return Values(values, values + reply->value_len);
 }
 
 }  // namespace
 
-X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display, Callbacks callbacks)
+X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display,
+                               Callbacks callbacks)
     : callbacks_(std::move(callbacks)),
       firstWindows_({.factsAbout = [this](const auto& windows) { return factsAbout(windows); },
                      .lives = [this](FirstWindows::Owner owner) { return lives(owner); },
@@ -60,12 +63,16 @@ X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display
 
 bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
     const std::pair<std::string_view, xcb_atom_t Atoms::*> names[] = {
-        {"_NET_CLIENT_LIST", &Atoms::clientList},   {"_NET_WM_PID", &Atoms::pid},
-        {"WM_CLIENT_LEADER", &Atoms::leader},       {"_NET_WM_WINDOW_TYPE", &Atoms::type},
-        {"_NET_WM_WINDOW_TYPE_DOCK", &Atoms::dock}, {"_NET_WM_WINDOW_TYPE_DESKTOP", &Atoms::desktop}};
+        {"_NET_CLIENT_LIST", &Atoms::clientList},
+        {"_NET_WM_PID", &Atoms::pid},
+        {"WM_CLIENT_LEADER", &Atoms::leader},
+        {"_NET_WM_WINDOW_TYPE", &Atoms::type},
+        {"_NET_WM_WINDOW_TYPE_DOCK", &Atoms::dock},
+        {"_NET_WM_WINDOW_TYPE_DESKTOP", &Atoms::desktop}};
     std::array<xcb_intern_atom_cookie_t, std::size(names)> questions{};
     std::ranges::transform(names, questions.begin(), [&](const auto& name) {
-        return xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.first.size()), name.first.data());
+        return xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.first.size()),
+                               name.first.data());
     });
     for (std::size_t i = 0; i < questions.size(); ++i) {
         const XcbReply<xcb_intern_atom_reply_t> reply(
@@ -83,8 +90,8 @@ bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
 
 std::vector<FirstWindows::Window> X11AppLaunches::windows() const {
     constexpr std::uint32_t kMostWindows = 65536;
-    return answer(link_.server(),
-                  ask(link_.server(), link_.root(), atoms_.clientList, XCB_ATOM_WINDOW, kMostWindows))
+    return answer(link_.server(), ask(link_.server(), link_.root(), atoms_.clientList,
+                                      XCB_ATOM_WINDOW, kMostWindows))
         .value_or(Values());
 }
 
@@ -108,17 +115,18 @@ std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
             facts.emplace_back();
             continue;
         }
-        facts.push_back(
-            {.owner = pid->empty() ? ownerWithoutPid(windows[i]) : std::optional(kIsProcess | pid->front()),
-             .isForUser = std::ranges::find(*types, atoms_.dock) == types->end() &&
-                          std::ranges::find(*types, atoms_.desktop) == types->end()});
+        facts.push_back({.owner = pid->empty() ? ownerWithoutPid(windows[i])
+                                               : std::optional(kIsProcess | pid->front()),
+                         .isForUser = std::ranges::find(*types, atoms_.dock) == types->end() &&
+                                      std::ranges::find(*types, atoms_.desktop) == types->end()});
     }
     return facts;
 }
 
 /// The leader of the process's windows, which may know the process; else the part of the window's number that
 /// is the same for all windows of one process.
-std::optional<FirstWindows::Owner> X11AppLaunches::ownerWithoutPid(FirstWindows::Window window) const {
+std::optional<FirstWindows::Owner> X11AppLaunches::ownerWithoutPid(
+    FirstWindows::Window window) const {
     const auto leader =
         answer(link_.server(), ask(link_.server(), window, atoms_.leader, XCB_ATOM_WINDOW, 1));
     if (!leader) {
@@ -127,9 +135,10 @@ std::optional<FirstWindows::Owner> X11AppLaunches::ownerWithoutPid(FirstWindows:
     if (leader->empty()) {
         return window & ~xcb_get_setup(link_.server())->resource_id_mask;
     }
-    const auto pid =
-        answer(link_.server(), ask(link_.server(), leader->front(), atoms_.pid, XCB_ATOM_CARDINAL, 1));
-    return pid.value_or(Values()).empty() ? FirstWindows::Owner{leader->front()} : kIsProcess | pid->front();
+    const auto pid = answer(link_.server(),
+                            ask(link_.server(), leader->front(), atoms_.pid, XCB_ATOM_CARDINAL, 1));
+    return pid.value_or(Values()).empty() ? FirstWindows::Owner{leader->front()}
+                                          : kIsProcess | pid->front();
 }
 
 bool X11AppLaunches::lives(FirstWindows::Owner owner) const {

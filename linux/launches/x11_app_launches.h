@@ -35,7 +35,8 @@ private:
 
     bool open(xcb_connection_t* server, xcb_window_t root);
     std::vector<FirstWindows::Window> windows() const;
-    std::vector<FirstWindows::Facts> factsAbout(const std::vector<FirstWindows::Window>& windows) const;
+    std::vector<FirstWindows::Facts> factsAbout(
+        const std::vector<FirstWindows::Window>& windows) const;
     std::optional<FirstWindows::Owner> ownerWithoutPid(FirstWindows::Window window) const;
     bool lives(FirstWindows::Owner owner) const;
     void announce(FirstWindows::Owner owner) const;

@@ -21,7 +21,8 @@ constexpr std::array kWakeUps{
     WakeUp{.property = 0x0020'030E, .value = 100},  // Report interval, in milliseconds.
 };
 
-void setBits(std::span<std::uint8_t> bytes, std::size_t firstBit, unsigned bits, std::uint32_t value) {
+void setBits(std::span<std::uint8_t> bytes, std::size_t firstBit, unsigned bits,
+             std::uint32_t value) {
     for (std::size_t i = 0; i < bits; ++i) {
         const std::size_t bit = firstBit + i;
         const auto mask = static_cast<std::uint8_t>(1U << (bit % 8));
@@ -40,7 +41,8 @@ std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportD
 
 void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
     for (const WakeUp& wakeUp : kWakeUps) {
-        const auto feature = std::ranges::find(sensor.features, wakeUp.property, &HidFeature::usage);
+        const auto feature =
+            std::ranges::find(sensor.features, wakeUp.property, &HidFeature::usage);
         if (feature == sensor.features.end()) {
             continue;
         }
@@ -50,7 +52,8 @@ void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
         }
         const std::uint32_t first =
             feature->isChoice ? static_cast<std::uint32_t>(feature->logicalMinimum) : 0;
-        setBits(std::span(report).subspan(1), feature->firstBit, feature->bits, first + wakeUp.value);
+        setBits(std::span(report).subspan(1), feature->firstBit, feature->bits,
+                first + wakeUp.value);
         reports.write(report);
     }
 }

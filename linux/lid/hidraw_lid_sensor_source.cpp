@@ -32,7 +32,8 @@ struct Candidate {
 std::vector<Candidate> candidates() {
     std::vector<Candidate> found;
     for (const UdevDevice& device : udevDevices("hidraw")) {
-        const std::string descriptor = readSysfs(device.parentFolder + "/report_descriptor").value_or("");
+        const std::string descriptor =
+            readSysfs(device.parentFolder + "/report_descriptor").value_or("");
         const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
         if (auto sensor = findLidSensor(bytes)) {
             found.push_back({device.node, *std::move(sensor)});

@@ -47,15 +47,18 @@ std::optional<std::string> hingeChannel(const std::string& folder) {
     const std::vector<std::string> channels = angleChannels(folder);
     bool labelled = false;
     for (const std::string& channel : channels) {
-        const auto label = readSysfsLine(std::string(folder).append("/").append(channel).append("_label"));
+        const auto label =
+            readSysfsLine(std::string(folder).append("/").append(channel).append("_label"));
         if (label == "hinge") {
             return channel;
         }
         labelled |= label.has_value();
     }
     const std::string device = readSysfsLine(folder + "/name").value_or("");
-    const bool isHinge = device.find("hinge") != std::string::npos || device.find("lid") != std::string::npos;
-    return isHinge && !labelled && !channels.empty() ? std::optional(channels.front()) : std::nullopt;
+    const bool isHinge =
+        device.find("hinge") != std::string::npos || device.find("lid") != std::string::npos;
+    return isHinge && !labelled && !channels.empty() ? std::optional(channels.front())
+                                                     : std::nullopt;
 }
 
 /// A property of one channel, else the one that the device's angle channels share.
@@ -73,7 +76,8 @@ std::optional<IioHinge::Report> IioHinge::report(double raw) const {
         return std::nullopt;
     }
     const auto whole = static_cast<unsigned>(std::lround(degrees));
-    return Report{1, static_cast<std::uint8_t>(whole & 0xFFU), static_cast<std::uint8_t>(whole >> 8U)};
+    return Report{1, static_cast<std::uint8_t>(whole & 0xFFU),
+                  static_cast<std::uint8_t>(whole >> 8U)};
 }
 
 std::optional<IioHinge> findIioHinge() {
@@ -86,9 +90,10 @@ std::optional<IioHinge> findIioHinge() {
         if (access(raw.c_str(), R_OK) == 0) {
             // Scaled values are radians; a driver without a scale has degrees already.
             const auto scale = channelNumber(device.folder, *channel, "_scale");
-            return IioHinge{.rawPath = std::move(raw),
-                            .degreesPerUnit = scale ? *scale * kDegreesPerRadian : 1.0,
-                            .offset = channelNumber(device.folder, *channel, "_offset").value_or(0)};
+            return IioHinge{
+                .rawPath = std::move(raw),
+                .degreesPerUnit = scale ? *scale * kDegreesPerRadian : 1.0,
+                .offset = channelNumber(device.folder, *channel, "_offset").value_or(0)};
         }
     }
     return std::nullopt;
@@ -119,9 +124,9 @@ void IioLidSensorSource::readAngle() {
         return;  // The sensor is slow; it is asked again at a later look.
     }
     reading_ = true;
-    worker_.post([this, path = hinge_->rawPath, done = lifeline_.guard([this](std::optional<double> raw) {
-        take(raw);
-    })](const std::stop_token& stop) {
+    worker_.post([this, path = hinge_->rawPath,
+                  done = lifeline_.guard([this](std::optional<double> raw) { take(raw); })](
+                     const std::stop_token& stop) {
         const std::optional<double> raw = readSysfsNumber(path);
         if (!stop.stop_requested()) {
             queue_.post([done, raw]() mutable { done(raw); });
@@ -139,7 +144,8 @@ void IioLidSensorSource::take(std::optional<double> raw) {
             onReport_(*report);
         }
     } else if (access(hinge_->rawPath.c_str(), F_OK) != 0) {
-        const FoundHandler onFound = onFound_;  // Who wants to hear of it may open or close this source.
+        const FoundHandler onFound =
+            onFound_;  // Who wants to hear of it may open or close this source.
         close();
         onFound(false);
     }

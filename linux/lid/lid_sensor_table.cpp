@@ -24,9 +24,10 @@ bool LidSensorTable::open(ReportHandler onReport, FoundHandler onFound) {
     onReport_ = std::move(onReport);
     onFound_ = std::move(onFound);
     // Listening begins before looking, so that nothing can come in between unseen.
-    devices_ = UdevMonitor::open(
-        queue_, {{.subsystem = "hidraw", .deviceType = nullptr}, {.subsystem = "iio", .deviceType = nullptr}},
-        [this](std::span<const UdevEvent> /*events*/) { chooseAgain(); });
+    devices_ = UdevMonitor::open(queue_,
+                                 {{.subsystem = "hidraw", .deviceType = nullptr},
+                                  {.subsystem = "iio", .deviceType = nullptr}},
+                                 [this](std::span<const UdevEvent> /*events*/) { chooseAgain(); });
     found_ = choose();
     return found_;
 }

@@ -11,7 +11,8 @@ constexpr Seconds kRetryInterval{3.0};
 
 }  // namespace
 
-void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler, void* user) {
+void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler,
+                       void* user) {
     const std::string rule =
         "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
         "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg0='" +

@@ -30,7 +30,8 @@ using BusSlot = std::unique_ptr<sd_bus_slot, UnrefBusSlot>;
 
 /// Calls `handler` with each NameOwnerChanged of the bus that is about `name`: name, old owner, new owner, of
 /// which empty is none. Ends with the bus.
-void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler, void* user);
+void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler,
+                       void* user);
 
 /// A connection to a message bus that outlives the bus: when the bus goes away the link looks for it every 3
 /// s and opens anew. Calls and matches on it are sd-bus's own; they must not wait for answers. Main thread

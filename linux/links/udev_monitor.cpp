@@ -15,7 +15,8 @@ constexpr int kMaxEventsPerTurn = 256;
 
 }  // namespace
 
-std::unique_ptr<UdevMonitor> UdevMonitor::open(EpollMainQueue& queue, std::initializer_list<Filter> filters,
+std::unique_ptr<UdevMonitor> UdevMonitor::open(EpollMainQueue& queue,
+                                               std::initializer_list<Filter> filters,
                                                Handler handler) {
     UdevHandle udev(udev_new());
     UdevMonitorHandle monitor(udev ? udev_monitor_new_from_netlink(udev.get(), "udev") : nullptr);
@@ -34,8 +35,8 @@ std::unique_ptr<UdevMonitor> UdevMonitor::open(EpollMainQueue& queue, std::initi
     }
     std::unique_ptr<UdevMonitor> made(
         new UdevMonitor(std::move(udev), std::move(monitor), std::move(handler)));
-    made->watch_ =
-        queue.watch(udev_monitor_get_fd(made->monitor_.get()), [opened = made.get()] { opened->receive(); });
+    made->watch_ = queue.watch(udev_monitor_get_fd(made->monitor_.get()),
+                               [opened = made.get()] { opened->receive(); });
     return made->watch_ ? std::move(made) : nullptr;
 }
 
@@ -50,9 +51,9 @@ void UdevMonitor::receive() {
         const UdevDeviceHandle device(udev_monitor_receive_device(monitor_.get()));
         if (device) {
             const char* const action = udev_device_get_action(device.get());
-            events.push_back(
-                {.action = action == nullptr ? "" : action,
-                 .isRepeated = udev_device_get_property_value(device.get(), "SYNTH_UUID") != nullptr});
+            events.push_back({.action = action == nullptr ? "" : action,
+                              .isRepeated = udev_device_get_property_value(
+                                                device.get(), "SYNTH_UUID") != nullptr});
         } else if (errno == ENOBUFS) {
             lost = true;  // The kernel says so once, and goes on with what it has kept.
         } else {

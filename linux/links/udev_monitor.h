@@ -32,7 +32,8 @@ public:
     using Handler = std::function<void(std::span<const UdevEvent>)>;
 
     /// Hears the events of devices that any of `filters` fits. Null when they cannot be heard.
-    static std::unique_ptr<UdevMonitor> open(EpollMainQueue& queue, std::initializer_list<Filter> filters,
+    static std::unique_ptr<UdevMonitor> open(EpollMainQueue& queue,
+                                             std::initializer_list<Filter> filters,
                                              Handler handler);
 
 private:

@@ -68,7 +68,8 @@ void X11Link::handleEvents() {
         }
         callbacks_.onEvent(*event);
     }
-    if (server_ && (xcb_flush(server_.get()) <= 0 || xcb_connection_has_error(server_.get()) != 0)) {
+    if (server_ &&
+        (xcb_flush(server_.get()) <= 0 || xcb_connection_has_error(server_.get()) != 0)) {
         disconnect();
         if (callbacks_.onLost) {
             callbacks_.onLost();

@@ -20,13 +20,15 @@ NetlinkReply::State NetlinkReply::take(std::span<const std::byte> datagram, bool
             return State::failed;
         }
         if (header->nlmsg_seq == sequence_) {
-            const State state = takeMessage(header->nlmsg_type, header->nlmsg_flags,
-                                            datagram.first(header->nlmsg_len).subspan(sizeof *header));
+            const State state =
+                takeMessage(header->nlmsg_type, header->nlmsg_flags,
+                            datagram.first(header->nlmsg_len).subspan(sizeof *header));
             if (state != State::unfinished) {
                 return state;
             }
         }
-        datagram = datagram.subspan(std::min<std::size_t>(datagram.size(), NLMSG_ALIGN(header->nlmsg_len)));
+        datagram = datagram.subspan(
+            std::min<std::size_t>(datagram.size(), NLMSG_ALIGN(header->nlmsg_len)));
     }
     return cut ? State::failed : State::unfinished;
 }

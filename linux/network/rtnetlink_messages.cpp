@@ -27,7 +27,8 @@ void eachAttribute(Bytes bytes, Visit visit) {
         if (header->rta_len < sizeof *header || header->rta_len > bytes.size()) {
             return;
         }
-        visit(header->rta_type & NLA_TYPE_MASK, bytes.first(header->rta_len).subspan(sizeof *header));
+        visit(header->rta_type & NLA_TYPE_MASK,
+              bytes.first(header->rta_len).subspan(sizeof *header));
         bytes = bytes.subspan(std::min<std::size_t>(bytes.size(), RTA_ALIGN(header->rta_len)));
     }
 }
@@ -67,8 +68,8 @@ void appendMultipath(Bytes bytes, bool isDefault, std::vector<RouteHop>& hops) {
 
 bool isTunnelKind(std::string_view kind) {
     static constexpr auto kKinds =
-        std::to_array<std::string_view>({"gre", "gretap", "ip6gre", "ip6gretap", "ip6tnl", "ipip", "sit",
-                                         "tun", "vti", "vti6", "wireguard", "xfrm"});
+        std::to_array<std::string_view>({"gre", "gretap", "ip6gre", "ip6gretap", "ip6tnl", "ipip",
+                                         "sit", "tun", "vti", "vti6", "wireguard", "xfrm"});
     return std::ranges::find(kKinds, kind) != kKinds.end();
 }
 
@@ -114,20 +115,23 @@ std::optional<LinkState> readLink(std::span<const std::byte> message) {
     }
     // IFF_RUNNING is missing as long as a link with carrier waits for its log-in.
     constexpr unsigned kNeeded = IFF_UP | IFF_RUNNING | IFF_LOWER_UP;
-    LinkState state{.usable = (link->ifi_flags & (kNeeded | IFF_LOOPBACK)) == kNeeded, .isTunnel = false};
+    LinkState state{.usable = (link->ifi_flags & (kNeeded | IFF_LOOPBACK)) == kNeeded,
+                    .isTunnel = false};
     eachAttribute(message.subspan(std::min<std::size_t>(message.size(), NLMSG_ALIGN(sizeof *link))),
                   [&](int type, Bytes value) {
                       if (type != IFLA_LINKINFO) {
                           return;
                       }
                       eachAttribute(value, [&](int infoType, Bytes info) {
-                          state.isTunnel |= infoType == IFLA_INFO_KIND && isTunnelKind(readText(info));
+                          state.isTunnel |=
+                              infoType == IFLA_INFO_KIND && isTunnelKind(readText(info));
                       });
                   });
     return state;
 }
 
-bool leadsOut(std::span<const RouteHop> hops, const std::function<LinkState(std::uint32_t link)>& linkAt) {
+bool leadsOut(std::span<const RouteHop> hops,
+              const std::function<LinkState(std::uint32_t link)>& linkAt) {
     if (std::ranges::none_of(hops, &RouteHop::isDefault)) {
         return false;
     }

@@ -38,6 +38,7 @@ std::optional<LinkState> readLink(std::span<const std::byte> message);
 /// Whether these hops lead to the wider network: a default route through a link with carrier. A tunnel always
 /// claims to have one; a default route through it counts as long as another link leads to a router. `linkAt`
 /// is asked at most once for each link.
-bool leadsOut(std::span<const RouteHop> hops, const std::function<LinkState(std::uint32_t link)>& linkAt);
+bool leadsOut(std::span<const RouteHop> hops,
+              const std::function<LinkState(std::uint32_t link)>& linkAt);
 
 }  // namespace chimewerk

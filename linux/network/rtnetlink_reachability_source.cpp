@@ -30,7 +30,8 @@ struct LinkQuestion {
 };
 
 FileDescriptor openRouteSocket() {
-    FileDescriptor opened(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
+    FileDescriptor opened(
+        socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
     if (opened) {
         // Lets the kernel leave out what the question does not ask for; one that cannot is filtered here.
         const int on = 1;
@@ -121,11 +122,13 @@ NetlinkReply::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> 
                                                      const NetlinkReply::Visitor& visit) {
     NetlinkReply answer(sequence, visit);
     State state = State::failed;
-    if (send(socket_.get(), question.data(), question.size(), 0) == static_cast<ssize_t>(question.size())) {
+    if (send(socket_.get(), question.data(), question.size(), 0) ==
+        static_cast<ssize_t>(question.size())) {
         state = receive(answer);
     }
     if (state == State::failed || state == State::unfinished) {
-        socket_ = FileDescriptor();  // What is left in it, or still to come, belongs to no later question.
+        socket_ =
+            FileDescriptor();  // What is left in it, or still to come, belongs to no later question.
     }
     return state;
 }

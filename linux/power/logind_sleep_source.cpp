@@ -34,14 +34,15 @@ void LogindSleepSource::open(sd_bus* bus) {
 /// Asks logind for it, if there is a logind; it is not to be started for us.
 void LogindSleepSource::takeInhibitor(sd_bus* bus) {
     sd_bus_message* call = nullptr;
-    if (sd_bus_message_new_method_call(bus, &call, kLogind, kManagerPath, kManager, "Inhibit") < 0) {
+    if (sd_bus_message_new_method_call(bus, &call, kLogind, kManagerPath, kManager, "Inhibit") <
+        0) {
         return;
     }
     const BusMessage owned(call);
     sd_bus_message_set_auto_start(call, 0);
     sd_bus_slot* asking = nullptr;
-    if (sd_bus_message_append(call, "ssss", "sleep", "Chimewerk", "Plays the sound of the closing lid",
-                              "delay") >= 0 &&
+    if (sd_bus_message_append(call, "ssss", "sleep", "Chimewerk",
+                              "Plays the sound of the closing lid", "delay") >= 0 &&
         sd_bus_call_async(bus, &asking, call, onInhibited, this, 0) >= 0) {
         asking_.reset(asking);
     }
@@ -82,7 +83,8 @@ int LogindSleepSource::onOwnerChanged(sd_bus_message* signal, void* self, sd_bus
     return 0;
 }
 
-int LogindSleepSource::onPrepareForSleep(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+int LogindSleepSource::onPrepareForSleep(sd_bus_message* signal, void* self,
+                                         sd_bus_error* /*error*/) {
     auto& source = *static_cast<LogindSleepSource*>(self);
     int begins = 0;
     if (sd_bus_message_read(signal, "b", &begins) < 0) {

@@ -52,7 +52,8 @@ private:
 };
 
 UPowerPowerSources::UPowerPowerSources(EpollMainQueue& queue)
-    : queue_(queue), link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {}
+    : queue_(queue),
+      link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {}
 
 std::unique_ptr<PowerSources::Subscription> UPowerPowerSources::subscribe(Callbacks callbacks) {
     callbacks_ = std::move(callbacks);
@@ -83,8 +84,8 @@ void UPowerPowerSources::ask(sd_bus* bus) {
 BusSlot UPowerPowerSources::askFor(sd_bus* bus, const char* path, const char* interface,
                                    sd_bus_message_handler_t onAnswer) {
     sd_bus_slot* asking = nullptr;
-    sd_bus_call_method_async(bus, &asking, kUPower, path, kProperties, "GetAll", onAnswer, this, "s",
-                             interface);
+    sd_bus_call_method_async(bus, &asking, kUPower, path, kProperties, "GetAll", onAnswer, this,
+                             "s", interface);
     return BusSlot(asking);
 }
 
@@ -106,7 +107,8 @@ int UPowerPowerSources::onDevice(sd_bus_message* reply, void* self, sd_bus_error
     return 0;
 }
 
-int UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+int UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal, void* self,
+                                            sd_bus_error* /*error*/) {
     if (sd_bus_message_skip(signal, "s") >= 0) {
         static_cast<UPowerPowerSources*>(self)->take(signal);
     }
@@ -114,7 +116,8 @@ int UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal, void* self, 
 }
 
 /// While UPower is away nothing is asked, since that would start it.
-int UPowerPowerSources::onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+int UPowerPowerSources::onOwnerChanged(sd_bus_message* signal, void* self,
+                                       sd_bus_error* /*error*/) {
     const char* owner = nullptr;
     if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0 && *owner != '\0') {
         static_cast<UPowerPowerSources*>(self)->ask(sd_bus_message_get_bus(signal));

@@ -38,7 +38,8 @@ private:
 
     void open(sd_bus* bus);
     void ask(sd_bus* bus);
-    BusSlot askFor(sd_bus* bus, const char* path, const char* interface, sd_bus_message_handler_t onAnswer);
+    BusSlot askFor(sd_bus* bus, const char* path, const char* interface,
+                   sd_bus_message_handler_t onAnswer);
     void take(sd_bus_message* properties);
     void takeOne(sd_bus_message* properties);
     void lookLater();

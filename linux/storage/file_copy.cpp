@@ -43,8 +43,9 @@ ssize_t copyThroughMemory(int from, int to, std::vector<std::byte>& buffer) {
 
 /// What lies on the disk already need not be waited for at the end, when nobody can be asked to go on.
 void bringToTheDisk(int to, off64_t begin, off64_t count) {
-    sync_file_range(to, begin, count,
-                    SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+    sync_file_range(
+        to, begin, count,
+        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
 }
 
 }  // namespace

@@ -47,8 +47,8 @@ void JsonDefaultsStore::load() {
     if (contents.finding == SettingsFile::Finding::absent) {
         return;
     }
-    auto settings =
-        contents.finding == SettingsFile::Finding::text ? parseSettings(contents.text) : std::nullopt;
+    auto settings = contents.finding == SettingsFile::Finding::text ? parseSettings(contents.text)
+                                                                    : std::nullopt;
     if (!settings) {
         file_.setAside();
         return;
@@ -78,7 +78,8 @@ void JsonDefaultsStore::put(std::string_view key, std::shared_ptr<const Value> v
 
 std::optional<DefaultsValue> JsonDefaultsStore::object(std::string_view key) const {
     const auto found = values_.find(textFromBytes(std::string(key)));
-    return found == values_.end() ? std::nullopt : std::optional(valueFromJson(found->second->json()));
+    return found == values_.end() ? std::nullopt
+                                  : std::optional(valueFromJson(found->second->json()));
 }
 
 void JsonDefaultsStore::keepDamaged() {

@@ -33,7 +33,8 @@ nlohmann::json jsonFromNumber(double value) {
 nlohmann::json jsonFromDictionary(const DefaultsDictionary& dictionary) {
     auto object = nlohmann::json::object();
     for (const auto& [name, value] : dictionary) {
-        object.emplace(textFromBytes((name.starts_with('$') ? "$" : "") + name), jsonFromValue(value));
+        object.emplace(textFromBytes((name.starts_with('$') ? "$" : "") + name),
+                       jsonFromValue(value));
     }
     return object;
 }
@@ -45,7 +46,8 @@ DefaultsValue valueFromObject(const nlohmann::json& object) {
     DefaultsDictionary dictionary;
     for (const auto& [text, json] : object.items()) {
         const std::string name = bytesFromText(text);
-        dictionary.insert_or_assign(name.starts_with("$$") ? name.substr(1) : name, valueFromJson(json));
+        dictionary.insert_or_assign(name.starts_with("$$") ? name.substr(1) : name,
+                                    valueFromJson(json));
     }
     return {std::move(dictionary)};
 }

@@ -196,7 +196,8 @@ bool SettingsFile::takePlace(const std::string& temporary, const std::string& ta
     if (placed) {
         // The new name is on the disk once the folder is. A file system that cannot tell has done what it
         // can.
-        const FileDescriptor folder(open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        const FileDescriptor folder(
+            open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         static_cast<void>(fsync(folder.get()));
     }
     return placed;
@@ -249,8 +250,8 @@ void SettingsFile::removeLeftovers() const {
     for (fs::directory_iterator entry(folderOf(target), error), end; !error && entry != end;
          entry.increment(error)) {
         std::error_code ignored;
-        if (entry->path().filename().string().starts_with(prefix) && entry->is_regular_file(ignored) &&
-            entry->last_write_time(ignored) < oldest) {
+        if (entry->path().filename().string().starts_with(prefix) &&
+            entry->is_regular_file(ignored) && entry->last_write_time(ignored) < oldest) {
             fs::remove(entry->path(), ignored);
         }
     }

@@ -67,7 +67,8 @@ public:
         }
         UnfinishedFile::removeLeftovers(folder_);
         // Without waiting for a writer, in case it is a pipe.
-        const FileDescriptor file(open(chosen.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        const FileDescriptor file(
+            open(chosen.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         struct stat status {};
         if (const int why = whyNoFile(file, status); why != 0) {
             return {notCopied(why)};
@@ -76,7 +77,8 @@ public:
         if (isSameFile(destination, status)) {
             return {isSound(destination) ? added(destination) : notASound()};
         }
-        if (struct stat there{}; lstat(destination.c_str(), &there) == 0 && S_ISDIR(there.st_mode)) {
+        if (struct stat there{};
+            lstat(destination.c_str(), &there) == 0 && S_ISDIR(there.st_mode)) {
             return {notCopied(EISDIR)};
         }
         // A film need not be copied to find out that it is no sound.
@@ -92,7 +94,9 @@ private:
                status.st_ino == file.st_ino;
     }
 
-    bool isSound(const std::string& path) const { return SoundFile::open(decoders_, path) != nullptr; }
+    bool isSound(const std::string& path) const {
+        return SoundFile::open(decoders_, path) != nullptr;
+    }
 
     Prepared copy(const FileDescriptor& file, mode_t mode, const std::string& destination) const {
         std::error_code error;
@@ -152,7 +156,8 @@ private:
     const std::shared_ptr<State> state_ = std::make_shared<State>();
 };
 
-XdgSoundFolder::XdgSoundFolder(MainQueue& queue, const Decoders& decoders, const std::string& dataHome)
+XdgSoundFolder::XdgSoundFolder(MainQueue& queue, const Decoders& decoders,
+                               const std::string& dataHome)
     : queue_(queue), decoders_(decoders), folder_(dataHome.empty() ? "" : dataHome + "/Chimewerk") {
     if (!folder_.empty()) {
         UnfinishedFile::removeLeftovers(folder_);

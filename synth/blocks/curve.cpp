@@ -22,8 +22,9 @@ double rise(double now, double seconds) {
 }  // namespace
 
 Curve operator*(Curve left, Curve right) {
-    return Curve(
-        [left = std::move(left), right = std::move(right)](double now) { return left(now) * right(now); });
+    return Curve([left = std::move(left), right = std::move(right)](double now) {
+        return left(now) * right(now);
+    });
 }
 
 Curve glide(double from, double to, double seconds) {
@@ -64,7 +65,8 @@ Curve tremolo(double hertz, double depth) {
 
 Curve struck(double attack, double t60) {
     return Curve([=](double now) {
-        return rise(now, attack) * powerOfTwo(-kOctavesIn60Decibels * std::max(0.0, now - attack) / t60);
+        return rise(now, attack) *
+               powerOfTwo(-kOctavesIn60Decibels * std::max(0.0, now - attack) / t60);
     });
 }
 

@@ -39,7 +39,8 @@ private:
 // twice.
 double loudestPower(const Sound& sound) {
     constexpr std::size_t kWindow = 19200;
-    Biquad head(1.53512485958697, -2.69169618940638, 1.19839281085285, -1.69065929318241, 0.73248077421585);
+    Biquad head(1.53512485958697, -2.69169618940638, 1.19839281085285, -1.69065929318241,
+                0.73248077421585);
     Biquad body(1.0, -2.0, 1.0, -1.99004745483398, 0.99007225036621);
     std::vector<double> squares;
     double sum = 0.0;
@@ -71,7 +72,8 @@ Sound limited(Sound sound) {
 // Without the end that nobody hears any more.
 Sound trimmed(const Sound& sound, Role role) {
     const double inaudible = decibels(-54.0);
-    const auto shortest = static_cast<std::size_t>((role == Role::event ? 0.16 : 0.042) * kSampleRate);
+    const auto shortest =
+        static_cast<std::size_t>((role == Role::event ? 0.16 : 0.042) * kSampleRate);
     std::size_t length = sound.size();
     while (length > shortest && std::abs(sound[length - 1]) < inaudible) {
         --length;
@@ -89,7 +91,8 @@ Sound withCleanEdges(const Sound& sound, Role role) {
 std::vector<std::int16_t> mastered(const Sound& sound, Role role) {
     const Sound clean = withCleanEdges(sound.normalised(), role);
     // -0.691 is the standard's offset: a full-scale sine of 997 Hz in one channel then measures -3.01.
-    const double wanted = decibels(2.0 * ((role == Role::event ? kEventLoudness : kKeyLoudness) + 0.691));
+    const double wanted =
+        decibels(2.0 * ((role == Role::event ? kEventLoudness : kKeyLoudness) + 0.691));
     double gain = 1.0;
     Sound loud = clean;
     for (int pass = 0; pass < 12; ++pass) {

@@ -54,14 +54,16 @@ Body resized(Body body, double pitch, double ringing) {
     return body;
 }
 
-Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack) {
+Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials,
+                     double attack) {
     Body body;
     for (const Partial& partial : partials) {
         body.push_back({hertz * partial.ratio, partial.t60, partial.level});
     }
     Sound impulse(1.0 / kSampleRate);
     impulse[0] = 1.0;
-    return driven(body, impulse, seconds).lasting(seconds) * breathed(attack, seconds, 1.0 / kSampleRate);
+    return driven(body, impulse, seconds).lasting(seconds) *
+           breathed(attack, seconds, 1.0 / kSampleRate);
 }
 
 }  // namespace chimewerk::synth

@@ -35,6 +35,7 @@ struct Partial {
 };
 
 /// All partials struck at once, up within `attack` seconds. Those beyond hearing are left out.
-Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials, double attack);
+Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials,
+                     double attack);
 
 }  // namespace chimewerk::synth

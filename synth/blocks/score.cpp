@@ -13,7 +13,8 @@ double operator""_hz(const char* name, std::size_t length) {
     constexpr std::string_view kOctave = "C D EF G A B";
     const std::string_view text(name, length);
     const std::size_t letter = text.empty() ? std::string_view::npos : kOctave.find(text.front());
-    if (letter == std::string_view::npos || text.size() < 2 || text.back() < '0' || text.back() > '9') {
+    if (letter == std::string_view::npos || text.size() < 2 || text.back() < '0' ||
+        text.back() > '9') {
         throw std::invalid_argument("no note: " + std::string(text));
     }
     int semitone = static_cast<int>(letter) + 12 * (text.back() - '0');

@@ -17,8 +17,9 @@ Sound mallet(double hertz) {
 
 Sound bell(double hertz) {
     const std::vector<Partial> partials = {
-        {0.5, 0.18, 1.1},  {1.0, 1.0, 1.25},  {1.0023, 0.35, 1.0}, {1.5, 0.1, 0.7},    {2.0, 0.42, 0.85},
-        {2.52, 0.14, 0.5}, {3.01, 0.2, 0.42}, {4.12, 0.12, 0.26},  {5.43, 0.08, 0.16}, {6.79, 0.05, 0.09}};
+        {0.5, 0.18, 1.1},   {1.0, 1.0, 1.25},  {1.0023, 0.35, 1.0}, {1.5, 0.1, 0.7},
+        {2.0, 0.42, 0.85},  {2.52, 0.14, 0.5}, {3.01, 0.2, 0.42},   {4.12, 0.12, 0.26},
+        {5.43, 0.08, 0.16}, {6.79, 0.05, 0.09}};
     return struckPartials(0.8, hertz, partials, 0.0012) + mallet(3.0 * hertz) * 0.25;
 }
 
@@ -46,8 +47,9 @@ Sound slap() {
 }
 
 Sound lidOpen() {
-    return ending(play(bell, {{0.0, "F4"_hz, 0.8}, {0.1, "A4"_hz, 0.8}, {0.2, "C5"_hz, 0.9}, {0.3, "F5"_hz}}),
-                  1.1);
+    return ending(
+        play(bell, {{0.0, "F4"_hz, 0.8}, {0.1, "A4"_hz, 0.8}, {0.2, "C5"_hz, 0.9}, {0.3, "F5"_hz}}),
+        1.1);
 }
 
 Sound lidClose() {
@@ -59,8 +61,9 @@ Sound lidAngle() {
 }
 
 Sound chargerConnect() {
-    return ending(play(bell, {{0.0, "C5"_hz, 0.7}, {0.09, "G5"_hz}}) + after(0.18, chime("E6"_hz) * 0.6),
-                  0.9);
+    return ending(
+        play(bell, {{0.0, "C5"_hz, 0.7}, {0.09, "G5"_hz}}) + after(0.18, chime("E6"_hz) * 0.6),
+        0.9);
 }
 
 Sound chargerDisconnect() {
@@ -84,7 +87,8 @@ Sound volumeDown() {
 }
 
 Sound screenshot() {
-    const Body camera = {{640, 0.03, 0.6}, {1850, 0.03, 0.8}, {3300, 0.025, 0.7}, {5200, 0.02, 0.4}};
+    const Body camera = {
+        {640, 0.03, 0.6}, {1850, 0.03, 0.8}, {3300, 0.025, 0.7}, {5200, 0.02, 0.4}};
     Sound shutter = driven(camera, blow(0.4), 0.08);
     shutter.add(0.085, driven(resized(camera, 0.8), blow(0.6), 0.08), 1.3);
     return ending(shutter + after(0.09, chime("A5"_hz) * 0.12), 0.36);
@@ -97,7 +101,8 @@ Sound appLaunch() {
 }
 
 Sound trashEmpty() {
-    const Sound sweep = bandPass(noise(0.5, 42), glide(3800, 420, 0.45), 1.4) * breathed(0.01, 0.5, 0.3);
+    const Sound sweep =
+        bandPass(noise(0.5, 42), glide(3800, 420, 0.45), 1.4) * breathed(0.01, 0.5, 0.3);
     return ending(sweep * 0.9 + play(bar, {{0.0, "G5"_hz, 0.4},
                                            {0.09, "D5"_hz, 0.5},
                                            {0.18, "Bb4"_hz, 0.5},
@@ -112,8 +117,9 @@ Sound trashAdd() {
 }
 
 Sound networkUp() {
-    return ending(
-        play(chime, {{0.0, "F5"_hz, 0.8}, {0.1, "Bb5"_hz, 0.8}, {0.2, "F6"_hz}}) + bell("F4"_hz) * 0.3, 0.75);
+    return ending(play(chime, {{0.0, "F5"_hz, 0.8}, {0.1, "Bb5"_hz, 0.8}, {0.2, "F6"_hz}}) +
+                      bell("F4"_hz) * 0.3,
+                  0.75);
 }
 
 Sound networkDown() {

@@ -15,12 +15,14 @@ using namespace synth;
 
 // A volume register counted down from 15 to 0.
 Curve countdown(double seconds) {
-    return Curve([=](double now) { return std::max(0.0, std::ceil(15.0 * (1.0 - now / seconds)) / 15.0); });
+    return Curve(
+        [=](double now) { return std::max(0.0, std::ceil(15.0 * (1.0 - now / seconds)) / 15.0); });
 }
 
 // Held at full volume and then counted down.
 Curve held(double hold, double fall) {
-    return Curve([=, down = countdown(fall)](double now) { return now < hold ? 1.0 : down(now - hold); });
+    return Curve(
+        [=, down = countdown(fall)](double now) { return now < hold ? 1.0 : down(now - hold); });
 }
 
 Sound pulse(const Curve& hertz, double duty, double seconds) {
@@ -43,7 +45,8 @@ Sound clank(const Curve& hertz, double seconds) {
 Sound arpeggio(std::vector<double> notes, double each, double fall) {
     const double run = each * static_cast<double>(notes.size());
     const double seconds = run + fall;
-    return pulseTone(seconds, steps(std::move(notes), each), steps({0.125, 0.25, 0.5, 0.25}, run / 3.0)) *
+    return pulseTone(seconds, steps(std::move(notes), each),
+                     steps({0.125, 0.25, 0.5, 0.25}, run / 3.0)) *
            held(run, fall);
 }
 
@@ -81,12 +84,14 @@ Sound chargerDisconnect() {
 }
 
 Sound brightnessUp() {
-    return pulseTone(0.26, steps({"G5"_hz, "B5"_hz, "D6"_hz}, 0.05), steps({0.5, 0.25, 0.125}, 0.05)) *
+    return pulseTone(0.26, steps({"G5"_hz, "B5"_hz, "D6"_hz}, 0.05),
+                     steps({0.5, 0.25, 0.125}, 0.05)) *
            held(0.1, 0.16);
 }
 
 Sound brightnessDown() {
-    return pulseTone(0.26, steps({"D6"_hz, "B5"_hz, "G5"_hz}, 0.05), steps({0.125, 0.25, 0.5}, 0.05)) *
+    return pulseTone(0.26, steps({"D6"_hz, "B5"_hz, "G5"_hz}, 0.05),
+                     steps({0.125, 0.25, 0.5}, 0.05)) *
            held(0.1, 0.16);
 }
 
@@ -131,14 +136,14 @@ Sound beep(double hertz) {
 }
 
 Sound networkUp() {
-    const Sound dial =
-        play(beep, {{0.0, "D5"_hz}, {0.07, "G5"_hz}, {0.14, "C6"_hz}, {0.28, "D6"_hz}, {0.35, "G6"_hz}});
+    const Sound dial = play(
+        beep, {{0.0, "D5"_hz}, {0.07, "G5"_hz}, {0.14, "C6"_hz}, {0.28, "D6"_hz}, {0.35, "G6"_hz}});
     return dial + after(0.36, pulse("G6"_hz, 0.25, 0.35));
 }
 
 Sound networkDown() {
-    const Sound dial =
-        play(beep, {{0.0, "G6"_hz}, {0.07, "D6"_hz}, {0.14, "C6"_hz}, {0.28, "G5"_hz}, {0.35, "D5"_hz}});
+    const Sound dial = play(
+        beep, {{0.0, "G6"_hz}, {0.07, "D6"_hz}, {0.14, "C6"_hz}, {0.28, "G5"_hz}, {0.35, "D5"_hz}});
     return dial + after(0.38, pulse("D5"_hz, 0.125, 0.25) * 0.6) +
            after(0.42, bass(glide("D4"_hz, "D2"_hz, 0.2), 0.28));
 }

@@ -28,7 +28,8 @@ std::vector<Partial> stringPartials(double hertz, double force) {
     const double felt = 1400.0 + 2600.0 * force;
     for (int n = 1; n <= 24 && n * hertz < 14000.0; ++n) {
         const double frequency = n * hertz;
-        const double level = std::abs(sine(n / 16.0)) / (n * (1.0 + frequency * frequency / (felt * felt)));
+        const double level =
+            std::abs(sine(n / 16.0)) / (n * (1.0 + frequency * frequency / (felt * felt)));
         const double prompt = 1.6 / (1.0 + frequency / 900.0) + 0.12;
         partials.push_back({stretch(n, hertz) * 0.9996, 0.85 * level, prompt});
         partials.push_back({stretch(n, hertz) * 1.0005, 0.25 * level, 3.5 * prompt});
@@ -39,12 +40,14 @@ std::vector<Partial> stringPartials(double hertz, double force) {
 // The thump of key and action that comes with each note, and the felt itself.
 Sound hammer(double hertz, double force) {
     const Body action = {{95, 0.08, 1.0}, {185, 0.06, 0.8}, {310, 0.04, 0.5}, {520, 0.03, 0.3}};
-    const Sound felt = bandPass(noise(0.03, 61), std::min(5000.0, 4.0 * hertz), 0.8) * struck(0.0008, 0.025);
+    const Sound felt =
+        bandPass(noise(0.03, 61), std::min(5000.0, 4.0 * hertz), 0.8) * struck(0.0008, 0.025);
     return driven(action, blow(1.8), 0.1) * 0.1 + felt * (0.3 * force);
 }
 
 Sound string(double hertz, double force, double seconds) {
-    const Sound tone = struckPartials(seconds, hertz, stringPartials(hertz, force), 0.0015 + 0.3 / hertz);
+    const Sound tone =
+        struckPartials(seconds, hertz, stringPartials(hertz, force), 0.0015 + 0.3 / hertz);
     return (tone + hammer(hertz, force) * 0.5) * (0.5 + 0.5 * force);
 }
 
@@ -75,7 +78,8 @@ Sound withPedal(const Sound& sound, double seconds) {
     for (int key = -17; key <= 24; ++key) {
         strings.push_back({262.0 * semitones(key), 1.6, 2.0e-5});
     }
-    return inRoom(sound + driven(strings, sound, 0.2) * 0.5, 0.12, 0.5, 0.05).damped(seconds, 0.4 * seconds);
+    return inRoom(sound + driven(strings, sound, 0.2) * 0.5, 0.12, 0.5, 0.05)
+        .damped(seconds, 0.4 * seconds);
 }
 
 Sound withoutPedal(const Sound& sound, double seconds) {
@@ -84,48 +88,55 @@ Sound withoutPedal(const Sound& sound, double seconds) {
 
 Sound slap() {
     return withoutPedal(
-        play(loudNote, {{0.0, "C2"_hz, 0.8}, {0.0, "G2"_hz, 0.6}, {0.0, "C3"_hz, 0.7}, {0.0, "G4"_hz, 0.4}}) +
+        play(loudNote,
+             {{0.0, "C2"_hz, 0.8}, {0.0, "G2"_hz, 0.6}, {0.0, "C3"_hz, 0.7}, {0.0, "G4"_hz, 0.4}}) +
             hammer(600, 1.0),
         0.5);
 }
 
 Sound lidOpen() {
-    return withPedal(play(legato, {{0.0, "C4"_hz, 0.8}, {0.09, "G4"_hz, 0.8}, {0.18, "D5"_hz, 0.9}}) +
-                         play(note, {{0.27, "E5"_hz}, {0.36, "G5"_hz, 1.2}}),
-                     1.19);
+    return withPedal(
+        play(legato, {{0.0, "C4"_hz, 0.8}, {0.09, "G4"_hz, 0.8}, {0.18, "D5"_hz, 0.9}}) +
+            play(note, {{0.27, "E5"_hz}, {0.36, "G5"_hz, 1.2}}),
+        1.19);
 }
 
 Sound lidClose() {
-    return withPedal(
-        play(note,
-             {{0.0, "G5"_hz}, {0.1, "E5"_hz}, {0.2, "C5"_hz}, {0.3, "C4"_hz, 1.2}, {0.3, "C3"_hz, 0.8}}),
-        1.1);
+    return withPedal(play(note, {{0.0, "G5"_hz},
+                                 {0.1, "E5"_hz},
+                                 {0.2, "C5"_hz},
+                                 {0.3, "C4"_hz, 1.2},
+                                 {0.3, "C3"_hz, 0.8}}),
+                     1.1);
 }
 
 Sound lidAngle() {
     return withoutPedal(
-        play(softNote, {{0.0, "E5"_hz}, {0.08, "F5"_hz}, {0.16, "E5"_hz}, {0.24, "F5"_hz}, {0.32, "E5"_hz}}),
+        play(softNote,
+             {{0.0, "E5"_hz}, {0.08, "F5"_hz}, {0.16, "E5"_hz}, {0.24, "F5"_hz}, {0.32, "E5"_hz}}),
         0.7);
 }
 
 Sound chargerConnect() {
-    return withPedal(
-        play(legato, {{0.0, "G3"_hz}, {0.1, "D4"_hz}}) + play(note, {{0.2, "B4"_hz}, {0.2, "G5"_hz, 1.2}}),
-        0.95);
+    return withPedal(play(legato, {{0.0, "G3"_hz}, {0.1, "D4"_hz}}) +
+                         play(note, {{0.2, "B4"_hz}, {0.2, "G5"_hz, 1.2}}),
+                     0.95);
 }
 
 Sound chargerDisconnect() {
-    return withPedal(
-        play(legato, {{0.0, "G5"_hz}, {0.0, "B4"_hz}, {0.12, "D4"_hz}}) + play(note, {{0.24, "G3"_hz, 1.2}}),
-        0.9);
+    return withPedal(play(legato, {{0.0, "G5"_hz}, {0.0, "B4"_hz}, {0.12, "D4"_hz}}) +
+                         play(note, {{0.24, "G3"_hz, 1.2}}),
+                     0.9);
 }
 
 Sound brightnessUp() {
-    return withoutPedal(play(softLegato, {{0.0, "E5"_hz}}) + play(softNote, {{0.07, "E6"_hz, 1.2}}), 0.4);
+    return withoutPedal(play(softLegato, {{0.0, "E5"_hz}}) + play(softNote, {{0.07, "E6"_hz, 1.2}}),
+                        0.4);
 }
 
 Sound brightnessDown() {
-    return withoutPedal(play(softLegato, {{0.0, "E6"_hz}}) + play(softNote, {{0.07, "E5"_hz, 1.2}}), 0.4);
+    return withoutPedal(play(softLegato, {{0.0, "E6"_hz}}) + play(softNote, {{0.07, "E5"_hz, 1.2}}),
+                        0.4);
 }
 
 Sound volumeUp() {
@@ -138,14 +149,16 @@ Sound volumeDown() {
 
 Sound screenshot() {
     return withoutPedal(
-        play(staccato, {{0.0, "C6"_hz, 0.8}, {0.0, "Db6"_hz, 0.6}, {0.09, "C7"_hz}}) + hammer(900, 1.0),
+        play(staccato, {{0.0, "C6"_hz, 0.8}, {0.0, "Db6"_hz, 0.6}, {0.09, "C7"_hz}}) +
+            hammer(900, 1.0),
         0.35);
 }
 
 Sound appLaunch() {
-    return withPedal(play(softLegato, {{0.0, "C5"_hz}, {0.045, "E5"_hz}, {0.09, "G5"_hz}, {0.135, "B5"_hz}}) +
-                         play(softNote, {{0.18, "D6"_hz, 1.3}}),
-                     0.8);
+    return withPedal(
+        play(softLegato, {{0.0, "C5"_hz}, {0.045, "E5"_hz}, {0.09, "G5"_hz}, {0.135, "B5"_hz}}) +
+            play(softNote, {{0.18, "D6"_hz, 1.3}}),
+        0.8);
 }
 
 Sound trashEmpty() {
@@ -183,13 +196,15 @@ Sound batteryLow() {
         return (loudNote(hertz) + loudNote(hertz * semitones(kTritone))).damped(0.3, 0.1);
     };
     return withoutPedal(
-        play(chord, {{0.0, "B4"_hz}, {0.16, "G4"_hz}, {0.42, "B4"_hz}, {0.58, "G4"_hz}, {0.84, "B4"_hz}}),
+        play(chord,
+             {{0.0, "B4"_hz}, {0.16, "G4"_hz}, {0.42, "B4"_hz}, {0.58, "G4"_hz}, {0.84, "B4"_hz}}),
         1.15);
 }
 
 Sound usbConnect() {
-    return withoutPedal(
-        play(legato, {{0.0, "F4"_hz, 0.9}, {0.0, "C5"_hz, 0.9}}) + play(note, {{0.11, "F5"_hz, 1.1}}), 0.55);
+    return withoutPedal(play(legato, {{0.0, "F4"_hz, 0.9}, {0.0, "C5"_hz, 0.9}}) +
+                            play(note, {{0.11, "F5"_hz, 1.1}}),
+                        0.55);
 }
 
 Sound keyClick() {

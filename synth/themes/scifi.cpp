@@ -41,8 +41,10 @@ Sound inHall(const Sound& sound) {
 }
 
 Sound slap() {
-    const Sound impact = fmTone(0.4, glide(520, 55, 0.12), 0.71, glide(7.0, 0.2, 0.25)) * struck(0.001, 0.5);
-    return inHall(impact + bandPass(noise(0.2, 31), glide(5000, 500, 0.15), 1.5) * struck(0.001, 0.16) * 0.8);
+    const Sound impact =
+        fmTone(0.4, glide(520, 55, 0.12), 0.71, glide(7.0, 0.2, 0.25)) * struck(0.001, 0.5);
+    return inHall(impact + bandPass(noise(0.2, 31), glide(5000, 500, 0.15), 1.5) *
+                               struck(0.001, 0.16) * 0.8);
 }
 
 Sound lidOpen() {
@@ -56,7 +58,8 @@ Sound lidClose() {
 }
 
 Sound lidAngle() {
-    const Sound ping = ringModulated(sineTone(0.22, glide(1320, 1250, 0.2)), 660, 0.5) * struck(0.002, 0.3);
+    const Sound ping =
+        ringModulated(sineTone(0.22, glide(1320, 1250, 0.2)), 660, 0.5) * struck(0.002, 0.3);
     return inHall(echoed(ping, 0.19, 0.45, 3));
 }
 
@@ -65,7 +68,8 @@ Sound chargerConnect() {
     const double stages[] = {110, 165, 247, 370};
     double at = 0.0;
     for (const double stage : stages) {
-        charge.add(at, fmTone(0.2, glide(stage, 2.0 * stage, 0.12), 1.0, 3.0) * breathed(0.004, 0.2, 0.1));
+        charge.add(
+            at, fmTone(0.2, glide(stage, 2.0 * stage, 0.12), 1.0, 3.0) * breathed(0.004, 0.2, 0.1));
         at += 0.11;
     }
     return inHall(charge.add(0.44, crystal("F#6"_hz) + crystal("B5"_hz), 0.8));
@@ -79,8 +83,8 @@ Sound chargerDisconnect() {
 
 // A beam that is turned up or down.
 Sound beam(double from, double to) {
-    const Sound light =
-        ringModulated(sineTone(0.26, glide(from, to, 0.17)), glide(0.5 * from, 0.5 * to, 0.17), 0.5);
+    const Sound light = ringModulated(sineTone(0.26, glide(from, to, 0.17)),
+                                      glide(0.5 * from, 0.5 * to, 0.17), 0.5);
     return inHall(light * breathed(0.004, 0.26, 0.13));
 }
 
@@ -106,15 +110,17 @@ Sound volumeDown() {
 }
 
 Sound screenshot() {
-    const Sound scan = bandPass(noise(0.32, 32), glide(700, 6500, 0.28), 6.0) * breathed(0.004, 0.32, 0.06);
+    const Sound scan =
+        bandPass(noise(0.32, 32), glide(700, 6500, 0.28), 6.0) * breathed(0.004, 0.32, 0.06);
     return inHall(scan * 2.0 + after(0.29, zap(2600, 1300, 0.09) * 0.6));
 }
 
 Sound appLaunch() {
-    const Sound thrust = bandPass(noise(0.9, 33), glide(180, 5200, 0.8), 0.9) * breathed(0.004, 0.9, 0.35);
+    const Sound thrust =
+        bandPass(noise(0.9, 33), glide(180, 5200, 0.8), 0.9) * breathed(0.004, 0.9, 0.35);
     const Sound ignition = sineTone(0.3, glide(120, 45, 0.25)) * struck(0.003, 0.5);
-    const Sound leap =
-        fmTone(0.55, glide(240, 2300, 0.42), 0.5, glide(6.0, 0.6, 0.45)) * breathed(0.02, 0.55, 0.2);
+    const Sound leap = fmTone(0.55, glide(240, 2300, 0.42), 0.5, glide(6.0, 0.6, 0.45)) *
+                       breathed(0.02, 0.55, 0.2);
     return inHall(thrust * 1.4 + ignition + after(0.4, leap * 0.7));
 }
 
@@ -132,13 +138,15 @@ Sound trashAdd() {
 
 Sound networkUp() {
     return inHall(
-        play(chirp, {{0.0, 620}, {0.06, 930}, {0.12, 740}, {0.18, 1240}, {0.24, 990}, {0.3, 1650}}) +
+        play(chirp,
+             {{0.0, 620}, {0.06, 930}, {0.12, 740}, {0.18, 1240}, {0.24, 990}, {0.3, 1650}}) +
         after(0.38, crystal("G6"_hz) * 0.8));
 }
 
 Sound networkDown() {
     return inHall(
-        play(chirp, {{0.0, 1650}, {0.06, 990}, {0.12, 1240}, {0.18, 740}, {0.24, 930}, {0.3, 460}}) +
+        play(chirp,
+             {{0.0, 1650}, {0.06, 990}, {0.12, 1240}, {0.18, 740}, {0.24, 930}, {0.3, 460}}) +
         after(0.38, zap(420, 60, 0.4)));
 }
 
@@ -147,7 +155,8 @@ Sound batteryLow() {
     for (int call = 0; call < 3; ++call) {
         const Sound raw =
             sawTone(0.3, glide(330, 660, 0.24)) + pulseTone(0.3, glide(331, 663, 0.24), 0.3) * 0.6;
-        klaxon.add(0.33 * call, lowPass(raw, ramp(1200, 2600, 0.25), 1.5) * breathed(0.006, 0.3, 0.06));
+        klaxon.add(0.33 * call,
+                   lowPass(raw, ramp(1200, 2600, 0.25), 1.5) * breathed(0.006, 0.3, 0.06));
     }
     return inHall(klaxon).damped(1.15, 0.12);
 }
@@ -156,7 +165,8 @@ Sound usbConnect() {
     const Sound servo = engine(160, 320, 0.16) * breathed(0.006, 0.16, 0.04);
     const Body hull = {
         {310, 0.25, 1.0}, {733, 0.2, 0.7}, {1270, 0.15, 0.6}, {2210, 0.1, 0.4}, {3470, 0.06, 0.3}};
-    return inHall(servo * 0.4 + after(0.17, driven(hull, blow(0.5), 0.3)) + after(0.24, chirp(1480) * 0.5));
+    return inHall(servo * 0.4 + after(0.17, driven(hull, blow(0.5), 0.3)) +
+                  after(0.24, chirp(1480) * 0.5));
 }
 
 Sound keyClick() {

@@ -49,7 +49,8 @@ Sound slap() {
 
 Sound lidOpen() {
     return softly(
-        play(longTone, {{0.0, "D4"_hz, 0.8}, {0.11, "F#4"_hz, 0.8}, {0.22, "A4"_hz, 0.9}, {0.33, "D5"_hz}}));
+        play(longTone,
+             {{0.0, "D4"_hz, 0.8}, {0.11, "F#4"_hz, 0.8}, {0.22, "A4"_hz, 0.9}, {0.33, "D5"_hz}}));
 }
 
 Sound lidClose() {
@@ -57,7 +58,8 @@ Sound lidClose() {
 }
 
 Sound lidAngle() {
-    return softly(tone(wobble("A4"_hz, 5.5, 0.35), 0.7) + tone(wobble("E5"_hz, 5.5, 0.35), 0.7) * 0.4);
+    return softly(tone(wobble("A4"_hz, 5.5, 0.35), 0.7) +
+                  tone(wobble("E5"_hz, 5.5, 0.35), 0.7) * 0.4);
 }
 
 Sound chargerConnect() {
@@ -91,18 +93,22 @@ Sound volumeDown() {
 }
 
 Sound screenshot() {
-    return softly(breath(glide(2200, 900, 0.12), 0.16, 21) * 1.4 + after(0.07, drop("D5"_hz) * 0.5));
+    return softly(breath(glide(2200, 900, 0.12), 0.16, 21) * 1.4 +
+                  after(0.07, drop("D5"_hz) * 0.5));
 }
 
 Sound appLaunch() {
-    return softly(play(
-        shortTone,
-        {{0.0, "A4"_hz, 0.6}, {0.06, "B4"_hz, 0.7}, {0.12, "D5"_hz, 0.8}, {0.18, "E5"_hz}, {0.24, "A5"_hz}}));
+    return softly(play(shortTone, {{0.0, "A4"_hz, 0.6},
+                                   {0.06, "B4"_hz, 0.7},
+                                   {0.12, "D5"_hz, 0.8},
+                                   {0.18, "E5"_hz},
+                                   {0.24, "A5"_hz}}));
 }
 
 Sound trashEmpty() {
-    return softly(breath(glide(1600, 300, 0.6), 0.75, 22) +
-                  play(shortTone, {{0.0, "B4"_hz, 0.3}, {0.12, "F#4"_hz, 0.35}, {0.26, "D4"_hz, 0.4}}));
+    return softly(
+        breath(glide(1600, 300, 0.6), 0.75, 22) +
+        play(shortTone, {{0.0, "B4"_hz, 0.3}, {0.12, "F#4"_hz, 0.35}, {0.26, "D4"_hz, 0.4}}));
 }
 
 Sound trashAdd() {
@@ -120,9 +126,12 @@ Sound networkDown() {
 }
 
 Sound batteryLow() {
-    const auto call = [](double hertz) { return tone(hertz, 0.15) + tone(1.5 * hertz, 0.15) * 0.4; };
-    const Sound calls =
-        play(call, {{0.0, "F#5"_hz}, {0.16, "D5"_hz}, {0.42, "F#5"_hz}, {0.58, "D5"_hz}, {0.84, "B4"_hz}});
+    const auto call = [](double hertz) {
+        return tone(hertz, 0.15) + tone(1.5 * hertz, 0.15) * 0.4;
+    };
+    const Sound calls = play(
+        call,
+        {{0.0, "F#5"_hz}, {0.16, "D5"_hz}, {0.42, "F#5"_hz}, {0.58, "D5"_hz}, {0.84, "B4"_hz}});
     return inRoom(calls, 0.15, 0.5, 0.15);
 }
 

@@ -15,7 +15,8 @@ const Body kDoor = {{142, 0.11, 1.0},  {236, 0.1, 0.8},   {391, 0.08, 0.7}, {618
                     {944, 0.045, 0.4}, {1480, 0.03, 0.3}, {2350, 0.02, 0.2}};
 const Body kHinge = {
     {410, 0.03, 0.7}, {870, 0.03, 1.0}, {1390, 0.025, 0.9}, {2180, 0.02, 0.6}, {3350, 0.015, 0.4}};
-const Body kWoodBlock = {{780, 0.09, 1.0}, {1720, 0.05, 0.5}, {2890, 0.03, 0.3}, {4400, 0.02, 0.15}};
+const Body kWoodBlock = {
+    {780, 0.09, 1.0}, {1720, 0.05, 0.5}, {2890, 0.03, 0.3}, {4400, 0.02, 0.15}};
 const Body kLatch = {
     {1240, 0.06, 0.6}, {2130, 0.05, 0.8}, {3420, 0.05, 0.9}, {4870, 0.04, 0.6}, {6900, 0.025, 0.4}};
 const Body kBrassBell = {
@@ -40,15 +41,19 @@ Sound block(double pitch) {
 // A dry hinge: the wood sticks and slips at `hertz`, and the door sings along above it, higher the faster it
 // slips.
 Sound creak(const Curve& hertz, double seconds, std::uint64_t seed) {
-    const Sound slips = stickSlip(seconds, hertz, 0.05, seed) * breathed(0.0005, seconds, 0.3 * seconds);
-    const Sound voice = driven(kHinge, slips, 0.05) + driven(resized(kDoor, 1.6, 0.5), slips, 0.05) * 0.5;
+    const Sound slips =
+        stickSlip(seconds, hertz, 0.05, seed) * breathed(0.0005, seconds, 0.3 * seconds);
+    const Sound voice =
+        driven(kHinge, slips, 0.05) + driven(resized(kDoor, 1.6, 0.5), slips, 0.05) * 0.5;
     return bandPass(voice, hertz * 6.5, 1.3) + voice * 0.15;
 }
 
 // Sheets rubbing and folding: a rush of small breaks in something thin.
 Sound paper(double seconds, const Curve& breaksPerSecond, double brightness, std::uint64_t seed) {
-    const Body sheet = {{1350, 0.006, 0.6}, {2600, 0.005, 1.0}, {4300, 0.004, 1.0}, {6800, 0.003, 0.6}};
-    const Sound breaks = crackle(seconds, breaksPerSecond, seed) * breathed(0.004, seconds, 0.4 * seconds);
+    const Body sheet = {
+        {1350, 0.006, 0.6}, {2600, 0.005, 1.0}, {4300, 0.004, 1.0}, {6800, 0.003, 0.6}};
+    const Sound breaks =
+        crackle(seconds, breaksPerSecond, seed) * breathed(0.004, seconds, 0.4 * seconds);
     return driven(resized(sheet, brightness), breaks, 0.02);
 }
 
@@ -74,7 +79,8 @@ Sound lidClose() {
 Sound lidAngle() {
     Sound ratchet;
     for (int tooth = 0; tooth < 7; ++tooth) {
-        ratchet.add(0.052 * tooth, block(1.15 + 0.03 * (tooth % 2)) + snap(0.7) * 0.3, 0.6 + 0.06 * tooth);
+        ratchet.add(0.052 * tooth, block(1.15 + 0.03 * (tooth % 2)) + snap(0.7) * 0.3,
+                    0.6 + 0.06 * tooth);
     }
     return ratchet.add(0.38, block(0.9), 1.3);
 }
@@ -165,7 +171,8 @@ Sound usbConnect() {
 }
 
 Sound typebar(double pitch, double milliseconds) {
-    return driven(resized(kTypebar, pitch), blow(milliseconds), 0.05) + paper(0.02, 3000, 1.2, 60) * 0.4;
+    return driven(resized(kTypebar, pitch), blow(milliseconds), 0.05) +
+           paper(0.02, 3000, 1.2, 60) * 0.4;
 }
 
 Sound keyClick() {

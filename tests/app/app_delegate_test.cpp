@@ -48,22 +48,23 @@ protected:
     }
 
     void launch() {
-        delegate.emplace(AppDelegate::Dependencies{queue, queue, notifications, manager, fileManager,
-                                                   statusItem, windows, [this] { terminations++; }},
-                         AppDelegate::Sources{lid,
-                                              display,
-                                              keys,
-                                              keys,
-                                              output,
-                                              folders,
-                                              {"/shots"},
-                                              launches,
-                                              trash,
-                                              reachability,
-                                              usb,
-                                              microphone,
-                                              system,
-                                              powerSources});
+        delegate.emplace(
+            AppDelegate::Dependencies{queue, queue, notifications, manager, fileManager, statusItem,
+                                      windows, [this] { terminations++; }},
+            AppDelegate::Sources{lid,
+                                 display,
+                                 keys,
+                                 keys,
+                                 output,
+                                 folders,
+                                 {"/shots"},
+                                 launches,
+                                 trash,
+                                 reachability,
+                                 usb,
+                                 microphone,
+                                 system,
+                                 powerSources});
         delegate->applicationDidFinishLaunching();
         lid.moveTo(45);
         queue.runPosted();
@@ -102,7 +103,9 @@ protected:
         }
         std::string ids;
         for (const SoundEvent& event : manager.events) {
-            ids += event.triggerCount == 0 ? "" : event.id + "*" + std::to_string(event.triggerCount) + " ";
+            ids += event.triggerCount == 0
+                       ? ""
+                       : event.id + "*" + std::to_string(event.triggerCount) + " ";
         }
         return ids;
     }
@@ -140,11 +143,12 @@ protected:
 
 TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
     launch();
-    EXPECT_EQ(
-        heard(),
-        "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 brightness_up*1 "
-        "brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 app_launch*1 trash_empty*1 "
-        "trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
+    EXPECT_EQ(heard(),
+              "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
+              "brightness_up*1 "
+              "brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 app_launch*1 "
+              "trash_empty*1 "
+              "trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
     EXPECT_FALSE(keys.tapExists());
     // The system's own messages are heard until the process ends.
@@ -157,11 +161,12 @@ TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
 TEST_F(TheAppDelegate, StartsTheIconFirstAndStopsTheMicrophoneFirst) {
     journal.take();
     launch();
-    EXPECT_EQ(
-        journal.take(),
-        "menu sleep microphone power display lid keys output folders launches trash finder- network usb");
+    EXPECT_EQ(journal.take(),
+              "menu sleep microphone power display lid keys output folders launches trash finder- "
+              "network usb");
     delegate->applicationWillTerminate();
-    EXPECT_EQ(journal.take(), "-engine -tap -keys -lid -folders -launches -network -usb -power finder+");
+    EXPECT_EQ(journal.take(),
+              "-engine -tap -keys -lid -folders -launches -network -usb -power finder+");
 }
 
 TEST_F(TheAppDelegate, ListensAnewAfterAWakeAndToTheKeysOnlyWhileTheirEventIsOn) {
@@ -193,15 +198,19 @@ TEST_F(TheAppDelegate, TakesTheSensitivityForTheNextKnock) {
     EXPECT_TRUE(knocks("High", 0.6F));
 }
 
-TEST_F(TheAppDelegate, LeavesThreeMonitorsStoppedWhoseEventsAreOffAtLaunchWhateverIsSwitchedOnLater) {
-    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"},
+TEST_F(TheAppDelegate,
+       LeavesThreeMonitorsStoppedWhoseEventsAreOffAtLaunchWhateverIsSwitchedOnLater) {
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect",
+            "lid_angle"},
            false);
     launch();
-    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect", "lid_angle"},
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "app_launch", "usb_connect",
+            "lid_angle"},
            true);
     EXPECT_EQ(
         heard(),
-        "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 brightness_up*1 "
+        "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
+        "brightness_up*1 "
         "brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 "
         "battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
@@ -240,9 +249,10 @@ TEST_F(TheAppDelegate, MakesEachWindowWhenItIsFirstWantedAndShowsThatOneFromThen
     statusItem.choose("Open Dashboard");
     EXPECT_TRUE(delegate->applicationShouldHandleReopen());
     delegate->openHelp();
-    EXPECT_EQ(windows.log,
-              "help made, help shown, dashboard made, dashboard shown, dashboard shown, dashboard shown, "
-              "help shown, ");
+    EXPECT_EQ(
+        windows.log,
+        "help made, help shown, dashboard made, dashboard shown, dashboard shown, dashboard shown, "
+        "help shown, ");
 }
 
 TEST_F(TheAppDelegate, LeavesQuittingToTheMainLoop) {
@@ -268,14 +278,15 @@ TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
         bool add;
         bool fileManagerMaySound;
     };
-    for (const Case& c : {Case{true, true, false}, Case{true, false, false}, Case{false, true, false},
-                          Case{false, false, true}}) {
+    for (const Case& c : {Case{true, true, false}, Case{true, false, false},
+                          Case{false, true, false}, Case{false, false, true}}) {
         fileManager.calls.clear();
         enable({"trash_empty"}, c.empty);
         enable({"trash_add"}, c.add);
         launch();
         delegate->applicationWillTerminate();
-        EXPECT_EQ(fileManager.calls, (std::vector<bool>{c.fileManagerMaySound, true})) << c.empty << c.add;
+        EXPECT_EQ(fileManager.calls, (std::vector<bool>{c.fileManagerMaySound, true}))
+            << c.empty << c.add;
     }
 }
 

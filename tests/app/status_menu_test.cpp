@@ -8,8 +8,10 @@ namespace chimewerk {
 namespace {
 
 TEST(TheStatusMenu, HasAHeadingThatCannotBeChosenAndMediumMarkedAtFirst) {
-    const StatusMenu menu(
-        {.openDashboard = [] {}, .openHelp = [] {}, .setSens = [](const MenuItem&) {}, .terminate = [] {}});
+    const StatusMenu menu({.openDashboard = [] {},
+                           .openHelp = [] {},
+                           .setSens = [](const MenuItem&) {},
+                           .terminate = [] {}});
     FakeStatusItem item;
     item.show(menu.entries(), [] {});
     EXPECT_EQ(item.text(),

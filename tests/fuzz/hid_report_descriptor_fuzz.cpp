@@ -45,8 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::size_t features = 0;
     for (const HidCollection& collection : readHidReportDescriptor(bytes)) {
         features += collection.features.size();
-        require(std::ranges::all_of(collection.features,
-                                    [](const HidFeature& f) { return f.bits >= 1 && f.bits <= 32; }));
+        require(std::ranges::all_of(
+            collection.features, [](const HidFeature& f) { return f.bits >= 1 && f.bits <= 32; }));
     }
     require(features <= size);
     if (const auto sensor = findLidSensor(bytes)) {

@@ -25,7 +25,8 @@ void require(bool holds, const char* what) {
 DefaultsDictionary valuesIn(std::string_view text) {
     DefaultsDictionary values;
     if (const auto json = parseSettings(text)) {
-        require(parseSettings(json->dump(2)) == json, "a settings file is read back as it is written");
+        require(parseSettings(json->dump(2)) == json,
+                "a settings file is read back as it is written");
         for (const auto& [key, value] : json->items()) {
             values.insert_or_assign(key, valueFromJson(value));
         }
@@ -47,8 +48,8 @@ void checkInvariants(SoundLibrary& library) {
 
 bool sameSettings(const SoundEvent& a, const SoundEvent& b) {
     const auto sameNumber = [](float x, float y) { return x == y || (x != x && y != y); };
-    return a.soundPath == b.soundPath && a.isEnabled == b.isEnabled && sameNumber(a.volume, b.volume) &&
-           sameNumber(a.threshold, b.threshold);
+    return a.soundPath == b.soundPath && a.isEnabled == b.isEnabled &&
+           sameNumber(a.volume, b.volume) && sameNumber(a.threshold, b.threshold);
 }
 
 void checkRoundTrip(SoundLibrary& library) {

@@ -58,8 +58,9 @@ TEST_F(TheKeyboardMonitor, PlaysTheSoundOfTheKeyBeforeThePressReturns) {
     for (const int keyCode : {49, 36, 76, 0, 49}) {
         keys.press(keyCode);
     }
-    EXPECT_THAT(played(), ElementsAre("/res/key_space.wav", "/res/key_return.wav", "/res/key_return.wav",
-                                      "/res/key_click.wav", "/res/key_space.wav"));
+    EXPECT_THAT(played(),
+                ElementsAre("/res/key_space.wav", "/res/key_return.wav", "/res/key_return.wav",
+                            "/res/key_click.wav", "/res/key_space.wav"));
     EXPECT_EQ(keys.pagesShown, 0);
 }
 

@@ -29,7 +29,8 @@ protected:
         make();
     }
     void make() {
-        detector = std::make_unique<KnockDetector>(library.queue, microphone, [this] { return now; });
+        detector =
+            std::make_unique<KnockDetector>(library.queue, microphone, [this] { return now; });
         detector->onKnock = [this] { library->play("slap"); };
     }
     /// Buffers with these peaks, one after another; tells how many knocks were counted for them.
@@ -214,7 +215,8 @@ TEST(ThePeakMagnitude, IsFoundWhereverItIsAmongWhateverElse) {
     }
     EXPECT_EQ(peakMagnitude({}), 0.0F);
     EXPECT_EQ(peakMagnitude(std::vector<float>(40, kNaN)), 0.0F);
-    EXPECT_EQ(peakMagnitude(std::vector<float>{0.5F, -kInfinity}), std::numeric_limits<float>::max());
+    EXPECT_EQ(peakMagnitude(std::vector<float>{0.5F, -kInfinity}),
+              std::numeric_limits<float>::max());
 }
 
 }  // namespace

@@ -28,7 +28,8 @@ struct Case {
 };
 
 template <typename Monitor, typename SetLevel>
-std::string run(VirtualMainQueue& queue, Monitor& monitor, const Readings& readings, SetLevel setLevel) {
+std::string run(VirtualMainQueue& queue, Monitor& monitor, const Readings& readings,
+                SetLevel setLevel) {
     char fired = '.';
     monitor.onUp = [&] { fired = '+'; };
     monitor.onDown = [&] { fired = '-'; };
@@ -54,15 +55,16 @@ protected:
 };
 
 TEST_F(TheBrightnessMonitor, ComparesWithTheLevelOfTheLastEvent) {
-    for (const Case& c :
-         std::vector<Case>{{"slow changes add up", {0.50F, 0.52F, 0.54F, 0.56F, 0.575F}, ".+.+"},
-                           {"and down as well", {0.50F, 0.48F, 0.46F, 0.46F}, ".-."},
-                           {"exactly the least change is too little", {0.0F, 0.03F, 0.0F, 0.0301F}, "..+"},
-                           {"back and forth", {1.0F, 0.0F, 1.0F, 0.98F, 1.0F}, "-+.."},
-                           {"no display at the start", {kNone, kNone, 0.2F, 0.9F}, "..+"},
-                           {"unreadable in between", {0.2F, kNone, kNone, 0.22F, 0.5F}, "...+"},
-                           {"to darkness", {0.04F, 0.0F, kNone, 0.04F}, "-.+"}}) {
-        EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { display.level = level; }), c.fires)
+    for (const Case& c : std::vector<Case>{
+             {"slow changes add up", {0.50F, 0.52F, 0.54F, 0.56F, 0.575F}, ".+.+"},
+             {"and down as well", {0.50F, 0.48F, 0.46F, 0.46F}, ".-."},
+             {"exactly the least change is too little", {0.0F, 0.03F, 0.0F, 0.0301F}, "..+"},
+             {"back and forth", {1.0F, 0.0F, 1.0F, 0.98F, 1.0F}, "-+.."},
+             {"no display at the start", {kNone, kNone, 0.2F, 0.9F}, "..+"},
+             {"unreadable in between", {0.2F, kNone, kNone, 0.22F, 0.5F}, "...+"},
+             {"to darkness", {0.04F, 0.0F, kNone, 0.04F}, "-.+"}}) {
+        EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { display.level = level; }),
+                  c.fires)
             << c.what;
     }
 }
@@ -116,16 +118,20 @@ TEST_F(TheVolumeMonitor, ComparesWithTheReadingBefore) {
                            {"no device at the start", {kNone, kNone, 0.5F, 0.6F}, "..+"},
                            {"no device in between", {0.5F, kNone, 0.5F, kNone, 0.6F}, "...+"}}) {
         output = {};
-        EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { output.main = level; }), c.fires)
+        EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { output.main = level; }),
+                  c.fires)
             << c.what;
     }
 }
 
 TEST_F(TheVolumeMonitor, UsesTheFirstChannelOfADeviceWithoutAMainVolume) {
-    EXPECT_EQ(run(queue, *monitor, {0.5F, 0.6F, 0.2F}, [this](auto level) { output.firstChannel = level; }),
+    EXPECT_EQ(run(queue, *monitor, {0.5F, 0.6F, 0.2F},
+                  [this](auto level) { output.firstChannel = level; }),
               "+-");
     output.firstChannel = 0.9F;
-    EXPECT_EQ(run(queue, *monitor, {0.5F, 0.5F, kNone}, [this](auto level) { output.main = level; }), ".+");
+    EXPECT_EQ(
+        run(queue, *monitor, {0.5F, 0.5F, kNone}, [this](auto level) { output.main = level; }),
+        ".+");
 }
 
 }  // namespace

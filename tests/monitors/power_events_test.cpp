@@ -91,7 +91,8 @@ TEST_F(ThePowerEvents, TellTheChargerAndOnceForEachDischargeTheLowBattery) {
         {battery(15), ""},
     };
     for (const Step& step : steps) {
-        EXPECT_EQ(after(step.source), step.heard) << *step.source.state << *step.source.currentCapacity;
+        EXPECT_EQ(after(step.source), step.heard)
+            << *step.source.state << *step.source.currentCapacity;
     }
     library.event("battery_low").threshold = 10;
     power->resetBatteryLowFlag();
@@ -127,7 +128,8 @@ TEST_F(ThePowerEvents, AreSilentAboutWhatASourceDoesNotSay) {
     EXPECT_EQ(after(battery(20.000001)), "");
     EXPECT_EQ(after(PowerSourceDescription{.state = {}, .currentCapacity = 5}), "charger_connect ");
     EXPECT_EQ(after(PowerSourceDescription{.state = "Off Line", .currentCapacity = 5}), "");
-    std::erase_if(library->events, [](const SoundEvent& event) { return event.id == "battery_low"; });
+    std::erase_if(library->events,
+                  [](const SoundEvent& event) { return event.id == "battery_low"; });
     EXPECT_EQ(after(battery(5)), "charger_disconnect ");
     EXPECT_FALSE(power->batteryLowFired);
 }

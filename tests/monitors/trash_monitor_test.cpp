@@ -86,7 +86,8 @@ TEST_F(TheTrashMonitor, TakesAChangeForAnAddWhenNoCountComesInThreeSeconds) {
     trash.countsAtOnce = false;
     trash.change(-5);
     poll();
-    for (int i = 0; i < 6; ++i) {  // Counts that fail at once, up to exactly 3 s after the change was seen.
+    for (int i = 0; i < 6;
+         ++i) {  // Counts that fail at once, up to exactly 3 s after the change was seen.
         ASSERT_EQ(trash.waiting(), 1U);
         trash.answer(std::nullopt);
         poll();

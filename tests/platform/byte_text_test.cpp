@@ -10,14 +10,16 @@ namespace {
 using namespace std::string_literals;
 
 TEST(ByteText, LeavesUtf8AsItIsAndMarksEverythingElse) {
-    for (const auto& text : {""s, "/home/jürgen/🔔.wav"s, "a\0b"s, "\x7F\xF4\x8F\xBF\xBF\xED\x9F\xBF"s}) {
+    for (const auto& text :
+         {""s, "/home/jürgen/🔔.wav"s, "a\0b"s, "\x7F\xF4\x8F\xBF\xBF\xED\x9F\xBF"s}) {
         EXPECT_EQ(textFromBytes(text), text);
     }
     EXPECT_EQ(textFromBytes("/j\xFCrgen"), "\0/jürgen"s);
     EXPECT_EQ(textFromBytes("\0"s), "\0\0"s);
     // Truncated, overlong, a surrogate, beyond the last character, a lone continuation.
-    for (const auto& bytes : {"\xC3"s, "\xF0\x9F\x94"s, "\xC0\xAF"s, "\xE0\x9F\x80"s, "\xF0\x8F\x80\x80"s,
-                              "\xED\xA0\x80"s, "\xF4\x90\x80\x80"s, "\xF5\x80\x80\x80"s, "\x80"s, "\xC3("s}) {
+    for (const auto& bytes :
+         {"\xC3"s, "\xF0\x9F\x94"s, "\xC0\xAF"s, "\xE0\x9F\x80"s, "\xF0\x8F\x80\x80"s,
+          "\xED\xA0\x80"s, "\xF4\x90\x80\x80"s, "\xF5\x80\x80\x80"s, "\x80"s, "\xC3("s}) {
         EXPECT_TRUE(textFromBytes(bytes).starts_with('\0')) << bytes;
     }
 }

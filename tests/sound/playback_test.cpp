@@ -25,7 +25,8 @@ protected:
 
     /// What has been played since the last call.
     Plays played() {
-        Plays fresh(sounds.plays().begin() + static_cast<std::ptrdiff_t>(seen_), sounds.plays().end());
+        Plays fresh(sounds.plays().begin() + static_cast<std::ptrdiff_t>(seen_),
+                    sounds.plays().end());
         seen_ = sounds.plays().size();
         return fresh;
     }
@@ -40,9 +41,10 @@ protected:
         std::in_place, "/res",
         SoundManager::Dependencies{queue, notifications, sounds, sounds, defaults, fileManager}};
     std::vector<std::string> announced;
-    NotificationCenter::Subscription counting = notifications.observe(
-        eventCounterUpdated,
-        [this](const Notification& n) { announced.push_back(std::any_cast<std::string>(n.object)); });
+    NotificationCenter::Subscription counting =
+        notifications.observe(eventCounterUpdated, [this](const Notification& n) {
+            announced.push_back(std::any_cast<std::string>(n.object));
+        });
 
 private:
     std::size_t seen_ = 0;
@@ -136,10 +138,11 @@ TEST_F(Playback, ChoosesTheKeySoundByKeyCode) {
         std::string sound;
     };
     for (const Case& key :
-         {Case{49, "key_space"}, Case{36, "key_return"}, Case{76, "key_return"}, Case{0, "key_click"},
-          Case{-1, "key_click"}, Case{std::int64_t{49} << 32, "key_click"}}) {
+         {Case{49, "key_space"}, Case{36, "key_return"}, Case{76, "key_return"},
+          Case{0, "key_click"}, Case{-1, "key_click"}, Case{std::int64_t{49} << 32, "key_click"}}) {
         const std::vector<std::string> inOrder = {"/res/t_piano_" + key.sound + ".wav",
-                                                  "/res/" + key.sound + ".wav", "/res/" + key.sound + ".mp3"};
+                                                  "/res/" + key.sound + ".wav",
+                                                  "/res/" + key.sound + ".mp3"};
         manager->currentTheme = SoundTheme::piano;
         for (const auto& path : inOrder) {
             sounds.addFile(path);

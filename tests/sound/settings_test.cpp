@@ -38,9 +38,11 @@ TEST(Settings, StartAsTheFactoryMadeThemAndStoreNothingBeforeTheFirstChange) {
 TEST(Settings, AreStoredInTheirAgreedShape) {
     SoundLibrary library;
     library->setVolume(0.3F, "slap");
-    EXPECT_THAT(library.defaults.values,
-                ElementsAre(Key("ChimewerkCustomThemes"), Key("ChimewerkEvents"), Key("ChimewerkTheme")));
-    EXPECT_EQ(library.defaults.values.at("ChimewerkCustomThemes"), DefaultsValue{DefaultsData{"[]"}});
+    EXPECT_THAT(
+        library.defaults.values,
+        ElementsAre(Key("ChimewerkCustomThemes"), Key("ChimewerkEvents"), Key("ChimewerkTheme")));
+    EXPECT_EQ(library.defaults.values.at("ChimewerkCustomThemes"),
+              DefaultsValue{DefaultsData{"[]"}});
     EXPECT_EQ(library.defaults.values.at("ChimewerkTheme"), DefaultsValue{std::string("classic")});
     const auto& events = std::get<Dictionary>(library.defaults.values.at("ChimewerkEvents").value);
     EXPECT_EQ(events.size(), 19U);
@@ -51,7 +53,8 @@ TEST(Settings, AreStoredInTheirAgreedShape) {
 
     library->createCustomTheme("n");
     library->setPath("/x", "slap");
-    EXPECT_EQ(library.defaults.values.at("ChimewerkActiveCustomTheme"), DefaultsValue{std::string("A")});
+    EXPECT_EQ(library.defaults.values.at("ChimewerkActiveCustomTheme"),
+              DefaultsValue{std::string("A")});
     EXPECT_EQ(library.defaults.values.at("ChimewerkTheme"), DefaultsValue{std::string("system")});
     EXPECT_EQ(library.defaults.values.at("ChimewerkCustomThemes"),
               DefaultsValue{DefaultsData{R"([{"id":"A","name":"n","sounds":{"slap":"/x"}}])"}});
@@ -97,7 +100,9 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
     const auto switchedOff = factoryWith([](SoundEvent& e) { e.isEnabled = false; });
     for (const Case& c : {
              Case{"nothing", {}, unchanged},
-             Case{"volume alone", {{"volume", {0.25}}}, factoryWith([](auto& e) { e.volume = 0.25F; })},
+             Case{"volume alone", {{"volume", {0.25}}}, factoryWith([](auto& e) {
+                      e.volume = 0.25F;
+                  })},
              Case{"volume rounded to a float", {{"volume", {0.3}}}, factoryWith([](auto& e) {
                       e.volume = 0.3F;
                   })},
@@ -106,7 +111,9 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
                   })},
              Case{"volume as text", {{"volume", {std::string("0.25")}}}, unchanged},
              Case{"volume as a boolean", {{"volume", {false}}}, unchanged},
-             Case{"threshold", {{"threshold", {-3.5}}}, factoryWith([](auto& e) { e.threshold = -3.5F; })},
+             Case{"threshold", {{"threshold", {-3.5}}}, factoryWith([](auto& e) {
+                      e.threshold = -3.5F;
+                  })},
              Case{"threshold as a dictionary", {{"threshold", {Dictionary{}}}}, unchanged},
              Case{"switched off", {{"enabled", {false}}}, switchedOff},
              Case{"switched off by 0", {{"enabled", {0.0}}}, switchedOff},
@@ -114,7 +121,9 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
              Case{"switch 2", {{"enabled", {2.0}}}, unchanged},
              Case{"switch almost 1", {{"enabled", {1.00000001}}}, unchanged},
              Case{"switch as text", {{"enabled", {std::string("false")}}}, unchanged},
-             Case{"path", {{"path", {std::string("/x")}}}, factoryWith([](auto& e) { e.soundPath = "/x"; })},
+             Case{"path", {{"path", {std::string("/x")}}}, factoryWith([](auto& e) {
+                      e.soundPath = "/x";
+                  })},
              Case{"empty path", {{"path", {std::string()}}}, unchanged},
              Case{"path as bytes", {{"path", {DefaultsData{"/x"}}}}, unchanged},
          }) {
@@ -134,8 +143,8 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
 
 TEST(Settings, OfTheEventsAreAllRefusedWhenOneIsNoDictionary) {
     const DefaultsValue good{Dictionary{{"volume", {0.25}}}};
-    for (const DefaultsValue& bad : {DefaultsValue{std::string("x")}, DefaultsValue{1.0}, DefaultsValue{true},
-                                     DefaultsValue{DefaultsData{"{}"}}}) {
+    for (const DefaultsValue& bad : {DefaultsValue{std::string("x")}, DefaultsValue{1.0},
+                                     DefaultsValue{true}, DefaultsValue{DefaultsData{"{}"}}}) {
         for (const char* const id : {"lid_open", "zzz_unknown"}) {
             SoundLibrary library;
             library.defaults.values["ChimewerkEvents"] = {Dictionary{{"slap", good}, {id, bad}}};
@@ -158,8 +167,9 @@ TEST(Settings, KeepClassicUnlessTheThemeIsExactlyOneOfTheSeven) {
         library.restart();
         EXPECT_EQ(library->currentTheme, theme);
     }
-    for (const DefaultsValue& bad : {DefaultsValue{std::string("Soft")}, DefaultsValue{std::string("")},
-                                     DefaultsValue{DefaultsData{"soft"}}, DefaultsValue{2.0}}) {
+    for (const DefaultsValue& bad :
+         {DefaultsValue{std::string("Soft")}, DefaultsValue{std::string("")},
+          DefaultsValue{DefaultsData{"soft"}}, DefaultsValue{2.0}}) {
         SoundLibrary library;
         library.defaults.values["ChimewerkTheme"] = bad;
         library.restart();
@@ -181,7 +191,11 @@ TEST(Settings, SelectTheStoredCustomThemeOnlyIfItIsThere) {
              Case{"there", {DefaultsData{themes}}, {std::string("A")}, true, 2},
              Case{"deleted", {DefaultsData{themes}}, {std::string("B")}, false, 2},
              Case{"another letter case", {DefaultsData{themes}}, {std::string("a")}, false, 2},
-             Case{"selection of another type", {DefaultsData{themes}}, {DefaultsData{"A"}}, false, 2},
+             Case{"selection of another type",
+                  {DefaultsData{themes}},
+                  {DefaultsData{"A"}},
+                  false,
+                  2},
              Case{"themes as text", {themes}, {std::string("A")}, false, 0},
              Case{"themes damaged", {DefaultsData{themes + "x"}}, {std::string("A")}, false, 0},
          }) {
@@ -190,10 +204,12 @@ TEST(Settings, SelectTheStoredCustomThemeOnlyIfItIsThere) {
             {"ChimewerkCustomThemes", c.themes},
             {"ChimewerkActiveCustomTheme", c.selected},
             {"ChimewerkTheme", {std::string("soft")}},
-            {"ChimewerkEvents", {Dictionary{{"slap", {Dictionary{{"path", {std::string("/own")}}}}}}}}};
+            {"ChimewerkEvents",
+             {Dictionary{{"slap", {Dictionary{{"path", {std::string("/own")}}}}}}}}};
         library.restart();
         EXPECT_EQ(library->isCustomThemeActive(), c.custom) << c.what;
-        EXPECT_EQ(library->currentTheme, c.custom ? SoundTheme::system : SoundTheme::soft) << c.what;
+        EXPECT_EQ(library->currentTheme, c.custom ? SoundTheme::system : SoundTheme::soft)
+            << c.what;
         EXPECT_EQ(library->customThemes.size(), c.themeCount) << c.what;
         EXPECT_EQ(library.event("slap").soundPath,
                   c.custom ? std::nullopt : std::optional<std::string>("/own"));
@@ -204,7 +220,8 @@ TEST(Settings, SelectTheStoredCustomThemeOnlyIfItIsThere) {
         EXPECT_EQ(library.defaults.damages, c.themeCount == 0 ? 1 : 0) << c.what;
 
         library->setVolume(1, "slap");
-        EXPECT_EQ(library.defaults.values.contains("ChimewerkActiveCustomTheme"), c.custom) << c.what;
+        EXPECT_EQ(library.defaults.values.contains("ChimewerkActiveCustomTheme"), c.custom)
+            << c.what;
     }
 }
 

@@ -69,10 +69,11 @@ TEST_F(ThemeManagement, DropsTheOwnFilesUnderEveryBuiltInThemeButSystem) {
     for (const SoundTheme theme : kAllThemes) {
         library->setPath("/own", "slap");
         library->setTheme(theme);
-        EXPECT_EQ(knock(), theme == SoundTheme::system ? Path("/own") : std::nullopt) << rawValue(theme);
+        EXPECT_EQ(knock(), theme == SoundTheme::system ? Path("/own") : std::nullopt)
+            << rawValue(theme);
     }
-    EXPECT_THAT(library.announced(),
-                ElementsAre("system", "system", "8bit", "soft", "scifi", "classic", "trad", "piano"));
+    EXPECT_THAT(library.announced(), ElementsAre("system", "system", "8bit", "soft", "scifi",
+                                                 "classic", "trad", "piano"));
     EXPECT_EQ(selected(), "piano");
 }
 
@@ -162,7 +163,8 @@ TEST_F(ThemeManagement, FallsBackToClassicOnlyWhenTheSelectedThemeIsDeleted) {
     EXPECT_EQ(selected(), "classic");
     EXPECT_EQ(knock(), std::nullopt);
     EXPECT_THAT(library.announced(), ElementsAre("none"));
-    EXPECT_EQ(library.defaults.values.at("ChimewerkCustomThemes"), DefaultsValue{DefaultsData{"[]"}});
+    EXPECT_EQ(library.defaults.values.at("ChimewerkCustomThemes"),
+              DefaultsValue{DefaultsData{"[]"}});
 }
 
 TEST_F(ThemeManagement, LetsTheFileManagerSoundOnlyWhenBothTrashEventsAreOff) {
@@ -176,7 +178,8 @@ TEST_F(ThemeManagement, LetsTheFileManagerSoundOnlyWhenBothTrashEventsAreOff) {
 }
 
 TEST(ARandomUuid, IsOfVersion4InUpperCaseAndNeverTheSame) {
-    const std::regex canonical("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+    const std::regex canonical(
+        "[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
     std::set<std::string> seen;
     for (int i = 0; i < 200; ++i) {
         const std::string uuid = randomUuid();

@@ -25,7 +25,8 @@ public:
         posix_spawn_file_actions_init(&quiet);
         posix_spawn_file_actions_addopen(&quiet, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         posix_spawn_file_actions_addopen(&quiet, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        if (posix_spawnp(&process_, arguments[0], &quiet, nullptr, arguments.data(), environ) != 0) {
+        if (posix_spawnp(&process_, arguments[0], &quiet, nullptr, arguments.data(), environ) !=
+            0) {
             process_ = -1;
         }
         posix_spawn_file_actions_destroy(&quiet);

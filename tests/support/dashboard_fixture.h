@@ -52,7 +52,8 @@ public:
     FakeLidSensorSource lidSensor;
     FakeKeySource keys;
     FakeSoundFolder folder;
-    LidAngleMonitor lidMonitor{{library.queue, library.queue, library.notifications, *library, lidSensor}};
+    LidAngleMonitor lidMonitor{
+        {library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
     DashboardDependencies around{.sounds = *library,
                                  .notifications = library.notifications,

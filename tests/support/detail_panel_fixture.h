@@ -46,7 +46,8 @@ public:
     FakeLidSensorSource lidSensor;
     FakeKeySource keys;
     FakeSoundFolder folder;
-    LidAngleMonitor lidMonitor{{library.queue, library.queue, library.notifications, *library, lidSensor}};
+    LidAngleMonitor lidMonitor{
+        {library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
     int batteryResets = 0;
     /// How often the list of events was to be drawn anew.

@@ -31,10 +31,11 @@ public:
     }
     /// Calls one of its methods and waits; null when that fails.
     template <typename... Arguments>
-    BusMessage call(const char* interface, const char* method, const char* types, Arguments... arguments) {
+    BusMessage call(const char* interface, const char* method, const char* types,
+                    Arguments... arguments) {
         sd_bus_message* reply = nullptr;
-        sd_bus_call_method(bus_.get(), name_.c_str(), path_.c_str(), interface, method, nullptr, &reply,
-                           types, arguments...);
+        sd_bus_call_method(bus_.get(), name_.c_str(), path_.c_str(), interface, method, nullptr,
+                           &reply, types, arguments...);
         return BusMessage(reply);
     }
     void kill() { process_.end(SIGKILL); }

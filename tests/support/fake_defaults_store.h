@@ -26,7 +26,9 @@ public:
             values.erase(std::string(key));
         }
     }
-    void setData(std::string_view key, MakeData make) override { setObject(key, DefaultsValue{make()}); }
+    void setData(std::string_view key, MakeData make) override {
+        setObject(key, DefaultsValue{make()});
+    }
     std::optional<DefaultsValue> object(std::string_view key) const override {
         const auto found = values.find(key);
         return found == values.end() ? std::nullopt : std::optional(found->second);

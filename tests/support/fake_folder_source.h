@@ -19,12 +19,15 @@ public:
     std::vector<std::string> list(const std::string& folder) const override {
         ++listings;
         const auto found = folders_.find(folder);
-        return found == folders_.end() ? std::vector<std::string>()
-                                       : std::vector<std::string>(found->second.begin(), found->second.end());
+        return found == folders_.end()
+                   ? std::vector<std::string>()
+                   : std::vector<std::string>(found->second.begin(), found->second.end());
     }
-    std::unique_ptr<Stream> watch(const std::string& folder, std::function<void()> onChange) override {
+    std::unique_ptr<Stream> watch(const std::string& folder,
+                                  std::function<void()> onChange) override {
         note("folders");
-        return canWatch ? std::make_unique<FakeStream>(*this, folder, std::move(onChange)) : nullptr;
+        return canWatch ? std::make_unique<FakeStream>(*this, folder, std::move(onChange))
+                        : nullptr;
     }
 
     void add(const std::string& folder, const std::string& name) {

@@ -46,7 +46,8 @@ public:
 
 private:
     struct FakeTap final : KeyTap {
-        FakeTap(FakeKeySource& owner, KeyTapCallbacks calls) : source(owner), callbacks(std::move(calls)) {
+        FakeTap(FakeKeySource& owner, KeyTapCallbacks calls)
+            : source(owner), callbacks(std::move(calls)) {
             source.tap_ = this;
         }
         FakeTap(const FakeTap&) = delete;

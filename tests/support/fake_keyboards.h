@@ -59,7 +59,8 @@ public:
              {"", "/ioctl", "/ioctl/dev", "/ioctl/dev/input", "/dev", "/dev/input"}) {
             std::filesystem::permissions(root() + folder, perms(0755));
         }
-        for (const auto& socket : std::filesystem::directory_iterator(root() + "/ioctl/dev/input")) {
+        for (const auto& socket :
+             std::filesystem::directory_iterator(root() + "/ioctl/dev/input")) {
             std::filesystem::permissions(socket, perms(0666));
         }
     }
@@ -76,7 +77,8 @@ public:
 
 private:
     std::string root() const {
-        const std::unique_ptr<char, decltype(&g_free)> path(umockdev_testbed_get_root_dir(bed_), g_free);
+        const std::unique_ptr<char, decltype(&g_free)> path(umockdev_testbed_get_root_dir(bed_),
+                                                            g_free);
         return path.get();
     }
     /// Can be had only while somebody reads, and is kept then.
@@ -96,11 +98,12 @@ private:
             codes.at(key / 8) |= static_cast<std::uint8_t>(1U << key % 8);
         }
         // The sizes are those that libevdev asks with.
-        std::string text = "EVIOCGVERSION 0 01000100\nEVIOCGID 0 0300010001000100\nEVIOCGNAME(0) 4 " +
-                           hex({'k', 'e', 'y'}, 255) + "\nEVIOCGPROP(0) 8 " + hex({}, 8) +
-                           "\nEVIOCGBIT(0) 8 " + hex(types, 8) + "\nEVIOCGBIT(1) 96 " + hex(codes, 96) +
-                           "\nEVIOCGKEY(0) 96 " + hex({}, 96) + "\nEVIOCGLED(0) 8 " + hex({}, 8) +
-                           "\nEVIOCGSW(0) 8 " + hex({}, 8) + "\nEVIOCGBIT(21) 16 " + hex({}, 16) + "\n";
+        std::string text =
+            "EVIOCGVERSION 0 01000100\nEVIOCGID 0 0300010001000100\nEVIOCGNAME(0) 4 " +
+            hex({'k', 'e', 'y'}, 255) + "\nEVIOCGPROP(0) 8 " + hex({}, 8) + "\nEVIOCGBIT(0) 8 " +
+            hex(types, 8) + "\nEVIOCGBIT(1) 96 " + hex(codes, 96) + "\nEVIOCGKEY(0) 96 " +
+            hex({}, 96) + "\nEVIOCGLED(0) 8 " + hex({}, 8) + "\nEVIOCGSW(0) 8 " + hex({}, 8) +
+            "\nEVIOCGBIT(21) 16 " + hex({}, 16) + "\n";
         for (const unsigned type : {EV_REL, EV_ABS, EV_MSC, EV_SW, EV_LED, EV_SND}) {
             text += "EVIOCGBIT(" + std::to_string(type) + ") 8 " + hex({}, 8) + "\n";
         }

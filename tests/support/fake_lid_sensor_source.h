@@ -35,7 +35,8 @@ public:
     }
     /// Reports an angle, 0 to 511 degrees.
     void moveTo(int degrees) {
-        report({1, static_cast<std::uint8_t>(degrees & 0xFF), static_cast<std::uint8_t>(degrees >> 8)});
+        report({1, static_cast<std::uint8_t>(degrees & 0xFF),
+                static_cast<std::uint8_t>(degrees >> 8)});
     }
     /// The sensor comes or goes while the source is open.
     void setPresent(bool now) {

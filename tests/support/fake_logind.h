@@ -20,7 +20,8 @@ namespace chimewerk {
 class FakeLogind {
 public:
     explicit FakeLogind(EpollMainQueue& queue)
-        : queue_(queue), link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {
+        : queue_(queue),
+          link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {
         link_.keepOpen();
     }
 
@@ -56,8 +57,8 @@ private:
     void open(sd_bus* bus) {
         bus_ = bus;
         sd_bus_add_object(bus, nullptr, kPath, &FakeLogind::onCall, this);
-        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.login1", SD_BUS_NAME_QUEUE, nullptr,
-                                  nullptr);
+        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.login1", SD_BUS_NAME_QUEUE,
+                                  nullptr, nullptr);
     }
 
     void grant(sd_bus_message* call) {

@@ -23,7 +23,9 @@ public:
     std::size_t askedFrames = 0;
 
     Authorization authorization() override { return access; }
-    void requestAccess(std::function<void(bool granted)> answered) override { waiting = std::move(answered); }
+    void requestAccess(std::function<void(bool granted)> answered) override {
+        waiting = std::move(answered);
+    }
     std::unique_ptr<AudioEngine> makeEngine() override {
         note("microphone");
         ++enginesMade;

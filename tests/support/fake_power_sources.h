@@ -16,7 +16,9 @@ public:
     std::optional<PowerSourceDescription> source;
     bool isKnown = true;
 
-    std::optional<PowerSourceDescription> first() const override { return isKnown ? source : std::nullopt; }
+    std::optional<PowerSourceDescription> first() const override {
+        return isKnown ? source : std::nullopt;
+    }
     std::unique_ptr<Subscription> subscribe(Callbacks callbacks) override {
         note("power");
         callbacks_ = std::move(callbacks);

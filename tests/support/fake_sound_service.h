@@ -23,7 +23,9 @@ public:
         bool operator==(const Play&) const = default;
     };
 
-    void addFile(const std::string& path, Seconds length = Seconds{0.1}) { lengths_[path] = length; }
+    void addFile(const std::string& path, Seconds length = Seconds{0.1}) {
+        lengths_[path] = length;
+    }
     void addUndecodableFile(const std::string& path) { undecodable_.insert(path); }
     void removeFile(const std::string& path) { lengths_.erase(path); }
     void addNamedSound(const std::string& name) { named_.insert(name); }
@@ -38,11 +40,13 @@ public:
     }
     std::shared_ptr<Sound> soundFromFile(const std::string& path) override {
         const auto found = lengths_.find(path);
-        return found == lengths_.end() ? nullptr : std::make_shared<FakeSound>(*this, path, found->second);
+        return found == lengths_.end() ? nullptr
+                                       : std::make_shared<FakeSound>(*this, path, found->second);
     }
     std::shared_ptr<Sound> soundNamed(std::string_view name) override {
         const auto found = named_.find(name);
-        return found == named_.end() ? nullptr : std::make_shared<FakeSound>(*this, *found, Seconds{0.5});
+        return found == named_.end() ? nullptr
+                                     : std::make_shared<FakeSound>(*this, *found, Seconds{0.5});
     }
 
 private:

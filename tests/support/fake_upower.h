@@ -32,7 +32,9 @@ public:
     /// Does not answer about the machine.
     bool isSilent = false;
 
-    void changeMachine(const Properties& changes) { change(machine, changes, kMachinePath, kMachine); }
+    void changeMachine(const Properties& changes) {
+        change(machine, changes, kMachinePath, kMachine);
+    }
     void changeDevice(const Properties& changes) { change(device, changes, kDevicePath, kDevice); }
 
 private:
@@ -52,13 +54,15 @@ private:
             } else if (const double* real = std::get_if<double>(&value)) {
                 sd_bus_message_append(message, "{sv}", key, "d", *real);
             } else {
-                sd_bus_message_append(message, "{sv}", key, "s", std::get<std::string>(value).c_str());
+                sd_bus_message_append(message, "{sv}", key, "s",
+                                      std::get<std::string>(value).c_str());
             }
         }
         sd_bus_message_close_container(message);
     }
 
-    void change(Properties& now, const Properties& changes, const char* path, const char* interface) {
+    void change(Properties& now, const Properties& changes, const char* path,
+                const char* interface) {
         for (const auto& [name, value] : changes) {
             now[name] = value;
         }
@@ -76,8 +80,8 @@ private:
         bus_ = bus;
         sd_bus_add_object(bus, nullptr, kMachinePath, &FakeUPower::onCall, this);
         sd_bus_add_object(bus, nullptr, kDevicePath, &FakeUPower::onCall, this);
-        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.UPower", SD_BUS_NAME_QUEUE, nullptr,
-                                  nullptr);
+        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.UPower", SD_BUS_NAME_QUEUE,
+                                  nullptr, nullptr);
     }
 
     static int onCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {

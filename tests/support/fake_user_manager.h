@@ -18,7 +18,8 @@ class FakeUserManager {
 public:
     explicit FakeUserManager(EpollMainQueue& queue)
         : link_(queue, sd_bus_open_user,
-                {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { bus_ = nullptr; }}) {
+                {.onOpen = [this](sd_bus* bus) { open(bus); },
+                 .onLost = [this] { bus_ = nullptr; }}) {
         link_.keepOpen();
     }
 
@@ -36,7 +37,8 @@ public:
     }
     /// A unit is read from its file without being started.
     void tellOfNew(const std::string& unit) {
-        sd_bus_emit_signal(bus_, kPath, kManager, "UnitNew", "so", unit.c_str(), pathOf(unit).c_str());
+        sd_bus_emit_signal(bus_, kPath, kManager, "UnitNew", "so", unit.c_str(),
+                           pathOf(unit).c_str());
     }
     /// Some job of the unit has ended: also one that stopped it, or found it running.
     void tellOfJob(const std::string& unit, const char* result) {
@@ -46,7 +48,8 @@ public:
     /// The unit has ended and is forgotten.
     void remove(const std::string& unit) {
         activeSince_.erase(pathOf(unit));
-        sd_bus_emit_signal(bus_, kPath, kManager, "UnitRemoved", "so", unit.c_str(), pathOf(unit).c_str());
+        sd_bus_emit_signal(bus_, kPath, kManager, "UnitRemoved", "so", unit.c_str(),
+                           pathOf(unit).c_str());
     }
 
 private:
@@ -64,8 +67,8 @@ private:
     void open(sd_bus* bus) {
         bus_ = bus;
         sd_bus_add_object(bus, nullptr, kPath, &FakeUserManager::onManagerCall, this);
-        sd_bus_add_fallback(bus, nullptr, "/org/freedesktop/systemd1/unit", &FakeUserManager::onUnitCall,
-                            this);
+        sd_bus_add_fallback(bus, nullptr, "/org/freedesktop/systemd1/unit",
+                            &FakeUserManager::onUnitCall, this);
         sd_bus_request_name_async(bus, nullptr, "org.freedesktop.systemd1", 0, nullptr, nullptr);
     }
 

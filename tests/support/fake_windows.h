@@ -12,7 +12,9 @@ class FakeWindows final : public WindowFactory {
 public:
     std::string log;
 
-    std::unique_ptr<Window> makeDashboard(AppDelegate& /*delegate*/) override { return make("dashboard"); }
+    std::unique_ptr<Window> makeDashboard(AppDelegate& /*delegate*/) override {
+        return make("dashboard");
+    }
     std::unique_ptr<Window> makeHelpWindow() override { return make("help"); }
 
 private:
@@ -28,7 +30,9 @@ private:
         const std::string name_;
     };
 
-    std::unique_ptr<Window> make(const char* name) { return std::make_unique<FakeWindow>(log, name); }
+    std::unique_ptr<Window> make(const char* name) {
+        return std::make_unique<FakeWindow>(log, name);
+    }
 };
 
 }  // namespace chimewerk

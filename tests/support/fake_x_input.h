@@ -16,8 +16,8 @@ public:
         const xcb_window_t window = xcb_generate_id(server_);
         const std::uint32_t unmanaged = 1;
         xcb_create_window(server_, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 50, 50, 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_OVERRIDE_REDIRECT,
-                          &unmanaged);
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual,
+                          XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
         xcb_map_window(server_, window);
         xcb_set_input_focus(server_, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
         sync();
@@ -36,14 +36,16 @@ public:
         release(key);
     }
     /// Returns once the server has done what it was asked to.
-    void sync() { std::free(xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr)); }
+    void sync() {
+        std::free(xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr));
+    }
     xcb_connection_t* server() const { return server_; }
 
 private:
     void send(std::uint8_t type, unsigned key) {
         constexpr unsigned kServerOffset = 8;
-        xcb_test_fake_input(server_, type, static_cast<std::uint8_t>(key + kServerOffset), XCB_CURRENT_TIME,
-                            XCB_NONE, 0, 0, 0);
+        xcb_test_fake_input(server_, type, static_cast<std::uint8_t>(key + kServerOffset),
+                            XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
         xcb_flush(server_);
     }
 

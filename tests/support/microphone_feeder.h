@@ -53,7 +53,8 @@ private:
     void strike(std::vector<float>& part) const {
         for (std::size_t i = channel_; i < part.size(); i += channels_) {
             const double seconds = static_cast<double>(i / channels_) / static_cast<double>(rate_);
-            part[i] = static_cast<float>(-0.9 * std::exp(-seconds / 0.001) * std::cos(seconds * 5000));
+            part[i] =
+                static_cast<float>(-0.9 * std::exp(-seconds / 0.001) * std::cos(seconds * 5000));
         }
     }
 

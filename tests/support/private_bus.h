@@ -49,7 +49,8 @@ private:
         const FileDescriptor caller(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
         sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
         path().copy(address.sun_path, sizeof address.sun_path - 1);
-        return connect(caller.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        return connect(caller.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) ==
+               0;
     }
 
     const std::string variable_;

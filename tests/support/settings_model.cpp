@@ -27,9 +27,10 @@ constexpr std::array<const char*, static_cast<std::size_t>(Kind::last) + 1> kNam
 /// The whole state as text, floats by their bits, so that two states can be compared and shown.
 class Picture {
 public:
-    void event(const std::string& id, const std::string& path, float volume, bool enabled, float threshold) {
-        text_ << id << " '" << path << "' " << std::bit_cast<std::uint32_t>(volume) << ' ' << enabled << ' '
-              << std::bit_cast<std::uint32_t>(threshold) << '\n';
+    void event(const std::string& id, const std::string& path, float volume, bool enabled,
+               float threshold) {
+        text_ << id << " '" << path << "' " << std::bit_cast<std::uint32_t>(volume) << ' '
+              << enabled << ' ' << std::bit_cast<std::uint32_t>(threshold) << '\n';
     }
     template <typename Sounds>
     void theme(const std::string& id, const std::string& name, const Sounds& sounds) {
@@ -140,8 +141,8 @@ private:
         selected_.reset();
     }
     Theme* find(const std::optional<std::string>& id) {
-        const auto found =
-            std::find_if(themes_.begin(), themes_.end(), [&](const Theme& t) { return t.id == id; });
+        const auto found = std::find_if(themes_.begin(), themes_.end(),
+                                        [&](const Theme& t) { return t.id == id; });
         return found == themes_.end() ? nullptr : &*found;
     }
     void setNumber(const SettingsStep& step, Event& event) {
@@ -152,7 +153,8 @@ private:
         } else {
             event.enabled = step.number > 0;
             if (step.id.starts_with("trash")) {
-                finder_ += events_["trash_add"].enabled || events_["trash_empty"].enabled ? "off " : "on ";
+                finder_ +=
+                    events_["trash_add"].enabled || events_["trash_empty"].enabled ? "off " : "on ";
             }
         }
     }
@@ -220,8 +222,8 @@ private:
     /// What is left of the stored settings for the next start to see.
     void spoil(const SettingsStep& step) {
         const auto all = factoryEvents();
-        const auto event =
-            std::find_if(all.begin(), all.end(), [&](const SoundEvent& e) { return e.id == step.id; });
+        const auto event = std::find_if(all.begin(), all.end(),
+                                        [&](const SoundEvent& e) { return e.id == step.id; });
         const auto stored = stored_.events.find(step.id);
         if (step.kind == Kind::loseEvents || step.kind == Kind::spoilEvents) {
             stored_.events.clear();
@@ -272,7 +274,9 @@ public:
         changed_ = true;
         store_->setData(key, std::move(make));
     }
-    std::optional<DefaultsValue> object(std::string_view key) const override { return store_->object(key); }
+    std::optional<DefaultsValue> object(std::string_view key) const override {
+        return store_->object(key);
+    }
     void keepDamaged() override { store_->keepDamaged(); }
 
 private:
@@ -290,7 +294,8 @@ public:
         store_.changed();
         switch (step.kind) {
             case Kind::setPath:
-                library_->setPath(step.text.empty() ? std::nullopt : std::optional(step.text), step.id);
+                library_->setPath(step.text.empty() ? std::nullopt : std::optional(step.text),
+                                  step.id);
                 break;
             case Kind::setVolume:
                 library_->setVolume(step.number, step.id);
@@ -357,13 +362,15 @@ private:
                 return;
             }
         }
-        library_->setCustomTheme({.id = step.id, .name = "unlisted", .sounds = {{"slap", step.text}}});
+        library_->setCustomTheme(
+            {.id = step.id, .name = "unlisted", .sounds = {{"slap", step.text}}});
     }
     void spoil(const SettingsStep& step) {
         const auto stored = store_.object("ChimewerkEvents");
         auto events = stored ? std::get<DefaultsDictionary>(stored->value) : DefaultsDictionary{};
-        auto* const event =
-            events.contains(step.id) ? &std::get<DefaultsDictionary>(events[step.id].value) : nullptr;
+        auto* const event = events.contains(step.id)
+                                ? &std::get<DefaultsDictionary>(events[step.id].value)
+                                : nullptr;
         switch (step.kind) {
             case Kind::loseEvents:
                 store_.setObject("ChimewerkEvents", std::nullopt);
@@ -416,7 +423,11 @@ std::string contrast(const std::string& expected, const std::string& actual) {
         std::getline(left, a);
         std::getline(right, b);
         if (a != b) {
-            difference.append("  expected: ").append(a).append("\n  but was:  ").append(b).append("\n");
+            difference.append("  expected: ")
+                .append(a)
+                .append("\n  but was:  ")
+                .append(b)
+                .append("\n");
         }
     }
     return difference;
@@ -438,15 +449,17 @@ SettingsSession shortened(SettingsSession session, const MakeStorage& makeStorag
 std::string describe(const SettingsSession& session) {
     std::ostringstream text;
     for (const SettingsStep& step : session) {
-        text << "  " << kNames.at(static_cast<std::size_t>(step.kind)) << " id='" << step.id << "' text='"
-             << step.text << "' number=" << step.number << " theme=" << rawValue(step.theme) << '\n';
+        text << "  " << kNames.at(static_cast<std::size_t>(step.kind)) << " id='" << step.id
+             << "' text='" << step.text << "' number=" << step.number
+             << " theme=" << rawValue(step.theme) << '\n';
     }
     return text.str();
 }
 
 SettingsSession randomSettingsSession(unsigned seed, std::size_t length) {
     // Few identifiers, so that steps meet; twice as likely are the user's own changes.
-    const std::vector<std::string> events = {"slap", "usb_connect", "trash_add", "trash_empty", "no_such"};
+    const std::vector<std::string> events = {"slap", "usb_connect", "trash_add", "trash_empty",
+                                             "no_such"};
     const std::vector<std::string> themes = {"A", "B", "C", "unlisted"};
     const std::vector<std::string> texts = {"", "/a.wav", "/b.wav", "/j\xFCrgen/c.wav", "ü \"\\\n"};
     const std::vector<float> numbers = {
@@ -460,13 +473,14 @@ SettingsSession randomSettingsSession(unsigned seed, std::size_t length) {
         const auto allKinds = static_cast<unsigned>(Kind::last) + 1;
         const auto kind = static_cast<Kind>(random() % (random() % 2 == 0 ? userKinds : allKinds));
         const bool aboutThemes = kind >= Kind::setCustomTheme && kind <= Kind::deleteCustomTheme;
-        session.push_back({kind, aboutThemes ? anyOf(themes) : anyOf(events), anyOf(texts), anyOf(numbers),
-                           anyOf(kAllThemes)});
+        session.push_back({kind, aboutThemes ? anyOf(themes) : anyOf(events), anyOf(texts),
+                           anyOf(numbers), anyOf(kAllThemes)});
     }
     return session;
 }
 
-std::optional<std::string> firstDifference(const SettingsSession& session, const MakeStorage& makeStorage) {
+std::optional<std::string> firstDifference(const SettingsSession& session,
+                                           const MakeStorage& makeStorage) {
     Model model;
     Subject subject(makeStorage());
     for (std::size_t i = 0; i < session.size(); ++i) {

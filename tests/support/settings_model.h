@@ -57,7 +57,8 @@ using MakeStorage = std::function<OpenStore()>;
 
 /// Plays the session to a sound library and to a small model of the rules; tells where they first differ,
 /// none when they never do.
-std::optional<std::string> firstDifference(const SettingsSession& session, const MakeStorage& makeStorage);
+std::optional<std::string> firstDifference(const SettingsSession& session,
+                                           const MakeStorage& makeStorage);
 
 /// Plays the sessions of these seeds; tells the seed, the difference and the session, shortened to the steps
 /// it takes. Empty when the library always does as the model.

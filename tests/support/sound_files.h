@@ -23,8 +23,9 @@ inline std::vector<float> sine(double hertz, double amplitude, double seconds, i
 }
 
 /// Writes a sound file of one of libsndfile's formats, 16-bit WAV unless told otherwise.
-inline void writeSoundFile(const std::string& path, const std::vector<float>& samples, int rate = 48000,
-                           int channels = 2, int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16) {
+inline void writeSoundFile(const std::string& path, const std::vector<float>& samples,
+                           int rate = 48000, int channels = 2,
+                           int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16) {
     SF_INFO info{};
     info.samplerate = rate;
     info.channels = channels;

@@ -20,7 +20,9 @@ class SoundLibrary {
 public:
     SoundLibrary() : SoundLibrary(nullptr) {}
     /// On this store instead of a fake one.
-    explicit SoundLibrary(DefaultsStore* store) : store_(store == nullptr ? &defaults : store) { restart(); }
+    explicit SoundLibrary(DefaultsStore* store) : store_(store == nullptr ? &defaults : store) {
+        restart();
+    }
 
     /// As if the program were ended and started.
     void restart() { manager_ = std::make_unique<SoundManager>("/res", dependencies()); }
@@ -55,9 +57,10 @@ private:
     std::vector<std::string> announced_;
     NotificationCenter::Subscription listening_ =
         notifications.observe(themeDidChange, [this](const Notification& notification) {
-            announced_.push_back(notification.object.has_value()
-                                     ? std::string(rawValue(std::any_cast<SoundTheme>(notification.object)))
-                                     : "none");
+            announced_.push_back(
+                notification.object.has_value()
+                    ? std::string(rawValue(std::any_cast<SoundTheme>(notification.object)))
+                    : "none");
         });
     std::unique_ptr<SoundManager> manager_;
 };

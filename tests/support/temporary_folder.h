@@ -11,7 +11,8 @@ namespace chimewerk {
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "chimewerk-test-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "chimewerk-test-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) {
             throw std::runtime_error("no temporary folder");
         }

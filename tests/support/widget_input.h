@@ -40,7 +40,8 @@ protected:
         return comesTrue([&] {
             const QPoint place = window.mapToGlobal(QPoint(0, 0));
             return window.isActiveWindow() &&
-                   user.placeOf(static_cast<xcb_window_t>(window.winId())) == std::pair(place.x(), place.y());
+                   user.placeOf(static_cast<xcb_window_t>(window.winId())) ==
+                       std::pair(place.x(), place.y());
         });
     }
 

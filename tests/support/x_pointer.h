@@ -92,7 +92,9 @@ private:
         sync();
     }
     /// Returns once the server has done what it was asked to.
-    void sync() { std::free(xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr)); }
+    void sync() {
+        std::free(xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr));
+    }
 
     xcb_connection_t* const server_;
 };

@@ -38,7 +38,8 @@ TEST(ANoteName, GivesItsPitchAndNothingElseIsANote) {
     EXPECT_NEAR("C4"_hz, 261.6256, 1e-4);
     EXPECT_NEAR("C#5"_hz, "Db5"_hz, 1e-9);
     for (const char* const wrong : {"", "A", "H4", "A#"}) {
-        EXPECT_THROW(operator""_hz(wrong, std::char_traits<char>::length(wrong)), std::invalid_argument)
+        EXPECT_THROW(operator""_hz(wrong, std::char_traits<char>::length(wrong)),
+                     std::invalid_argument)
             << wrong;
     }
 }

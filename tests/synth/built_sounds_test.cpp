@@ -81,7 +81,8 @@ TEST(TheBuiltSounds, AreEquallyLoudWithinAndAcrossThemesAndTheirKeysQuieter) {
     const double reference = mean(groups.at("classic").events);
     for (const auto& [name, group] : groups) {
         if (!group.events.empty()) {
-            const auto [quietest, loudest] = std::minmax_element(group.events.begin(), group.events.end());
+            const auto [quietest, loudest] =
+                std::minmax_element(group.events.begin(), group.events.end());
             EXPECT_LE(*loudest - *quietest, 2.0) << name;
             EXPECT_NEAR(mean(group.events), reference, 0.5) << name;
         }
@@ -139,9 +140,11 @@ TEST(TheBuiltSounds, LetKeysBeTypedFifteenTimesASecond) {
         if (file.name == "key_click") {
             const Samples samples = samplesOf(file);
             const auto next =
-                samples.begin() + std::min<std::ptrdiff_t>(3200, static_cast<std::ptrdiff_t>(samples.size()));
+                samples.begin() +
+                std::min<std::ptrdiff_t>(3200, static_cast<std::ptrdiff_t>(samples.size()));
             const double late = std::inner_product(next, samples.end(), next, 0.0);
-            const double all = std::inner_product(samples.begin(), samples.end(), samples.begin(), 0.0);
+            const double all =
+                std::inner_product(samples.begin(), samples.end(), samples.begin(), 0.0);
             EXPECT_LE(late, 0.01 * all) << file.path;
         }
     }

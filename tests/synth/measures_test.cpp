@@ -24,7 +24,8 @@ Samples sweep(double fromHertz, double toHertz, double seconds, double amplitude
     const auto count = static_cast<int>(seconds * kSampleRate);
     for (int i = 0; i < count; ++i) {
         samples.push_back(amplitude * std::sin(kTurn * phase));
-        phase += fromHertz * std::pow(toHertz / fromHertz, static_cast<double>(i) / count) / kSampleRate;
+        phase +=
+            fromHertz * std::pow(toHertz / fromHertz, static_cast<double>(i) / count) / kSampleRate;
     }
     return samples;
 }
@@ -114,7 +115,8 @@ TEST(TheMeasures, TakeNoCopyForAnotherSound) {
     for (const SoundFile& file : everySoundFile()) {
         const Samples sound = samplesOf(file);
         const Portrait portrait(sound);
-        EXPECT_LT(portrait.distanceTo(Portrait(mapped(sound, [](double x) { return 0.4 * x; }))), 0.01)
+        EXPECT_LT(portrait.distanceTo(Portrait(mapped(sound, [](double x) { return 0.4 * x; }))),
+                  0.01)
             << file.path;
         EXPECT_LT(portrait.distanceTo(Portrait(later(sound, 0.002))), kUnlike) << file.path;
         EXPECT_LT(portrait.distanceTo(Portrait(higher(sound, 1.015))), kUnlike) << file.path;

@@ -57,8 +57,8 @@ void drawWave(Picture& picture, int left, int top, const Tile& tile) {
             return;
         }
         const auto first = samples.begin() + static_cast<std::ptrdiff_t>(from);
-        const auto last =
-            samples.begin() + static_cast<std::ptrdiff_t>(std::min(from + perColumn, samples.size()));
+        const auto last = samples.begin() +
+                          static_cast<std::ptrdiff_t>(std::min(from + perColumn, samples.size()));
         const auto [low, high] = std::minmax_element(first, last);
         for (int row = rowOf(*high); row <= rowOf(*low); ++row) {
             picture.at(left + column, top + row) = kWave;
@@ -87,11 +87,12 @@ void drawSpectrogram(Picture& picture, int left, int top, const Tile& tile) {
     const int width = std::min(kInnerWidth, static_cast<int>(columns.size()));
     for (int row = 0; row < kSpectrumHeight; ++row) {
         const auto frequency = [](int line) {
-            return kLowest * std::pow(kHighest / kLowest, static_cast<double>(line) / kSpectrumHeight);
+            return kLowest *
+                   std::pow(kHighest / kLowest, static_cast<double>(line) / kSpectrumHeight);
         };
         for (int column = 0; column < width; ++column) {
-            const double power =
-                powerBetween(columns[static_cast<std::size_t>(column)], frequency(row), frequency(row + 1));
+            const double power = powerBetween(columns[static_cast<std::size_t>(column)],
+                                              frequency(row), frequency(row + 1));
             const double level = 1.0 + 10.0 * std::log10(std::max(power, 1e-12) / loudest) / kRange;
             picture.at(left + column, top + kSpectrumHeight - 1 - row) =
                 static_cast<std::uint8_t>(std::lround(14.0 * std::clamp(level, 0.0, 1.0)) + 1);

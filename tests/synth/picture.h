@@ -16,7 +16,9 @@ struct Picture {
     std::vector<std::uint8_t> pixels;
 
     Picture(int columns, int rows);
-    std::uint8_t& at(int column, int row) { return pixels[static_cast<std::size_t>(row * width + column)]; }
+    std::uint8_t& at(int column, int row) {
+        return pixels[static_cast<std::size_t>(row * width + column)];
+    }
     std::uint8_t at(int column, int row) const {
         return pixels[static_cast<std::size_t>(row * width + column)];
     }

@@ -25,7 +25,8 @@ std::string chunk(const std::string& type, const std::string& content) {
     append(bytes, static_cast<std::uint32_t>(content.size()));
     const std::string checked = type + content;
     bytes += checked;
-    append(bytes, static_cast<std::uint32_t>(crc32(0, bytesOf(checked), static_cast<uInt>(checked.size()))));
+    append(bytes, static_cast<std::uint32_t>(
+                      crc32(0, bytesOf(checked), static_cast<uInt>(checked.size()))));
     return bytes;
 }
 
@@ -35,8 +36,9 @@ std::string palette() {
     std::string colours;
     for (int i = 0; i < 16; ++i) {
         const double x = i / 15.0;
-        const std::array<double, 3> rgb = {std::min(1.0, 1.5 * x * x + 0.2 * x + 0.06), 0.07 + 0.88 * x * x,
-                                           0.13 + 0.75 * x * (1.0 - x) * (1.4 - x) + 0.55 * x * x * x * x};
+        const std::array<double, 3> rgb = {
+            std::min(1.0, 1.5 * x * x + 0.2 * x + 0.06), 0.07 + 0.88 * x * x,
+            0.13 + 0.75 * x * (1.0 - x) * (1.4 - x) + 0.55 * x * x * x * x};
         for (const double part : rgb) {
             colours += static_cast<char>(std::lround(255.0 * part));
         }
@@ -75,7 +77,8 @@ void writePng(const std::filesystem::path& path, const Picture& picture) {
     append(header, static_cast<std::uint32_t>(picture.width));
     append(header, static_cast<std::uint32_t>(picture.height));
     header += std::string("\4\3\0\0\0", 5);  // four bits, by palette, nothing special
-    const std::string bytes = "\x89PNG\r\n\x1A\n" + chunk("IHDR", header) + chunk("PLTE", palette()) +
+    const std::string bytes = "\x89PNG\r\n\x1A\n" + chunk("IHDR", header) +
+                              chunk("PLTE", palette()) +
                               chunk("IDAT", compressed(packedRows(picture))) + chunk("IEND", "");
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {

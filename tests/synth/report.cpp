@@ -80,8 +80,8 @@ void writeSummary(std::ostream& out, const std::string& name, const Group& group
         << range(group, 1, all, [](const Row& row) { return row.levels.peak; }) << " | "
         << range(group, 1, event, loud) << " | " << range(group, 1, key, loud) << " | "
         << range(group, 1, all, [](const Row& row) { return row.levels.onset; }) << " | "
-        << range(group, 1, all, [](const Row& row) { return row.distance; }) << " | " << samples * 2 / 1000
-        << " |\n";
+        << range(group, 1, all, [](const Row& row) { return row.distance; }) << " | "
+        << samples * 2 / 1000 << " |\n";
 }
 
 void writeTable(std::ostream& out, const std::string& name, const Group& group) {
@@ -91,8 +91,9 @@ void writeTable(std::ostream& out, const std::string& name, const Group& group) 
     for (const Row& row : group) {
         out << "| " << row.file.name << " | " << rounded(1000.0 * row.levels.seconds, 0) << " | "
             << rounded(row.levels.peak, 1) << " | " << rounded(row.levels.loudness, 1) << " | "
-            << rounded(row.levels.onset, 1) << " | " << (row.trend > 0 ? "+" : "") << rounded(row.trend, 2)
-            << " | " << row.nearest << " | " << rounded(row.distance, 1) << " |\n";
+            << rounded(row.levels.onset, 1) << " | " << (row.trend > 0 ? "+" : "")
+            << rounded(row.trend, 2) << " | " << row.nearest << " | " << rounded(row.distance, 1)
+            << " |\n";
     }
 }
 
@@ -116,12 +117,14 @@ void writeReport(const std::filesystem::path& folder) {
             {file, samples, measureLevels(samples), trend(samples), Portrait(samples), "", 1000.0});
     }
     std::ofstream table(folder / "table.md");
-    table << "# The sounds, measured and drawn\n\nMade by `chimewerk-sound-report` from the built files; "
+    table << "# The sounds, measured and drawn\n\nMade by `chimewerk-sound-report` from the built "
+             "files; "
              "what the columns "
              "mean is told in [sounds.md](../sounds.md).\n";
-    table << "\n| theme | ms, events | ms, keys | peak dBFS | LUFS, events | LUFS, keys | onset ms | "
-             "distance to the "
-             "nearest, dB | kB |\n|---|---|---|---|---|---|---|---|---|\n";
+    table
+        << "\n| theme | ms, events | ms, keys | peak dBFS | LUFS, events | LUFS, keys | onset ms | "
+           "distance to the "
+           "nearest, dB | kB |\n|---|---|---|---|---|---|---|---|---|\n";
     for (const std::string& name : order) {
         findNearest(groups[name]);
         writeSummary(table, name, groups[name]);
@@ -139,8 +142,8 @@ void writeReport(const std::filesystem::path& folder) {
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::cerr
-            << "usage: chimewerk-sound-report FOLDER\nWrites a table and pictures of the built sounds.\n";
+        std::cerr << "usage: chimewerk-sound-report FOLDER\nWrites a table and pictures of the "
+                     "built sounds.\n";
         return 2;
     }
     try {

@@ -40,7 +40,8 @@ std::vector<SoundFile> everySoundFile() {
     std::set<std::string> alerts;
     for (const SoundEvent& event : factoryEvents()) {
         if (alerts.insert(event.systemFallback).second) {
-            files.push_back({"alerts", event.systemFallback, "alerts/" + event.systemFallback + ".wav"});
+            files.push_back(
+                {"alerts", event.systemFallback, "alerts/" + event.systemFallback + ".wav"});
         }
     }
     return files;

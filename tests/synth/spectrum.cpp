@@ -37,7 +37,8 @@ void transform(Block& block) {
     for (std::size_t span = 1; span < kSize; span *= 2) {
         for (std::size_t start = 0; start < kSize; start += 2 * span) {
             for (std::size_t i = 0; i < span; ++i) {
-                const std::complex<double> odd = block[start + span + i] * roots()[i * kSize / (2 * span)];
+                const std::complex<double> odd =
+                    block[start + span + i] * roots()[i * kSize / (2 * span)];
                 block[start + span + i] = block[start + i] - odd;
                 block[start + i] += odd;
             }
@@ -109,9 +110,9 @@ double trend(const Samples& samples) {
     }
     std::erase_if(moments, [=](const Moment& moment) { return moment.power < 0.01 * loudest; });
     const std::size_t third = std::max<std::size_t>(1, moments.size() / 3);
-    return moments.empty()
-               ? 0.0
-               : meanCentre(moments, moments.size() - third, moments.size()) - meanCentre(moments, 0, third);
+    return moments.empty() ? 0.0
+                           : meanCentre(moments, moments.size() - third, moments.size()) -
+                                 meanCentre(moments, 0, third);
 }
 
 double shareAbove(double hertz, const Samples& samples) {
@@ -133,7 +134,8 @@ Portrait::Portrait(const Samples& samples) {
     for (const Spectrum& spectrum : spectra(samples, 0.02)) {
         auto& frame = frames_.emplace_back();
         for (std::size_t bin = 1; bin < kBins; ++bin) {
-            const double thirds = 3.0 * std::log2(static_cast<double>(bin) * kHertzPerBin / 100.0) + 1.5;
+            const double thirds =
+                3.0 * std::log2(static_cast<double>(bin) * kHertzPerBin / 100.0) + 1.5;
             frame[static_cast<std::size_t>(std::clamp(thirds, 0.0, kBands - 1.0))] += spectrum[bin];
         }
         loudest = std::max(loudest, *std::max_element(frame.begin(), frame.end()));

@@ -48,7 +48,8 @@ TEST(TheSynthesizer, MakesTheSameBytesEachTimeWhateverTheLocale) {
         shell("LC_ALL=de_DE.UTF-8 TZ=Asia/Tokyo '" CHIMEWERK_SYNTH "' " + folder.path().string());
     ASSERT_EQ(outcome.status, 0) << outcome.text;
     for (const SoundFile& file : everySoundFile()) {
-        EXPECT_TRUE(bytesOf(folder.path() / file.path) == bytesOf(soundsFolder() / file.path)) << file.path;
+        EXPECT_TRUE(bytesOf(folder.path() / file.path) == bytesOf(soundsFolder() / file.path))
+            << file.path;
     }
 }
 

@@ -33,12 +33,14 @@ Samples decodeWav(const std::vector<std::uint8_t>& bytes) {
         return std::string(bytes.begin() + static_cast<std::ptrdiff_t>(at),
                            bytes.begin() + static_cast<std::ptrdiff_t>(at + 4)) == expected;
     };
-    demand(tag(0, "RIFF") && tag(8, "WAVE") && tag(12, "fmt ") && tag(36, "data"), "not a plain WAV file");
+    demand(tag(0, "RIFF") && tag(8, "WAVE") && tag(12, "fmt ") && tag(36, "data"),
+           "not a plain WAV file");
     demand(number(bytes, 20, 2) == 1 && number(bytes, 34, 2) == 16, "not 16-bit PCM");
     demand(number(bytes, 22, 2) == 1 && number(bytes, 32, 2) == 2, "not mono");
     demand(number(bytes, 24, 4) == 48000 && number(bytes, 28, 4) == 96000, "not at 48 kHz");
-    demand(number(bytes, 4, 4) == bytes.size() - 8 && number(bytes, 40, 4) == bytes.size() - kHeader,
-           "its sizes are not those of the file");
+    demand(
+        number(bytes, 4, 4) == bytes.size() - 8 && number(bytes, 40, 4) == bytes.size() - kHeader,
+        "its sizes are not those of the file");
     Samples samples;
     for (std::size_t at = kHeader; at + 1 < bytes.size(); at += 2) {
         const auto sample = static_cast<std::int16_t>(number(bytes, at, 2));

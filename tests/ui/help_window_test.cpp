@@ -57,7 +57,8 @@ protected:
     /// lies so that its baseline is at four fifths of the share.
     static double topOf(const QTextBlock& block, int line) {
         const QTextLine it = block.layout()->lineAt(line);
-        return block.layout()->position().y() + it.y() + it.ascent() - 0.8 * block.blockFormat().lineHeight();
+        return block.layout()->position().y() + it.y() + it.ascent() -
+               0.8 * block.blockFormat().lineHeight();
     }
 
     /// Between the last line of the paragraph above and the first of this one, in pixels.
@@ -90,8 +91,9 @@ TEST_F(TheHelpWindow, PlacesTheLabelsOfItsHeader) {
     };
     int bottom = 0;
     auto labels = window_.findChildren<QLabel*>();
-    for (const Row& row : {Row{"🔊  Chimewerk", 30, 18, 1}, Row{"Your Mac, but louder.", 15, 5, 0.88},
-                           Row{"v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary", 11, 6, 0.65}}) {
+    for (const Row& row :
+         {Row{"🔊  Chimewerk", 30, 18, 1}, Row{"Your Mac, but louder.", 15, 5, 0.88},
+          Row{"v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary", 11, 6, 0.65}}) {
         SCOPED_TRACE(row.text.toStdString());
         ASSERT_FALSE(labels.empty());
         const QLabel& label = *labels.takeFirst();
@@ -152,9 +154,10 @@ TEST_F(TheHelpWindow, AddsUpTheSpacingsOfNeighbours) {
         double spacing;
     };
     for (const Row& row :
-         {Row{"No Dock icon.", 5}, Row{"─", 5 + 10}, Row{"Sound Events", 10 + 22}, Row{"Single Knock", 8},
-          Row{"Lid Open", 3}, Row{"Keyboard sounds not working", 8 + 14}, Row{"Find Chimewerk", 3},
-          Row{"Never skip", 3 + 4}, Row{"Trash sounds not working", 6 + 14}, Row{"All other 17", 5 + 6}}) {
+         {Row{"No Dock icon.", 5}, Row{"─", 5 + 10}, Row{"Sound Events", 10 + 22},
+          Row{"Single Knock", 8}, Row{"Lid Open", 3}, Row{"Keyboard sounds not working", 8 + 14},
+          Row{"Find Chimewerk", 3}, Row{"Never skip", 3 + 4},
+          Row{"Trash sounds not working", 6 + 14}, Row{"All other 17", 5 + 6}}) {
         EXPECT_NEAR(spacingAbove(row.text), row.spacing, 0.05) << row.text.toStdString();
     }
     EXPECT_EQ(text().document()->begin().layout()->position().y(), 28);

@@ -28,21 +28,24 @@ public:
     static bool works() { return umockdev_in_mock_environment() != 0; }
 
     /// Adds a device, announces it and returns its folder. The parent is another one's folder, or empty.
-    std::string add(const std::string& subsystem, const std::string& name, const std::string& parent = {},
-                    const Values& attributes = {}, const Values& properties = {}) {
+    std::string add(const std::string& subsystem, const std::string& name,
+                    const std::string& parent = {}, const Values& attributes = {},
+                    const Values& properties = {}) {
         std::vector<std::string> texts[2] = {flatten(attributes), flatten(properties)};
-        return taken(umockdev_testbed_add_devicev(bed_, subsystem.c_str(), name.c_str(),
-                                                  parent.empty() ? nullptr : parent.c_str(),
-                                                  pointers(texts[0]).data(), pointers(texts[1]).data()));
+        return taken(umockdev_testbed_add_devicev(
+            bed_, subsystem.c_str(), name.c_str(), parent.empty() ? nullptr : parent.c_str(),
+            pointers(texts[0]).data(), pointers(texts[1]).data()));
     }
     void set(const std::string& device, const std::string& attribute, const std::string& value) {
         umockdev_testbed_set_attribute(bed_, device.c_str(), attribute.c_str(), value.c_str());
     }
-    void set(const std::string& device, const std::string& attribute, std::vector<std::uint8_t> value) {
+    void set(const std::string& device, const std::string& attribute,
+             std::vector<std::uint8_t> value) {
         umockdev_testbed_set_attribute_binary(bed_, device.c_str(), attribute.c_str(), value.data(),
                                               static_cast<int>(value.size()));
     }
-    void setProperty(const std::string& device, const std::string& property, const std::string& value) {
+    void setProperty(const std::string& device, const std::string& property,
+                     const std::string& value) {
         umockdev_testbed_set_property(bed_, device.c_str(), property.c_str(), value.c_str());
     }
     void announce(const std::string& device, const std::string& action) {

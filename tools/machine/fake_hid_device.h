@@ -18,8 +18,9 @@
 namespace chimewerk {
 
 /// How the sensor in a lid's hinge describes itself.
-inline const std::vector<std::uint8_t> kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0xA1, 0x01, 0x85, 0x01, 0x09,
-                                                      0x8A, 0x75, 0x10, 0x95, 0x01, 0x81, 0x02, 0xC0};
+inline const std::vector<std::uint8_t> kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0xA1, 0x01,
+                                                      0x85, 0x01, 0x09, 0x8A, 0x75, 0x10,
+                                                      0x95, 0x01, 0x81, 0x02, 0xC0};
 
 /// A HID device of the testbed. A terminal without any manners is its hidraw node: what the device reports
 /// can be read there, and when it is unplugged that ends in an error.
@@ -32,7 +33,8 @@ public:
           path_(machine.nodePath("hidraw" + number)),
           terminal_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         if (!terminal_ || unlockpt(terminal_.get()) != 0 || ptsname(terminal_.get()) == nullptr) {
-            throw std::runtime_error("a made-up device needs a terminal, and there is none to be had");
+            throw std::runtime_error(
+                "a made-up device needs a terminal, and there is none to be had");
         }
         termios settings{};
         tcgetattr(terminal_.get(), &settings);
@@ -41,7 +43,8 @@ public:
         std::filesystem::create_symlink(ptsname(terminal_.get()), path_);
         device_ = machine.add("hid", "0018:0000:0000.000" + number);
         machine.set(device_, "report_descriptor", descriptor);
-        node_ = machine.add("hidraw", "hidraw" + number, device_, {}, {{"DEVNAME", "/dev/hidraw" + number}});
+        node_ = machine.add("hidraw", "hidraw" + number, device_, {},
+                            {{"DEVNAME", "/dev/hidraw" + number}});
     }
     FakeHidDevice(const FakeHidDevice&) = delete;
     FakeHidDevice& operator=(const FakeHidDevice&) = delete;
@@ -49,12 +52,14 @@ public:
 
     /// One report at a time: the next one when this one has been read.
     void report(const Report& bytes) {
-        if (write(terminal_.get(), bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+        if (write(terminal_.get(), bytes.data(), bytes.size()) !=
+            static_cast<ssize_t>(bytes.size())) {
             throw std::runtime_error("a made-up device cannot report");
         }
     }
     void reportAngle(int degrees) {
-        report({1, static_cast<std::uint8_t>(degrees & 0xFF), static_cast<std::uint8_t>(degrees >> 8)});
+        report({1, static_cast<std::uint8_t>(degrees & 0xFF),
+                static_cast<std::uint8_t>(degrees >> 8)});
     }
     void unplug() {
         if (!node_.empty()) {

@@ -29,8 +29,10 @@ namespace {
 
 constexpr const char* kUsage =
     "fake-machine PIPE program [argument...]\n"
-    "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its brightness and,\n"
-    "where this user may have that, a network of its own. Makes the pipe, which the program finds in\n"
+    "Runs the program on a machine with a lid sensor at 60 degrees, a display at half its "
+    "brightness and,\n"
+    "where this user may have that, a network of its own. Makes the pipe, which the program finds "
+    "in\n"
     "$CHIMEWERK_MACHINE; what is written there, a line at a time, happens:\n"
     "  lid DEGREES   brightness PERCENT   usb   network up|down\n";
 
@@ -41,7 +43,8 @@ public:
         if (unshare(CLONE_NEWNET) == 0) {
             hasNetwork_ = PrivateNetwork::ip("link set lo up") &&
                           PrivateNetwork::ip("link add near type veth peer name far") &&
-                          PrivateNetwork::ip("link set far up") && PrivateNetwork::ip("link set near up") &&
+                          PrivateNetwork::ip("link set far up") &&
+                          PrivateNetwork::ip("link set near up") &&
                           PrivateNetwork::ip("addr add 192.0.2.1/24 dev near") &&
                           PrivateNetwork::ip("route add default via 192.0.2.2 dev near");
         }
@@ -81,8 +84,9 @@ private:
 
     FakeDevices bed_;
     FakeHidDevice lid_{bed_, "0", kLidDescriptor};
-    std::string display_ = bed_.add("backlight", "panel", "",
-                                    {{"type", "raw\n"}, {"brightness", "50\n"}, {"max_brightness", "100\n"}});
+    std::string display_ =
+        bed_.add("backlight", "panel", "",
+                 {{"type", "raw\n"}, {"brightness", "50\n"}, {"max_brightness", "100\n"}});
     int angle_ = 60;
     int sticks_ = 0;
     bool hasNetwork_ = false;
@@ -160,7 +164,8 @@ int run(const char* pipePath, char** command) {
     }
     std::string text;
     while (true) {
-        std::array<pollfd, 2> ready{pollfd{pipe.get(), POLLIN, 0}, pollfd{signals.get(), POLLIN, 0}};
+        std::array<pollfd, 2> ready{pollfd{pipe.get(), POLLIN, 0},
+                                    pollfd{signals.get(), POLLIN, 0}};
         poll(ready.data(), ready.size(), -1);
         if (const std::optional<int> status = takeSignals(signals, *program)) {
             unlink(pipePath);

@@ -25,9 +25,9 @@ void FrameTimeline::blockArrived(std::int64_t frame, SteadyTime arrival) {
 
 SteadyTime FrameTimeline::timeOf(std::int64_t frame) const {
     constexpr std::size_t kEnoughBlocks = 20;
-    auto window =
-        std::prev(std::upper_bound(windows_.begin() + 1, windows_.end(), frame,
-                                   [](std::int64_t value, const Window& w) { return value < w.first; }));
+    auto window = std::prev(
+        std::upper_bound(windows_.begin() + 1, windows_.end(), frame,
+                         [](std::int64_t value, const Window& w) { return value < w.first; }));
     if (window->origins.size() < kEnoughBlocks && !window->afterPause) {
         --window;
     }
@@ -75,8 +75,8 @@ void Recording::append(std::span<const float> samples, SteadyTime arrival) {
 
 std::optional<SteadyTime> Recording::firstSoundAfter(SteadyTime time, float threshold) const {
     const auto begin = samples_.begin() + timeline_.frameAt(time, frames()) * kChannels;
-    const auto found =
-        std::find_if(begin, samples_.end(), [&](float sample) { return std::fabs(sample) >= threshold; });
+    const auto found = std::find_if(begin, samples_.end(),
+                                    [&](float sample) { return std::fabs(sample) >= threshold; });
     if (found == samples_.end()) {
         return std::nullopt;
     }
@@ -101,8 +101,8 @@ bool Recording::writeWav(const std::filesystem::path& path) const {
     info.samplerate = kRate;
     info.channels = kChannels;
     info.format = SF_FORMAT_WAV | SF_FORMAT_FLOAT;
-    const std::unique_ptr<SNDFILE, decltype(&sf_close)> file(sf_open(path.c_str(), SFM_WRITE, &info),
-                                                             &sf_close);
+    const std::unique_ptr<SNDFILE, decltype(&sf_close)> file(
+        sf_open(path.c_str(), SFM_WRITE, &info), &sf_close);
     return file && sf_writef_float(file.get(), samples_.data(), frames()) == frames();
 }
 

@@ -34,8 +34,8 @@ bool SinkRecorder::start(std::chrono::milliseconds timeout) {
     mainloop_.reset(pa_threaded_mainloop_new());
     context_.reset(pa_context_new(pa_threaded_mainloop_get_api(mainloop_.get()), "sink recorder"));
     pa_context_set_state_callback(
-        context_.get(), [](pa_context*, void* self) { static_cast<SinkRecorder*>(self)->contextChanged(); },
-        this);
+        context_.get(),
+        [](pa_context*, void* self) { static_cast<SinkRecorder*>(self)->contextChanged(); }, this);
     if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0 ||
         pa_threaded_mainloop_start(mainloop_.get()) < 0) {
         stop();
@@ -76,16 +76,18 @@ void SinkRecorder::contextChanged() {
 void SinkRecorder::connectStream() {
     stream_.reset(pa_stream_new(context_.get(), "recording", &kFormat, nullptr));
     pa_stream_set_state_callback(
-        stream_.get(), [](pa_stream*, void* self) { static_cast<SinkRecorder*>(self)->streamChanged(); },
-        this);
+        stream_.get(),
+        [](pa_stream*, void* self) { static_cast<SinkRecorder*>(self)->streamChanged(); }, this);
     pa_stream_set_suspended_callback(
-        stream_.get(), [](pa_stream*, void* self) { static_cast<SinkRecorder*>(self)->suspendedChanged(); },
-        this);
+        stream_.get(),
+        [](pa_stream*, void* self) { static_cast<SinkRecorder*>(self)->suspendedChanged(); }, this);
     pa_stream_set_read_callback(
         stream_.get(),
-        [](pa_stream*, std::size_t, void* self) { static_cast<SinkRecorder*>(self)->readAll(); }, this);
+        [](pa_stream*, std::size_t, void* self) { static_cast<SinkRecorder*>(self)->readAll(); },
+        this);
     constexpr auto kServerChooses = static_cast<std::uint32_t>(-1);
-    const pa_buffer_attr buffer{kServerChooses, kServerChooses, kServerChooses, kServerChooses, kBlockBytes};
+    const pa_buffer_attr buffer{kServerChooses, kServerChooses, kServerChooses, kServerChooses,
+                                kBlockBytes};
     unsigned flags = PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE;
     if (suspending_ == Suspending::Allowed) {
         flags |= PA_STREAM_DONT_INHIBIT_AUTO_SUSPEND;
@@ -107,7 +109,9 @@ void SinkRecorder::streamChanged() {
 }
 
 void SinkRecorder::forgetRenderedAhead() {
-    const auto resumed = [](pa_context*, int, void* self) { static_cast<SinkRecorder*>(self)->resumed(); };
+    const auto resumed = [](pa_context*, int, void* self) {
+        static_cast<SinkRecorder*>(self)->resumed();
+    };
     const char* sink = sink_.c_str();
     pa_operation_unref(pa_context_suspend_sink_by_name(context_.get(), sink, 1, nullptr, nullptr));
     pa_operation_unref(pa_context_suspend_sink_by_name(context_.get(), sink, 0, resumed, this));

@@ -35,7 +35,8 @@ public:
         Allowed
     };
 
-    explicit SinkRecorder(std::string sink = "speaker", Suspending suspending = Suspending::Prevented);
+    explicit SinkRecorder(std::string sink = "speaker",
+                          Suspending suspending = Suspending::Prevented);
     SinkRecorder(const SinkRecorder&) = delete;
     SinkRecorder& operator=(const SinkRecorder&) = delete;
     ~SinkRecorder();
@@ -52,11 +53,12 @@ public:
 
     /// Waits until everything played before `time` is recorded; false when that takes longer than `timeout`,
     /// or the server drops the recorder.
-    [[nodiscard]] bool waitUntilRecorded(SteadyTime time,
-                                         std::chrono::milliseconds timeout = std::chrono::seconds(5)) const;
+    [[nodiscard]] bool waitUntilRecorded(
+        SteadyTime time, std::chrono::milliseconds timeout = std::chrono::seconds(5)) const;
     /// Waits for a sound as `firstSoundAfter()` finds it, at most until everything played before `deadline`
     /// is recorded.
-    std::optional<SteadyTime> waitForSound(SteadyTime after, float threshold, SteadyTime deadline) const;
+    std::optional<SteadyTime> waitForSound(SteadyTime after, float threshold,
+                                           SteadyTime deadline) const;
 
     // See Recording.
     std::optional<SteadyTime> firstSoundAfter(SteadyTime time, float threshold) const;
@@ -79,7 +81,9 @@ private:
     void setState(State state);
 
     struct MainloopDeleter {
-        void operator()(pa_threaded_mainloop* mainloop) const { pa_threaded_mainloop_free(mainloop); }
+        void operator()(pa_threaded_mainloop* mainloop) const {
+            pa_threaded_mainloop_free(mainloop);
+        }
     };
     struct ContextDeleter {
         void operator()(pa_context* context) const { pa_context_unref(context); }

@@ -80,8 +80,8 @@ QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
 
 ChimewerkStyle::ChimewerkStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
 
-void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-                                   const QWidget* widget) const {
+void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                                   QPainter* painter, const QWidget* widget) const {
     switch (element) {
         case PE_PanelButtonCommand:
             return paintButton(*painter, *option, kindOf(option, widget));
@@ -116,18 +116,19 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
     QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
-void ChimewerkStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
-                                 const QWidget* widget) const {
+void ChimewerkStyle::drawControl(ControlElement element, const QStyleOption* option,
+                                 QPainter* painter, const QWidget* widget) const {
     switch (element) {
         case CE_MenuItem:
             return paintMenuItem(*painter, as<QStyleOptionMenuItem>(option));
         case CE_ComboBoxLabel:
-            return drawComboBoxLabel(
-                *painter, as<QStyleOptionComboBox>(option),
-                subControlRect(CC_ComboBox, &as<QStyleOptionComboBox>(option), SC_ComboBoxEditField, widget));
+            return drawComboBoxLabel(*painter, as<QStyleOptionComboBox>(option),
+                                     subControlRect(CC_ComboBox, &as<QStyleOptionComboBox>(option),
+                                                    SC_ComboBoxEditField, widget));
         case CE_PushButtonLabel: {
             QStyleOptionButton label = as<QStyleOptionButton>(option);
-            label.palette.setColor(QPalette::ButtonText, buttonTextColor(label, kindOf(option, widget)));
+            label.palette.setColor(QPalette::ButtonText,
+                                   buttonTextColor(label, kindOf(option, widget)));
             label.state &= ~State_Sunken;
             return QProxyStyle::drawControl(element, &label, painter, widget);
         }
@@ -147,8 +148,8 @@ void ChimewerkStyle::drawComplexControl(ComplexControl control, const QStyleOpti
                 break;
             }
             const QRect handle = subControlRect(control, option, SC_SliderHandle, widget);
-            paintSliderGroove(*painter, slider, subControlRect(control, option, SC_SliderGroove, widget),
-                              handle);
+            paintSliderGroove(*painter, slider,
+                              subControlRect(control, option, SC_SliderGroove, widget), handle);
             return paintSliderHandle(*painter, slider, handle);
         }
         case CC_ScrollBar:
@@ -160,8 +161,9 @@ void ChimewerkStyle::drawComplexControl(ComplexControl control, const QStyleOpti
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
-void ChimewerkStyle::drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette,
-                                  bool enabled, const QString& text, QPalette::ColorRole textRole) const {
+void ChimewerkStyle::drawItemText(QPainter* painter, const QRect& rect, int flags,
+                                  const QPalette& palette, bool enabled, const QString& text,
+                                  QPalette::ColorRole textRole) const {
     if (!holdsEmoji(text)) {
         return QProxyStyle::drawItemText(painter, rect, flags, palette, enabled, text, textRole);
     }
@@ -173,12 +175,13 @@ void ChimewerkStyle::drawItemText(QPainter* painter, const QRect& rect, int flag
     painter->restore();
 }
 
-QSize ChimewerkStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
-                                       const QWidget* widget) const {
+QSize ChimewerkStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
+                                       const QSize& size, const QWidget* widget) const {
     switch (type) {
         case CT_PushButton: {
             const auto& button = as<QStyleOptionButton>(option);
-            const int text = widget == nullptr ? size.width() : textWidth(widget->font(), button.text);
+            const int text =
+                widget == nullptr ? size.width() : textWidth(widget->font(), button.text);
             return {std::max(text + 24, 28), std::max(size.height() + 10, 26)};
         }
         case CT_MenuItem:
@@ -206,7 +209,8 @@ QRect ChimewerkStyle::subControlRect(ComplexControl control, const QStyleOptionC
     return QProxyStyle::subControlRect(control, option, part, widget);
 }
 
-int ChimewerkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+int ChimewerkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                                const QWidget* widget) const {
     switch (metric) {
         case PM_IndicatorWidth:
         case PM_IndicatorHeight:

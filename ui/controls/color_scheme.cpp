@@ -100,7 +100,8 @@ const ColorScheme& ColorScheme::dark() {
 }
 
 const ColorScheme& colorSchemeOf(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightnessF() < 0.5F ? ColorScheme::dark() : ColorScheme::light();
+    return palette.color(QPalette::Window).lightnessF() < 0.5F ? ColorScheme::dark()
+                                                               : ColorScheme::light();
 }
 
 const ColorScheme& colorSchemeOf(const QWidget& widget) {
@@ -123,10 +124,12 @@ QPalette paletteOf(const ColorScheme& look) {
     palette.setColor(QPalette::Highlight, dark ? look.blue.darker(128) : look.blue);
     palette.setColor(QPalette::HighlightedText, QColor(Qt::white));
     palette.setColor(QPalette::Link, look.blue);
-    palette.setColor(QPalette::ToolTipBase, dark ? QColor(0x3a, 0x3a, 0x3d) : QColor(0xff, 0xff, 0xff));
+    palette.setColor(QPalette::ToolTipBase,
+                     dark ? QColor(0x3a, 0x3a, 0x3d) : QColor(0xff, 0xff, 0xff));
     palette.setColor(QPalette::ToolTipText, look.label);
     palette.setColor(QPalette::Light, dark ? QColor(0x5a, 0x5a, 0x5e) : QColor(0xff, 0xff, 0xff));
-    palette.setColor(QPalette::Midlight, dark ? QColor(0x50, 0x50, 0x54) : QColor(0xee, 0xee, 0xf0));
+    palette.setColor(QPalette::Midlight,
+                     dark ? QColor(0x50, 0x50, 0x54) : QColor(0xee, 0xee, 0xf0));
     palette.setColor(QPalette::Mid, dark ? QColor(0x20, 0x20, 0x22) : QColor(0xc4, 0xc4, 0xc8));
     palette.setColor(QPalette::Dark, dark ? QColor(0x16, 0x16, 0x18) : QColor(0xa8, 0xa8, 0xac));
     palette.setColor(QPalette::Shadow, black(0.6));
@@ -166,7 +169,8 @@ QLabel* makeSectionLabel(const QString& text) {
 }
 
 QPushButton* makeButton(const QString& title) {
-    auto* const button = new QPushButton(QString(title).replace(QLatin1Char('&'), QLatin1String("&&")));
+    auto* const button =
+        new QPushButton(QString(title).replace(QLatin1Char('&'), QLatin1String("&&")));
     button->setFont(systemFont(13));
     return button;
 }

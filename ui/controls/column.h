@@ -21,7 +21,10 @@ public:
 
     /// Within the margins, in a parent of this width.
     Column(Qt::LayoutDirection direction, int parentWidth, const QMargins& margins)
-        : direction_(direction), parentWidth_(parentWidth), margins_(margins), bottom_(margins.top()) {}
+        : direction_(direction),
+          parentWidth_(parentWidth),
+          margins_(margins),
+          bottom_(margins.top()) {}
 
     void skip(int gap) { bottom_ += gap; }
     /// As wide as the column.

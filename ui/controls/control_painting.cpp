@@ -55,7 +55,11 @@ QColor faded(QColor color, const QStyleOption& option) {
 
 QColor controlFill(const QStyleOption& option) {
     if (isDark(option)) {
-        return faded(QColor(255, 255, 255, isPressed(option) ? 72 : isHovered(option) ? 52 : 40), option);
+        return faded(QColor(255, 255, 255,
+                            isPressed(option)   ? 72
+                            : isHovered(option) ? 52
+                                                : 40),
+                     option);
     }
     return isPressed(option)   ? QColor(0xe2, 0xe2, 0xe6)
            : isHovered(option) ? QColor(0xfa, 0xfa, 0xfc)
@@ -75,7 +79,8 @@ QColor accentFill(const QStyleOption& option) {
 }
 
 /// The line is one pixel wide and lies within the rectangle.
-void outline(QPainter& painter, const QRectF& rect, const QColor& color, qreal radius, qreal width = 1) {
+void outline(QPainter& painter, const QRectF& rect, const QColor& color, qreal radius,
+             qreal width = 1) {
     painter.setPen(QPen(color, width));
     painter.setBrush(Qt::NoBrush);
     const qreal half = width / 2;
@@ -130,7 +135,8 @@ bool showsFocusRing(const QStyleOption& option) {
     return (option.state & both) == both;
 }
 
-void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect, qreal radius) {
+void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect,
+                    qreal radius) {
     const Painting painting(painter);
     outline(painter, rect, colorSchemeOf(option.palette).blue, radius, 2);
 }
@@ -151,7 +157,8 @@ void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind)
     if (!showsFocusRing(option)) {
         return;
     }
-    outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue, kRadius + 1, 2);
+    outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue, kRadius + 1,
+            2);
     if (kind == ButtonKind::standard) {
         outline(painter, rect.adjusted(1, 1, -1, -1), Qt::white, kRadius - 1, 1.5);
     }
@@ -179,14 +186,17 @@ void paintCheckBox(QPainter& painter, const QStyleOption& option) {
     if (checked) {
         fill(painter, box, onAccent ? QColor(Qt::white) : accentFill(option), kBoxRadius);
         strokeCheckMark(painter, box,
-                        onAccent ? colorSchemeOf(option.palette).blue : faded(Qt::white, option), 2);
+                        onAccent ? colorSchemeOf(option.palette).blue : faded(Qt::white, option),
+                        2);
     } else {
         fill(painter, box, onAccent ? QColor(255, 255, 255, 40) : controlFill(option), kBoxRadius);
         const QColor edge = isDark(option) ? QColor(255, 255, 255, 110) : QColor(0, 0, 0, 110);
-        outline(painter, box, onAccent ? QColor(255, 255, 255, 220) : faded(edge, option), kBoxRadius);
+        outline(painter, box, onAccent ? QColor(255, 255, 255, 220) : faded(edge, option),
+                kBoxRadius);
     }
     if (showsFocusRing(option)) {
-        outline(painter, box.adjusted(-3, -3, 3, 3), colorSchemeOf(option.palette).blue, kBoxRadius + 3, 2);
+        outline(painter, box.adjusted(-3, -3, 3, 3), colorSchemeOf(option.palette).blue,
+                kBoxRadius + 3, 2);
     }
 }
 
@@ -200,7 +210,8 @@ void paintPopUpButton(QPainter& painter, const QStyleOption& option) {
     strokeChevron(painter, center - QPointF(0, 3), true, color);
     strokeChevron(painter, center + QPointF(0, 3), false, color);
     if (showsFocusRing(option)) {
-        outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue, kRadius + 1, 2);
+        outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue,
+                kRadius + 1, 2);
     }
 }
 
@@ -223,7 +234,8 @@ void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, cons
     const QRectF knob = QRectF(handle).adjusted(2, 2, -2, -2);
     const qreal radius = knob.width() / 2;
     fill(painter, knob.translated(0, 1), QColor(0, 0, 0, isDark(option) ? 90 : 36), radius);
-    const bool active = (option.activeSubControls & QStyle::SC_SliderHandle) != 0 && isPressed(option);
+    const bool active =
+        (option.activeSubControls & QStyle::SC_SliderHandle) != 0 && isPressed(option);
     const QColor face = isDark(option) ? QColor(0xd8, 0xd8, 0xdc) : QColor(Qt::white);
     const QColor dulled = isDark(option) ? QColor(0x70, 0x70, 0x74) : QColor(0xf2, 0xf2, 0xf4);
     fill(painter, knob, !isEnabled(option) ? dulled : active ? face.darker(108) : face, radius);
@@ -239,10 +251,11 @@ void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const Q
     }
     const Painting painting(painter);
     const bool upright = option.orientation == Qt::Vertical;
-    const QRectF thumb =
-        QRectF(handle).adjusted(upright ? 2 : 3, upright ? 3 : 2, upright ? -2 : -3, upright ? -3 : -2);
+    const QRectF thumb = QRectF(handle).adjusted(upright ? 2 : 3, upright ? 3 : 2,
+                                                 upright ? -2 : -3, upright ? -3 : -2);
     const int strength = isPressed(option) ? 130 : isHovered(option) ? 105 : 70;
-    const QColor color = isDark(option) ? QColor(255, 255, 255, strength) : QColor(0, 0, 0, strength);
+    const QColor color =
+        isDark(option) ? QColor(255, 255, 255, strength) : QColor(0, 0, 0, strength);
     fill(painter, thumb, color, std::min(thumb.width(), thumb.height()) / 2);
 }
 
@@ -251,8 +264,8 @@ void paintTextField(QPainter& painter, const QStyleOption& option) {
     const QRectF rect(option.rect);
     const bool focused = (option.state & QStyle::State_HasFocus) != 0;
     fill(painter, rect, option.palette.color(QPalette::Base), kRadius);
-    outline(painter, rect, focused ? colorSchemeOf(option.palette).blue : controlBorder(option), kRadius,
-            focused ? 2 : 1);
+    outline(painter, rect, focused ? colorSchemeOf(option.palette).blue : controlBorder(option),
+            kRadius, focused ? 2 : 1);
 }
 
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
@@ -269,7 +282,9 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
         fill(painter, QRectF(option.rect).adjusted(kMenuInset, 0, -kMenuInset, 0),
              option.palette.color(QPalette::Highlight), 4.5);
     }
-    const QColor color = selected ? QColor(Qt::white) : isEnabled(option) ? look.label : look.quaternaryLabel;
+    const QColor color = selected            ? QColor(Qt::white)
+                         : isEnabled(option) ? look.label
+                                             : look.quaternaryLabel;
     const QRect content = option.rect.adjusted(kMenuTextInset, 0, -12, 0);
     painter.setFont(option.font);
     if (option.checked) {
@@ -282,7 +297,8 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     const QStringList parts = option.text.split(QLatin1Char('\t'));
     const QRect place = QStyle::visualRect(option.direction, option.rect, content);
     constexpr int kFlags = Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic;
-    drawText(painter, place, kFlags | Qt::AlignLeft, elided(option.font, parts.value(0), place.width()));
+    drawText(painter, place, kFlags | Qt::AlignLeft,
+             elided(option.font, parts.value(0), place.width()));
     if (parts.size() > 1) {
         painter.setPen(selected ? QColor(255, 255, 255, 190) : look.tertiaryLabel);
         painter.drawText(place, kFlags | Qt::AlignRight, parts[1]);

@@ -25,16 +25,20 @@ struct Range {
 
 /// The characters that are emoji unless something says otherwise.
 constexpr std::array kEmoji = {
-    Range{0x231A, 0x231B},   Range{0x23E9, 0x23EC},   Range{0x23F0, 0x23F0},   Range{0x23F3, 0x23F3},
-    Range{0x25FD, 0x25FE},   Range{0x2614, 0x2615},   Range{0x2648, 0x2653},   Range{0x267F, 0x267F},
-    Range{0x2693, 0x2693},   Range{0x26A1, 0x26A1},   Range{0x26AA, 0x26AB},   Range{0x26BD, 0x26BE},
-    Range{0x26C4, 0x26C5},   Range{0x26CE, 0x26CE},   Range{0x26D4, 0x26D4},   Range{0x26EA, 0x26EA},
-    Range{0x26F2, 0x26F3},   Range{0x26F5, 0x26F5},   Range{0x26FA, 0x26FA},   Range{0x26FD, 0x26FD},
-    Range{0x2705, 0x2705},   Range{0x270A, 0x270B},   Range{0x2728, 0x2728},   Range{0x274C, 0x274C},
-    Range{0x274E, 0x274E},   Range{0x2753, 0x2755},   Range{0x2757, 0x2757},   Range{0x2795, 0x2797},
-    Range{0x27B0, 0x27B0},   Range{0x27BF, 0x27BF},   Range{0x2B1B, 0x2B1C},   Range{0x2B50, 0x2B50},
-    Range{0x2B55, 0x2B55},   Range{0x1F004, 0x1F004}, Range{0x1F0CF, 0x1F0CF}, Range{0x1F18E, 0x1F18E},
-    Range{0x1F191, 0x1F19A}, Range{0x1F1E6, 0x1F1FF}, Range{0x1F201, 0x1F201}, Range{0x1F300, 0x1FAFF}};
+    Range{0x231A, 0x231B},   Range{0x23E9, 0x23EC},   Range{0x23F0, 0x23F0},
+    Range{0x23F3, 0x23F3},   Range{0x25FD, 0x25FE},   Range{0x2614, 0x2615},
+    Range{0x2648, 0x2653},   Range{0x267F, 0x267F},   Range{0x2693, 0x2693},
+    Range{0x26A1, 0x26A1},   Range{0x26AA, 0x26AB},   Range{0x26BD, 0x26BE},
+    Range{0x26C4, 0x26C5},   Range{0x26CE, 0x26CE},   Range{0x26D4, 0x26D4},
+    Range{0x26EA, 0x26EA},   Range{0x26F2, 0x26F3},   Range{0x26F5, 0x26F5},
+    Range{0x26FA, 0x26FA},   Range{0x26FD, 0x26FD},   Range{0x2705, 0x2705},
+    Range{0x270A, 0x270B},   Range{0x2728, 0x2728},   Range{0x274C, 0x274C},
+    Range{0x274E, 0x274E},   Range{0x2753, 0x2755},   Range{0x2757, 0x2757},
+    Range{0x2795, 0x2797},   Range{0x27B0, 0x27B0},   Range{0x27BF, 0x27BF},
+    Range{0x2B1B, 0x2B1C},   Range{0x2B50, 0x2B50},   Range{0x2B55, 0x2B55},
+    Range{0x1F004, 0x1F004}, Range{0x1F0CF, 0x1F0CF}, Range{0x1F18E, 0x1F18E},
+    Range{0x1F191, 0x1F19A}, Range{0x1F1E6, 0x1F1FF}, Range{0x1F201, 0x1F201},
+    Range{0x1F300, 0x1FAFF}};
 
 bool isEmoji(char32_t character) {
     return std::any_of(kEmoji.begin(), kEmoji.end(), [character](const Range& range) {
@@ -52,8 +56,10 @@ struct Character {
 QList<Character> charactersOf(const QString& text) {
     QList<Character> characters;
     for (int at = 0; at < text.size();) {
-        const bool pair = text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
-        const char32_t code = pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
+        const bool pair =
+            text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
+        const char32_t code =
+            pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
         characters.append({code, at, pair ? 2 : 1});
         at += pair ? 2 : 1;
     }
@@ -67,10 +73,12 @@ QList<std::pair<int, int>> emojiRuns(const QString& text) {
     for (int i = 0; i < characters.size(); ++i) {
         const Character& character = characters[i];
         const char32_t next = i + 1 < characters.size() ? characters[i + 1].code : 0;
-        const bool continues = !runs.isEmpty() && runs.last().first + runs.last().second == character.start;
-        const bool trailing =
-            character.code == kEmojiSelector || character.code == kJoiner || character.code == kKeycap;
-        const bool emoji = next == kEmojiSelector || (isEmoji(character.code) && next != kTextSelector);
+        const bool continues =
+            !runs.isEmpty() && runs.last().first + runs.last().second == character.start;
+        const bool trailing = character.code == kEmojiSelector || character.code == kJoiner ||
+                              character.code == kKeycap;
+        const bool emoji =
+            next == kEmojiSelector || (isEmoji(character.code) && next != kTextSelector);
         if (continues && (trailing || emoji)) {
             runs.last().second += character.length;
         } else if (emoji) {
@@ -159,20 +167,22 @@ void drawText(QPainter& painter, const QRect& rect, int flags, const QString& te
         painter.drawText(rect, flags, text);
         return;
     }
-    QString shown =
-        (flags & (Qt::TextShowMnemonic | Qt::TextHideMnemonic)) != 0 ? withoutMnemonics(text) : text;
+    QString shown = (flags & (Qt::TextShowMnemonic | Qt::TextHideMnemonic)) != 0
+                        ? withoutMnemonics(text)
+                        : text;
     shown.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
     QTextLayout layout(shown, painter.font());
     dress(layout, painter.font(), shown);
     QTextOption option;
     option.setTextDirection(painter.layoutDirection());
-    option.setWrapMode((flags & Qt::TextWordWrap) != 0 ? QTextOption::WordWrap : QTextOption::ManualWrap);
+    option.setWrapMode((flags & Qt::TextWordWrap) != 0 ? QTextOption::WordWrap
+                                                       : QTextOption::ManualWrap);
     // Alignment is ours, so that it takes the text for what is drawn.
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     layout.setTextOption(option);
-    const Qt::Alignment alignment =
-        QStyle::visualAlignment(painter.layoutDirection(),
-                                Qt::Alignment(flags) & (Qt::AlignHorizontal_Mask | Qt::AlignVertical_Mask));
+    const Qt::Alignment alignment = QStyle::visualAlignment(
+        painter.layoutDirection(),
+        Qt::Alignment(flags) & (Qt::AlignHorizontal_Mask | Qt::AlignVertical_Mask));
     const QFontMetricsF metrics(painter.font());
     const qreal height = layLines(layout, rect.width(), alignment, metrics.lineSpacing());
     const qreal top = (alignment & Qt::AlignBottom) != 0    ? rect.height() - height

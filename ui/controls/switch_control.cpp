@@ -48,7 +48,8 @@ void SwitchControl::nextCheckState() {
     QCheckBox::nextCheckState();
     constexpr int kLongest = 150;
     // None where the user wants no animations.
-    moveKnob(std::min(kLongest, style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this)));
+    moveKnob(std::min(kLongest,
+                      style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this)));
 }
 
 void SwitchControl::moveKnob(int milliseconds) {

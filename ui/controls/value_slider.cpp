@@ -66,15 +66,17 @@ float ValueSlider::number() const {
 
 void ValueSlider::setNumber(float number) {
     const QSignalBlocker silently(this);
-    const double wanted = std::isnan(number) ? 0.0 : static_cast<double>(number) / range_.unit * kFineness;
-    setValue(static_cast<int>(
-        std::lround(std::clamp(wanted, static_cast<double>(minimum()), static_cast<double>(maximum())))));
+    const double wanted =
+        std::isnan(number) ? 0.0 : static_cast<double>(number) / range_.unit * kFineness;
+    setValue(static_cast<int>(std::lround(
+        std::clamp(wanted, static_cast<double>(minimum()), static_cast<double>(maximum())))));
 }
 
 void ValueSlider::mousePressEvent(QMouseEvent* event) {
     QStyleOptionSlider option;
     initStyleOption(&option);
-    const QRect knob = style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+    const QRect knob =
+        style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
     if (event->button() == Qt::LeftButton && !knob.contains(event->position().toPoint())) {
         setSliderPosition(valueAt(event->position().toPoint().x()));
     }

@@ -92,7 +92,9 @@ public:
     }
 
 private:
-    QPointF point(GaugePoint point) const { return {area_.left() + point.x, area_.bottom() - point.y}; }
+    QPointF point(GaugePoint point) const {
+        return {area_.left() + point.x, area_.bottom() - point.y};
+    }
 
     QRectF circle(GaugePoint center, double radius) const {
         const QPointF middle = point(center);

@@ -51,7 +51,9 @@ QWidget* makeFilledView() {
 }  // namespace
 
 DashboardWindowController::DashboardWindowController(const DashboardDependencies& dependencies)
-    : deps_(dependencies), sm_(dependencies.sounds), isDarkMode_(storedDarkMode(dependencies.defaults)) {
+    : deps_(dependencies),
+      sm_(dependencies.sounds),
+      isDarkMode_(storedDarkMode(dependencies.defaults)) {
     window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                            Qt::WindowCloseButtonHint);
@@ -66,9 +68,10 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
     lidAngles_ = deps_.notifications.observe(
         lidAngleDidChange, [this](const Notification& notification) { onLidAngle(notification); });
     counters_ = deps_.notifications.observe(
-        eventCounterUpdated, [this](const Notification& notification) { onCounterUpdated(notification); });
-    themes_ = deps_.notifications.observe(themeDidChange,
-                                          [this](const Notification& /*notification*/) { onThemeChanged(); });
+        eventCounterUpdated,
+        [this](const Notification& notification) { onCounterUpdated(notification); });
+    themes_ = deps_.notifications.observe(
+        themeDidChange, [this](const Notification& /*notification*/) { onThemeChanged(); });
 }
 
 void DashboardWindowController::showWindow() {
@@ -84,7 +87,8 @@ void DashboardWindowController::center() {
         QRect place(QPoint(), kContentSize);
         place.moveCenter(available.center());
         // On a screen that is too small for the window, its title bar stays within reach.
-        window_.move(std::max(place.left(), available.left()), std::max(place.top(), available.top()));
+        window_.move(std::max(place.left(), available.left()),
+                     std::max(place.top(), available.top()));
     }
 }
 
@@ -135,13 +139,15 @@ QWidget* DashboardWindowController::buildTitleRow() {
     appearanceBtn_ = makeButton({});
     appearanceBtn_->setFont(systemFont(11));
     appearanceBtn_->setToolTip(QStringLiteral("Toggle dark / light mode"));
-    QObject::connect(appearanceBtn_, &QPushButton::clicked, &window_, [this] { toggleAppearance(); });
+    QObject::connect(appearanceBtn_, &QPushButton::clicked, &window_,
+                     [this] { toggleAppearance(); });
 
     auto* const titleRow = new QWidget;
     auto* const row = new QHBoxLayout(titleRow);
     // The title is 20 below the top and 8 above the themes. The button is centred on it, higher, and reaches
     // into both gaps.
-    const int reach = std::max(0, (appearanceBtn_->sizeHint().height() - title->sizeHint().height() + 1) / 2);
+    const int reach =
+        std::max(0, (appearanceBtn_->sizeHint().height() - title->sizeHint().height() + 1) / 2);
     row->setContentsMargins(16, 20 - reach, 8, 8 - reach);
     row->addWidget(title);
     row->addStretch();

@@ -56,7 +56,8 @@ private:
     double alpha_ = 1.0;
 };
 
-DetailPanel::DetailPanel(const DashboardDependencies& around, std::function<std::size_t()> selectedIndex,
+DetailPanel::DetailPanel(const DashboardDependencies& around,
+                         std::function<std::size_t()> selectedIndex,
                          std::function<void()> onSettingsChanged)
     : deps_(around),
       sm_(around.sounds),
@@ -79,7 +80,8 @@ ValueSlider* DetailPanel::makeSlider(const ValueSlider::Range& range, ValueSlide
     auto* const slider = new ValueSlider(range, std::move(text));
     slider->setAccessibleName(QString::fromLatin1(name));
     // A drag is written once, at its end.
-    connect(slider, &QSlider::sliderPressed, this, [this] { heldWrites_ = deps_.defaults.holdWrites(); });
+    connect(slider, &QSlider::sliderPressed, this,
+            [this] { heldWrites_ = deps_.defaults.holdWrites(); });
     connect(slider, &QSlider::sliderReleased, this, [this] { heldWrites_ = nullptr; });
     return slider;
 }
@@ -89,7 +91,8 @@ void DetailPanel::buildDetailPanel() {
     eventTitle_ = makeLabel({}, 20, QFont::Bold);
     enableSwitch_ = new SwitchControl;
     connect(enableSwitch_, &SwitchControl::toggled, this, &DetailPanel::detailToggle);
-    counterLabel_ = makeLabel(toText("Triggered: 0 times"), 11, QFont::Normal, LabelColor::tertiary);
+    counterLabel_ =
+        makeLabel(toText("Triggered: 0 times"), 11, QFont::Normal, LabelColor::tertiary);
     counterLabel_->setFont(monospacedDigitSystemFont(11));
 
     soundSection_ = makeSectionLabel(toText(detail_texts::kSoundSection));
@@ -112,9 +115,9 @@ void DetailPanel::buildDetailPanel() {
     triggerInfo_ = makeText({}, 12, LabelColor::secondary);
 
     for (QWidget* const part : std::initializer_list<QWidget*>{
-             eventEmoji_, eventTitle_, enableSwitch_, counterLabel_, soundSection_, soundLabel_, loadBtn_,
-             testBtn_, removeSoundBtn_, volumeSection_, volumeSlider_, volumeLabel_, triggerSection_,
-             triggerInfo_}) {
+             eventEmoji_, eventTitle_, enableSwitch_, counterLabel_, soundSection_, soundLabel_,
+             loadBtn_, testBtn_, removeSoundBtn_, volumeSection_, volumeSlider_, volumeLabel_,
+             triggerSection_, triggerInfo_}) {
         part->setParent(this);
     }
     buildThresholdBox();
@@ -131,7 +134,8 @@ void DetailPanel::buildThresholdBox() {
     thresholdBox_ = new QWidget(this);
     angleGauge_ = new AngleGaugeView(thresholdBox_);
     angleSection_ = makeSectionLabel(toText(detail_texts::kAngleSection));
-    thresholdSlider_ = makeSlider({.minimum = 10, .maximum = 170, .unit = 1.0}, degreesText, "Trigger Angle");
+    thresholdSlider_ =
+        makeSlider({.minimum = 10, .maximum = 170, .unit = 1.0}, degreesText, "Trigger Angle");
     thresholdSlider_->setNumber(90.0F);
     connect(thresholdSlider_, &QSlider::valueChanged, this, &DetailPanel::thresholdChanged);
     thresholdValueLabel_ = makeValueLabel("90°");
@@ -153,7 +157,8 @@ void DetailPanel::buildPermissionBox() {
 void DetailPanel::buildIntelLockBox() {
     intelLockBox_ = new QWidget(this);
     lockEmoji_ = makeLabel(toText(detail_texts::kLock), 36);
-    lockTitle_ = makeLabel(toText(detail_texts::kLockTitle), 15, QFont::DemiBold, LabelColor::secondary);
+    lockTitle_ =
+        makeLabel(toText(detail_texts::kLockTitle), 15, QFont::DemiBold, LabelColor::secondary);
     lockText_ = makeText(detail_texts::kLockText, 11, LabelColor::tertiary);
     for (QWidget* const part : std::initializer_list<QWidget*>{lockEmoji_, lockTitle_, lockText_}) {
         part->setParent(intelLockBox_);
@@ -163,7 +168,8 @@ void DetailPanel::buildIntelLockBox() {
 void DetailPanel::buildBatteryThreshBox() {
     batteryThreshBox_ = new QWidget(this);
     batterySection_ = makeSectionLabel(toText(detail_texts::kBatterySection));
-    batterySlider_ = makeSlider({.minimum = 0, .maximum = 100, .unit = 1.0}, percentText, "Alert Threshold");
+    batterySlider_ =
+        makeSlider({.minimum = 0, .maximum = 100, .unit = 1.0}, percentText, "Alert Threshold");
     batterySlider_->setNumber(20.0F);
     connect(batterySlider_, &QSlider::valueChanged, this, &DetailPanel::batteryThreshChanged);
     batteryValueLabel_ = makeValueLabel("20%");
@@ -376,7 +382,8 @@ void DetailPanel::hideEvent(QHideEvent* event) {
 
 /// Nobody tells of a permission, a tap or a sensor that comes or goes: they are looked at while they show.
 void DetailPanel::watch() {
-    const bool wanted = isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::threshold);
+    const bool wanted =
+        isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::threshold);
     if (!wanted) {
         watch_.stop();
     } else if (!watch_.isActive()) {

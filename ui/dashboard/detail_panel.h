@@ -53,7 +53,8 @@ private:
     };
 
     void buildDetailPanel();
-    ValueSlider* makeSlider(const ValueSlider::Range& range, ValueSlider::Text text, const char* name);
+    ValueSlider* makeSlider(const ValueSlider::Range& range, ValueSlider::Text text,
+                            const char* name);
     void buildThresholdBox();
     void buildPermissionBox();
     void buildIntelLockBox();

@@ -38,9 +38,10 @@ int DetailPanel::arrange(int gaugeHeight) {
     Column column(layoutDirection(), width(), {kMargin, kMargin, kMargin, 0});
     const QSize track = enableSwitch_->sizeHint();
     const int top = column.bottom();
-    column.addRow(
-        {{.widget = *eventEmoji_, .width = 56},
-         {.widget = *eventTitle_, .gap = 16, .width = column.width() - 56 - 16 - 8 - track.width()}});
+    column.addRow({{.widget = *eventEmoji_, .width = 56},
+                   {.widget = *eventTitle_,
+                    .gap = 16,
+                    .width = column.width() - 56 - 16 - 8 - track.width()}});
     column.place(*enableSwitch_, {{width() - kMargin + SwitchControl::overhang - track.width(),
                                    top + (column.bottom() - top - track.height()) / 2},
                                   track});
@@ -51,8 +52,9 @@ int DetailPanel::arrange(int gaugeHeight) {
     column.skip(6);
     column.add(*soundLabel_);
     column.skip(8);
-    column.addRow(
-        {{.widget = *loadBtn_}, {.widget = *testBtn_, .gap = 8}, {.widget = *removeSoundBtn_, .gap = 8}});
+    column.addRow({{.widget = *loadBtn_},
+                   {.widget = *testBtn_, .gap = 8},
+                   {.widget = *removeSoundBtn_, .gap = 8}});
     column.skip(20);
     column.add(*volumeSection_);
     column.skip(6);
@@ -69,7 +71,8 @@ int DetailPanel::arrange(int gaugeHeight) {
 int DetailPanel::arrangeBoxes(int top, int gaugeHeight) {
     const int inner = width() - 2 * kMargin;
     const auto put = [this, top](QWidget& box, int overhang, int bottom) {
-        box.setGeometry(kMargin - overhang, top - overhang, width() - 2 * (kMargin - overhang), bottom);
+        box.setGeometry(kMargin - overhang, top - overhang, width() - 2 * (kMargin - overhang),
+                        bottom);
         return top - overhang + bottom;
     };
 

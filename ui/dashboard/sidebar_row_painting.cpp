@@ -26,13 +26,14 @@ public:
     Placement(const QRect& cell, Qt::LayoutDirection direction)
         : cell_(cell),
           direction_(direction),
-          layout(sidebarRowLayout(cell.width() - kSelectionMargins.left() - kSelectionMargins.right() -
-                                  kTrailingPadding)) {}
+          layout(sidebarRowLayout(cell.width() - kSelectionMargins.left() -
+                                  kSelectionMargins.right() - kTrailingPadding)) {}
 
     QRect operator()(const RowFrame& frame) const {
         const QPoint corner = cell_.topLeft() + QPoint(kSelectionMargins.left(), 0);
-        return QStyle::visualRect(direction_, cell_,
-                                  QRect(corner + QPoint(frame.x, frame.y), QSize(frame.width, frame.height)));
+        return QStyle::visualRect(
+            direction_, cell_,
+            QRect(corner + QPoint(frame.x, frame.y), QSize(frame.width, frame.height)));
     }
 
 private:
@@ -71,11 +72,12 @@ void paintSelection(QPainter& painter, const QStyleOptionViewItem& option, bool 
     }
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(onAccent ? QColor(Qt::white) : colorSchemeOf(option.palette).blue, 2));
-    painter.drawRoundedRect(rect.adjusted(3, 3, -3, -3), kSelectionRadius - 3, kSelectionRadius - 3);
+    painter.drawRoundedRect(rect.adjusted(3, 3, -3, -3), kSelectionRadius - 3,
+                            kSelectionRadius - 3);
 }
 
-void paintLine(QPainter& painter, const QFont& font, const QColor& color, const QRect& rect, int alignment,
-               const QString& text) {
+void paintLine(QPainter& painter, const QFont& font, const QColor& color, const QRect& rect,
+               int alignment, const QString& text) {
     painter.setFont(font);
     painter.setPen(color);
     drawText(painter, rect, alignment | Qt::AlignVCenter | Qt::TextSingleLine,
@@ -127,8 +129,8 @@ void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, cons
     painter.setOpacity(row.alpha);
     paintLine(painter, systemFont(22), colors.name, place(place.layout.emoji), Qt::AlignLeft,
               QString::fromStdString(row.emoji));
-    paintLine(painter, systemFont(13, QFont::Medium), colors.name, place(place.layout.name), Qt::AlignLeft,
-              QString::fromStdString(row.name));
+    paintLine(painter, systemFont(13, QFont::Medium), colors.name, place(place.layout.name),
+              Qt::AlignLeft, QString::fromStdString(row.name));
     paintHintAndBadge(painter, place, option.direction, row, colors);
     painter.setOpacity(1);
     paintSwitch(painter, option, place, row, onAccent);

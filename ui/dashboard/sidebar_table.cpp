@@ -53,7 +53,8 @@ bool SidebarTable::Model::setData(const QModelIndex& index, const QVariant& valu
 }
 
 Qt::ItemFlags SidebarTable::Model::flags(const QModelIndex& index) const {
-    const Qt::ItemFlags always = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags always =
+        Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
     return row(index.row()).isOn ? always | Qt::ItemIsUserCheckable : always;
 }
 
@@ -63,9 +64,11 @@ void SidebarTable::Delegate::paint(QPainter* painter, const QStyleOptionViewItem
 }
 
 bool SidebarTable::Delegate::editorEvent(QEvent* event, QAbstractItemModel* model,
-                                         const QStyleOptionViewItem& option, const QModelIndex& index) {
+                                         const QStyleOptionViewItem& option,
+                                         const QModelIndex& index) {
     // The check box is not where the toolkit would have it: the mouse is the table's own matter.
-    return event->type() == QEvent::KeyPress && QStyledItemDelegate::editorEvent(event, model, option, index);
+    return event->type() == QEvent::KeyPress &&
+           QStyledItemDelegate::editorEvent(event, model, option, index);
 }
 
 SidebarTable::SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Callbacks callbacks)

@@ -65,8 +65,8 @@ private:
                    const QModelIndex& index) const override;
 
     protected:
-        bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
-                         const QModelIndex& index) override;
+        bool editorEvent(QEvent* event, QAbstractItemModel* model,
+                         const QStyleOptionViewItem& option, const QModelIndex& index) override;
 
     private:
         const Model& model_;

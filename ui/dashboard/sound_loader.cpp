@@ -44,7 +44,8 @@ QString nameFilter() {
     for (const std::string_view type : detail_texts::kSoundFileTypes) {
         QString pattern = QStringLiteral("*.");
         for (const QChar letter : toText(type)) {
-            pattern += letter.isLetter() ? QStringLiteral("[%1%2]").arg(letter, letter.toUpper()) : letter;
+            pattern +=
+                letter.isLetter() ? QStringLiteral("[%1%2]").arg(letter, letter.toUpper()) : letter;
         }
         patterns += pattern;
     }
@@ -54,7 +55,8 @@ QString nameFilter() {
 /// The very bytes of the path, which need not be text; empty for what is no file of this machine.
 std::string pathOf(const QUrl& url) {
     return url.isLocalFile()
-               ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString()
+               ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1())
+                     .toStdString()
                : std::string();
 }
 
@@ -119,7 +121,8 @@ void SoundLoader::chooseFile(Loaded onLoaded) {
         lastFolder_ = dialog->directoryUrl();
         dialog_.clear();
         const QList<QUrl> chosen = dialog->selectedUrls();
-        if (const std::string path = chosen.isEmpty() ? "" : pathOf(chosen.first()); !path.empty()) {
+        if (const std::string path = chosen.isEmpty() ? "" : pathOf(chosen.first());
+            !path.empty()) {
             load(path);
         }
     });
@@ -132,7 +135,8 @@ void SoundLoader::load(const std::string& file) {
 }
 
 void SoundLoader::showWait(const std::string& file) {
-    auto* const wait = new WaitDialog(widget_.window(), QString::fromStdString(lastPathComponent(file)));
+    auto* const wait =
+        new WaitDialog(widget_.window(), QString::fromStdString(lastPathComponent(file)));
     wait->setPalette(widget_.window()->palette());
     dialog_ = wait;
     connect(wait, &QDialog::rejected, this, [this, wait] {
@@ -151,7 +155,8 @@ void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
             onLoaded_(outcome.path);
             break;
         case SoundFolder::Outcome::Kind::notCopied:
-            showSoundError(toText(detail_texts::kNotCopied) + QString::fromStdString(outcome.error));
+            showSoundError(toText(detail_texts::kNotCopied) +
+                           QString::fromStdString(outcome.error));
             break;
         case SoundFolder::Outcome::Kind::notASound:
             showSoundError(toText(detail_texts::kNotASound));
@@ -172,7 +177,8 @@ void SoundLoader::showSoundError(const QString& message) {
     if (auto* const title = alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
         title->setFont(systemFont(14, QFont::Bold));
     }
-    if (auto* const text = alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
+    if (auto* const text =
+            alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
         text->setFont(systemFont(12));
         text->setFixedWidth(kTextWidth);
     }

@@ -59,8 +59,8 @@ private:
         layout_->setSizeConstraint(QLayout::SetFixedSize);
         layout_->addWidget(
             makeLines(QString::fromStdString(texts.message), 14, QFont::Bold, LabelColor::label));
-        layout_->addWidget(
-            makeLines(QString::fromStdString(texts.informative), 12, QFont::Normal, LabelColor::secondary));
+        layout_->addWidget(makeLines(QString::fromStdString(texts.informative), 12, QFont::Normal,
+                                     LabelColor::secondary));
         auto* const buttons = new QDialogButtonBox;
         confirm_ = makeButton(QString::fromStdString(texts.confirm));
         confirm_->setDefault(true);
@@ -82,8 +82,8 @@ private:
 
 }  // namespace
 
-void askForName(QWidget& parent, const DialogTexts& texts, const QString& value, const QString& placeholder,
-                std::function<void(const QString& name)> onConfirmed) {
+void askForName(QWidget& parent, const DialogTexts& texts, const QString& value,
+                const QString& placeholder, std::function<void(const QString& name)> onConfirmed) {
     auto* const question = new Question(parent, texts);
     auto* const field = new QLineEdit(value);
     field->setFixedSize(kFieldWidth, kFieldHeight);

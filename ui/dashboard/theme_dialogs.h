@@ -13,8 +13,8 @@ namespace chimewerk {
 /// gone.
 
 /// Asks for a name, beginning with `value`; `placeholder` shows while the field is empty.
-void askForName(QWidget& parent, const DialogTexts& texts, const QString& value, const QString& placeholder,
-                std::function<void(const QString& name)> onConfirmed);
+void askForName(QWidget& parent, const DialogTexts& texts, const QString& value,
+                const QString& placeholder, std::function<void(const QString& name)> onConfirmed);
 
 /// Asks whether to destroy something.
 void askToDestroy(QWidget& parent, const DialogTexts& texts, std::function<void()> onConfirmed);

@@ -45,7 +45,8 @@ public:
     Drawing(GaugeSize bounds, const MeasureGaugeText& measure)
         : measure_(measure),
           center_{bounds.width / 2, baselineHeight},
-          radius_(std::min(bounds.width / 2 - sideMargin, bounds.height - baselineHeight - topMargin)) {}
+          radius_(std::min(bounds.width / 2 - sideMargin,
+                           bounds.height - baselineHeight - topMargin)) {}
 
     void dial();
     void thresholdMark(float threshold);
@@ -86,8 +87,10 @@ GaugePoint Drawing::text(std::string text, GaugeFont font, GaugeColor color, Gau
 void Drawing::dial() {
     shapes_.emplace_back(GaugeFace{center_, radius_, {GaugeColor::gray, 0.08}});
     shapes_.emplace_back(GaugeRim{center_, radius_, 2.5, {GaugeColor::gray, 0.35}});
-    shapes_.emplace_back(GaugeLine{
-        {center_.x - radius_, center_.y}, {center_.x + radius_, center_.y}, 1, {GaugeColor::gray, 0.25}});
+    shapes_.emplace_back(GaugeLine{{center_.x - radius_, center_.y},
+                                   {center_.x + radius_, center_.y},
+                                   1,
+                                   {GaugeColor::gray, 0.25}});
     for (const Tick& tick : ticks) {
         radialLine(tick.angle, radius_ - 10, radius_, 1.5, {GaugeColor::gray, 0.5});
         if (!tick.label.empty()) {
@@ -98,7 +101,8 @@ void Drawing::dial() {
 }
 
 void Drawing::thresholdMark(float threshold) {
-    radialLine(static_cast<double>(threshold), radius_ - 18, radius_ + 6, 2.5, {GaugeColor::orange, 0.85});
+    radialLine(static_cast<double>(threshold), radius_ - 18, radius_ + 6, 2.5,
+               {GaugeColor::orange, 0.85});
 }
 
 void Drawing::reading(float angle) {
@@ -109,12 +113,14 @@ void Drawing::reading(float angle) {
 }
 
 void Drawing::noReading(const GaugeState& state) {
-    const GaugePoint origin = text(placeholder(state), {.size = 13, .weight = GaugeWeight::semibold},
-                                   GaugeColor::tertiaryLabel, readoutCenter());
+    const GaugePoint origin =
+        text(placeholder(state), {.size = 13, .weight = GaugeWeight::semibold},
+             GaugeColor::tertiaryLabel, readoutCenter());
     if (!state.sensorAvailable) {
         const GaugeFont font{.size = 9};
         const double height = measure_(noSensorNote, font).height;
-        text(noSensorNote, font, GaugeColor::quaternaryLabel, {center_.x, origin.y - noteGap - height / 2});
+        text(noSensorNote, font, GaugeColor::quaternaryLabel,
+             {center_.x, origin.y - noteGap - height / 2});
     }
 }
 
@@ -140,7 +146,8 @@ std::string gaugeDescription(const GaugeState& state) {
         return placeholder(state) + ", " + noSensorNote;
     }
     const std::string reading = hasReading(state) ? degrees(state.currentAngle) : "no reading yet";
-    return std::isfinite(state.threshold) ? reading + ", threshold " + degrees(state.threshold) : reading;
+    return std::isfinite(state.threshold) ? reading + ", threshold " + degrees(state.threshold)
+                                          : reading;
 }
 
 }  // namespace chimewerk

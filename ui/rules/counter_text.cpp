@@ -6,7 +6,8 @@ std::string counterText(std::int64_t triggerCount) {
     if (triggerCount == 0) {
         return "Not triggered yet";
     }
-    return "Triggered: " + std::to_string(triggerCount) + " " + (triggerCount == 1 ? "time" : "times");
+    return "Triggered: " + std::to_string(triggerCount) + " " +
+           (triggerCount == 1 ? "time" : "times");
 }
 
 }  // namespace chimewerk

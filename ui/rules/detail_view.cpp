@@ -51,25 +51,29 @@ DetailBox boxOf(const SoundEvent& event, const DetailFacts& facts) {
 }
 
 std::string lidAngleDesc(const DetailFacts& facts) {
-    return facts.sensorFound ? "Plays when the lid crosses the angle threshold below (sensor active ✓)."
-                             : "⚠\uFE0F Sensor not found on this Mac — requires Apple Silicon (M1 or later). "
-                               "Lid angle detection is not available on Intel Macs.";
+    return facts.sensorFound
+               ? "Plays when the lid crosses the angle threshold below (sensor active ✓)."
+               : "⚠\uFE0F Sensor not found on this Mac — requires Apple Silicon (M1 or later). "
+                 "Lid angle detection is not available on Intel Macs.";
 }
 
 std::string keyPressDesc(const DetailFacts& facts) {
     if (facts.tapActive) {
-        return "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants).";
+        return "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return "
+               "variants).";
     }
     return facts.trusted
                ? "Vintage mechanical click on every keypress. Waiting for tap to initialize…"
-               : "⚠\uFE0F Accessibility access required. Click \"Open Accessibility Settings…\" below. If "
+               : "⚠\uFE0F Accessibility access required. Click \"Open Accessibility Settings…\" "
+                 "below. If "
                  "Chimewerk is already in the list, remove it (−) first, then relaunch the app.";
 }
 
 std::string batteryLowDesc(const DetailFacts& facts) {
     constexpr float kUnknown = 20.0F;
-    const auto battery = std::find_if(facts.events.begin(), facts.events.end(),
-                                      [](const SoundEvent& event) { return event.id == "battery_low"; });
+    const auto battery =
+        std::find_if(facts.events.begin(), facts.events.end(),
+                     [](const SoundEvent& event) { return event.id == "battery_low"; });
     return "Plays once when battery drops to or below " +
            percentText(battery == facts.events.end() ? kUnknown : battery->threshold) +
            " while unplugged. Threshold adjustable via the slider.";
@@ -89,19 +93,24 @@ constexpr FixedDesc kFixedDescs[] = {
     {"charger_disconnect", "Plays when the charger cable is unplugged."},
     {"brightness_up", "Plays when screen brightness is increased."},
     {"brightness_down", "Plays when screen brightness is decreased."},
-    {"volume_up", "Plays when system output volume is increased (≥ 3% change, polls every 250 ms)."},
-    {"volume_down", "Plays when system output volume is decreased (≥ 3% change, polls every 250 ms)."},
-    {"screenshot", "Plays when a new Screenshot file appears on the Desktop (Command+Shift+3/4/5)."},
+    {"volume_up",
+     "Plays when system output volume is increased (≥ 3% change, polls every 250 ms)."},
+    {"volume_down",
+     "Plays when system output volume is decreased (≥ 3% change, polls every 250 ms)."},
+    {"screenshot",
+     "Plays when a new Screenshot file appears on the Desktop (Command+Shift+3/4/5)."},
     {"app_launch", "Plays whenever any application finishes launching."},
     {"trash_empty",
-     "Plays when the Trash is emptied. Disables the macOS Finder crumple sound while enabled so only the "
+     "Plays when the Trash is emptied. Disables the macOS Finder crumple sound while enabled so "
+     "only the "
      "app's sound plays."},
     {"trash_add", "Plays when a file or folder is moved to the Trash."},
     {"network_up",
      "Plays when internet connectivity is restored (polls every 2.5 s via SCNetworkReachability)."},
     {"network_down",
      "Plays when internet connectivity is lost (polls every 2.5 s via SCNetworkReachability)."},
-    {"usb_connect", "Plays when a USB or Thunderbolt device is connected (IOKit matching notification)."},
+    {"usb_connect",
+     "Plays when a USB or Thunderbolt device is connected (IOKit matching notification)."},
 };
 
 }  // namespace
@@ -113,7 +122,8 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
     const bool own = hasOwnSound(event, facts);
     return {.emoji = event.emoji,
             .title = event.label,
-            .soundText = own ? "📁 " + lastPathComponent(*event.soundPath) : givenSoundText(event, facts),
+            .soundText =
+                own ? "📁 " + lastPathComponent(*event.soundPath) : givenSoundText(event, facts),
             .hasOwnSound = own,
             .volume = event.volume,
             .volumeText = volumeText(event.volume),
@@ -126,8 +136,8 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
             .canGrant = !facts.trusted,
             .thresholdIsEnabled = facts.sensorFound,
             .threshold = event.threshold,
-            .thresholdText =
-                box == DetailBox::threshold ? degreesText(event.threshold) : percentText(event.threshold)};
+            .thresholdText = box == DetailBox::threshold ? degreesText(event.threshold)
+                                                         : percentText(event.threshold)};
 }
 
 std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts) {
@@ -140,8 +150,9 @@ std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts) {
     if (event.id == "battery_low") {
         return batteryLowDesc(facts);
     }
-    const auto* const found = std::find_if(std::begin(kFixedDescs), std::end(kFixedDescs),
-                                           [&event](const FixedDesc& desc) { return desc.id == event.id; });
+    const auto* const found =
+        std::find_if(std::begin(kFixedDescs), std::end(kFixedDescs),
+                     [&event](const FixedDesc& desc) { return desc.id == event.id; });
     return found == std::end(kFixedDescs) ? "" : std::string(found->text);
 }
 
@@ -162,7 +173,8 @@ std::string lastPathComponent(std::string_view path) {
         path.remove_suffix(1);
     }
     const std::size_t slash = path.rfind('/');
-    return std::string(path.size() > 1 && slash != std::string_view::npos ? path.substr(slash + 1) : path);
+    return std::string(path.size() > 1 && slash != std::string_view::npos ? path.substr(slash + 1)
+                                                                          : path);
 }
 
 }  // namespace chimewerk

@@ -43,7 +43,8 @@ std::size_t selectedItem(const std::vector<ThemeMenuItem>& items, const SoundMan
     if (const CustomTheme* const active = sounds.activeCustomTheme()) {
         return positionOf(items, customTitle(*active));
     }
-    return static_cast<std::size_t>(std::ranges::find(kAllThemes, sounds.currentTheme) - kAllThemes.begin());
+    return static_cast<std::size_t>(std::ranges::find(kAllThemes, sounds.currentTheme) -
+                                    kAllThemes.begin());
 }
 
 }  // namespace
@@ -51,7 +52,8 @@ std::size_t selectedItem(const std::vector<ThemeMenuItem>& items, const SoundMan
 ThemeMenu themeMenu(const SoundManager& sounds) {
     ThemeMenu menu;
     for (std::size_t i = 0; i < kAllThemes.size(); ++i) {
-        menu.items.push_back({std::string(displayName(kAllThemes[i])), kFirstBuiltIn + static_cast<int>(i)});
+        menu.items.push_back(
+            {std::string(displayName(kAllThemes[i])), kFirstBuiltIn + static_cast<int>(i)});
     }
     if (!sounds.customThemes.empty()) {
         menu.items.push_back({});
@@ -76,7 +78,8 @@ ThemeChoice themeChoice(int tag, std::size_t customThemes) {
     const bool custom = tag >= kFirstCustom;
     const std::int64_t position =
         std::int64_t{tag} - (custom ? kFirstCustom : kFirstBuiltIn) - (tag > kNewTheme ? 1 : 0);
-    if (position < 0 || static_cast<std::size_t>(position) >= (custom ? customThemes : kAllThemes.size())) {
+    if (position < 0 ||
+        static_cast<std::size_t>(position) >= (custom ? customThemes : kAllThemes.size())) {
         return {};
     }
     return {.kind = custom ? ThemeChoice::Kind::custom : ThemeChoice::Kind::builtIn,

@@ -25,10 +25,12 @@ constexpr std::array kSpaces = {"\t"sv,           " "sv,
 std::string trimmedThemeName(std::string_view name) {
     const auto begun = [&name](std::string_view space) { return name.starts_with(space); };
     const auto ended = [&name](std::string_view space) { return name.ends_with(space); };
-    for (auto found = kSpaces.begin(); (found = std::ranges::find_if(kSpaces, begun)) != kSpaces.end();) {
+    for (auto found = kSpaces.begin();
+         (found = std::ranges::find_if(kSpaces, begun)) != kSpaces.end();) {
         name.remove_prefix(found->size());
     }
-    for (auto found = kSpaces.begin(); (found = std::ranges::find_if(kSpaces, ended)) != kSpaces.end();) {
+    for (auto found = kSpaces.begin();
+         (found = std::ranges::find_if(kSpaces, ended)) != kSpaces.end();) {
         name.remove_suffix(found->size());
     }
     return std::string(name);

@@ -15,7 +15,8 @@ QString titleOf(const MenuItem& item) {
 }
 
 QKeySequence shortcutOf(const MenuItem& item) {
-    return QKeySequence(QLatin1String("Ctrl+") + QString::fromStdString(item.keyEquivalent).toUpper());
+    return QKeySequence(QLatin1String("Ctrl+") +
+                        QString::fromStdString(item.keyEquivalent).toUpper());
 }
 
 }  // namespace

@@ -45,15 +45,16 @@ void paintSpeaker(QPainter& painter, const QRectF& place) {
     violet.setColorAt(0, QColor(0x8a, 0x5c, 0xf5));
     violet.setColorAt(1, QColor(0x5b, 0x21, 0xb6));
     const QPainterPath body = speaker();
-    painter.strokePath(body,
-                       QPen(QColor(255, 255, 255, 235), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.strokePath(
+        body, QPen(QColor(255, 255, 255, 235), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.fillPath(body, violet);
     painter.restore();
 }
 
 class StatusIconEngine final : public QIconEngine {
 public:
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/,
+               QIcon::State /*state*/) override {
         paintSpeaker(*painter, rect);
     }
 
@@ -61,7 +62,8 @@ public:
         return scaledPixmap(size, mode, state, 1);
     }
 
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state, qreal /*scale*/) override {
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
+                         qreal /*scale*/) override {
         QPixmap pixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);

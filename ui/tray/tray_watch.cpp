@@ -24,7 +24,8 @@ xcb_connection_t* x11Connection() {
 }
 
 xcb_atom_t atomNamed(xcb_connection_t* server, std::string_view name) {
-    const auto cookie = xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const auto cookie =
+        xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data());
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
         xcb_intern_atom_reply(server, cookie, nullptr), &std::free);
     return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
@@ -48,10 +49,10 @@ TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) 
     }
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
-        registrar_ = std::make_unique<QDBusServiceWatcher>(QLatin1String(kRegistrar), bus,
-                                                           QDBusServiceWatcher::WatchForRegistration);
-        QObject::connect(registrar_.get(), &QDBusServiceWatcher::serviceRegistered, registrar_.get(),
-                         [this] { found(); });
+        registrar_ = std::make_unique<QDBusServiceWatcher>(
+            QLatin1String(kRegistrar), bus, QDBusServiceWatcher::WatchForRegistration);
+        QObject::connect(registrar_.get(), &QDBusServiceWatcher::serviceRegistered,
+                         registrar_.get(), [this] { found(); });
     }
     if (hasTray()) {
         found();

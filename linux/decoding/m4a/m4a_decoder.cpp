@@ -56,7 +56,8 @@ struct Cursor {
         if (size <= 0) {
             return AVERROR_EOF;
         }
-        std::memcpy(target, cursor.file.bytes.data() + cursor.position, static_cast<std::size_t>(size));
+        std::memcpy(target, cursor.file.bytes.data() + cursor.position,
+                    static_cast<std::size_t>(size));
         cursor.position += size;
         return static_cast<int>(size);
     }
@@ -107,8 +108,8 @@ public:
 private:
     bool openContainer() {
         auto* const buffer = static_cast<unsigned char*>(av_malloc(kIoBufferSize));
-        io_.reset(
-            avio_alloc_context(buffer, kIoBufferSize, 0, &cursor_, Cursor::read, nullptr, Cursor::seek));
+        io_.reset(avio_alloc_context(buffer, kIoBufferSize, 0, &cursor_, Cursor::read, nullptr,
+                                     Cursor::seek));
         AVFormatContext* format = avformat_alloc_context();
         if (!io_ || format == nullptr) {
             avformat_free_context(format);
@@ -140,8 +141,8 @@ private:
     bool openConverter() {
         SwrContext* converter = nullptr;
         AVChannelLayout* const layout = &codec_->ch_layout;
-        if (swr_alloc_set_opts2(&converter, layout, AV_SAMPLE_FMT_FLT, rate(), layout, codec_->sample_fmt,
-                                rate(), 0, nullptr) < 0) {
+        if (swr_alloc_set_opts2(&converter, layout, AV_SAMPLE_FMT_FLT, rate(), layout,
+                                codec_->sample_fmt, rate(), 0, nullptr) < 0) {
             return false;
         }
         converter_.reset(converter);
@@ -182,13 +183,16 @@ private:
             frame_->format != codec_->sample_fmt) {
             return false;  // A sound that changes its format midway ends there.
         }
-        ready_.resize(static_cast<std::size_t>(frame_->nb_samples) * static_cast<std::size_t>(channels()));
+        ready_.resize(static_cast<std::size_t>(frame_->nb_samples) *
+                      static_cast<std::size_t>(channels()));
         taken_ = 0;
         auto* target = reinterpret_cast<std::uint8_t*>(ready_.data());
         const auto* const* const source = frame_->extended_data;
-        const int frames = swr_convert(converter_.get(), &target, frame_->nb_samples,
-                                       const_cast<const std::uint8_t**>(source), frame_->nb_samples);
-        ready_.resize(static_cast<std::size_t>(std::max(frames, 0)) * static_cast<std::size_t>(channels()));
+        const int frames =
+            swr_convert(converter_.get(), &target, frame_->nb_samples,
+                        const_cast<const std::uint8_t**>(source), frame_->nb_samples);
+        ready_.resize(static_cast<std::size_t>(std::max(frames, 0)) *
+                      static_cast<std::size_t>(channels()));
         return frames >= 0;
     }
 
@@ -207,7 +211,8 @@ private:
 }  // namespace
 
 /// The module's one entrance: a decoder over the file's bytes, which must outlive it, or null.
-extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(const VisibleFile* file);
+extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(
+    const VisibleFile* file);
 
 extern "C" Decoder* chimewerkOpenM4a(const VisibleFile* file) {
     av_log_set_level(AV_LOG_QUIET);

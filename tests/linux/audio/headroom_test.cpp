@@ -34,8 +34,8 @@ float peak(const std::vector<float>& samples, std::size_t from = 0) {
 std::vector<float> bell(double seconds, double amplitude) {
     auto samples = sine(700, amplitude, seconds);
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        samples[i] *=
-            static_cast<float>(std::exp(-6.0 * static_cast<double>(i) / static_cast<double>(samples.size())));
+        samples[i] *= static_cast<float>(
+            std::exp(-6.0 * static_cast<double>(i) / static_cast<double>(samples.size())));
     }
     return samples;
 }

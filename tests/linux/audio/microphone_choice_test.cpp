@@ -16,7 +16,8 @@ struct Source {
     std::uint32_t rate = 48000;
 };
 
-std::optional<MicrophoneSource> choose(const char* defaultSource, const std::vector<Source>& sources) {
+std::optional<MicrophoneSource> choose(const char* defaultSource,
+                                       const std::vector<Source>& sources) {
     MicrophoneChoice choice(defaultSource);
     for (const Source& source : sources) {
         pa_source_port_info port{};
@@ -57,7 +58,8 @@ TEST(TheChoiceOfAMicrophone, IsTheDefaultUnlessThatHearsTheComputerItself) {
     };
     for (const Case& c : cases) {
         const auto chosen = choose(c.defaultSource, c.sources);
-        EXPECT_EQ(chosen ? chosen->name : "", c.chosen) << c.defaultSource << " of " << c.sources.size();
+        EXPECT_EQ(chosen ? chosen->name : "", c.chosen)
+            << c.defaultSource << " of " << c.sources.size();
     }
 }
 

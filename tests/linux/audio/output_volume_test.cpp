@@ -18,7 +18,9 @@ protected:
         run("pactl set-default-sink speaker; pactl set-sink-volume speaker 50%");
         ASSERT_TRUE(becomes(0.5F));
     }
-    static void run(const std::string& commands) { ASSERT_EQ(std::system(commands.c_str()), 0) << commands; }
+    static void run(const std::string& commands) {
+        ASSERT_EQ(std::system(commands.c_str()), 0) << commands;
+    }
     bool becomes(std::optional<float> expected, Element element = Element::main) {
         return eventually([&] {
             const auto value = source.volume(element);
@@ -47,14 +49,15 @@ TEST_F(TheOutputVolume, FollowsWhenAnotherSinkBecomesTheDefaultOrTheDefaultGoesA
         "pactl set-default-sink other");
     EXPECT_TRUE(becomes(0.8F));
     run("pactl set-sink-volume speaker 10%");
-    EXPECT_FALSE(
-        eventually([&] { return source.volume(Element::main) < 0.7F; }, std::chrono::milliseconds(200)));
+    EXPECT_FALSE(eventually([&] { return source.volume(Element::main) < 0.7F; },
+                            std::chrono::milliseconds(200)));
     run("pactl unload-module $(cat \"$CHIMEWERK_SESSION/other\")");
     EXPECT_TRUE(becomes(0.1F));
 }
 
 TEST_F(TheOutputVolume, EndsOnTheLastOfManyChanges) {
-    run("for i in $(seq 1 100); do pactl set-sink-volume speaker $i%; done; pactl set-sink-volume speaker "
+    run("for i in $(seq 1 100); do pactl set-sink-volume speaker $i%; done; pactl set-sink-volume "
+        "speaker "
         "37%");
     EXPECT_TRUE(becomes(0.37F));
 }
@@ -63,7 +66,8 @@ TEST_F(TheOutputVolume, IsNoneWithoutAServerAndThereAgainWithOne) {
     run("kill -9 $(cat \"$PULSE_RUNTIME_PATH/pid\")");
     EXPECT_TRUE(becomes(std::nullopt));
     EXPECT_EQ(source.volume(Element::firstChannel), std::nullopt);
-    run("while pactl info >/dev/null 2>&1; do sleep 0.02; done; \"$CHIMEWERK_SESSION/start-pulseaudio\"");
+    run("while pactl info >/dev/null 2>&1; do sleep 0.02; done; "
+        "\"$CHIMEWERK_SESSION/start-pulseaudio\"");
     run("pactl set-sink-volume speaker 60%");
     EXPECT_TRUE(becomes(0.6F));
 }

@@ -37,9 +37,10 @@ std::string answer(const std::string& command) {
 /// A source of the sound server that plays a FIFO, for as long as the object lives.
 class PipeSource {
 public:
-    PipeSource(const std::string& name, const std::string& fifo, std::size_t rate, std::size_t channels)
-        : module_(answer("pactl load-module module-pipe-source source_name=" + name + " file=" + fifo +
-                         " format=float32le rate=" + std::to_string(rate) +
+    PipeSource(const std::string& name, const std::string& fifo, std::size_t rate,
+               std::size_t channels)
+        : module_(answer("pactl load-module module-pipe-source source_name=" + name +
+                         " file=" + fifo + " format=float32le rate=" + std::to_string(rate) +
                          " channels=" + std::to_string(channels))) {}
     PipeSource(const PipeSource&) = delete;
     PipeSource& operator=(const PipeSource&) = delete;
@@ -81,7 +82,8 @@ protected:
     }
     /// Whether this becomes the number of our recordings at the server.
     static bool recordings(const std::string& count) {
-        constexpr auto kOurs = "pactl list source-outputs | grep -c 'application.name = \"Chimewerk\"'";
+        constexpr auto kOurs =
+            "pactl list source-outputs | grep -c 'application.name = \"Chimewerk\"'";
         return eventually([&] { return answer(kOurs) == count; });
     }
 

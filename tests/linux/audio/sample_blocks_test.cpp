@@ -14,8 +14,16 @@ std::vector<float> counting(float from, std::size_t length) {
 }
 
 TEST(SampleBlocks, AreOfOneLengthAndMissNothingWhateverThePieces) {
-    for (const std::vector<std::size_t>& pieces : std::vector<std::vector<std::size_t>>{
-             {8}, {4, 4}, {1, 1, 1, 1, 1, 1, 1, 1}, {0, 3, 0, 5}, {5, 3}, {3, 4, 1}, {9}, {3, 9}, {4, 7}}) {
+    for (const std::vector<std::size_t>& pieces :
+         std::vector<std::vector<std::size_t>>{{8},
+                                               {4, 4},
+                                               {1, 1, 1, 1, 1, 1, 1, 1},
+                                               {0, 3, 0, 5},
+                                               {5, 3},
+                                               {3, 4, 1},
+                                               {9},
+                                               {3, 9},
+                                               {4, 7}}) {
         SampleBlocks blocks(4);
         std::vector<float> heard;
         const auto take = [&](std::span<const float> block) {
@@ -35,7 +43,9 @@ TEST(SampleBlocks, AreOfOneLengthAndMissNothingWhateverThePieces) {
 TEST(SampleBlocks, ForgetWhatCameBeforeAGap) {
     SampleBlocks blocks(4);
     std::vector<float> heard;
-    const auto take = [&](std::span<const float> block) { heard.assign(block.begin(), block.end()); };
+    const auto take = [&](std::span<const float> block) {
+        heard.assign(block.begin(), block.end());
+    };
     blocks.push(counting(0, 3), take);
     blocks.clear();
     blocks.push(counting(3, 4), take);

@@ -133,7 +133,8 @@ TEST_F(TheSoundPath, PlaysAWholeSoundAtItsVolumeAtOnce) {
         ASSERT_TRUE(heard);
         EXPECT_LT(*heard - asked, 100ms);
         ASSERT_TRUE(recorder.waitUntilRecorded(asked + 800ms));
-        EXPECT_NEAR(recorder.peakBetween(asked, asked + 800ms), 0.8F * std::min(volume, 1.0F), 0.01F);
+        EXPECT_NEAR(recorder.peakBetween(asked, asked + 800ms), 0.8F * std::min(volume, 1.0F),
+                    0.01F);
     }
     recorder.stop();
     const Extent extent = extentOf(recorder.samples(), 0.001F);
@@ -207,9 +208,12 @@ TEST_F(TheSoundPath, PlaysALongFileToItsEndWithoutASeam) {
     EXPECT_LT(extent.longestGap, 100U);
     float bend = 0;
     for (std::size_t i = extent.first + 2400; i < extent.first + extent.frames - 2400; ++i) {
-        bend = std::max(bend, std::fabs(samples[2 * i] - 2 * samples[2 * i - 2] + samples[2 * i - 4]));
+        bend =
+            std::max(bend, std::fabs(samples[2 * i] - 2 * samples[2 * i - 2] + samples[2 * i - 4]));
     }
-    EXPECT_LT(bend, 0.004F);  // A sine of this pitch bends by 0.002; a seam by up to the height of the step.
+    EXPECT_LT(
+        bend,
+        0.004F);  // A sine of this pitch bends by 0.002; a seam by up to the height of the step.
     EXPECT_TRUE(eventually(allCorked));
 }
 
@@ -234,11 +238,10 @@ TEST_F(TheSoundPath, IsHeardAgainAfterTheServerWasKilledInTheMiddleOfASound) {
 
 TEST_F(TheSoundPath, GoesOnWhenItsStreamsAreKilledOrItsDeviceIsTakenAway) {
     const auto path = file("tone.wav", sine(480, 0.5, 0.2));
-    ASSERT_EQ(
-        std::system(
-            "for i in $(pactl list short sink-inputs | cut -f1); do pactl kill-sink-input $i 2>/dev/null || "
-            "pacmd kill-sink-input $i >/dev/null; done"),
-        0);
+    ASSERT_EQ(std::system("for i in $(pactl list short sink-inputs | cut -f1); do pactl "
+                          "kill-sink-input $i 2>/dev/null || "
+                          "pacmd kill-sink-input $i >/dev/null; done"),
+              0);
     ASSERT_TRUE(recorder.start());
     const auto asked = play(path);
     EXPECT_TRUE(recorder.waitForSound(asked, kAudible, asked + 2s));

@@ -25,8 +25,8 @@ protected:
 
     void watch(FolderWatch::Report report = FolderWatch::Report::names) {
         watched.emplace(
-            queue, folder.string(), [this](std::string_view name) { told.insert(std::string(name)); },
-            report);
+            queue, folder.string(),
+            [this](std::string_view name) { told.insert(std::string(name)); }, report);
     }
     static void touch(const fs::path& file) { std::ofstream{file} << "x"; }
     /// Whether a new file in the folder is told of, whatever else is told meanwhile.

@@ -50,7 +50,8 @@ TEST_F(TheUsersFolders, AreWhereTheUserHasPlacedThem) {
                "/srv/my \"own\" desk"},
           Case{"XDG_DESKTOP_DIR=\"$HOME/\"\n", home.path().string()},
           Case{"XDG_DESKTOP_DIR=\"relative\"\n", home / "Desktop"},
-          Case{"XDG_DESKTOP_DIR=/unquoted\n", home / "Desktop"}, Case{"XDG_DESKTOP_DIR=", home / "Desktop"},
+          Case{"XDG_DESKTOP_DIR=/unquoted\n", home / "Desktop"},
+          Case{"XDG_DESKTOP_DIR=", home / "Desktop"},
           Case{"#XDG_DESKTOP_DIR=\"/commented\"\n", home / "Desktop"},
           Case{"XDG_DESKTOP_DIR=\"/a\"\nXDG_DESKTOP_DIR=\"/b\"\n", "/b"}}) {
         placeFolders(c.text);

@@ -21,7 +21,8 @@ std::vector<float> convert(const std::vector<float>& source, int from) {
     while (true) {
         piece.resize(size);
         const std::size_t frames = resampler.read(piece);
-        result.insert(result.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(2 * frames));
+        result.insert(result.end(), piece.begin(),
+                      piece.begin() + static_cast<std::ptrdiff_t>(2 * frames));
         if (frames * 2 < piece.size()) {
             if (ended) {
                 return result;
@@ -39,7 +40,8 @@ std::vector<float> convert(const std::vector<float>& source, int from) {
 }
 
 TEST(TheResampler, KeepsAToneItsPitchLevelPlaceAndLengthAtAnyRate) {
-    for (const int from : {100, 8000, 11025, 22050, 44100, 47999, 48001, 88200, 96000, 192000, 768000}) {
+    for (const int from :
+         {100, 8000, 11025, 22050, 44100, 47999, 48001, 88200, 96000, 192000, 768000}) {
         const double hertz = from < 1000 ? 20 : 1000;
         const double seconds = 0.5;
         const auto result = convert(sine(hertz, 0.5, seconds, from), from);

@@ -31,15 +31,16 @@ protected:
         std::size_t frames = 0;
         do {
             frames = file.readRest(part);
-            stereo.insert(stereo.end(), part.begin(), part.begin() + static_cast<std::ptrdiff_t>(2 * frames));
+            stereo.insert(stereo.end(), part.begin(),
+                          part.begin() + static_cast<std::ptrdiff_t>(2 * frames));
         } while (frames * 2 == part.size());
         return stereo;
     }
 
     /// Has ffmpeg make `name` from a WAV file that is there.
     void encode(const std::string& wav, const std::string& name, const std::string& options) const {
-        const std::string command =
-            "ffmpeg -nostdin -v error -y -i " + (folder / wav) + " " + options + " " + (folder / name);
+        const std::string command = "ffmpeg -nostdin -v error -y -i " + (folder / wav) + " " +
+                                    options + " " + (folder / name);
         ASSERT_EQ(std::system(command.c_str()), 0) << command;
     }
 
@@ -102,8 +103,8 @@ TEST_F(ASoundFile, DecodesEveryFormatRateAndChannelCountToTheSameSound) {
                  Case{"2.mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III, 22050, 1},
              }) {
             SCOPED_TRACE(std::string(c.name) + " of " + std::to_string(seconds) + " s");
-            writeSoundFile(folder / c.name, sine(440, 0.5, seconds, c.rate, c.channels), c.rate, c.channels,
-                           c.format);
+            writeSoundFile(folder / c.name, sine(440, 0.5, seconds, c.rate, c.channels), c.rate,
+                           c.channels, c.format);
             const auto file = open(c.name);
             ASSERT_TRUE(file);
             EXPECT_EQ(file->headIsAll(), seconds < 1);
@@ -181,14 +182,15 @@ TEST_F(ASoundFile, SilencesSamplesThatAreNoNumbersAndKeepsThoseBeyondFullScale) 
 
 TEST_F(ASoundFile, IsNoneForWhatHoldsNoWholeSound) {
     writeSoundFile(folder / "good.wav", sine(440, 0.5, 3), 48000);
-    writeSoundFile(folder / "good.aiff", sine(440, 0.5, 3), 48000, 2, SF_FORMAT_AIFF | SF_FORMAT_PCM_16);
+    writeSoundFile(folder / "good.aiff", sine(440, 0.5, 3), 48000, 2,
+                   SF_FORMAT_AIFF | SF_FORMAT_PCM_16);
     encode("good.wav", "good.m4a", "-c:a aac");
     encode("good.wav", "good.mp3", "-b:a 128k");
     for (const std::string name : {"good.wav", "good.aiff", "good.m4a", "good.mp3"}) {
         ASSERT_TRUE(open(name)) << name;
         const std::string bytes = bytesOf(name);
-        for (const std::size_t kept :
-             {bytes.size() - 1000, bytes.size() / 2, std::size_t{44}, std::size_t{11}, std::size_t{1}}) {
+        for (const std::size_t kept : {bytes.size() - 1000, bytes.size() / 2, std::size_t{44},
+                                       std::size_t{11}, std::size_t{1}}) {
             writeBytes("cut", bytes.substr(0, kept));
             EXPECT_FALSE(open("cut")) << name << " cut to " << kept;
         }
@@ -210,8 +212,9 @@ TEST_F(ASoundFile, IsNoneForWhatHoldsNoWholeSound) {
     fs::create_directory(folder / "folder.wav");
     mkfifo((folder / "pipe.wav").c_str(), 0600);
     fs::create_symlink("nowhere", folder / "dangling.wav");
-    std::vector<std::string> silent = {"no frames.wav", "empty.wav", "text.wav",     "noise.mp3",  "huge.wav",
-                                       "folder.wav",    "pipe.wav",  "dangling.wav", "missing.wav"};
+    std::vector<std::string> silent = {"no frames.wav", "empty.wav",    "text.wav",
+                                       "noise.mp3",     "huge.wav",     "folder.wav",
+                                       "pipe.wav",      "dangling.wav", "missing.wav"};
     if (geteuid() != 0) {  // Nothing is unreadable to root.
         fs::copy_file(folder / "good.wav", folder / "locked.wav");
         fs::permissions(folder / "locked.wav", fs::perms::none);

@@ -20,15 +20,16 @@ int main(int count, char** arguments) {
         static_cast<void>(write(log.get(), whole.data(), whole.size()) == 0);
     };
     EpollMainQueue queue;
-    SingleInstance instance(queue, arguments[1],
-                            {.onActivate = [&](const std::string& token) { say("activate " + token); },
-                             .onAction =
-                                 [&](const std::string& action, const std::string& token) {
-                                     say(action + " " + token);
-                                     if (action == SingleInstance::kQuit) {
-                                         queue.quit();
-                                     }
-                                 }});
+    SingleInstance instance(
+        queue, arguments[1],
+        {.onActivate = [&](const std::string& token) { say("activate " + token); },
+         .onAction =
+             [&](const std::string& action, const std::string& token) {
+                 say(action + " " + token);
+                 if (action == SingleInstance::kQuit) {
+                     queue.quit();
+                 }
+             }});
     switch (instance.claim(LaunchRequest::ofThisProcess(count > 3 ? arguments[3] : ""))) {
         case SingleInstance::Outcome::alreadyRunning:
             say("already");

@@ -42,14 +42,17 @@ protected:
         instance.emplace(
             queue, kId,
             SingleInstance::Callbacks{
-                .onActivate = [this](const std::string& token) { log += "activate " + token + "; "; },
-                .onAction = [this](const std::string& action,
-                                   const std::string& token) { log += action + " " + token + "; "; }});
+                .onActivate =
+                    [this](const std::string& token) { log += "activate " + token + "; "; },
+                .onAction = [this](
+                                const std::string& action,
+                                const std::string& token) { log += action + " " + token + "; "; }});
         return instance->claim({});
     }
     /// Launches the program again.
     void launch(const std::string& action = "") {
-        launched.emplace_back(std::vector<std::string>{LAUNCHED_INSTANCE, kId, folder / "log", action});
+        launched.emplace_back(
+            std::vector<std::string>{LAUNCHED_INSTANCE, kId, folder / "log", action});
     }
     /// How often the launched programs have said this line.
     long said(const std::string& wanted) {
@@ -84,13 +87,13 @@ TEST_F(TheSessionsInstance, IsOneOfAllThatAreLaunchedAtTheSameInstant) {
         for (int i = 0; i < kLaunches; ++i) {
             launch();
         }
-        ASSERT_TRUE(
-            eventually([&] { return said("first") + said("already") == round * kLaunches + round - 1; }));
+        ASSERT_TRUE(eventually(
+            [&] { return said("first") + said("already") == round * kLaunches + round - 1; }));
         EXPECT_EQ(said("first"), round);
         EXPECT_TRUE(eventually([&] { return said("activate ") == round * (kLaunches - 1); }));
         launch(SingleInstance::kQuit);
-        ASSERT_TRUE(
-            eventually([&] { return said("ended") == round && said("already") == round * kLaunches; }));
+        ASSERT_TRUE(eventually(
+            [&] { return said("ended") == round && said("already") == round * kLaunches; }));
     }
 }
 
@@ -103,12 +106,12 @@ TEST_F(TheSessionsInstance, IsAskedByEveryFurtherLaunch) {
         const char* action;
         const char* asked;
     };
-    for (const Case& c :
-         {Case{"token", "id_TIME5", "", "activate token; "}, Case{"", "id_TIME5", "", "activate id_TIME5; "},
-          Case{"", "", "", "activate ; "}, Case{"\xff", "", "", "activate ; "},
-          Case{"token", "", "open-dashboard", "open-dashboard token; "},
-          Case{"", "", "open-help", "open-help ; "}, Case{"", "", "quit", "quit ; "},
-          Case{"", "", "dance", ""}}) {
+    for (const Case& c : {Case{"token", "id_TIME5", "", "activate token; "},
+                          Case{"", "id_TIME5", "", "activate id_TIME5; "},
+                          Case{"", "", "", "activate ; "}, Case{"\xff", "", "", "activate ; "},
+                          Case{"token", "", "open-dashboard", "open-dashboard token; "},
+                          Case{"", "", "open-help", "open-help ; "},
+                          Case{"", "", "quit", "quit ; "}, Case{"", "", "dance", ""}}) {
         setTokens(c.activationToken, c.startupId);
         EXPECT_EQ(askedByLaunch(c.action), c.asked);
     }
@@ -132,7 +135,8 @@ TEST_F(TheSessionsInstance, IsAskedByTheDesktop) {
     EXPECT_EQ(call({"org.freedesktop.Application.ActivateAction", "open-help", "[<true>]",
                     "{'desktop-startup-id': <'id'>, 'activation-token': <'token'>}"}),
               "open-help token; ");
-    EXPECT_EQ(call({"org.freedesktop.Application.Activate", "{'activation-token': <5>}"}), "activate ; ");
+    EXPECT_EQ(call({"org.freedesktop.Application.Activate", "{'activation-token': <5>}"}),
+              "activate ; ");
 }
 
 TEST_F(TheSessionsInstance, IsFollowedByALaunchThatFindsItQuitting) {

@@ -24,15 +24,18 @@ const std::vector<unsigned> kKeyboard{KEY_A,         KEY_B,        KEY_SPACE,   
 
 class TheEventDevices : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(umockdev_in_mock_environment()) << "not run in umockdev-wrapper"; }
+    void SetUp() override {
+        ASSERT_TRUE(umockdev_in_mock_environment()) << "not run in umockdev-wrapper";
+    }
 
     bool listen() {
-        tap = source.createTap({.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); },
-                                .onDisabled =
-                                    [this] {
-                                        ++disablings;
-                                        tap->setEnabled(true);
-                                    }});
+        tap = source.createTap(
+            {.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); },
+             .onDisabled =
+                 [this] {
+                     ++disablings;
+                     tap->setEnabled(true);
+                 }});
         if (tap) {
             tap->setEnabled(true);
         }
@@ -50,7 +53,9 @@ protected:
     }
 
     /// How many descriptors are open on devices (on the devices' end, too) and for watching them.
-    static std::size_t held() { return openDescriptors("/dev/input/") + openDescriptors("inotify"); }
+    static std::size_t held() {
+        return openDescriptors("/dev/input/") + openDescriptors("inotify");
+    }
 
     FakeKeyboards devices;
     EpollMainQueue queue;

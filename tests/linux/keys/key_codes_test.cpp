@@ -15,11 +15,12 @@ TEST(TheKeyCodes, AreThoseOfTheProgramForKeysThatHaveOne) {
         unsigned evdev;
         std::int64_t code;
     };
-    for (const Case& c : {Case{KEY_SPACE, 49}, Case{KEY_ENTER, 36}, Case{KEY_KPENTER, 76}, Case{KEY_A, 0},
-                          Case{KEY_S, 1}, Case{KEY_Z, 6}, Case{KEY_M, 46}, Case{KEY_1, 18}, Case{KEY_0, 29},
-                          Case{KEY_ESC, 53}, Case{KEY_BACKSPACE, 51}, Case{KEY_DELETE, 117},
-                          Case{KEY_F1, 122}, Case{KEY_F12, 111}, Case{KEY_LEFT, 123}, Case{KEY_UP, 126},
-                          Case{KEY_KP0, 82}, Case{KEY_102ND, 10}, Case{KEY_F24, kOtherKey}}) {
+    for (const Case& c :
+         {Case{KEY_SPACE, 49}, Case{KEY_ENTER, 36}, Case{KEY_KPENTER, 76}, Case{KEY_A, 0},
+          Case{KEY_S, 1}, Case{KEY_Z, 6}, Case{KEY_M, 46}, Case{KEY_1, 18}, Case{KEY_0, 29},
+          Case{KEY_ESC, 53}, Case{KEY_BACKSPACE, 51}, Case{KEY_DELETE, 117}, Case{KEY_F1, 122},
+          Case{KEY_F12, 111}, Case{KEY_LEFT, 123}, Case{KEY_UP, 126}, Case{KEY_KP0, 82},
+          Case{KEY_102ND, 10}, Case{KEY_F24, kOtherKey}}) {
         EXPECT_EQ(virtualKeyCode(c.evdev), c.code) << "key " << c.evdev;
     }
 }
@@ -93,7 +94,8 @@ TEST(TheSession, IsX11WhenItsServerIsNotThereForTheProgramsOfAWaylandSession) {
           Case{{"", "wayland-0", ":0"}, false}, Case{{"tty", "wayland-1", ":0"}, false},
           Case{{"x11", "wayland-stale", ":0"}, true}, Case{{"x11", "", ""}, false}}) {
         EXPECT_EQ(c.environment.isX11(), c.isX11)
-            << c.environment.type << ' ' << c.environment.waylandDisplay << ' ' << c.environment.display;
+            << c.environment.type << ' ' << c.environment.waylandDisplay << ' '
+            << c.environment.display;
     }
 }
 

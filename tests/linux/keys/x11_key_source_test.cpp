@@ -31,8 +31,9 @@ protected:
     }
 
     void listen(KeySource& from) {
-        tap = from.createTap(
-            {.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); }, .onDisabled = [] {}});
+        tap =
+            from.createTap({.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); },
+                            .onDisabled = [] {}});
         ASSERT_NE(tap, nullptr);
         tap->setEnabled(true);
         runReady(queue);
@@ -59,16 +60,17 @@ protected:
 TEST_F(TheX11Keys, AreHeardWhateverWindowHasTheFocus) {
     EXPECT_TRUE(source.trusted());
     listen(source);
-    EXPECT_THAT(
-        hear({KEY_A, KEY_ENTER, KEY_KPENTER, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_CAPSLOCK, KEY_VOLUMEUP, KEY_S}),
-        ElementsAre(0, 36, 76, 1, 49));
+    EXPECT_THAT(hear({KEY_A, KEY_ENTER, KEY_KPENTER, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_CAPSLOCK,
+                      KEY_VOLUMEUP, KEY_S}),
+                ElementsAre(0, 36, 76, 1, 49));
 }
 
 TEST_F(TheX11Keys, AreHeardPastAGrab) {
     listen(source);
     std::free(xcb_grab_keyboard_reply(
         x.server(),
-        xcb_grab_keyboard(x.server(), 1, xcb_setup_roots_iterator(xcb_get_setup(x.server())).data->root,
+        xcb_grab_keyboard(x.server(), 1,
+                          xcb_setup_roots_iterator(xcb_get_setup(x.server())).data->root,
                           XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
         nullptr));
     EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
@@ -182,7 +184,8 @@ TEST_F(TheX11Keys, AreTheWayOfAnX11SessionWithoutEventDevicesAndOfNoOther) {
     EXPECT_TRUE(x11.trusted());
     listen(x11);
     EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
-    DesktopKeySource wayland(queue, {.type = "wayland", .waylandDisplay = "wayland-0", .display = display});
+    DesktopKeySource wayland(
+        queue, {.type = "wayland", .waylandDisplay = "wayland-0", .display = display});
     EXPECT_FALSE(wayland.trusted());
     EXPECT_EQ(wayland.createTap({.onKeyDown = [](std::int64_t) {}, .onDisabled = [] {}}), nullptr);
 }

@@ -25,9 +25,10 @@ TEST(AnAppUnit, IsToldByItsName) {
           Case{"app-nm\\x2dapplet@autostart.service", true, "", "nm\\x2dapplet", true},
           Case{"app-plain.service", true, "", "plain", false},
           Case{"app-4711.scope", true, "", "4711", false}, Case{"app-.scope", true, "", "", false},
-          Case{"app-firefox@.service", false, "", "", false}, Case{"app-firefox.slice", false, "", "", false},
-          Case{"app.slice", false, "", "", false}, Case{"dbus.service", false, "", "", false},
-          Case{"myapp-x-1.scope", false, "", "", false}, Case{"", false, "", "", false}}) {
+          Case{"app-firefox@.service", false, "", "", false},
+          Case{"app-firefox.slice", false, "", "", false}, Case{"app.slice", false, "", "", false},
+          Case{"dbus.service", false, "", "", false}, Case{"myapp-x-1.scope", false, "", "", false},
+          Case{"", false, "", "", false}}) {
         ASSERT_EQ(AppUnit::isOne(c.name), c.isOne) << c.name;
         if (c.isOne) {
             const AppUnit unit = AppUnit::parse(c.name);
@@ -44,7 +45,9 @@ TEST(AnAppUnit, IsFoundInTheControlGroupsOfAProcess) {
         bool isIn;
     };
     for (const Case& c :
-         {Case{"0::/user.slice/user-1000.slice/user@1000.service/app.slice/app-gnome-maps-1.scope\n", true},
+         {Case{
+              "0::/user.slice/user-1000.slice/user@1000.service/app.slice/app-gnome-maps-1.scope\n",
+              true},
           Case{"1:name=systemd:/a/app-maps@1.service\n0::/a\n", true},
           Case{"0::/user.slice/app.slice/app-maps-1.scope/inner\n", true},
           Case{"0::/user.slice/user-1000.slice/session-2.scope\n", false},
@@ -58,7 +61,9 @@ TEST(AnAppUnit, IsFoundInTheControlGroupsOfAProcess) {
 class TheAppUnitLaunches : public testing::Test {
 protected:
     TheAppUnitLaunches() { launches.begin(seconds(100)); }
-    bool launch(const std::string& unit, microseconds since) { return launches.isLaunch(unit, since); }
+    bool launch(const std::string& unit, microseconds since) {
+        return launches.isLaunch(unit, since);
+    }
 
     AppUnitLaunches launches;
 };

@@ -25,19 +25,19 @@ protected:
 
     std::set<Owner> dead;
     std::vector<Owner> launched;
-    FirstWindows windows{{.factsAbout =
-                              [](const std::vector<Window>& asked) {
-                                  std::vector<FirstWindows::Facts> facts;
-                                  for (const Window window : asked) {
-                                      facts.push_back({.owner = window % 10 == 8
-                                                                    ? std::nullopt
-                                                                    : std::optional<Owner>(window / 10),
-                                                       .isForUser = window % 10 != 9});
-                                  }
-                                  return facts;
-                              },
-                          .lives = [this](Owner owner) { return !dead.contains(owner); },
-                          .onFirstWindow = [this](Owner owner) { launched.push_back(owner); }}};
+    FirstWindows windows{
+        {.factsAbout =
+             [](const std::vector<Window>& asked) {
+                 std::vector<FirstWindows::Facts> facts;
+                 for (const Window window : asked) {
+                     facts.push_back({.owner = window % 10 == 8 ? std::nullopt
+                                                                : std::optional<Owner>(window / 10),
+                                      .isForUser = window % 10 != 9});
+                 }
+                 return facts;
+             },
+         .lives = [this](Owner owner) { return !dead.contains(owner); },
+         .onFirstWindow = [this](Owner owner) { launched.push_back(owner); }}};
 };
 
 TEST_F(TheFirstWindows, AreThoseOfProcessesThatHadNone) {

@@ -52,22 +52,26 @@ public:
         return window;
     }
     void set(xcb_window_t window, const char* property, xcb_atom_t type, std::uint32_t value) {
-        xcb_change_property(server_, XCB_PROP_MODE_REPLACE, window, atom(property), type, 32, 1, &value);
+        xcb_change_property(server_, XCB_PROP_MODE_REPLACE, window, atom(property), type, 32, 1,
+                            &value);
         xcb_flush(server_);
     }
     void setClientList(const std::vector<xcb_window_t>& windows) {
         const auto root = xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root;
-        xcb_change_property(server_, XCB_PROP_MODE_REPLACE, root, atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW,
-                            32, static_cast<std::uint32_t>(windows.size()), windows.data());
+        xcb_change_property(server_, XCB_PROP_MODE_REPLACE, root, atom("_NET_CLIENT_LIST"),
+                            XCB_ATOM_WINDOW, 32, static_cast<std::uint32_t>(windows.size()),
+                            windows.data());
         xcb_flush(server_);
     }
     /// Whether the window manager has taken the window in.
     bool isListed(xcb_window_t window) {
         const auto root = xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root;
         const XcbReply<xcb_get_property_reply_t> list(xcb_get_property_reply(
-            server_, xcb_get_property(server_, 0, root, atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, 65536),
+            server_,
+            xcb_get_property(server_, 0, root, atom("_NET_CLIENT_LIST"), XCB_ATOM_WINDOW, 0, 65536),
             nullptr));
-        const auto* const windows = static_cast<const xcb_window_t*>(xcb_get_property_value(list.get()));
+        const auto* const windows =
+            static_cast<const xcb_window_t*>(xcb_get_property_value(list.get()));
         return std::find(windows, windows + list->value_len, window) != windows + list->value_len;
     }
     void close(xcb_window_t window) {
@@ -78,7 +82,8 @@ public:
 private:
     xcb_atom_t atom(const char* name) {
         const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-            server_, xcb_intern_atom(server_, 0, static_cast<std::uint16_t>(std::string(name).size()), name),
+            server_,
+            xcb_intern_atom(server_, 0, static_cast<std::uint16_t>(std::string(name).size()), name),
             nullptr));
         return reply->atom;
     }
@@ -93,10 +98,10 @@ protected:
     void listen() {
         // The windows of an earlier test must be off the list: their numbers are given out again.
         launchesUntilNow();
-        windows.emplace(
-            queue, std::getenv("DISPLAY"),
-            X11AppLaunches::Callbacks{.isHeardElsewhere = [](pid_t process) { return process == kInUnit; },
-                                      .onLaunch = [this] { ++launches; }});
+        windows.emplace(queue, std::getenv("DISPLAY"),
+                        X11AppLaunches::Callbacks{
+                            .isHeardElsewhere = [](pid_t process) { return process == kInUnit; },
+                            .onLaunch = [this] { ++launches; }});
     }
     bool launched(int times) {
         return runUntil(queue, [&] { return launches >= times; }) && launches == times;
@@ -123,8 +128,9 @@ protected:
 TEST_F(TheWindows, AreLaunchesWhenTheyAreTheFirstOfARealProgram) {
     ChildProcess before({"xclock"});
     ASSERT_TRUE(before.started());
-    EXPECT_TRUE(runUntil(
-        queue, [] { return std::system("xwininfo -name xclock 2>/dev/null | grep -q IsViewable") == 0; }));
+    EXPECT_TRUE(runUntil(queue, [] {
+        return std::system("xwininfo -name xclock 2>/dev/null | grep -q IsViewable") == 0;
+    }));
     EXPECT_EQ(launchesUntilNow(), 0);
     listen();
     EXPECT_EQ(launchesUntilNow(), 0);
@@ -178,8 +184,8 @@ TEST_F(TheWindows, AreNoLaunchWhenALivingProcessOpensOneAgain) {
 }
 
 TEST_F(TheWindows, AreHeardOfByTheDesktopsSourceForAsLongAsAnyoneAsks) {
-    DesktopAppLaunchSource source(queue,
-                                  {.type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
+    DesktopAppLaunchSource source(
+        queue, {.type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
     Client client;
     client.open(0x30000003);
     launchesUntilNow();
@@ -204,7 +210,8 @@ TEST_F(TheWindows, AreHeardOfByTheDesktopsSourceForAsLongAsAnyoneAsks) {
 
 TEST_F(TheWindows, AreNotAskedAboutInAWaylandSession) {
     DesktopAppLaunchSource source(
-        queue, {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
+        queue,
+        {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
     int heard = 0;
     source.addObserver([&] { ++heard; });
     Client client;
@@ -218,8 +225,8 @@ TEST_F(TheWindows, AreNotAskedAboutInAWaylandSession) {
 class TheWindowsOfAPassingServer : public TheWindows {
 protected:
     void startServer() {
-        server.emplace(std::vector<std::string>{"Xvfb", kDisplay, "-screen", "0", "640x480x24", "-nolisten",
-                                                "tcp", "-noreset"});
+        server.emplace(std::vector<std::string>{"Xvfb", kDisplay, "-screen", "0", "640x480x24",
+                                                "-nolisten", "tcp", "-noreset"});
         ASSERT_TRUE(server->started());
         ASSERT_TRUE(runUntil(queue, [] { return isThere(); }));
     }

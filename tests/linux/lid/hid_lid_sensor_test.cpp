@@ -57,17 +57,21 @@ TEST(TheHidLidSensor, IsAnOutermostCollectionWithItsUsage) {
     for (const Case& c : std::vector<Case>{
              {"an application", kLidBegin + kEnd, true},
              {"a physical collection", page(0x20) + usage(0x8A) + kPhysical + kEnd, true},
-             {"behind another one", page(0x01) + usage(0x02) + kApplication + kEnd + kLidBegin + kEnd, true},
+             {"behind another one",
+              page(0x01) + usage(0x02) + kApplication + kEnd + kLidBegin + kEnd, true},
              {"the page set after the usage", usage(0x8A) + page(0x20) + kApplication + kEnd, true},
-             {"page and usage in one", Bytes{0x0B, 0x8A, 0x00, 0x20, 0x00} + kApplication + kEnd, true},
+             {"page and usage in one", Bytes{0x0B, 0x8A, 0x00, 0x20, 0x00} + kApplication + kEnd,
+              true},
              {"the page from before a pop",
               page(0x20) + kPush + page(1) + kPop + usage(0x8A) + kApplication + kEnd, true},
              {"behind a long item", Bytes{0xFE, 2, 0x10, 0xC0, 0xC0} + kLidBegin + kEnd, true},
              {"one sensor among those of a hub",
-              page(0x20) + usage(0x01) + kApplication + usage(0x8A) + kPhysical + kEnd + kEnd, false},
+              page(0x20) + usage(0x01) + kApplication + usage(0x8A) + kPhysical + kEnd + kEnd,
+              false},
              {"another page", page(0x0C) + usage(0x8A) + kApplication + kEnd, false},
              {"another usage", page(0x20) + usage(0x8B) + kApplication + kEnd, false},
-             {"the usage of an input before", page(0x20) + usage(0x8A) + kInput + kApplication + kEnd, false},
+             {"the usage of an input before",
+              page(0x20) + usage(0x8A) + kInput + kApplication + kEnd, false},
              {"nothing", {}, false},
              {"not closed", kLidBegin, false},
              {"closed twice", kLidBegin + kEnd + kEnd, false},
@@ -85,7 +89,9 @@ public:
     std::map<std::uint8_t, Bytes> reports;
     std::vector<Bytes> written;
 
-    Bytes read(std::uint8_t id) override { return reports.contains(id) ? Bytes{id} + reports[id] : Bytes{}; }
+    Bytes read(std::uint8_t id) override {
+        return reports.contains(id) ? Bytes{id} + reports[id] : Bytes{};
+    }
     void write(const Bytes& report) override {
         written.push_back(report);
         reports[report[0]] = Bytes(report.begin() + 1, report.end());
@@ -95,10 +101,11 @@ public:
 /// Reporting state and power state are choices, of three bits that count from 1 and of a byte that counts
 /// from 0; the interval lies in a second report behind a sensitivity.
 const Bytes kSleepyLid = kLidBegin + reportId(1) + size(3) + count(1) + logicalMinimum(1) +
-                         usage(0x16, 0x03) + kLogical + usage(0x40, 0x08) + usage(0x41, 0x08) + kChoice +
-                         kEnd + size(5) + kPadding + logicalMinimum(0) + size(8) + usage(0x19, 0x03) +
-                         kLogical + usage(0x50, 0x08) + kChoice + kEnd + reportId(2) + size(16) + count(2) +
-                         usage(0x0F, 0x03) + usage(0x0E, 0x03) + kVariable + kEnd;
+                         usage(0x16, 0x03) + kLogical + usage(0x40, 0x08) + usage(0x41, 0x08) +
+                         kChoice + kEnd + size(5) + kPadding + logicalMinimum(0) + size(8) +
+                         usage(0x19, 0x03) + kLogical + usage(0x50, 0x08) + kChoice + kEnd +
+                         reportId(2) + size(16) + count(2) + usage(0x0F, 0x03) + usage(0x0E, 0x03) +
+                         kVariable + kEnd;
 
 TEST(TheHidLidSensor, IsWokenBitByBit) {
     const auto sensor = findLidSensor(kSleepyLid);
@@ -106,16 +113,17 @@ TEST(TheHidLidSensor, IsWokenBitByBit) {
     FakeFeatureReports device;
     device.reports = {{1, {0b1010'1001, 0xFF, 0x77}}, {2, {1, 2, 0xFF, 0xFF}}};
     wakeLidSensor(*sensor, device);
-    EXPECT_EQ(
-        device.written,
-        (std::vector<Bytes>{{1, 0b1010'1010, 0xFF, 0x77}, {1, 0b1010'1010, 0x01, 0x77}, {2, 1, 2, 100, 0}}));
+    EXPECT_EQ(device.written,
+              (std::vector<Bytes>{
+                  {1, 0b1010'1010, 0xFF, 0x77}, {1, 0b1010'1010, 0x01, 0x77}, {2, 1, 2, 100, 0}}));
 }
 
 TEST(TheHidLidSensor, IsLeftAsItIsWhereItCannotBeRead) {
     const auto sensor = findLidSensor(kSleepyLid);
     ASSERT_TRUE(sensor);
     FakeFeatureReports device;
-    device.reports = {{1, {0b1010'1001}}, {2, {1, 2, 3}}};  // Both are too short for one of their settings.
+    device.reports = {{1, {0b1010'1001}},
+                      {2, {1, 2, 3}}};  // Both are too short for one of their settings.
     wakeLidSensor(*sensor, device);
     EXPECT_EQ(device.written, (std::vector<Bytes>{{1, 0b1010'1010}}));
 

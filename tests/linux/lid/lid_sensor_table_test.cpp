@@ -29,7 +29,9 @@ protected:
 
     bool open() {
         return table.open(
-            [this](std::span<const std::uint8_t> bytes) { reports.emplace_back(bytes.begin(), bytes.end()); },
+            [this](std::span<const std::uint8_t> bytes) {
+                reports.emplace_back(bytes.begin(), bytes.end());
+            },
             [this](bool found) { nowFound = found; });
     }
     /// Lets the main loop run until `condition` holds; false when it does not within 10 s.
@@ -48,13 +50,16 @@ protected:
     /// The next report; none when none comes.
     std::optional<Report> next() {
         reports.clear();
-        return until([&] { return !reports.empty(); }) ? std::optional(reports.front()) : std::nullopt;
+        return until([&] { return !reports.empty(); }) ? std::optional(reports.front())
+                                                       : std::nullopt;
     }
-    std::string addHinge(const FakeDevices::Values& attributes, const std::string& name = "iio:device0") {
+    std::string addHinge(const FakeDevices::Values& attributes,
+                         const std::string& name = "iio:device0") {
         return machine.add("iio", name, "", attributes, {{"DEVTYPE", "iio_device"}});
     }
     static Report angle(int degrees) {
-        return {1, static_cast<std::uint8_t>(degrees & 0xFF), static_cast<std::uint8_t>(degrees >> 8)};
+        return {1, static_cast<std::uint8_t>(degrees & 0xFF),
+                static_cast<std::uint8_t>(degrees >> 8)};
     }
 
     FakeDevices machine;
@@ -117,24 +122,26 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
         FakeDevices::Values attributes;
         int degrees;
     };
-    for (const Case& c : std::vector<Case>{
-             {"degrees without a scale", {{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "135\n"}}, 135},
-             {"radians, the hinge by its label",
-              {{"name", "hinge\n"},
-               {"in_angl0_raw", "10\n"},
-               {"in_angl0_label", "screen\n"},
-               {"in_angl1_raw", "359\n"},
-               {"in_angl1_label", "hinge\n"},
-               {"in_angl_scale", "0.017453293\n"}},
-              359},
-             {"a scale of its own, an offset, a rounding",
-              {{"name", "lid\n"},
-               {"in_angl0_raw", "-1000\n"},
-               {"in_angl0_scale", "0.000174533\n"},
-               {"in_angl0_offset", "1006\n"},
-               {"in_angl_scale", "9\n"}},
-              0},
-             {"right round", {{"name", "lid\n"}, {"in_angl_raw", "360\n"}}, 360}}) {
+    for (const Case& c :
+         std::vector<Case>{{"degrees without a scale",
+                            {{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "135\n"}},
+                            135},
+                           {"radians, the hinge by its label",
+                            {{"name", "hinge\n"},
+                             {"in_angl0_raw", "10\n"},
+                             {"in_angl0_label", "screen\n"},
+                             {"in_angl1_raw", "359\n"},
+                             {"in_angl1_label", "hinge\n"},
+                             {"in_angl_scale", "0.017453293\n"}},
+                            359},
+                           {"a scale of its own, an offset, a rounding",
+                            {{"name", "lid\n"},
+                             {"in_angl0_raw", "-1000\n"},
+                             {"in_angl0_scale", "0.000174533\n"},
+                             {"in_angl0_offset", "1006\n"},
+                             {"in_angl_scale", "9\n"}},
+                            0},
+                           {"right round", {{"name", "lid\n"}, {"in_angl_raw", "360\n"}}, 360}}) {
         const std::string hinge = addHinge(c.attributes);
         ASSERT_TRUE(open()) << c.what;
         EXPECT_EQ(next(), angle(c.degrees)) << c.what;

@@ -33,18 +33,20 @@ Bytes operator+(Bytes left, const Bytes& right) {
 }
 
 Bytes attribute(unsigned short type, const Bytes& value) {
-    Bytes whole = bytesOf(rtattr{static_cast<unsigned short>(sizeof(rtattr) + value.size()), type}) + value;
+    Bytes whole =
+        bytesOf(rtattr{static_cast<unsigned short>(sizeof(rtattr) + value.size()), type}) + value;
     whole.resize(RTA_ALIGN(whole.size()));
     return whole;
 }
 
 Bytes message(unsigned short type, unsigned flags, std::uint32_t sequence, const Bytes& body) {
-    Bytes whole = bytesOf(nlmsghdr{.nlmsg_len = static_cast<std::uint32_t>(sizeof(nlmsghdr) + body.size()),
-                                   .nlmsg_type = type,
-                                   .nlmsg_flags = static_cast<unsigned short>(flags),
-                                   .nlmsg_seq = sequence,
-                                   .nlmsg_pid = 0}) +
-                  body;
+    Bytes whole =
+        bytesOf(nlmsghdr{.nlmsg_len = static_cast<std::uint32_t>(sizeof(nlmsghdr) + body.size()),
+                         .nlmsg_type = type,
+                         .nlmsg_flags = static_cast<unsigned short>(flags),
+                         .nlmsg_seq = sequence,
+                         .nlmsg_pid = 0}) +
+        body;
     whole.resize(NLMSG_ALIGN(whole.size()));
     return whole;
 }
@@ -76,7 +78,10 @@ TEST(ANetlinkReply, EndsInOneOfFourWays) {
               {part(6) + message(NLMSG_DONE, 0, 6, {}), part() + done()},
               State::complete,
               1},
-             {"changed in the middle", {part(7, NLM_F_DUMP_INTR), part() + done()}, State::interrupted, 2},
+             {"changed in the middle",
+              {part(7, NLM_F_DUMP_INTR), part() + done()},
+              State::interrupted,
+              2},
              {"refused", {refusal(-19)}, State::refused, 0},
              {"confirmed", {refusal(0)}, State::complete, 0},
              {"broken off by the kernel", {part() + done(-90)}, State::refused, 1},
@@ -116,8 +121,8 @@ Bytes table(std::uint32_t number) {
     return attribute(RTA_TABLE, bytesOf(number));
 }
 Bytes nextHop(int link, unsigned char flags, const Bytes& attributes = {}) {
-    return bytesOf(rtnexthop{static_cast<unsigned short>(sizeof(rtnexthop) + attributes.size()), flags, 0,
-                             link}) +
+    return bytesOf(rtnexthop{static_cast<unsigned short>(sizeof(rtnexthop) + attributes.size()),
+                             flags, 0, link}) +
            attributes;
 }
 
@@ -142,12 +147,13 @@ TEST(ARoute, HasTheNextHopsThatLeadFurther) {
              {"default in a table of its own", bytesOf(route()) + table(51820) + through(3), "3! "},
              {"default among the machine's own addresses",
               bytesOf(route()) + through(3) + table(RT_TABLE_LOCAL), ""},
-             {"to a place behind a router", bytesOf(route(RTN_UNICAST, 0, 24)) + through(3) + gateway(),
-              "3 "},
+             {"to a place behind a router",
+              bytesOf(route(RTN_UNICAST, 0, 24)) + through(3) + gateway(), "3 "},
              {"to the link's own network", bytesOf(route(RTN_UNICAST, 0, 24)) + through(3), ""},
              {"unreachable", bytesOf(route(RTN_UNREACHABLE)) + through(1), ""},
              {"multicast", bytesOf(route(RTN_MULTICAST)) + through(1), ""},
-             {"remembered for one destination", bytesOf(route(RTN_UNICAST, RTM_F_CLONED)) + through(3), ""},
+             {"remembered for one destination",
+              bytesOf(route(RTN_UNICAST, RTM_F_CLONED)) + through(3), ""},
              {"without carrier", bytesOf(route(RTN_UNICAST, RTNH_F_LINKDOWN)) + through(3), ""},
              {"dead", bytesOf(route(RTN_UNICAST, RTNH_F_DEAD)) + through(3), ""},
              {"through nothing", bytesOf(route()), ""},
@@ -161,8 +167,8 @@ TEST(ARoute, HasTheNextHopsThatLeadFurther) {
 }
 
 TEST(ARoute, MayBeCutOffAnywhere) {
-    const Bytes whole =
-        bytesOf(route()) + attribute(RTA_MULTIPATH, nextHop(4, 0, gateway()) + nextHop(5, 0, gateway()));
+    const Bytes whole = bytesOf(route()) + attribute(RTA_MULTIPATH, nextHop(4, 0, gateway()) +
+                                                                        nextHop(5, 0, gateway()));
     for (std::size_t size = 0; size < whole.size(); ++size) {
         EXPECT_EQ(hopsOf(std::span(whole).first(size)), "") << size;
     }

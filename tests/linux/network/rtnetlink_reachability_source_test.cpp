@@ -38,7 +38,9 @@ protected:
         source.open();
     }
 
-    static void ip(const std::string& arguments) { ASSERT_TRUE(PrivateNetwork::ip(arguments)) << arguments; }
+    static void ip(const std::string& arguments) {
+        ASSERT_TRUE(PrivateNetwork::ip(arguments)) << arguments;
+    }
 
     /// The kernel notes a carrier that changes up to a second later.
     testing::AssertionResult becomes(bool expected) {

@@ -168,9 +168,10 @@ TEST_F(TheSleep, WaitsByTheAccountOfAnotherLogind) {
         return count;
     };
     const auto prepare = [&](int begins) {
-        EXPECT_NE(other.call("org.freedesktop.DBus.Mock", "EmitSignal", "sssav",
-                             "org.freedesktop.login1.Manager", "PrepareForSleep", "b", 1, "b", begins),
-                  nullptr);
+        EXPECT_NE(
+            other.call("org.freedesktop.DBus.Mock", "EmitSignal", "sssav",
+                       "org.freedesktop.login1.Manager", "PrepareForSleep", "b", 1, "b", begins),
+            nullptr);
     };
     ASSERT_TRUE(runUntil(queue, [&] { return held() == 1; }));
     prepare(1);

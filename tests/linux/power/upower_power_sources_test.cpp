@@ -32,8 +32,8 @@ protected:
     ThePowerSources() { EXPECT_TRUE(bus.start()); }
 
     void follow() {
-        following =
-            sources.subscribe({.onKnown = [this] { note("known"); }, .onChange = [this] { note("change"); }});
+        following = sources.subscribe(
+            {.onKnown = [this] { note("known"); }, .onChange = [this] { note("change"); }});
     }
     void startUPower(bool onBattery, const Properties& device = kLaptopBattery) {
         upower.emplace(queue, Properties{{"OnBattery", onBattery}, {"DaemonVersion", "1"}}, device);
@@ -138,7 +138,8 @@ TEST_F(ThePowerSources, StartUPowerOnceAndLeaveItAloneWhenItHasGone) {
     const std::string services = data / "dbus-1/services";
     std::filesystem::create_directories(services);
     std::ofstream(services + "/org.freedesktop.UPower.service")
-        << "[D-BUS Service]\nName=org.freedesktop.UPower\nExec=/bin/sh -c \"echo >>" << data / "starts\"\n";
+        << "[D-BUS Service]\nName=org.freedesktop.UPower\nExec=/bin/sh -c \"echo >>"
+        << data / "starts\"\n";
     const auto starts = [&] {
         std::error_code none;
         const auto size = std::filesystem::file_size(data / "starts", none);
@@ -178,11 +179,12 @@ TEST_F(ThePowerSources, AreThoseOfAnotherUPowerToo) {
     const auto comes = [&](bool onBattery) {
         other.emplace("upower", "org.freedesktop.UPower", "/org/freedesktop/UPower");
         ASSERT_TRUE(other->isThere());
-        EXPECT_NE(other->call("org.freedesktop.DBus.Mock", "SetupDisplayDevice", "uuddddxxbsu", 2U, 2U, 50.0,
-                              50.0, 100.0, 0.1, std::int64_t{3600}, std::int64_t{0}, 1, "battery", 1U),
+        EXPECT_NE(other->call("org.freedesktop.DBus.Mock", "SetupDisplayDevice", "uuddddxxbsu", 2U,
+                              2U, 50.0, 50.0, 100.0, 0.1, std::int64_t{3600}, std::int64_t{0}, 1,
+                              "battery", 1U),
                   nullptr);
-        EXPECT_NE(other->call("org.freedesktop.DBus.Properties", "Set", "ssv", "org.freedesktop.UPower",
-                              "OnBattery", "b", onBattery ? 1 : 0),
+        EXPECT_NE(other->call("org.freedesktop.DBus.Properties", "Set", "ssv",
+                              "org.freedesktop.UPower", "OnBattery", "b", onBattery ? 1 : 0),
                   nullptr);
     };
     comes(true);

@@ -76,7 +76,8 @@ TEST_F(TheJsonStore, GivesBackWhatItHoldsKindByKind) {
         {DefaultsData{std::string("\xFF\0\x80", 3)}},
         {Dictionary{}},
         {Dictionary{{"$data", {std::string("no data")}}}},
-        {Dictionary{{"$$", {true}}, {"", {1.0}}, {"$\xFF", {Dictionary{{"a", {DefaultsData{"b"}}}}}}}},
+        {Dictionary{
+            {"$$", {true}}, {"", {1.0}}, {"$\xFF", {Dictionary{{"a", {DefaultsData{"b"}}}}}}}},
     };
     for (std::size_t i = 0; i < values.size(); ++i) {
         store().setObject("key " + std::to_string(i), values[i]);
@@ -87,7 +88,8 @@ TEST_F(TheJsonStore, GivesBackWhatItHoldsKindByKind) {
     store().setObject("removed", std::nullopt);
     for (int run = 0; run < 2; ++run) {
         for (std::size_t i = 0; i < values.size(); ++i) {
-            EXPECT_EQ(store().object("key " + std::to_string(i)), values[i]) << i << " in run " << run;
+            EXPECT_EQ(store().object("key " + std::to_string(i)), values[i])
+                << i << " in run " << run;
         }
         EXPECT_EQ(store().object("\xFE key"), DefaultsValue{true});
         EXPECT_EQ(store().object("made later"), DefaultsValue{DefaultsData{"later"}});
@@ -116,9 +118,11 @@ TEST(ANumberInJson, IsTheSameFloatBitForBit) {
         }
     }
     for (const float number : numbers) {
-        const auto json = nlohmann::json::parse(jsonFromValue({static_cast<double>(number)}).dump());
+        const auto json =
+            nlohmann::json::parse(jsonFromValue({static_cast<double>(number)}).dump());
         const auto back = static_cast<float>(std::get<double>(valueFromJson(json).value));
-        ASSERT_EQ(std::bit_cast<std::uint32_t>(back), std::bit_cast<std::uint32_t>(number)) << number;
+        ASSERT_EQ(std::bit_cast<std::uint32_t>(back), std::bit_cast<std::uint32_t>(number))
+            << number;
     }
     const auto notANumber = jsonFromValue({std::numeric_limits<double>::quiet_NaN()}).dump();
     EXPECT_EQ(valueFromJson(nlohmann::json::parse(notANumber)), DefaultsValue{});
@@ -152,7 +156,8 @@ TEST_F(TheJsonStore, KeepsWhatItDoesNotKnow) {
     store().setObject("ChimewerkDarkMode", DefaultsValue{true});
     opened->flush();
     EXPECT_EQ(nlohmann::json::parse(textAt(file)),
-              nlohmann::json::parse("{" + unknown + R"(,"ChimewerkTheme":"soft","ChimewerkDarkMode":true})"));
+              nlohmann::json::parse("{" + unknown +
+                                    R"(,"ChimewerkTheme":"soft","ChimewerkDarkMode":true})"));
 }
 
 TEST_F(TheJsonStore, TakesForeignJsonForWhatItIsNearest) {
@@ -174,8 +179,9 @@ TEST_F(TheJsonStore, SetsAsideWhatItCannotUnderstandAndStartsAfresh) {
     int number = 0;
     for (const std::string& damaged :
          {std::string(), std::string("{"), std::string("[]"), std::string("null"),
-          std::string(R"({"a":1} x)"), std::string("{\"a\":\"\xFF\"}"), std::string(R"({"a":"\ud800"})"),
-          std::string(4096, '\0'), R"({"a":)" + deep + std::string(deep.size(), ']') + "}", "{\"a\":" + deep,
+          std::string(R"({"a":1} x)"), std::string("{\"a\":\"\xFF\"}"),
+          std::string(R"({"a":"\ud800"})"), std::string(4096, '\0'),
+          R"({"a":)" + deep + std::string(deep.size(), ']') + "}", "{\"a\":" + deep,
           std::string(R"({"a":1e400})")}) {
         opened.reset();
         write(damaged);

@@ -20,7 +20,9 @@ using Finding = SettingsFile::Finding;
 
 class TheSettingsFile : public testing::Test {
 protected:
-    static void write(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
+    static void write(const fs::path& path, const std::string& text) {
+        std::ofstream(path) << text;
+    }
     static std::string textAt(const fs::path& path) {
         std::ostringstream text;
         text << std::ifstream(path).rdbuf();
@@ -116,11 +118,12 @@ TEST_F(TheSettingsFile, TakesNoPipeFolderOrDeviceForItselfNorWaitsForThem) {
         const char* what;
         std::function<void()> make;
     };
-    for (const Case& c : {Case{"folder", [&] { fs::create_directories(path / "inside"); }},
-                          Case{"pipe", [&] { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); }},
-                          Case{"device", [&] { fs::create_symlink("/dev/null", path); }},
-                          Case{"link to a folder", [&] { fs::create_directory_symlink(home.path(), path); }},
-                          Case{"circle", [&] { fs::create_symlink("s.json", path); }}}) {
+    for (const Case& c :
+         {Case{"folder", [&] { fs::create_directories(path / "inside"); }},
+          Case{"pipe", [&] { ASSERT_EQ(mkfifo(path.c_str(), 0600), 0); }},
+          Case{"device", [&] { fs::create_symlink("/dev/null", path); }},
+          Case{"link to a folder", [&] { fs::create_directory_symlink(home.path(), path); }},
+          Case{"circle", [&] { fs::create_symlink("s.json", path); }}}) {
         fs::remove_all(folder);
         fs::create_directories(folder);
         c.make();
@@ -190,7 +193,8 @@ TEST_F(TheSettingsFile, SweepsUpWhatCrashesHaveLeftButNothingElse) {
     }
     write(folder / ".s.json.~recent", "x");
     EXPECT_TRUE(file.replace("new"));
-    EXPECT_EQ(namesIn(folder), ".s.json.~folder .s.json.~recent .t.json.~abcdef s.json s.json.backup ");
+    EXPECT_EQ(namesIn(folder),
+              ".s.json.~folder .s.json.~recent .t.json.~abcdef s.json s.json.backup ");
 }
 
 }  // namespace

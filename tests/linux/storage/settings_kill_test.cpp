@@ -39,7 +39,8 @@ constexpr Seconds kBetweenChanges{1.0 / 60};
 class Journal {
 public:
     Journal() {
-        void* const memory = mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+        void* const memory =
+            mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
         if (memory == MAP_FAILED) {
             throw std::runtime_error("no shared memory");
         }
@@ -49,7 +50,9 @@ public:
     Journal& operator=(const Journal&) = delete;
     ~Journal() { munmap(moments_, kSize); }
 
-    void note(int state) { at(state) = std::chrono::steady_clock::now().time_since_epoch().count(); }
+    void note(int state) {
+        at(state) = std::chrono::steady_clock::now().time_since_epoch().count();
+    }
     /// None for a state that has not been made.
     std::optional<Moment> moment(int state) const {
         const Moment::rep ticks = at(state);
@@ -86,8 +89,9 @@ void store(DefaultsStore& defaults, int state) {
     const std::string text = std::to_string(state);
     defaults.setObject("number", DefaultsValue{static_cast<double>(state)});
     defaults.setData("data", [text] { return DefaultsData{large(text)}; });
-    defaults.setObject("events",
-                       DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}});
+    defaults.setObject(
+        "events",
+        DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}});
 }
 
 /// The state that the store holds whole, 0 when it holds nothing, none when it holds parts.
@@ -105,7 +109,8 @@ std::optional<int> wholeState(const DefaultsStore& defaults) {
     const std::string text = std::to_string(state);
     const bool whole =
         data == DefaultsValue{DefaultsData{large(text)}} &&
-        events == DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}};
+        events ==
+            DefaultsValue{DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}};
     return whole ? std::optional(state) : std::nullopt;
 }
 
@@ -132,7 +137,9 @@ public:
         EXPECT_TRUE(state) << "a part of a state";
         // What earlier programs did not live to write does not count.
         const auto superseded = journal_.moment(std::max(state.value_or(0), before_) + 1);
-        return superseded ? std::chrono::duration_cast<std::chrono::milliseconds>(killed - *superseded) : 0ms;
+        return superseded
+                   ? std::chrono::duration_cast<std::chrono::milliseconds>(killed - *superseded)
+                   : 0ms;
     }
     int states() const { return journal_.lastState(); }
 
@@ -178,9 +185,9 @@ TEST(Settings, SurviveBeingKilledAtAnyMoment) {
     }
     std::sort(ages.begin(), ages.end());
     const auto oldOnes = ages[ages.size() * 9 / 10];
-    std::cout << ages.size() << " kills; age of what was left: median " << ages[ages.size() / 2].count()
-              << " ms, nine in ten at most " << oldOnes.count() << " ms, oldest " << ages.back().count()
-              << " ms\n";
+    std::cout << ages.size() << " kills; age of what was left: median "
+              << ages[ages.size() / 2].count() << " ms, nine in ten at most " << oldOnes.count()
+              << " ms, oldest " << ages.back().count() << " ms\n";
     EXPECT_LE(oldOnes, kOldest);
     for (const auto& program : programs) {
         EXPECT_GT(program->states(), kRounds) << "the programs hardly changed anything";
@@ -200,7 +207,8 @@ TEST(TheSettingsFile, IsWholeAndTheLastThatWasWrittenWheneverItsWriterIsKilled) 
         const pid_t writer = fork();
         if (writer == 0) {
             SettingsFile file(path);
-            for (int state = written.lastState() + 1; file.replace(large(std::to_string(state))); ++state) {
+            for (int state = written.lastState() + 1; file.replace(large(std::to_string(state)));
+                 ++state) {
                 written.note(state);
             }
             _exit(1);
@@ -210,8 +218,8 @@ TEST(TheSettingsFile, IsWholeAndTheLastThatWasWrittenWheneverItsWriterIsKilled) 
         waitpid(writer, nullptr, 0);
         const int last = written.lastState();
         const std::string text = SettingsFile(path).read().text;
-        EXPECT_TRUE(text == large(std::to_string(last)) || text == large(std::to_string(last + 1)) ||
-                    (last == 0 && text.empty()))
+        EXPECT_TRUE(text == large(std::to_string(last)) ||
+                    text == large(std::to_string(last + 1)) || (last == 0 && text.empty()))
             << "after state " << last << ": " << text.size() << " bytes";
     }
     const auto begin = std::filesystem::directory_iterator(home.path());

@@ -25,7 +25,8 @@ protected:
     VirtualMainQueue queue;
     int begun = 0;
     std::optional<WriteSchedule::Done> done;
-    std::optional<WriteSchedule> schedule{std::in_place, queue, [this](WriteSchedule::Done whenDone) {
+    std::optional<WriteSchedule> schedule{std::in_place, queue,
+                                          [this](WriteSchedule::Done whenDone) {
                                               ++begun;
                                               EXPECT_FALSE(writing());
                                               done = std::move(whenDone);

@@ -38,12 +38,14 @@ protected:
         return home / ("music/" + name);
     }
     /// A sound of this size that takes no room and some time to copy.
-    std::string largeMusic(const std::string& name, std::uintmax_t size = std::uintmax_t{600} << 20) const {
+    std::string largeMusic(const std::string& name,
+                           std::uintmax_t size = std::uintmax_t{600} << 20) const {
         std::string path = music(name);
         fs::resize_file(path, size);
         std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
         for (const auto& [place, header] : {std::pair{4, 8}, {40, 44}}) {
-            const auto length = static_cast<std::uint32_t>(size) - static_cast<std::uint32_t>(header);
+            const auto length =
+                static_cast<std::uint32_t>(size) - static_cast<std::uint32_t>(header);
             file.seekp(place).write(reinterpret_cast<const char*>(&length), sizeof length);
         }
         return path;
@@ -187,7 +189,8 @@ TEST_F(TheSoundFolder, TellsWhenItCannotBeMade) {
 TEST_F(TheSoundFolder, LeavesNothingOfAFileThatIsNoSound) {
     const std::string before = bytesOf(load(music("knock.wav")).path);
     const std::string whole = bytesOf(music("knock.wav", 1));
-    for (const std::string& bytes : {std::string("no sound"), std::string(), whole.substr(0, 5000)}) {
+    for (const std::string& bytes :
+         {std::string("no sound"), std::string(), whole.substr(0, 5000)}) {
         std::ofstream(home / "music/knock.wav", std::ios::binary) << bytes;
         EXPECT_EQ(load(home / "music/knock.wav").kind, Kind::notASound) << bytes.size();
         EXPECT_EQ(bytesOf(folder + "/knock.wav"), before) << bytes.size();
@@ -197,7 +200,8 @@ TEST_F(TheSoundFolder, LeavesNothingOfAFileThatIsNoSound) {
 
 TEST_F(TheSoundFolder, IsAsItWasWhenACopyIsGivenUp) {
     const std::string before = bytesOf(load(music("knock.wav")).path);
-    auto addition = sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE() << "told"; });
+    auto addition =
+        sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE() << "told"; });
     ASSERT_TRUE(eventually([&] { return names().size() == 2; }));
     // Another program on the same folder takes it for no leftover.
     const XdgSoundFolder another(queue, decoders, home / "data");
@@ -216,7 +220,8 @@ TEST_F(TheSoundFolder, IsAsItWasWhenACopyIsGivenUp) {
 }
 
 TEST_F(TheSoundFolder, EndsWithTheProgramInTheMiddleOfACopy) {
-    const auto addition = sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE() << "told"; });
+    const auto addition =
+        sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE() << "told"; });
     ASSERT_TRUE(eventually([&] { return names().size() == 1; }));
     sounds.reset();
     runReady(queue);

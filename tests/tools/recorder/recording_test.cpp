@@ -85,7 +85,8 @@ TEST_F(ARecording, IsPlacedByTheBlocksThatCameInTime) {
     arrive(400, mostLateSomeEarly);
     arriveWithClick(1.0F);
     arrive(400, mostLateSomeEarly);
-    EXPECT_NEAR(static_cast<double>(micros(*recording.firstSoundAfter(kStart, 1.0F))), 2'001'000, 200);
+    EXPECT_NEAR(static_cast<double>(micros(*recording.firstSoundAfter(kStart, 1.0F))), 2'001'000,
+                200);
     EXPECT_NEAR(static_cast<double>(micros(*recording.end())), 4'005'000 - 21, 200);
 }
 
@@ -141,8 +142,8 @@ TEST(ThePaceOfBlocks, IsLiveOnceATenthOfASecondTookATenthOfASecond) {
         while (!pace.blockArrived(kBlock, now) && now < kStart + 10s) {
             now += 5ms;
         }
-        EXPECT_NEAR(static_cast<double>(micros(now)), static_cast<double>(microseconds(c.liveAfter).count()),
-                    20'000);
+        EXPECT_NEAR(static_cast<double>(micros(now)),
+                    static_cast<double>(microseconds(c.liveAfter).count()), 20'000);
     }
 }
 

@@ -23,7 +23,8 @@ public:
     ClickPlayer() : mainloop_(pa_threaded_mainloop_new()) {
         context_ = pa_context_new(pa_threaded_mainloop_get_api(mainloop_), "click");
         pa_context_set_state_callback(
-            context_, [](pa_context*, void* self) { static_cast<ClickPlayer*>(self)->signal(); }, this);
+            context_, [](pa_context*, void* self) { static_cast<ClickPlayer*>(self)->signal(); },
+            this);
         pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr);
         pa_threaded_mainloop_start(mainloop_);
         const Locked locked(*this);
@@ -51,10 +52,11 @@ public:
         const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, kRate, 1};
         stream_ = pa_stream_new(context_, "click", &format, nullptr);
         pa_stream_set_state_callback(
-            stream_, [](pa_stream*, void* self) { static_cast<ClickPlayer*>(self)->signal(); }, this);
+            stream_, [](pa_stream*, void* self) { static_cast<ClickPlayer*>(self)->signal(); },
+            this);
         const auto flags = PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE;
-        pa_stream_connect_playback(stream_, nullptr, nullptr, static_cast<pa_stream_flags_t>(flags), nullptr,
-                                   nullptr);
+        pa_stream_connect_playback(stream_, nullptr, nullptr, static_cast<pa_stream_flags_t>(flags),
+                                   nullptr, nullptr);
         while (pa_stream_get_state(stream_) != PA_STREAM_READY) {
             pa_threaded_mainloop_wait(mainloop_);
         }
@@ -67,7 +69,8 @@ public:
     SteadyTime clickTime() {
         const Locked locked(*this);
         pa_operation* update = pa_stream_update_timing_info(
-            stream_, [](pa_stream*, int, void* self) { static_cast<ClickPlayer*>(self)->signal(); }, this);
+            stream_, [](pa_stream*, int, void* self) { static_cast<ClickPlayer*>(self)->signal(); },
+            this);
         while (pa_operation_get_state(update) == PA_OPERATION_RUNNING) {
             pa_threaded_mainloop_wait(mainloop_);
         }
@@ -144,7 +147,8 @@ TEST(TheSinkRecorder, EndsWithItsSink) {
 TEST(TheSinkRecorder, LetsTheSinkSuspendWhenAskedTo) {
     SinkRecorder recorder("speaker", SinkRecorder::Suspending::Allowed);
     ASSERT_TRUE(recorder.start());
-    shell("timeout 10 sh -c 'until pactl list short sinks | grep -q SUSPENDED; do sleep 0.1; done'");
+    shell(
+        "timeout 10 sh -c 'until pactl list short sinks | grep -q SUSPENDED; do sleep 0.1; done'");
     const SteadyTime now = std::chrono::steady_clock::now();
     ClickPlayer player;
     player.start(0.5F);

@@ -17,7 +17,8 @@ namespace {
 constexpr int overhang = AngleGaugeView::overhang;
 
 /// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the lower left.
-std::unique_ptr<AngleGaugeView> viewOf(float angle, const ColorScheme& look = ColorScheme::light()) {
+std::unique_ptr<AngleGaugeView> viewOf(float angle,
+                                       const ColorScheme& look = ColorScheme::light()) {
     auto view = std::make_unique<AngleGaugeView>();
     view->setPalette(paletteOf(look));
     view->resize(240 + 2 * overhang, 150 + overhang);
@@ -67,8 +68,8 @@ TEST(TheAngleGaugeView, TellsWhatItHasPainted) {
 }
 
 TEST(TheAngleGaugeView, PaintsWhateverItIsGiven) {
-    for (const float angle :
-         {511.0F, 3e38F, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
+    for (const float angle : {511.0F, 3e38F, std::numeric_limits<float>::infinity(),
+                              std::numeric_limits<float>::quiet_NaN()}) {
         for (const QSize size : {QSize(256, 158), QSize(20, 20), QSize(1, 1)}) {
             const auto view = viewOf(angle);
             view->threshold = -angle;

@@ -95,7 +95,8 @@ protected:
     }
     QDialog* dialog() { return qobject_cast<QDialog*>(QApplication::activeModalWidget()); }
     void awaitDialog() {
-        ASSERT_TRUE(comesTrue([this] { return dialog() != nullptr && dialog()->isActiveWindow(); }));
+        ASSERT_TRUE(
+            comesTrue([this] { return dialog() != nullptr && dialog()->isActiveWindow(); }));
     }
     /// The dialog's message and the text in its field.
     std::vector<std::string> dialogTexts() {
@@ -106,7 +107,8 @@ protected:
         return texts;
     }
     void awaitNoDialog() {
-        ASSERT_TRUE(comesTrue([this] { return dialog() == nullptr && bed.window().isActiveWindow(); }));
+        ASSERT_TRUE(
+            comesTrue([this] { return dialog() == nullptr && bed.window().isActiveWindow(); }));
     }
     bool buttonsShown() {
         EXPECT_EQ(bed.button("Rename theme").isVisible(), bed.button("Delete theme").isVisible());
@@ -146,7 +148,8 @@ TEST_F(TheDashboard, SwitchesAnEventByItsCheckBoxAndSelectsNothing) {
     user.moveTo(start.x() - 100, start.y());
     user.release();
     settle();
-    EXPECT_TRUE(bed.library.event("lid_open").isEnabled) << "a press that is let go elsewhere switched";
+    EXPECT_TRUE(bed.library.event("lid_open").isEnabled)
+        << "a press that is let go elsewhere switched";
     EXPECT_THAT(selectedRows(), ElementsAre(0));
 
     clickRow(1);
@@ -248,8 +251,9 @@ TEST_F(TheDashboard, PaintsAFloodOfCountsNoOftenerThanADisplayShowsThem) {
     const auto taken = std::chrono::steady_clock::now() - begun;
     settle();
     EXPECT_TRUE(shows("Triggered: 300 times"));
-    EXPECT_LE(log.painted.size(), 3 + static_cast<std::size_t>((taken + std::chrono::milliseconds(60)) /
-                                                               std::chrono::milliseconds(15)));
+    EXPECT_LE(log.painted.size(),
+              3 + static_cast<std::size_t>((taken + std::chrono::milliseconds(60)) /
+                                           std::chrono::milliseconds(15)));
 }
 
 TEST_F(TheDashboard, ShowsTheFirstEventWhenNoneIsSelected) {
@@ -326,8 +330,8 @@ TEST_F(TheDashboard, MakesRenamesAndDeletesAThemeOfItsOwn) {
 
     click(bed.button("Delete theme"));
     awaitDialog();
-    EXPECT_THAT(dialogTexts(),
-                ElementsAre("Delete \"Night\"?", "This will permanently remove this custom theme."));
+    EXPECT_THAT(dialogTexts(), ElementsAre("Delete \"Night\"?",
+                                           "This will permanently remove this custom theme."));
     type(kReturn);
     awaitNoDialog();
     EXPECT_THAT(bed.library->customThemes, IsEmpty());
@@ -340,7 +344,9 @@ TEST_F(TheDashboard, ChangesNothingWhenAQuestionIsCancelledOrLeftBlank) {
         chooseTheme("+ New Theme…");
         awaitDialog();
         for (const char* key = typed; *key != 0; ++key) {
-            type(*key == '\r' ? kReturn : *key == '\x1b' ? kEscape : static_cast<xcb_keysym_t>(*key));
+            type(*key == '\r'     ? kReturn
+                 : *key == '\x1b' ? kEscape
+                                  : static_cast<xcb_keysym_t>(*key));
         }
         awaitNoDialog();
         EXPECT_THAT(bed.library->customThemes, IsEmpty());

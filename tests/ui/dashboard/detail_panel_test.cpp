@@ -60,8 +60,9 @@ protected:
     /// Whether the panel shows exactly this text.
     bool shows(const QString& text) {
         const auto labels = bed.panel->findChildren<QLabel*>();
-        return std::any_of(labels.begin(), labels.end(),
-                           [&text](QLabel* label) { return label->text() == text && label->isVisible(); });
+        return std::any_of(labels.begin(), labels.end(), [&text](QLabel* label) {
+            return label->text() == text && label->isVisible();
+        });
     }
     template <typename Dialog>
     static Dialog* dialog() {
@@ -70,8 +71,9 @@ protected:
     /// Chooses this file in the dialog that "Load" brings up.
     void chooseFile(const std::string& path) {
         click(button("Load .mp3 / .wav"));
-        ASSERT_TRUE(comesTrue(
-            [] { return dialog<QFileDialog>() != nullptr && dialog<QFileDialog>()->isActiveWindow(); }));
+        ASSERT_TRUE(comesTrue([] {
+            return dialog<QFileDialog>() != nullptr && dialog<QFileDialog>()->isActiveWindow();
+        }));
         type(path);
         type(kReturn);
         ASSERT_TRUE(comesTrue([this] { return bed.folder.busy(); }));
@@ -98,11 +100,13 @@ TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
 
 TEST_F(TheDetailPanel, ListensToTheKeysWhileKeyPressIsOn) {
     bed.select("key_press");
-    EXPECT_TRUE(shows("Vintage mechanical click on every keypress. Waiting for tap to initialize…"));
+    EXPECT_TRUE(
+        shows("Vintage mechanical click on every keypress. Waiting for tap to initialize…"));
     click(enableSwitch());
     EXPECT_TRUE(bed.keys.tapExists());
-    EXPECT_TRUE(shows(
-        "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants)."));
+    EXPECT_TRUE(
+        shows("Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return "
+              "variants)."));
     click(enableSwitch());
     EXPECT_FALSE(bed.keys.tapExists());
     bed.select("slap");
@@ -260,13 +264,15 @@ TEST_F(TheDetailPanel, TellsWhyAFileCannotBeLoaded) {
          {Case{{.kind = Outcome::Kind::notCopied, .error = "No <b>space</b> left"},
                "Could not copy the file: No <b>space</b> left"},
           Case{{.kind = Outcome::Kind::notASound},
-               "The file could not be read by the audio engine. Try converting it to WAV or AIFF format "
+               "The file could not be read by the audio engine. Try converting it to WAV or AIFF "
+               "format "
                "first."}}) {
         SCOPED_TRACE(message.toStdString());
         ASSERT_NO_FATAL_FAILURE(chooseFile(music / "knock.wav"));
         bed.folder.finish(outcome);
-        ASSERT_TRUE(comesTrue(
-            [] { return dialog<QMessageBox>() != nullptr && dialog<QMessageBox>()->isActiveWindow(); }));
+        ASSERT_TRUE(comesTrue([] {
+            return dialog<QMessageBox>() != nullptr && dialog<QMessageBox>()->isActiveWindow();
+        }));
         EXPECT_EQ(dialog<QMessageBox>()->text(), "Could Not Load Sound");
         EXPECT_EQ(dialog<QMessageBox>()->informativeText(), message);
         EXPECT_FALSE(dialog<QMessageBox>()->iconPixmap().isNull());
@@ -279,8 +285,9 @@ TEST_F(TheDetailPanel, TellsWhyAFileCannotBeLoaded) {
 
 TEST_F(TheDetailPanel, LetsTheUserGiveUpWhileAFileIsChosenAndWhileItIsCopied) {
     click(button("Load .mp3 / .wav"));
-    ASSERT_TRUE(comesTrue(
-        [] { return dialog<QFileDialog>() != nullptr && dialog<QFileDialog>()->isActiveWindow(); }));
+    ASSERT_TRUE(comesTrue([] {
+        return dialog<QFileDialog>() != nullptr && dialog<QFileDialog>()->isActiveWindow();
+    }));
     type(kEscape);
     EXPECT_TRUE(comesTrue([] { return QApplication::activeModalWidget() == nullptr; }));
     EXPECT_EQ(bed.folder.chosen, "");
@@ -326,8 +333,9 @@ TEST_F(TheDetailPanel, CutsNothingOffAndOverlapsNothing) {
                                                 << part->property("text").toString().toStdString());
                 const QRect place(part->mapTo(bed.panel.get(), QPoint()), part->size());
                 EXPECT_TRUE(bed.panel->rect().adjusted(25, 25, -25, 0).contains(place));
-                EXPECT_GE(part->height(), part->hasHeightForWidth() ? part->heightForWidth(part->width())
-                                                                    : part->sizeHint().height());
+                EXPECT_GE(part->height(), part->hasHeightForWidth()
+                                              ? part->heightForWidth(part->width())
+                                              : part->sizeHint().height());
                 // The large emoji is drawn in a font of its own, which is narrower than what it is measured
                 // by.
                 if (!part->hasHeightForWidth() && part->font().pixelSize() < 40) {
@@ -422,8 +430,8 @@ TEST_F(TheDetailPanel, IsGoneThroughByTheKeyboardFromTopToBottom) {
                           .toStdString());
         type(kTab);
     }
-    EXPECT_THAT(way, ElementsAre("Battery Low", "Load .mp3 / .wav", "Test Sound", "Remove", "Volume",
-                                 "Alert Threshold", "Battery Low"));
+    EXPECT_THAT(way, ElementsAre("Battery Low", "Load .mp3 / .wav", "Test Sound", "Remove",
+                                 "Volume", "Alert Threshold", "Battery Low"));
 }
 
 }  // namespace

@@ -60,8 +60,8 @@ TEST(TheAngleGauge, FitsItsDialIntoTheBounds) {
         GaugeSize bounds;
         double radius;
     };
-    for (const auto& [bounds, radius] : {Case{{240, 150}, 104}, Case{{400, 130}, 104}, Case{{100, 130}, 34},
-                                         Case{{20, 20}, -6}, Case{{}, -26}}) {
+    for (const auto& [bounds, radius] : {Case{{240, 150}, 104}, Case{{400, 130}, 104},
+                                         Case{{100, 130}, 34}, Case{{20, 20}, -6}, Case{{}, -26}}) {
         SCOPED_TRACE(testing::Message() << bounds.width << " x " << bounds.height);
         const auto shapes = shapesOf({}, bounds);
         EXPECT_EQ(only<GaugeFace>(shapes).at(0).radius, radius);
@@ -124,8 +124,9 @@ TEST(TheAngleGauge, PointsItsNeedleAndMarkAtTheirAngles) {
         double y;
     };
     // Beyond 180° it goes on below the baseline.
-    for (const auto& [angle, x, y] : {Case{0, -1, 0}, Case{60, -0.5, std::sqrt(0.75)}, Case{90, 0, 1},
-                                      Case{180, 1, 0}, Case{210, std::sqrt(0.75), -0.5}}) {
+    for (const auto& [angle, x, y] :
+         {Case{0, -1, 0}, Case{60, -0.5, std::sqrt(0.75)}, Case{90, 0, 1}, Case{180, 1, 0},
+          Case{210, std::sqrt(0.75), -0.5}}) {
         SCOPED_TRACE(angle);
         const auto shapes = shapesOf({angle, angle, true});
         const GaugeLine needle = lineOf(shapes, GaugeColor::blue);
@@ -143,12 +144,13 @@ TEST(TheAngleGauge, ShowsNeedleAndMarkOnlyForWhatIsKnown) {
         bool needle;
         bool mark;
     };
-    for (const auto& [state, needle, mark] : std::initializer_list<Case>{{{}, false, false},
-                                                                         {{47, 90, false}, false, false},
-                                                                         {{-1, 90, true}, false, true},
-                                                                         {{47, nan, true}, true, false},
-                                                                         {{nan, 90, true}, false, true},
-                                                                         {{47, 90, true}, true, true}}) {
+    for (const auto& [state, needle, mark] :
+         std::initializer_list<Case>{{{}, false, false},
+                                     {{47, 90, false}, false, false},
+                                     {{-1, 90, true}, false, true},
+                                     {{47, nan, true}, true, false},
+                                     {{nan, 90, true}, false, true},
+                                     {{47, 90, true}, true, true}}) {
         SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
         const auto shapes = shapesOf(state);
         EXPECT_EQ(lineOf(shapes, GaugeColor::blue).width, needle ? 3 : 0);

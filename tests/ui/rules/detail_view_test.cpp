@@ -47,8 +47,8 @@ TEST_F(TheDetailView, NamesTheEventsOwnFileWhileItExists) {
     };
     const std::string any = "/home/x/\xff\xfe.wav";
     for (const auto& [path, text] :
-         {Case{"/Users/a/knock.wav", "📁 knock.wav"}, Case{"/a folder/", "📁 a folder"}, Case{"/", "📁 /"},
-          Case{"relative.wav", "📁 relative.wav"}, Case{any, "📁 \xff\xfe.wav"}}) {
+         {Case{"/Users/a/knock.wav", "📁 knock.wav"}, Case{"/a folder/", "📁 a folder"},
+          Case{"/", "📁 /"}, Case{"relative.wav", "📁 relative.wav"}, Case{any, "📁 \xff\xfe.wav"}}) {
         files.addFile(path);
         EXPECT_EQ(showWithPath(path).soundText, text);
         EXPECT_TRUE(showWithPath(path).hasOwnSound) << path;
@@ -156,11 +156,11 @@ TEST_F(TheDetailView, LetsTheAngleBeSetOnlyWithASensor) {
               "Plays when the lid crosses the angle threshold below (sensor active ✓).");
     facts.sensorFound = false;
     EXPECT_FALSE(show("lid_angle").thresholdIsEnabled);
-    EXPECT_EQ(
-        show("lid_angle").triggerText,
-        "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle detection "
-        "is "
-        "not available on Intel Macs.");
+    EXPECT_EQ(show("lid_angle").triggerText,
+              "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle "
+              "detection "
+              "is "
+              "not available on Intel Macs.");
 }
 
 TEST_F(TheDetailView, TellsTheBatterysThresholdInTheListNotInTheRecord) {
@@ -169,11 +169,13 @@ TEST_F(TheDetailView, TellsTheBatterysThresholdInTheListNotInTheRecord) {
     event("battery_low").threshold = 15.9F;
     EXPECT_EQ(show("battery_low").thresholdText, "15%");
     EXPECT_EQ(triggerDesc(copy, facts),
-              "Plays once when battery drops to or below 15% while unplugged. Threshold adjustable via the "
+              "Plays once when battery drops to or below 15% while unplugged. Threshold adjustable "
+              "via the "
               "slider.");
     events.clear();
     EXPECT_EQ(triggerDesc(copy, facts),
-              "Plays once when battery drops to or below 20% while unplugged. Threshold adjustable via the "
+              "Plays once when battery drops to or below 20% while unplugged. Threshold adjustable "
+              "via the "
               "slider.");
 }
 
@@ -184,12 +186,15 @@ TEST_F(TheDetailView, AsksForThePermissionToHearKeysOnlyWithoutIt) {
         std::string text;
     };
     const std::string active =
-        "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants).";
+        "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return "
+        "variants).";
     for (const auto& [tap, trusted, text] :
          {Case{true, true, active}, Case{true, false, active},
-          Case{false, true, "Vintage mechanical click on every keypress. Waiting for tap to initialize…"},
+          Case{false, true,
+               "Vintage mechanical click on every keypress. Waiting for tap to initialize…"},
           Case{false, false,
-               "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" below. If "
+               "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" below. "
+               "If "
                "Chimewerk "
                "is already in the list, remove it (−) first, then relaunch the app."}}) {
         facts.tapActive = tap;

@@ -56,10 +56,11 @@ TEST(TheGuide, ListsEveryEventInOrder) {
 }
 
 TEST(TheGuide, SeparatesItsSectionsByDividers) {
-    EXPECT_THAT(textsOf(HelpKind::h1),
-                ElementsAre("🎵  What is Chimewerk?", "🎛️  Sound Events", "🎨  Sound Themes",
-                            "🔧  Troubleshooting", "🔐  Required Permissions", "💡  Tips & Shortcuts",
-                            "🛡️  Privacy & Data", "🖥️  Compatibility", "📋  Version History"));
+    EXPECT_THAT(
+        textsOf(HelpKind::h1),
+        ElementsAre("🎵  What is Chimewerk?", "🎛️  Sound Events", "🎨  Sound Themes",
+                    "🔧  Troubleshooting", "🔐  Required Permissions", "💡  Tips & Shortcuts",
+                    "🛡️  Privacy & Data", "🖥️  Compatibility", "📋  Version History"));
     const auto content = helpContent();
     for (std::size_t i = 1; i < content.size(); ++i) {
         EXPECT_EQ(content[i].kind == HelpKind::h1, content[i - 1].kind == HelpKind::divider)
@@ -89,12 +90,13 @@ TEST(TheGuide, ColoursOneHeadingUnlikeTheOthers) {
 }
 
 TEST(TheGuide, PutsTheSignOfItsKindBeforeAText) {
-    EXPECT_EQ(textsOf(HelpKind::tip).at(0),
-              "💡  All settings are saved automatically. Just enable what you want and forget about it.");
     EXPECT_EQ(
-        textsOf(HelpKind::warn).at(0),
-        "⚠️  Never skip step 2. A stale entry from an old binary can block the new one from getting "
-        "permission, even if it looks enabled.");
+        textsOf(HelpKind::tip).at(0),
+        "💡  All settings are saved automatically. Just enable what you want and forget about it.");
+    EXPECT_EQ(textsOf(HelpKind::warn).at(0),
+              "⚠️  Never skip step 2. A stale entry from an old binary can block the new one "
+              "from getting "
+              "permission, even if it looks enabled.");
     EXPECT_THAT(textsOf(HelpKind::permissionsSummary),
                 ElementsAre("All other 17 events work with zero permissions.", ""));
     // 49 characters of three bytes.

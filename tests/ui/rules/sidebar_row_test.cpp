@@ -37,7 +37,8 @@ TEST_F(TheSidebarRow, SaysWhereTheSoundComesFrom) {
     };
     for (const Case& each : cases) {
         library.event("slap").soundPath = each.path;
-        library->activeCustomThemeID = each.custom ? std::optional<std::string>("gone") : std::nullopt;
+        library->activeCustomThemeID =
+            each.custom ? std::optional<std::string>("gone") : std::nullopt;
         library->currentTheme = each.theme;
         EXPECT_EQ(row("slap").hint, each.hint) << each.path.value_or("no path");
     }
@@ -46,7 +47,8 @@ TEST_F(TheSidebarRow, SaysWhereTheSoundComesFrom) {
 TEST_F(TheSidebarRow, CountsFromTheFirstTimeAndDimsWhatIsOff) {
     EXPECT_EQ(
         row("slap"),
-        (SidebarRow{.emoji = "👊", .name = "Single Knock", .hint = "🍎 Classic", .badge = "", .isOn = true}));
+        (SidebarRow{
+            .emoji = "👊", .name = "Single Knock", .hint = "🍎 Classic", .badge = "", .isOn = true}));
     library.event("slap").triggerCount = 1;
     EXPECT_EQ(row("slap").badge, "1×");
     library.event("slap").isEnabled = false;

@@ -16,14 +16,16 @@ const ThemeMenuItem kSeparator{};
 class TheThemeMenu : public testing::Test {
 protected:
     /// Custom themes of these names with the ids "0", "1", ...; the one in use, if any.
-    void setThemes(const std::vector<std::string>& names, std::optional<std::string> active = std::nullopt) {
+    void setThemes(const std::vector<std::string>& names,
+                   std::optional<std::string> active = std::nullopt) {
         library->customThemes.clear();
         for (const std::string& name : names) {
             library->customThemes.push_back(
                 {.id = std::to_string(library->customThemes.size()), .name = name, .sounds = {}});
         }
         library->activeCustomThemeID = std::move(active);
-        library->currentTheme = library->isCustomThemeActive() ? SoundTheme::system : SoundTheme::classic;
+        library->currentTheme =
+            library->isCustomThemeActive() ? SoundTheme::system : SoundTheme::classic;
     }
     /// The items after the built-in themes.
     std::vector<ThemeMenuItem> rest() {
@@ -43,17 +45,18 @@ TEST_F(TheThemeMenu, HoldsTheBuiltInThemesAndAWayToANewOne) {
     EXPECT_THAT(menu.items,
                 ElementsAre(ThemeMenuItem{"System", 1000}, ThemeMenuItem{"🎮 8-bit", 1001},
                             ThemeMenuItem{"🎵 Soft", 1002}, ThemeMenuItem{"🚀 Sci-Fi", 1003},
-                            ThemeMenuItem{"🍎 Classic", 1004}, ThemeMenuItem{"🪵 Traditional", 1005},
-                            ThemeMenuItem{"🎹 Piano", 1006}, kSeparator, ThemeMenuItem{"+ New Theme…", 3000}));
+                            ThemeMenuItem{"🍎 Classic", 1004},
+                            ThemeMenuItem{"🪵 Traditional", 1005}, ThemeMenuItem{"🎹 Piano", 1006},
+                            kSeparator, ThemeMenuItem{"+ New Theme…", 3000}));
     EXPECT_EQ(menu.selected, 4U);
     EXPECT_FALSE(menu.showsThemeButtons);
 }
 
 TEST_F(TheThemeMenu, ShowsTheThemeInUse) {
     setThemes({"Focus", "Night"}, "1");
-    EXPECT_THAT(rest(),
-                ElementsAre(kSeparator, ThemeMenuItem{"👤 Focus", 2000}, ThemeMenuItem{"👤 Night", 2001},
-                            kSeparator, ThemeMenuItem{"+ New Theme…", 3000}));
+    EXPECT_THAT(rest(), ElementsAre(kSeparator, ThemeMenuItem{"👤 Focus", 2000},
+                                    ThemeMenuItem{"👤 Night", 2001}, kSeparator,
+                                    ThemeMenuItem{"+ New Theme…", 3000}));
     EXPECT_EQ(shown(), "👤 Night");
     EXPECT_TRUE(themeMenu(*library).showsThemeButtons);
 
@@ -68,9 +71,9 @@ TEST_F(TheThemeMenu, ShowsTheThemeInUse) {
 
 TEST_F(TheThemeMenu, HasOneItemForANameThatOfTheLaterTheme) {
     setThemes({"Same", "Other", "Same", "System"}, "0");
-    EXPECT_THAT(rest(), ElementsAre(kSeparator, ThemeMenuItem{"👤 Other", 2001}, ThemeMenuItem{"👤 Same", 2002},
-                                    ThemeMenuItem{"👤 System", 2003}, kSeparator,
-                                    ThemeMenuItem{"+ New Theme…", 3000}));
+    EXPECT_THAT(rest(), ElementsAre(kSeparator, ThemeMenuItem{"👤 Other", 2001},
+                                    ThemeMenuItem{"👤 Same", 2002}, ThemeMenuItem{"👤 System", 2003},
+                                    kSeparator, ThemeMenuItem{"+ New Theme…", 3000}));
     EXPECT_EQ(shown(), "👤 Same");
 }
 
@@ -142,9 +145,9 @@ TEST(TheThemeDialogs, AskWithTheseTexts) {
     EXPECT_EQ(newThemeTexts(),
               (DialogTexts{"New Custom Theme", "Enter a name for your new theme:", "Create"}));
     EXPECT_EQ(renameThemeTexts(), (DialogTexts{"Rename Theme", "Enter a new name:", "Rename"}));
-    EXPECT_EQ(
-        deleteThemeTexts("A \"B\""),
-        (DialogTexts{"Delete \"A \"B\"\"?", "This will permanently remove this custom theme.", "Delete"}));
+    EXPECT_EQ(deleteThemeTexts("A \"B\""),
+              (DialogTexts{"Delete \"A \"B\"\"?", "This will permanently remove this custom theme.",
+                           "Delete"}));
 }
 
 }  // namespace
