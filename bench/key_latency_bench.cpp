@@ -12,7 +12,7 @@
 #include <thread>
 #include <vector>
 
-#include "support/child_process.h"
+#include "tools/process/child_process.h"
 #include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {

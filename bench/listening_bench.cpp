@@ -12,7 +12,7 @@
 #include "linux/audio/pulse_microphone.h"
 #include "linux/base/epoll_main_queue.h"
 #include "monitors/knock_detector.h"
-#include "support/microphone_feeder.h"
+#include "tools/audio/microphone_feeder.h"
 
 namespace chimewerk {
 namespace {

@@ -10,9 +10,9 @@
 #include "sound/sound_manager.h"
 #include "support/fake_defaults_store.h"
 #include "support/fake_file_manager_sounds.h"
-#include "support/sound_files.h"
-#include "support/temporary_folder.h"
 #include "support/virtual_main_queue.h"
+#include "tools/audio/sound_files.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

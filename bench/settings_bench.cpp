@@ -14,7 +14,7 @@
 #include "linux/storage/json_defaults_store.h"
 #include "sound/event_table.h"
 #include "support/sound_library.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

@@ -14,7 +14,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/storage/json_defaults_store.h"
 #include "support/detail_panel_fixture.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 #include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {

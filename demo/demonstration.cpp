@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+#include "tools/process/shell.h"
+
 namespace chimewerk {
 
 using namespace std::chrono_literals;
@@ -99,7 +101,8 @@ bool Demonstration::prepare() {
 }
 
 bool Demonstration::startProgram() {
-    running_ = std::make_unique<ChildProcess>(std::vector{program_});
+    running_ =
+        std::make_unique<ChildProcess>(std::vector{program_}, ChildProcess::Output::inherited);
     // It is ready when it has found the sound server.
     const std::string ready =
         "pactl list clients 2>/dev/null | grep -q 'application.name = \"Chimewerk\"'";
@@ -143,7 +146,7 @@ bool Demonstration::show(const DemoRow& row) {
     }
     const auto deadline = row.deadline * patience();
     const SteadyTime begun = steady_clock::now();
-    ChildProcess signal({"sh", "-c", row.signal});
+    ChildProcess signal({"sh", "-c", row.signal}, ChildProcess::Output::inherited);
     const auto heard = recorder_.waitForSound(begun, kThreshold, begun + deadline);
     if (const auto status = signal.waitFor(deadline); status != 0) {
         printRow(row, "NOT SHOWN: the signal failed");

@@ -4,8 +4,8 @@
 #include <span>
 #include <string>
 
-#include "demo/child_process.h"
 #include "demo/rows.h"
+#include "tools/process/child_process.h"
 #include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "linux/links/bus_link.h"
-#include "support/child_process.h"
-#include "support/eventually.h"
+#include "tools/process/child_process.h"
+#include "tools/process/eventually.h"
 
 namespace chimewerk {
 

@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 

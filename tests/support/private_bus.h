@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "support/child_process.h"
-#include "support/eventually.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
+#include "tools/process/child_process.h"
+#include "tools/process/eventually.h"
 
 namespace chimewerk {
 

@@ -9,8 +9,8 @@
 #include <chrono>
 #include <string>
 
-#include "support/eventually.h"
 #include "support/x_pointer.h"
+#include "tools/process/eventually.h"
 
 namespace chimewerk {
 

@@ -9,9 +9,9 @@
 #include <iterator>
 #include <string>
 
-#include "support/temporary_folder.h"
 #include "synth/sound_set.h"
 #include "synth/wav_file.h"
+#include "tools/files/temporary_folder.h"
 
 // The program that makes the sounds, run as the build runs it.
 namespace chimewerk::sounds {

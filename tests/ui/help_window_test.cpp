@@ -12,7 +12,7 @@
 #include <QTextLayout>
 #include <cmath>
 
-#include "support/eventually.h"
+#include "tools/process/eventually.h"
 #include "ui/controls/color_scheme.h"
 #include "ui/help_window_controller.h"
 #include "ui/rules/help_content.h"

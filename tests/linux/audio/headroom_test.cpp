@@ -6,7 +6,7 @@
 #include <cmath>
 #include <random>
 
-#include "support/sound_files.h"
+#include "tools/audio/sound_files.h"
 
 namespace chimewerk {
 namespace {

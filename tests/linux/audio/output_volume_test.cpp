@@ -5,7 +5,7 @@
 #include <string>
 
 #include "linux/audio/pulse_output_volume_source.h"
-#include "support/eventually.h"
+#include "tools/process/eventually.h"
 
 namespace chimewerk {
 namespace {

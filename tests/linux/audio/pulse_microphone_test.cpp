@@ -11,10 +11,10 @@
 #include <string>
 
 #include "monitors/knock_detector.h"
-#include "support/eventually.h"
-#include "support/microphone_feeder.h"
 #include "support/run_queue.h"
-#include "support/temporary_folder.h"
+#include "tools/audio/microphone_feeder.h"
+#include "tools/files/temporary_folder.h"
+#include "tools/process/eventually.h"
 #include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {

@@ -15,9 +15,9 @@
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_player.h"
 #include "linux/audio/pulse_sound_service.h"
-#include "support/eventually.h"
-#include "support/sound_files.h"
-#include "support/temporary_folder.h"
+#include "tools/audio/sound_files.h"
+#include "tools/files/temporary_folder.h"
+#include "tools/process/eventually.h"
 #include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {

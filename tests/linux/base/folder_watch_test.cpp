@@ -11,7 +11,7 @@
 
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

@@ -10,7 +10,7 @@
 #include "linux/desktop/xdg_folders.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

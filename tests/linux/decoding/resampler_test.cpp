@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "support/sound_files.h"
+#include "tools/audio/sound_files.h"
 
 namespace chimewerk {
 namespace {

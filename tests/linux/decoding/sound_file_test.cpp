@@ -10,8 +10,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/sound_files.h"
-#include "support/temporary_folder.h"
+#include "tools/audio/sound_files.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

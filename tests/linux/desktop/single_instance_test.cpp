@@ -16,10 +16,10 @@
 #include <utility>
 
 #include "linux/base/file_descriptor.h"
-#include "support/child_process.h"
-#include "support/eventually.h"
 #include "support/private_bus.h"
 #include "support/run_queue.h"
+#include "tools/process/child_process.h"
+#include "tools/process/eventually.h"
 
 namespace chimewerk {
 namespace {

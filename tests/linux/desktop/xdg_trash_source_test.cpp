@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "linux/base/epoll_main_queue.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "linux/keys/desktop_key_source.h"
-#include "support/child_process.h"
 #include "support/fake_x_input.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
+#include "tools/process/child_process.h"
 
 namespace chimewerk {
 namespace {

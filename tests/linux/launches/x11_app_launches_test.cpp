@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "linux/launches/desktop_app_launch_source.h"
-#include "support/child_process.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
+#include "tools/process/child_process.h"
 
 namespace chimewerk {
 namespace {

@@ -14,7 +14,7 @@
 #include <string>
 #include <thread>
 
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 #include "tools/machine/private_network.h"
 
 namespace chimewerk {

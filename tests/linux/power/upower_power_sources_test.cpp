@@ -16,7 +16,7 @@
 #include "support/fake_upower.h"
 #include "support/private_bus.h"
 #include "support/run_queue.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

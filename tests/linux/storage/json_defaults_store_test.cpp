@@ -18,7 +18,7 @@
 #include "support/settings_model.h"
 #include "support/small_disk.h"
 #include "support/sound_library.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "support/small_disk.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

@@ -20,7 +20,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/storage/json_defaults_store.h"
 #include "linux/storage/settings_file.h"
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

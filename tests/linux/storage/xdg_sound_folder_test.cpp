@@ -15,11 +15,11 @@
 #include <thread>
 
 #include "linux/base/epoll_main_queue.h"
-#include "support/eventually.h"
 #include "support/run_queue.h"
 #include "support/small_disk.h"
-#include "support/sound_files.h"
-#include "support/temporary_folder.h"
+#include "tools/audio/sound_files.h"
+#include "tools/files/temporary_folder.h"
+#include "tools/process/eventually.h"
 
 namespace chimewerk {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "support/temporary_folder.h"
+#include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
 namespace {

@@ -12,9 +12,9 @@
 #include <optional>
 
 #include "support/detail_panel_fixture.h"
-#include "support/sound_files.h"
-#include "support/temporary_folder.h"
 #include "support/widget_input.h"
+#include "tools/audio/sound_files.h"
+#include "tools/files/temporary_folder.h"
 #include "ui/controls/chimewerk_style.h"
 
 namespace chimewerk {

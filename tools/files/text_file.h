@@ -1,0 +1,19 @@
+#pragma once
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace chimewerk {
+
+/// Returns the bytes of a file; empty when it cannot be read.
+inline std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+/// Makes or replaces a file.
+inline void writeFile(const std::string& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+}  // namespace chimewerk
