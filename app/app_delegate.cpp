@@ -1,7 +1,5 @@
 #include "app/app_delegate.h"
 
-#include <algorithm>
-
 namespace chimewerk {
 
 namespace {
@@ -71,7 +69,7 @@ void AppDelegate::setupLidDetection() {
 }
 
 void AppDelegate::setupMicrophoneDetection() {
-    knocks_.onKnock = playing("slap");
+    knocks_.onKnock = playing(event_ids::kSlap);
     knocks_.setupMicrophoneDetection();
 }
 
@@ -104,57 +102,57 @@ bool AppDelegate::applicationShouldHandleReopen() {
 }
 
 void AppDelegate::setupBrightnessMonitoring() {
-    brightnessMonitor_.onUp = playing("brightness_up");
-    brightnessMonitor_.onDown = playing("brightness_down");
+    brightnessMonitor_.onUp = playing(event_ids::kBrightnessUp);
+    brightnessMonitor_.onDown = playing(event_ids::kBrightnessDown);
     brightnessMonitor_.start();
 }
 
 void AppDelegate::setupLidAngleMonitoring() {
-    const SoundEvent* const event = sm_.findEvent("lid_angle");
+    const SoundEvent* const event = sm_.findEvent(event_ids::kLidAngle);
     lidMonitor.start(event != nullptr ? event->threshold : kDefaultLidThreshold);
 }
 
 void AppDelegate::setupKeyboardTap() {
-    if (anyEnabled({"key_press"})) {
+    if (sm_.isEventEnabled(event_ids::kKeyPress)) {
         keyboardMonitor.start();
     }
 }
 
 void AppDelegate::setupVolumeMonitoring() {
-    if (anyEnabled({"volume_up", "volume_down"})) {
-        volumeMonitor_.onUp = playing("volume_up");
-        volumeMonitor_.onDown = playing("volume_down");
+    if (sm_.isEventEnabled(event_ids::kVolumeUp) || sm_.isEventEnabled(event_ids::kVolumeDown)) {
+        volumeMonitor_.onUp = playing(event_ids::kVolumeUp);
+        volumeMonitor_.onDown = playing(event_ids::kVolumeDown);
         volumeMonitor_.start();
     }
 }
 
 void AppDelegate::setupScreenshotMonitoring() {
-    if (anyEnabled({"screenshot"})) {
-        screenshotMonitor_.onScreenshot = playing("screenshot");
+    if (sm_.isEventEnabled(event_ids::kScreenshot)) {
+        screenshotMonitor_.onScreenshot = playing(event_ids::kScreenshot);
         screenshotMonitor_.start();
     }
 }
 
 void AppDelegate::setupAppLaunchMonitoring() {
-    appLaunchMonitor_.onLaunch = playing("app_launch");
+    appLaunchMonitor_.onLaunch = playing(event_ids::kAppLaunch);
     appLaunchMonitor_.start();
 }
 
 void AppDelegate::setupTrashMonitoring() {
-    trashMonitor_.onAdd = playing("trash_add");
-    trashMonitor_.onEmpty = playing("trash_empty");
+    trashMonitor_.onAdd = playing(event_ids::kTrashAdd);
+    trashMonitor_.onEmpty = playing(event_ids::kTrashEmpty);
     trashMonitor_.start();
-    fileManagerSounds_.setFinderTrashSoundEnabled(!anyEnabled({"trash_empty", "trash_add"}));
+    fileManagerSounds_.setFinderTrashSoundEnabled(!sm_.isAnyTrashEventEnabled());
 }
 
 void AppDelegate::setupNetworkMonitoring() {
-    networkMonitor_.onConnect = playing("network_up");
-    networkMonitor_.onDisconnect = playing("network_down");
+    networkMonitor_.onConnect = playing(event_ids::kNetworkUp);
+    networkMonitor_.onDisconnect = playing(event_ids::kNetworkDown);
     networkMonitor_.start();
 }
 
 void AppDelegate::setupUSBMonitoring() {
-    usbMonitor_.onConnect = playing("usb_connect");
+    usbMonitor_.onConnect = playing(event_ids::kUsbConnect);
     usbMonitor_.start();
 }
 
@@ -173,12 +171,7 @@ void AppDelegate::applicationWillTerminate() {
     fileManagerSounds_.setFinderTrashSoundEnabled(true);
 }
 
-bool AppDelegate::anyEnabled(std::initializer_list<const char*> eventIds) const {
-    return std::any_of(eventIds.begin(), eventIds.end(),
-                       [this](const char* id) { return sm_.isEventEnabled(id); });
-}
-
-std::function<void()> AppDelegate::playing(const char* eventId) {
+std::function<void()> AppDelegate::playing(std::string_view eventId) {
     return lifeline_.guard([this, eventId] { sm_.play(eventId); });
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/status_item.h"
@@ -104,9 +104,8 @@ private:
     void setupNetworkMonitoring();
     void setupUSBMonitoring();
 
-    bool anyEnabled(std::initializer_list<const char*> eventIds) const;
-    /// A callback that plays this event, and does nothing once the delegate is gone.
-    std::function<void()> playing(const char* eventId);
+    /// A callback that plays this event, one of `event_ids`, and does nothing once the delegate is gone.
+    std::function<void()> playing(std::string_view eventId);
 
     SoundManager& sm_;
     FileManagerSounds& fileManagerSounds_;

@@ -12,7 +12,7 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/storage/json_defaults_store.h"
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "support/sound_library.h"
 #include "tools/files/temporary_folder.h"
 

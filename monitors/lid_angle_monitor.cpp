@@ -38,7 +38,7 @@ void LidAngleMonitor::processAngle(float angle) {
     const bool falling = previous > angleThreshold && angle <= angleThreshold;
     if (rising || falling) {
         lastTrigger_ = deps_.clock.now();
-        deps_.sounds.play("lid_angle");
+        deps_.sounds.play(event_ids::kLidAngle);
     }
 }
 

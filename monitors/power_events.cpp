@@ -27,7 +27,7 @@ void PowerEvents::setupLidDetection() {
 void PowerEvents::handleSleepMessage(std::uint32_t messageType, std::intptr_t argument) {
     switch (std::int64_t{messageType}) {
         case kIOPMSystemWillSleep:
-            deps_.sounds.play("lid_close");
+            deps_.sounds.play(event_ids::kLidClose);
             deps_.queue.postAfter(kSleepDelay, lifeline_.guard([this, argument] {
                 deps_.system.allowPowerChange(argument);
             }));
@@ -44,10 +44,10 @@ void PowerEvents::handleSleepMessage(std::uint32_t messageType, std::intptr_t ar
 
 void PowerEvents::wake() {
     deps_.restartAudio();
-    if (deps_.sounds.isEventEnabled("key_press")) {
+    if (deps_.sounds.isEventEnabled(event_ids::kKeyPress)) {
         deps_.restartKeyboardMonitor();
     }
-    deps_.sounds.play("lid_open");
+    deps_.sounds.play(event_ids::kLidOpen);
 }
 
 void PowerEvents::setupPowerMonitoring() {
@@ -68,11 +68,11 @@ void PowerEvents::powerChanged() {
     }
     const bool onBattery = isOnBattery(*source);
     if (wasOnBattery && !onBattery) {
-        deps_.sounds.play("charger_connect");
+        deps_.sounds.play(event_ids::kChargerConnect);
         batteryLowFired = false;
     }
     if (!wasOnBattery && onBattery) {
-        deps_.sounds.play("charger_disconnect");
+        deps_.sounds.play(event_ids::kChargerDisconnect);
     }
     wasOnBattery = onBattery;
     if (onBattery && !batteryLowFired) {
@@ -82,11 +82,11 @@ void PowerEvents::powerChanged() {
 
 /// The alert counts as given even when its event is switched off.
 void PowerEvents::checkCharge(const PowerSourceDescription& source) {
-    const SoundEvent* const event = deps_.sounds.findEvent("battery_low");
+    const SoundEvent* const event = deps_.sounds.findEvent(event_ids::kBatteryLow);
     if (source.currentCapacity && event != nullptr &&
         static_cast<float>(*source.currentCapacity) <= event->threshold) {
         batteryLowFired = true;
-        deps_.sounds.play("battery_low");
+        deps_.sounds.play(event_ids::kBatteryLow);
     }
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 
 namespace chimewerk {
 
@@ -42,7 +42,7 @@ bool SoundManager::isEventEnabled(std::string_view id) const {
 }
 
 bool SoundManager::isAnyTrashEventEnabled() const {
-    return isEventEnabled("trash_empty") || isEventEnabled("trash_add");
+    return isEventEnabled(event_ids::kTrashEmpty) || isEventEnabled(event_ids::kTrashAdd);
 }
 
 }  // namespace chimewerk

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/defaults_store.h"
@@ -114,9 +115,8 @@ private:
     void countAndAnnounce(SoundEvent& event);
     bool playFile(const std::string& path, float volume);
     bool playOwnFile(const SoundEvent& event);
-    void playFromLibrary(const std::string& soundName, const SoundEvent& event);
+    void playFromLibrary(std::string_view soundName, const SoundEvent& event);
     void fire(const std::shared_ptr<Sound>& sound, float volume);
-    std::string themeFile(SoundTheme theme, const std::string& soundName) const;
 
     void announceThemeChange(std::any object);
     CustomTheme* findCustomTheme(std::string_view id);

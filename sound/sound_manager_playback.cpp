@@ -1,6 +1,7 @@
 // How an event becomes a sound: the switch, the count, the search for a file, the start, the release.
 #include <algorithm>
 
+#include "sound/bundled_sounds.h"
 #include "sound/notifications.h"
 #include "sound/sound_manager.h"
 
@@ -14,7 +15,7 @@ constexpr Seconds kShortestHold{0.2};
 constexpr Seconds kHoldMargin{0.1};
 
 /// The virtual key codes that have a sound of their own.
-std::string keySoundName(std::int64_t keyCode) {
+std::string_view keySoundName(std::int64_t keyCode) {
     constexpr std::int64_t kSpace = 49;
     constexpr std::int64_t kReturn = 36;
     constexpr std::int64_t kKeypadEnter = 76;
@@ -47,7 +48,7 @@ void SoundManager::playEvent(const SoundEvent& event) {
 }
 
 void SoundManager::playKey(std::int64_t keyCode) {
-    SoundEvent* const event = findEvent("key_press");
+    SoundEvent* const event = findEvent(event_ids::kKeyPress);
     if (event == nullptr || !event->isEnabled) {
         return;
     }
@@ -59,7 +60,7 @@ void SoundManager::playKey(std::int64_t keyCode) {
 
 void SoundManager::previewTheme(SoundTheme theme) {
     if (theme != SoundTheme::system) {
-        playFile(themeFile(theme, "slap"), kPreviewVolume);
+        playFile(themeSoundFile(res_, theme, event_ids::kSlap), kPreviewVolume);
     }
 }
 
@@ -75,13 +76,13 @@ bool SoundManager::playOwnFile(const SoundEvent& event) {
 }
 
 /// Plays the sound of this name: the selected theme's, else the default one, else the event's alert sound.
-void SoundManager::playFromLibrary(const std::string& soundName, const SoundEvent& event) {
+void SoundManager::playFromLibrary(std::string_view soundName, const SoundEvent& event) {
     if (currentTheme != SoundTheme::system && !activeCustomThemeID &&
-        playFile(themeFile(currentTheme, soundName), event.volume)) {
+        playFile(themeSoundFile(res_, currentTheme, soundName), event.volume)) {
         return;
     }
-    for (const char* const extension : {".wav", ".mp3"}) {
-        if (playFile(res_ + "/" + soundName + extension, event.volume)) {
+    for (const std::string& path : defaultSoundFiles(res_, soundName)) {
+        if (playFile(path, event.volume)) {
             return;
         }
     }
@@ -108,10 +109,6 @@ void SoundManager::fire(const std::shared_ptr<Sound>& sound, float volume) {
     sound->play();
     const Seconds hold = std::max(sound->duration(), kShortestHold) + kHoldMargin;
     deps_.queue.postAfter(hold, lifeline_.guard([this, sound] { std::erase(playing_, sound); }));
-}
-
-std::string SoundManager::themeFile(SoundTheme theme, const std::string& soundName) const {
-    return res_ + "/t_" + std::string(rawValue(theme)) + "_" + soundName + ".wav";
 }
 
 }  // namespace chimewerk

@@ -41,7 +41,7 @@ void SoundManager::setEnabled(bool enabled, std::string_view id) {
     }
     event->isEnabled = enabled;
     save();
-    if (id == "trash_empty" || id == "trash_add") {
+    if (id == event_ids::kTrashEmpty || id == event_ids::kTrashAdd) {
         deps_.fileManagerSounds.setFinderTrashSoundEnabled(!isAnyTrashEventEnabled());
     }
 }

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "linux/storage/json_values.h"
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "support/sound_library.h"
 
 namespace chimewerk {

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "sound/custom_theme.h"
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "sound/sound_manager.h"
 #include "sound/sound_theme.h"
 #include "support/fake_defaults_store.h"

@@ -5,7 +5,7 @@
 #include <functional>
 #include <limits>
 
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "support/sound_library.h"
 
 namespace chimewerk {

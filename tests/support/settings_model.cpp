@@ -8,7 +8,7 @@
 #include <random>
 #include <sstream>
 
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "support/sound_library.h"
 
 namespace chimewerk {

@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "sound/sound_theme.h"
 
 namespace chimewerk::sounds {

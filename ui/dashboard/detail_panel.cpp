@@ -280,7 +280,7 @@ void DetailPanel::detailToggle() {
     }
     sm_.setEnabled(enableSwitch_->isChecked(), event->id);
     onSettingsChanged_();
-    if (event->id == "key_press") {
+    if (event->id == event_ids::kKeyPress) {
         if (event->isEnabled) {
             deps_.keyboardMonitor.start();
         } else {
@@ -327,7 +327,7 @@ void DetailPanel::volumeChanged() {
 void DetailPanel::thresholdChanged() {
     const float degrees = thresholdSlider_->number();
     thresholdValueLabel_->setText(QString::fromStdString(degreesText(degrees)));
-    sm_.setThreshold(degrees, "lid_angle");
+    sm_.setThreshold(degrees, event_ids::kLidAngle);
     deps_.lidMonitor.updateThreshold(degrees);
     angleGauge_->threshold = degrees;
     angleGauge_->update();
@@ -336,7 +336,7 @@ void DetailPanel::thresholdChanged() {
 void DetailPanel::batteryThreshChanged() {
     const float percent = batterySlider_->number();
     batteryValueLabel_->setText(QString::fromStdString(percentText(percent)));
-    sm_.setThreshold(percent, "battery_low");
+    sm_.setThreshold(percent, event_ids::kBatteryLow);
     deps_.resetBatteryLowFlag();
 }
 

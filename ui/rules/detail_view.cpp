@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "sound/bundled_sounds.h"
 #include "ui/rules/counter_text.h"
 
 namespace chimewerk {
@@ -26,28 +27,26 @@ std::string givenSoundText(const SoundEvent& event, const DetailFacts& facts) {
     if (facts.isCustomThemeActive) {
         return "— not set — (click Load to add)";
     }
-    const std::string folder = std::string(facts.resourceFolder) + "/";
+    const auto exists = [&facts](const std::string& path) { return facts.files.fileExists(path); };
     if (facts.currentTheme != SoundTheme::system) {
-        const std::string file =
-            folder + "t_" + std::string(rawValue(facts.currentTheme)) + "_" + event.id + ".wav";
-        if (!facts.resourceFolder.empty() && facts.files.fileExists(file)) {
+        if (!facts.resourceFolder.empty() &&
+            exists(themeSoundFile(facts.resourceFolder, facts.currentTheme, event.id))) {
             return std::string(displayName(facts.currentTheme));
         }
-    } else if (facts.files.fileExists(folder + event.id + ".wav") ||
-               facts.files.fileExists(folder + event.id + ".mp3")) {
+    } else if (std::ranges::any_of(defaultSoundFiles(facts.resourceFolder, event.id), exists)) {
         return "Bundled default";
     }
     return "System (" + event.systemFallback + ")";
 }
 
 DetailBox boxOf(const SoundEvent& event, const DetailFacts& facts) {
-    if (event.id == "lid_angle") {
+    if (event.id == event_ids::kLidAngle) {
         return facts.isAppleSilicon ? DetailBox::threshold : DetailBox::intelLock;
     }
-    if (event.id == "key_press") {
+    if (event.id == event_ids::kKeyPress) {
         return DetailBox::permission;
     }
-    return event.id == "battery_low" ? DetailBox::batteryThreshold : DetailBox::none;
+    return event.id == event_ids::kBatteryLow ? DetailBox::batteryThreshold : DetailBox::none;
 }
 
 std::string lidAngleDesc(const DetailFacts& facts) {
@@ -73,7 +72,7 @@ std::string batteryLowDesc(const DetailFacts& facts) {
     constexpr float kUnknown = 20.0F;
     const auto battery =
         std::find_if(facts.events.begin(), facts.events.end(),
-                     [](const SoundEvent& event) { return event.id == "battery_low"; });
+                     [](const SoundEvent& event) { return event.id == event_ids::kBatteryLow; });
     return "Plays once when battery drops to or below " +
            percentText(battery == facts.events.end() ? kUnknown : battery->threshold) +
            " while unplugged. Threshold adjustable via the slider.";
@@ -86,30 +85,30 @@ struct FixedDesc {
 };
 
 constexpr FixedDesc kFixedDescs[] = {
-    {"slap", "Plays when a strong knock is detected on the microphone."},
-    {"lid_open", "Plays when the lid opens and the screen turns on."},
-    {"lid_close", "Plays when the lid closes and the screen turns off."},
-    {"charger_connect", "Plays when the charger cable is plugged in."},
-    {"charger_disconnect", "Plays when the charger cable is unplugged."},
-    {"brightness_up", "Plays when screen brightness is increased."},
-    {"brightness_down", "Plays when screen brightness is decreased."},
-    {"volume_up",
+    {event_ids::kSlap, "Plays when a strong knock is detected on the microphone."},
+    {event_ids::kLidOpen, "Plays when the lid opens and the screen turns on."},
+    {event_ids::kLidClose, "Plays when the lid closes and the screen turns off."},
+    {event_ids::kChargerConnect, "Plays when the charger cable is plugged in."},
+    {event_ids::kChargerDisconnect, "Plays when the charger cable is unplugged."},
+    {event_ids::kBrightnessUp, "Plays when screen brightness is increased."},
+    {event_ids::kBrightnessDown, "Plays when screen brightness is decreased."},
+    {event_ids::kVolumeUp,
      "Plays when system output volume is increased (≥ 3% change, polls every 250 ms)."},
-    {"volume_down",
+    {event_ids::kVolumeDown,
      "Plays when system output volume is decreased (≥ 3% change, polls every 250 ms)."},
-    {"screenshot",
+    {event_ids::kScreenshot,
      "Plays when a new Screenshot file appears on the Desktop (Command+Shift+3/4/5)."},
-    {"app_launch", "Plays whenever any application finishes launching."},
-    {"trash_empty",
+    {event_ids::kAppLaunch, "Plays whenever any application finishes launching."},
+    {event_ids::kTrashEmpty,
      "Plays when the Trash is emptied. Disables the macOS Finder crumple sound while enabled so "
      "only the "
      "app's sound plays."},
-    {"trash_add", "Plays when a file or folder is moved to the Trash."},
-    {"network_up",
+    {event_ids::kTrashAdd, "Plays when a file or folder is moved to the Trash."},
+    {event_ids::kNetworkUp,
      "Plays when internet connectivity is restored (polls every 2.5 s via SCNetworkReachability)."},
-    {"network_down",
+    {event_ids::kNetworkDown,
      "Plays when internet connectivity is lost (polls every 2.5 s via SCNetworkReachability)."},
-    {"usb_connect",
+    {event_ids::kUsbConnect,
      "Plays when a USB or Thunderbolt device is connected (IOKit matching notification)."},
 };
 
@@ -141,13 +140,13 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
 }
 
 std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts) {
-    if (event.id == "lid_angle") {
+    if (event.id == event_ids::kLidAngle) {
         return lidAngleDesc(facts);
     }
-    if (event.id == "key_press") {
+    if (event.id == event_ids::kKeyPress) {
         return keyPressDesc(facts);
     }
-    if (event.id == "battery_low") {
+    if (event.id == event_ids::kBatteryLow) {
         return batteryLowDesc(facts);
     }
     const auto* const found =

@@ -34,7 +34,7 @@ constexpr RowFrame fromBottom(int x, int bottom, int width, int height) {
 }  // namespace
 
 bool isLocked(const SoundEvent& event, bool isAppleSilicon) {
-    return event.id == "lid_angle" && !isAppleSilicon;
+    return event.id == event_ids::kLidAngle && !isAppleSilicon;
 }
 
 SidebarRow sidebarRow(const SoundEvent& event, const SoundManager& sounds, bool isAppleSilicon) {

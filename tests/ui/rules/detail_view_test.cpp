@@ -5,7 +5,7 @@
 #include <limits>
 #include <utility>
 
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 #include "support/fake_sound_service.h"
 
 namespace chimewerk {

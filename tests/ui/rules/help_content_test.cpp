@@ -5,7 +5,7 @@
 
 #include <map>
 
-#include "sound/event_table.h"
+#include "sound/sound_event.h"
 
 namespace chimewerk {
 namespace {
