@@ -156,11 +156,12 @@ TEST_F(TheDetailView, LetsTheAngleBeSetOnlyWithASensor) {
               "Plays when the lid crosses the angle threshold below (sensor active ✓).");
     facts.sensorFound = false;
     EXPECT_FALSE(show("lid_angle").thresholdIsEnabled);
-    EXPECT_EQ(show("lid_angle").triggerText,
-              "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle "
-              "detection "
-              "is "
-              "not available on Intel Macs.");
+    EXPECT_EQ(
+        show("lid_angle").triggerText,
+        "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle "
+        "detection "
+        "is "
+        "not available on Intel Macs.");
 }
 
 TEST_F(TheDetailView, TellsTheBatterysThresholdInTheListNotInTheRecord) {
@@ -193,7 +194,8 @@ TEST_F(TheDetailView, AsksForThePermissionToHearKeysOnlyWithoutIt) {
           Case{false, true,
                "Vintage mechanical click on every keypress. Waiting for tap to initialize…"},
           Case{false, false,
-               "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" below. "
+               "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" "
+               "below. "
                "If "
                "Chimewerk "
                "is already in the list, remove it (−) first, then relaunch the app."}}) {
