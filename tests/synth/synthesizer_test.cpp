@@ -1,88 +1,98 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <set>
 #include <string>
 
-#include "synth/sound_set.h"
-#include "synth/wav_file.h"
+#include "sound/sound_event.h"
+#include "sound/sound_theme.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/files/text_file.h"
+#include "tools/process/shell.h"
 
 // The program that makes the sounds, run as the build runs it.
-namespace chimewerk::sounds {
+namespace chimewerk::synth {
 namespace {
 
-struct Outcome {
-    int status = -1;
-    std::string text;
-};
+namespace fs = std::filesystem;
 
-Outcome shell(const std::string& command) {
-    Outcome outcome;
-    FILE* output = popen((command + " 2>&1").c_str(), "r");
-    std::array<char, 256> line{};
-    while (fgets(line.data(), line.size(), output) != nullptr) {
-        outcome.text += line.data();
+const fs::path kBuilt = CHIMEWERK_SOUND_DIR;
+
+/// Runs the program; returns what it prints and, on a line of its own, its exit status.
+std::string synthesize(const std::string& folder, const std::string& before = "") {
+    return outputOfShell(before + " '" CHIMEWERK_SYNTH "' " + folder + " 2>&1; echo $?");
+}
+
+std::set<std::string> filesIn(const fs::path& folder) {
+    std::set<std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        if (entry.is_regular_file()) {
+            files.insert(fs::relative(entry.path(), folder).string());
+        }
     }
-    outcome.status = WEXITSTATUS(pclose(output));
-    return outcome;
+    return files;
 }
 
-Outcome synthesize(const std::string& arguments) {
-    return shell("'" CHIMEWERK_SYNTH "' " + arguments);
+/// Every file that the catalogue of events and themes asks for.
+std::set<std::string> catalogue() {
+    std::set<std::string> sounds = {"key_click", "key_space", "key_return"};
+    std::set<std::string> files;
+    for (const std::string& key : sounds) {
+        files.insert(key + ".wav");
+    }
+    for (const SoundEvent& event : factoryEvents()) {
+        files.insert("alerts/" + event.systemFallback + ".wav");
+        // A key press has its three sounds instead of one.
+        if (event.id != "key_press") {
+            sounds.insert(event.id);
+        }
+    }
+    for (const SoundTheme theme : kAllThemes) {
+        for (const std::string& sound :
+             theme == SoundTheme::system ? std::set<std::string>{} : sounds) {
+            files.insert("t_" + std::string(rawValue(theme)) + "_" + sound + ".wav");
+        }
+    }
+    return files;
 }
 
-std::string bytesOf(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-TEST(TheSynthesizer, MakesTheSameBytesEachTimeWhateverTheLocale) {
+TEST(TheSynthesizer, MakesTheSameSmallFilesOfTheCatalogueWhateverTheLocale) {
     const TemporaryFolder folder;
-    const Outcome outcome =
-        shell("LC_ALL=de_DE.UTF-8 TZ=Asia/Tokyo '" CHIMEWERK_SYNTH "' " + folder.path().string());
-    ASSERT_EQ(outcome.status, 0) << outcome.text;
-    for (const SoundFile& file : everySoundFile()) {
-        EXPECT_TRUE(bytesOf(folder.path() / file.path) == bytesOf(soundsFolder() / file.path))
-            << file.path;
+    ASSERT_EQ(synthesize(folder.path(), "LC_ALL=de_DE.UTF-8 TZ=Asia/Tokyo"), "0");
+    const std::set<std::string> files = filesIn(folder.path());
+    EXPECT_EQ(files, catalogue());
+    EXPECT_EQ(files, filesIn(kBuilt));
+    std::uintmax_t bytes = 0;
+    for (const std::string& file : files) {
+        EXPECT_TRUE(readFile(folder / file) == readFile(kBuilt / file)) << file;
+        bytes += fs::file_size(folder / file);
     }
+    EXPECT_LT(bytes, 8'000'000U);
 }
 
 TEST(TheSynthesizer, SaysWhyItCannotWriteAndLeavesNoHalfFile) {
     const TemporaryFolder folder;
-    const Outcome missing = synthesize(folder / "nowhere");
-    EXPECT_EQ(missing.status, 1);
-    EXPECT_THAT(missing.text, testing::HasSubstr("nowhere"));
-    EXPECT_EQ(synthesize("").status, 2);
+    EXPECT_THAT(synthesize(folder / "nowhere"), testing::ContainsRegex("nowhere.*\n1$"));
+    EXPECT_THAT(synthesize(""), testing::EndsWith("\n2"));
 
-    // No file may grow beyond 32 KiB, as on a disk that is full: the first long sound fails halfway.
-    const Outcome full =
-        shell("trap '' XFSZ; ulimit -f 64; exec '" CHIMEWERK_SYNTH "' " + folder.path().string());
-    EXPECT_EQ(full.status, 1);
-    EXPECT_THAT(full.text, testing::HasSubstr("cannot write " + folder.path().string()));
-    EXPECT_THAT(full.text, testing::HasSubstr("File too large"));
-    int complete = 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
-        EXPECT_EQ(entry.path().extension(), ".wav");
-        EXPECT_NO_THROW(readWav(entry.path()));
-        ++complete;
+    // No file may grow beyond 32 KiB, as on a full disk: the first long sound fails halfway.
+    EXPECT_THAT(synthesize(folder.path(), "trap '' XFSZ; ulimit -f 64;"),
+                testing::ContainsRegex("cannot write " + folder.path().string() +
+                                       ".*File too large.*\n1$"));
+    const std::set<std::string> complete = filesIn(folder.path());
+    EXPECT_FALSE(complete.empty());
+    for (const std::string& file : complete) {
+        EXPECT_TRUE(readFile(folder / file) == readFile(kBuilt / file)) << file;
     }
-    EXPECT_GT(complete, 0);
 }
 
 TEST(TheSynthesizer, ReportsAFileThatCannotTakeItsName) {
     const TemporaryFolder folder;
-    std::filesystem::create_directories(folder.path() / "t_8bit_slap.wav" / "occupied");
-    const Outcome outcome = synthesize(folder.path().string());
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.text, testing::HasSubstr("t_8bit_slap.wav"));
-    EXPECT_FALSE(std::filesystem::exists(folder.path() / "t_8bit_slap.wav.part"));
+    fs::create_directories(folder.path() / "t_8bit_slap.wav" / "occupied");
+    EXPECT_THAT(synthesize(folder.path()), testing::ContainsRegex("t_8bit_slap.wav.*\n1$"));
+    EXPECT_FALSE(fs::exists(folder.path() / "t_8bit_slap.wav.part"));
 }
 
 }  // namespace
-}  // namespace chimewerk::sounds
+}  // namespace chimewerk::synth
