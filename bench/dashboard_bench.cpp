@@ -2,28 +2,60 @@
 // tools/session.
 #include <benchmark/benchmark.h>
 
-#include "support/dashboard_fixture.h"
+#include <QApplication>
+#include <QTableView>
+#include <stdexcept>
+#include <string>
+
+#include "bench/bench_dashboard.h"
+#include "sound/notifications.h"
 #include "ui/controls/chimewerk_style.h"
+#include "ui/dashboard/dashboard_window_controller.h"
 
 namespace chimewerk {
 namespace {
 
-/// Until then nothing is painted.
-void awaitWindow(DashboardFixture& bed) {
-    while (!bed.window().isActiveWindow()) {
+/// An open dashboard.
+class OpenDashboard {
+public:
+    OpenDashboard() { controller_.showWindow(); }
+
+    QWidget& window() const {
+        for (QWidget* const each : QApplication::topLevelWidgets()) {
+            if (each->windowTitle() == QStringLiteral("Chimewerk — Dashboard")) {
+                return *each;
+            }
+        }
+        throw std::out_of_range("no dashboard");
+    }
+    QTableView& table() const { return *window().findChild<QTableView*>(); }
+    /// Until then nothing is painted.
+    void awaitActivation() const {
+        while (!window().isActiveWindow()) {
+            QApplication::processEvents();
+        }
+    }
+    SoundManager& sounds() { return parts_.library.sounds; }
+    NotificationCenter& notifications() { return parts_.library.notifications; }
+    /// Plays the event and brings the display up to date.
+    void trigger(const char* eventId) {
+        sounds().play(eventId);
+        parts_.queue.dispatch();
         QApplication::processEvents();
     }
-}
+
+private:
+    BenchDashboard parts_;
+    DashboardWindowController controller_{parts_.dependencies};
+};
 
 /// A trigger of an event, from the call until the display is up to date; as many a second as can be.
 void triggerAndPaint(benchmark::State& state, const char* eventId) {
-    DashboardFixture bed;
-    bed.library->setEnabled(true, eventId);
-    awaitWindow(bed);
+    OpenDashboard dashboard;
+    dashboard.sounds().setEnabled(true, eventId);
+    dashboard.awaitActivation();
     for ([[maybe_unused]] auto _ : state) {
-        bed.library->play(eventId);
-        bed.library.queue.runPosted();
-        QApplication::processEvents();
+        dashboard.trigger(eventId);
     }
 }
 
@@ -43,22 +75,20 @@ void rowOutOfSight(benchmark::State& state) {
 BENCHMARK(rowOutOfSight)->Unit(benchmark::kMicrosecond);
 
 void hiddenWindow(benchmark::State& state) {
-    DashboardFixture bed;
-    bed.window().close();
+    OpenDashboard dashboard;
+    dashboard.window().close();
     for ([[maybe_unused]] auto _ : state) {
-        bed.library->play("slap");
-        bed.library.queue.runPosted();
-        QApplication::processEvents();
+        dashboard.trigger("slap");
     }
 }
 BENCHMARK(hiddenWindow)->Unit(benchmark::kMicrosecond);
 
 /// One row, painted each time.
 void paintedRow(benchmark::State& state) {
-    DashboardFixture bed;
-    awaitWindow(bed);
+    OpenDashboard dashboard;
+    dashboard.awaitActivation();
     for ([[maybe_unused]] auto _ : state) {
-        bed.table().update(bed.table().model()->index(1, 0));
+        dashboard.table().update(dashboard.table().model()->index(1, 0));
         QApplication::processEvents();
     }
 }
@@ -66,10 +96,10 @@ BENCHMARK(paintedRow)->Unit(benchmark::kMicrosecond)->Iterations(200);
 
 /// For comparison: the whole window.
 void wholeWindow(benchmark::State& state) {
-    DashboardFixture bed;
-    awaitWindow(bed);
+    OpenDashboard dashboard;
+    dashboard.awaitActivation();
     for ([[maybe_unused]] auto _ : state) {
-        for (QWidget* const child : bed.window().findChildren<QWidget*>()) {
+        for (QWidget* const child : dashboard.window().findChildren<QWidget*>()) {
             child->update();
         }
         QApplication::processEvents();
@@ -78,14 +108,14 @@ void wholeWindow(benchmark::State& state) {
 BENCHMARK(wholeWindow)->Unit(benchmark::kMicrosecond)->Iterations(20);
 
 void thousandThemes(benchmark::State& state) {
-    DashboardFixture bed;
+    OpenDashboard dashboard;
     for (int i = 0; i < 1000; ++i) {
-        bed.library->customThemes.push_back(
+        dashboard.sounds().customThemes.push_back(
             {.id = std::to_string(i), .name = std::to_string(i), .sounds = {}});
     }
     for ([[maybe_unused]] auto _ : state) {
-        bed.library->customThemes.back().name += "!";
-        bed.library.notifications.post({.name = themeDidChange});
+        dashboard.sounds().customThemes.back().name += "!";
+        dashboard.notifications().post({.name = themeDidChange});
         QApplication::processEvents();
     }
 }

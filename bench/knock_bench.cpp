@@ -11,10 +11,10 @@
 #include <span>
 #include <vector>
 
+#include "bench/null_parts.h"
+#include "linux/base/epoll_main_queue.h"
 #include "monitors/knock_detector.h"
 #include "monitors/peak_magnitude.h"
-#include "support/fake_microphone.h"
-#include "support/virtual_main_queue.h"
 
 namespace chimewerk {
 namespace {
@@ -85,22 +85,22 @@ void peak(benchmark::State& state) {
 }
 
 void analyzeBuffer(benchmark::State& state) {
-    VirtualMainQueue queue;
-    FakeMicrophone microphone;
+    EpollMainQueue queue;
+    NullMicrophone microphone;
     KnockDetector detector(queue, microphone);
     eachBuffer(state, [&detector](Buffer buffer) { detector.analyzeBuffer(buffer); });
 }
 
-/// Every buffer is a knock, and posted.
+/// Every buffer is a knock, which is posted and taken from the queue.
 void knock(benchmark::State& state) {
-    VirtualMainQueue queue;
-    FakeMicrophone microphone;
+    EpollMainQueue queue;
+    NullMicrophone microphone;
     KnockDetector::Time now{};
     KnockDetector detector(queue, microphone, [&now] { return now += std::chrono::seconds(1); });
     detector.slapThreshold = 0.01F;
     eachBuffer(state, [&](Buffer buffer) {
         detector.analyzeBuffer(buffer);
-        queue.runPosted();
+        queue.dispatch();
     });
 }
 

@@ -1,11 +1,8 @@
 // The time from the call to the first sample at the sink: ours, and three other ways to play a short sound,
 // in turns. Runs in a private session; `latency` beside this file calls it.
 #include <pulse/pulseaudio.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -20,9 +17,9 @@
 #include "linux/audio/pulse_sound_service.h"
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/process/child_process.h"
+#include "tools/process/shell.h"
 #include "tools/recorder/sink_recorder.h"
-
-extern char** environ;  // NOLINT: how POSIX hands it over
 
 namespace chimewerk {
 namespace {
@@ -161,16 +158,11 @@ private:
 class Paplay final : public Way {
 public:
     explicit Paplay(std::string path) : path_(std::move(path)) {}
-    void play() override {
-        std::string program = "paplay";
-        std::array<char*, 3> arguments = {program.data(), path_.data(), nullptr};
-        pid_t child = 0;
-        posix_spawnp(&child, "paplay", nullptr, nullptr, arguments.data(), environ);
-        std::thread([child] { waitpid(child, nullptr, 0); }).detach();
-    }
+    void play() override { running_.emplace(std::vector<std::string>{"paplay", path_}); }
 
 private:
     std::string path_;
+    std::optional<ChildProcess> running_;
 };
 
 struct Result {
@@ -209,11 +201,9 @@ int run(const std::string& sink) {
     const std::string shortWav = folder / "short.wav";
     writeSoundFile(shortWav, std::vector<float>(2 * 14400, 0.5F));
     const std::string mp3 = folder / "long.mp3";
-    if (std::system(
-            ("ffmpeg -nostdin -v error -f lavfi -i 'sine=frequency=1000:duration=600' -af volume=4 "
-             "-b:a 192k " +
-             mp3)
-                .c_str()) != 0) {
+    if (runShell("ffmpeg -nostdin -v error -f lavfi -i 'sine=frequency=1000:duration=600' -af "
+                 "volume=4 -b:a 192k " +
+                 mp3) != 0) {
         return 1;
     }
     SinkRecorder recorder(sink);

@@ -4,15 +4,17 @@
 #include <cstdlib>
 #include <string>
 
+#include "bench/null_parts.h"
+#include "linux/base/epoll_main_queue.h"
 #include "linux/base/posix_file_system.h"
 #include "linux/decoding/sound_file.h"
+#include "linux/desktop/null_file_manager_sounds.h"
+#include "linux/storage/json_defaults_store.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
-#include "support/fake_defaults_store.h"
-#include "support/fake_file_manager_sounds.h"
-#include "support/virtual_main_queue.h"
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/process/shell.h"
 
 namespace chimewerk {
 namespace {
@@ -43,12 +45,13 @@ private:
 
 void playAnEvent(benchmark::State& state, const std::string& eventId,
                  const std::string& ownFile = {}) {
-    VirtualMainQueue queue;
+    ImpatientQueue queue;
+    EpollMainQueue storeQueue;
     NotificationCenter notifications;
     ServerlessSoundService service;
     const PosixFileSystem files;
-    FakeDefaultsStore defaults;
-    FakeFileManagerSounds fileManager;
+    JsonDefaultsStore defaults(storeQueue, "");
+    NullFileManagerSounds fileManager;
     SoundManager sounds(CHIMEWERK_SOUND_DIR,
                         {queue, notifications, service, files, defaults, fileManager});
     SoundEvent& event = *sounds.findEvent(eventId);
@@ -56,7 +59,7 @@ void playAnEvent(benchmark::State& state, const std::string& eventId,
     event.soundPath = ownFile;
     for ([[maybe_unused]] const auto& round : state) {
         sounds.play(eventId);
-        queue.advance(Seconds{1000});
+        queue.runAll();  // The sound ends.
     }
 }
 
@@ -73,7 +76,7 @@ std::string soundOf(double seconds, const std::string& extension) {
         return wav;
     }
     std::string path = folder() / (std::to_string(seconds) + "." + extension);
-    if (std::system(("ffmpeg -nostdin -v error -y -i " + wav + " " + path).c_str()) != 0) {
+    if (runShell("ffmpeg -nostdin -v error -y -i " + wav + " " + path) != 0) {
         std::abort();
     }
     return path;

@@ -10,10 +10,9 @@
 #include <thread>
 #include <vector>
 
+#include "bench/bench_library.h"
 #include "linux/base/epoll_main_queue.h"
-#include "linux/storage/json_defaults_store.h"
 #include "sound/sound_event.h"
-#include "support/sound_library.h"
 #include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
@@ -41,10 +40,9 @@ class ConfigFolder {
 public:
     explicit ConfigFolder(bool many) {
         if (many) {
-            JsonDefaultsStore store(queue_, path());
-            SoundLibrary library(&store);
-            library->customThemes = manyThemes();
-            library->setCustomTheme(library->customThemes.front());
+            BenchLibrary library(queue_, path());
+            library.sounds.customThemes = manyThemes();
+            library.sounds.setCustomTheme(library.sounds.customThemes.front());
         }
     }
     std::string path() const { return folder_.path().string(); }
@@ -79,12 +77,9 @@ void startWithAThousandThemes(benchmark::State& state) {
     const ConfigFolder many(true);
     EpollMainQueue queue;
     const auto start = [&queue](const ConfigFolder& config) {
-        std::unique_ptr<JsonDefaultsStore> store;
-        std::unique_ptr<SoundLibrary> library;
-        return milliseconds([&] {
-            store = std::make_unique<JsonDefaultsStore>(queue, config.path());
-            library = std::make_unique<SoundLibrary>(store.get());
-        });
+        std::unique_ptr<BenchLibrary> library;
+        return milliseconds(
+            [&] { library = std::make_unique<BenchLibrary>(queue, config.path()); });
     };
     std::vector<double> without;
     std::vector<double> with;
@@ -105,15 +100,14 @@ void changeAmongAThousandThemes(benchmark::State& state,
                                 const std::function<void(SoundManager&, int)>& change) {
     const ConfigFolder config(true);
     EpollMainQueue queue;
-    JsonDefaultsStore store(queue, config.path());
-    SoundLibrary library(&store);
+    BenchLibrary library(queue, config.path());
     std::vector<double> held;
     std::vector<double> processor;
     int step = 0;
     for ([[maybe_unused]] const auto& round : state) {
         const double before = threadMilliseconds();
         held.push_back(milliseconds([&] {
-            change(*library, ++step);
+            change(library.sounds, ++step);
             queue.dispatch();
         }));
         processor.push_back(threadMilliseconds() - before);

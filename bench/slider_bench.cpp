@@ -11,11 +11,10 @@
 #include <filesystem>
 #include <vector>
 
-#include "linux/base/epoll_main_queue.h"
-#include "linux/storage/json_defaults_store.h"
-#include "support/detail_panel_fixture.h"
+#include "bench/bench_dashboard.h"
 #include "tools/files/temporary_folder.h"
 #include "ui/controls/chimewerk_style.h"
+#include "ui/dashboard/detail_panel.h"
 
 namespace chimewerk {
 namespace {
@@ -75,17 +74,19 @@ private:
 
 void dragAsFastAsScreensAreDrawn() {
     const TemporaryFolder home;
-    EpollMainQueue queue;
+    BenchDashboard dashboard(home.path().string());
+    EpollMainQueue& queue = dashboard.queue;
     const QSocketNotifier notifier(queue.descriptor(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&queue] { queue.dispatch(); });
-    JsonDefaultsStore store(queue, home.path().string());
-    DetailPanelFixture bed(&store);
-    bed.panel->refreshDetail();
-    bed.window.show();
+    DetailPanel panel(
+        dashboard.dependencies, [] { return std::size_t{0}; }, [] {});
+    panel.setFixedSize(459, 520);
+    panel.refreshDetail();
+    panel.QWidget::show();
     runFor(std::chrono::milliseconds(500));
 
     const Writes writes(home / "chimewerk/settings.json");
-    QSlider& slider = *bed.panel->findChild<QSlider*>();
+    QSlider& slider = *panel.findChild<QSlider*>();
     std::vector<double> costs;
     int late = 0;
     send(slider, QEvent::MouseButtonPress, slider.width() - 11.0);
@@ -107,9 +108,7 @@ void dragAsFastAsScreensAreDrawn() {
     std::sort(costs.begin(), costs.end());
     std::printf(
         "%d moves, 60 a second: %.2f ms of the processor each, stored and painted (90th percentile "
-        "%.2f ms), "
-        "%d "
-        "frames late\n",
+        "%.2f ms), %d frames late\n",
         kMoves, costs[costs.size() / 2], costs[costs.size() * 9 / 10], late);
     std::printf("settings written %d times during the drag of %.1f s, %d times after it\n", during,
                 kMoves / 60.0, writes.count() - during);

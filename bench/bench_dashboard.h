@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+#include "bench/bench_library.h"
+#include "linux/base/system_clock.h"
+#include "linux/lid/null_lid_sensor_source.h"
+#include "monitors/keyboard_monitor.h"
+#include "monitors/lid_angle_monitor.h"
+#include "ui/dashboard/dashboard_dependencies.h"
+
+namespace chimewerk {
+
+/// What the dashboard shows, on the real store and queue, without hardware.
+struct BenchDashboard {
+    /// As for the library.
+    explicit BenchDashboard(const std::string& configHome = {}) : library(queue, configHome) {}
+
+    EpollMainQueue queue;
+    BenchLibrary library;
+    SystemClock clock;
+    NullLidSensorSource lidSensor;
+    NullKeys keys;
+    NullSoundFolder folder;
+    LidAngleMonitor lidMonitor{{queue, clock, library.notifications, library.sounds, lidSensor}};
+    KeyboardMonitor keyboardMonitor{queue, keys, keys, library.sounds};
+    DashboardDependencies dependencies{.sounds = library.sounds,
+                                       .notifications = library.notifications,
+                                       .defaults = library.defaults,
+                                       .files = library.files,
+                                       .resourceFolder = "/res",
+                                       .soundFolder = folder,
+                                       .lidMonitor = lidMonitor,
+                                       .keyboardMonitor = keyboardMonitor,
+                                       .keys = keys,
+                                       .keyPermissionPage = keys,
+                                       .resetBatteryLowFlag = [] {},
+                                       .isAppleSilicon = false};
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+
+#include "bench/null_parts.h"
+#include "linux/base/epoll_main_queue.h"
+#include "linux/base/posix_file_system.h"
+#include "linux/desktop/null_file_manager_sounds.h"
+#include "linux/storage/json_defaults_store.h"
+#include "platform/notification_center.h"
+#include "sound/sound_manager.h"
+
+namespace chimewerk {
+
+/// The sound library on the real store and queue; it plays nothing.
+struct BenchLibrary {
+    /// With the settings in this configuration folder; an empty one stores nothing.
+    BenchLibrary(EpollMainQueue& queue, const std::string& configHome)
+        : defaults(queue, configHome),
+          sounds("/res", {.queue = queue,
+                          .notifications = notifications,
+                          .sounds = service,
+                          .files = files,
+                          .defaults = defaults,
+                          .fileManagerSounds = fileManager}) {}
+
+    NotificationCenter notifications;
+    PosixFileSystem files;
+    JsonDefaultsStore defaults;
+    NullSoundService service;
+    NullFileManagerSounds fileManager;
+    SoundManager sounds;
+};
+
+}  // namespace chimewerk
