@@ -37,10 +37,8 @@ std::optional<Command> parseCommandLine(std::span<char* const> arguments) {
 std::string usage() {
     std::string text =
         "chimewerk [OPTION]\n"
-        "Plays a short sound when something happens to the computer. Runs in the tray; started "
-        "once more, "
-        "it\n"
-        "shows its dashboard.\n";
+        "Plays a short sound when something happens to the computer. Runs in the tray; started\n"
+        "once more, it shows its dashboard.\n";
     for (const Option& option : kOptions) {
         text += "  " + std::string(option.name) + std::string(18 - option.name.size(), ' ') +
                 std::string(option.help) + "\n";

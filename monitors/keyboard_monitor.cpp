@@ -12,7 +12,7 @@ constexpr Seconds kPermissionPollInterval{1.5};
 
 KeyboardMonitor::KeyboardMonitor(MainQueue& queue, KeySource& keys, PermissionPage& permissionPage,
                                  SoundManager& sounds)
-    : queue_(queue), keys_(keys), permissionPage_(permissionPage), sounds_(sounds) {}
+    : keys_(keys), permissionPage_(permissionPage), sounds_(sounds), permissionPoll_(queue) {}
 
 void KeyboardMonitor::start() {
     if (active) {
@@ -27,7 +27,7 @@ void KeyboardMonitor::start() {
 }
 
 void KeyboardMonitor::stop() {
-    endWait();
+    permissionPoll_.stop();
     if (tap) {
         tap->setEnabled(false);
         tap = nullptr;
@@ -64,20 +64,13 @@ void KeyboardMonitor::createTap() {
 }
 
 void KeyboardMonitor::waitForPermission() {
-    endWait();
-    permissionPoll_ = queue_.every(kPermissionPollInterval, lifeline_.guard([this] {
+    permissionPoll_.stop();
+    permissionPoll_.start(kPermissionPollInterval, [this] {
         if (keys_.trusted()) {
-            endWait();
+            permissionPoll_.stop();
             createTap();
         }
-    }));
-}
-
-void KeyboardMonitor::endWait() {
-    if (permissionPoll_) {
-        permissionPoll_->invalidate();
-        permissionPoll_ = nullptr;
-    }
+    });
 }
 
 }  // namespace chimewerk

@@ -6,6 +6,7 @@
 
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
+#include "platform/poller.h"
 #include "sound/sound_manager.h"
 
 namespace chimewerk {
@@ -82,13 +83,11 @@ public:
 private:
     void createTap();
     void waitForPermission();
-    void endWait();
 
-    MainQueue& queue_;
     KeySource& keys_;
     PermissionPage& permissionPage_;
     SoundManager& sounds_;
-    std::shared_ptr<Timer> permissionPoll_;
+    Poller permissionPoll_;
     Lifeline lifeline_;
 };
 

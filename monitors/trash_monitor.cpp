@@ -14,19 +14,12 @@ constexpr Seconds kAddSpacing{1.0};
 }  // namespace
 
 TrashMonitor::TrashMonitor(MainQueue& queue, const Clock& clock, TrashSource& trash)
-    : queue_(queue), clock_(clock), trash_(trash) {}
+    : clock_(clock), trash_(trash), poller_(queue) {}
 
 void TrashMonitor::start() {
     fetchCount(&TrashMonitor::takeFirstCount);
     lastMtime_ = trash_.modificationTime();
-    timer_ = queue_.every(kPollInterval, lifeline_.guard([this] { poll(); }));
-}
-
-void TrashMonitor::stop() {
-    if (timer_) {
-        timer_->invalidate();
-        timer_ = nullptr;
-    }
+    poller_.start(kPollInterval, [this] { poll(); });
 }
 
 void TrashMonitor::poll() {

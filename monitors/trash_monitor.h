@@ -2,12 +2,12 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 
 #include "platform/clock.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
+#include "platform/poller.h"
 
 namespace chimewerk {
 
@@ -43,7 +43,7 @@ public:
     void start();
 
     /// Ends the looking. A count that is under way still completes.
-    void stop();
+    void stop() { poller_.stop(); }
 
 private:
     void poll();
@@ -53,16 +53,15 @@ private:
     void fetchCount(void (TrashMonitor::*completion)(std::optional<std::int64_t>));
     void takeFirstCount(std::optional<std::int64_t> count) { lastCount_ = count.value_or(0); }
 
-    MainQueue& queue_;
     const Clock& clock_;
     TrashSource& trash_;
-    std::shared_ptr<Timer> timer_;
     double lastMtime_ = 0;
     std::int64_t lastCount_ = 0;
     bool fetching_ = false;
     bool pending_ = false;
     WallTime pendingSince_ = kDistantPast;
     WallTime lastAddFired_ = kDistantPast;
+    Poller poller_;
     Lifeline lifeline_;
 };
 

@@ -1,11 +1,23 @@
 #include "sound/sound_manager.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include "sound/sound_event.h"
 
 namespace chimewerk {
+
+namespace {
+
+/// The first element with this `id`; null when there is none.
+template <typename List>
+auto* findById(List& list, std::string_view id) {
+    const auto found = std::ranges::find(list, id, &std::ranges::range_value_t<List>::id);
+    return found == list.end() ? nullptr : &*found;
+}
+
+}  // namespace
 
 SoundManager::SoundManager(std::string resourceFolder, const Dependencies& dependencies)
     : events(factoryEvents()), res_(std::move(resourceFolder)), deps_(dependencies) {
@@ -13,7 +25,7 @@ SoundManager::SoundManager(std::string resourceFolder, const Dependencies& depen
 }
 
 const CustomTheme* SoundManager::activeCustomTheme() const {
-    return const_cast<SoundManager*>(this)->selectedCustomTheme();
+    return activeCustomThemeID ? findById(customThemes, *activeCustomThemeID) : nullptr;
 }
 
 CustomTheme* SoundManager::selectedCustomTheme() {
@@ -21,19 +33,15 @@ CustomTheme* SoundManager::selectedCustomTheme() {
 }
 
 CustomTheme* SoundManager::findCustomTheme(std::string_view id) {
-    const auto found = std::find_if(customThemes.begin(), customThemes.end(),
-                                    [id](const CustomTheme& theme) { return theme.id == id; });
-    return found == customThemes.end() ? nullptr : &*found;
+    return findById(customThemes, id);
 }
 
 const SoundEvent* SoundManager::findEvent(std::string_view id) const {
-    const auto found = std::find_if(events.begin(), events.end(),
-                                    [id](const SoundEvent& event) { return event.id == id; });
-    return found == events.end() ? nullptr : &*found;
+    return findById(events, id);
 }
 
 SoundEvent* SoundManager::findEvent(std::string_view id) {
-    return const_cast<SoundEvent*>(std::as_const(*this).findEvent(id));
+    return findById(events, id);
 }
 
 bool SoundManager::isEventEnabled(std::string_view id) const {

@@ -105,6 +105,11 @@ public:
     /// events lose their files. The files themselves stay.
     void deleteCustomTheme(std::string_view id);
 
+    /// Holds the writing of changes back while the result lives: for a setting that the user drags. It is
+    /// written at the end, or earlier when the drag takes long. The result may outlive the library; it is
+    /// null where the store writes nothing later.
+    [[nodiscard]] std::shared_ptr<const void> holdWrites() { return deps_.defaults.holdWrites(); }
+
     /// Whether either of the two trash events is switched on.
     bool isAnyTrashEventEnabled() const;
 

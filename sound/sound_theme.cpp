@@ -31,9 +31,7 @@ std::string_view rawValue(SoundTheme theme) {
 }
 
 std::optional<SoundTheme> themeFromRawValue(std::string_view raw) {
-    const auto* const found =
-        std::find_if(kAllThemes.begin(), kAllThemes.end(),
-                     [raw](SoundTheme theme) { return rawValue(theme) == raw; });
+    const auto* const found = std::ranges::find(kAllThemes, raw, rawValue);
     return found == kAllThemes.end() ? std::nullopt : std::optional(*found);
 }
 

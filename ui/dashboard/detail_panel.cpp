@@ -81,7 +81,7 @@ ValueSlider* DetailPanel::makeSlider(const ValueSlider::Range& range, ValueSlide
     slider->setAccessibleName(QString::fromLatin1(name));
     // A drag is written once, at its end.
     connect(slider, &QSlider::sliderPressed, this,
-            [this] { heldWrites_ = deps_.defaults.holdWrites(); });
+            [this] { heldWrites_ = sm_.holdWrites(); });
     connect(slider, &QSlider::sliderReleased, this, [this] { heldWrites_ = nullptr; });
     return slider;
 }

@@ -1,0 +1,36 @@
+"""The options that the program answers by itself, on a machine without a display, a bus or a home."""
+import os
+import subprocess
+import sys
+import unittest
+
+PROGRAM = sys.argv.pop(1)
+AWAY = ("DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "HOME")
+
+
+def answer(*options):
+    """The exit status, the output and the errors."""
+    bare = {name: value for name, value in os.environ.items() if name not in AWAY}
+    ended = subprocess.run([PROGRAM, *options], env=bare, capture_output=True, text=True, timeout=20)
+    return ended.returncode, ended.stdout, ended.stderr
+
+
+class TheCommandLine(unittest.TestCase):
+    def test_prints_the_version(self):
+        status, output, errors = answer("--version")
+        self.assertEqual((status, errors), (0, ""))
+        self.assertRegex(output, r"^chimewerk \d+\.\d+\.\d+\n$")
+
+    def test_explains_every_option_when_asked_and_when_it_understands_nothing(self):
+        status, usage, errors = answer("--help")
+        self.assertEqual((status, errors), (0, ""))
+        for option in ("--open-dashboard", "--open-help", "--quit", "--version", "--help"):
+            self.assertRegex(usage, rf"(?m)^  {option} +[a-z]")
+        self.assertLessEqual(max(map(len, usage.splitlines())), 100)
+        for options in (("--halp",), ("help",), ("--version", "--help"), ("",)):
+            with self.subTest(options=options):
+                self.assertEqual(answer(*options), (2, "", usage))
+
+
+if __name__ == "__main__":
+    unittest.main()
