@@ -41,7 +41,7 @@ std::string heardText(milliseconds delay, float peak) {
     return text;
 }
 
-/// How many times longer than usual is waited, for a program that runs under a tool which makes it slow.
+/// The factor of all deadlines, for a program that runs under a tool which makes it slow.
 int patience() {
     const char* const wanted = std::getenv("DEMO_PATIENCE");
     return wanted == nullptr ? 1 : std::max(std::atoi(wanted), 1);
@@ -61,7 +61,7 @@ bool Demonstration::run() {
     if (!prepare() || !startProgram()) {
         return false;
     }
-    // All are shown, also after one that failed.
+    // A row that failed does not stop the others.
     const auto failed =
         std::count_if(rows_.begin(), rows_.end(), [&](const DemoRow& row) { return !show(row); });
     const bool inspected = inspect();
@@ -70,7 +70,7 @@ bool Demonstration::run() {
     return failed == 0 && inspected && stopped && written;
 }
 
-/// Switches on every event that is shown, the way a user's own settings would have it.
+/// Switches on every event that is shown, in the user's settings file.
 bool Demonstration::writeSettings() const {
     const char* const configHome = std::getenv("XDG_CONFIG_HOME");
     if (configHome == nullptr) {
@@ -85,7 +85,7 @@ bool Demonstration::writeSettings() const {
         settings << std::exchange(separator, ", ") << '"' << row.event << "\": {\"enabled\": true}";
     }
     settings << '}';
-    // For whoever wants to hear another theme than the factory's.
+    // To listen to a theme other than the factory's.
     if (const char* const theme = std::getenv("DEMO_THEME"); theme != nullptr) {
         settings << ", \"ChimewerkTheme\": \"" << theme << '"';
     }
@@ -164,7 +164,7 @@ bool Demonstration::show(const DemoRow& row) {
     return whole;
 }
 
-/// Has the user's own command look at the program before it ends.
+/// Runs the command in $DEMO_AT_THE_END, if there is one, while the program still runs.
 bool Demonstration::inspect() const {
     const char* const command = std::getenv("DEMO_AT_THE_END");
     if (command == nullptr) {

@@ -10,8 +10,8 @@
 
 namespace chimewerk {
 
-/// Starts the program, gives it the signals of the rows one by one and listens to what the sink plays. Prints
-/// as it goes.
+/// Starts the program, gives it the signals of the rows one by one and records what the sink plays. Prints the
+/// result of each row.
 class Demonstration {
 public:
     Demonstration(std::string program, std::span<const DemoRow> rows)
@@ -35,7 +35,7 @@ private:
     const std::span<const DemoRow> rows_;
     SinkRecorder recorder_;
     std::unique_ptr<ChildProcess> running_;
-    /// The events that were heard, a space behind each.
+    /// The events that were heard, each followed by a space.
     std::string heard_;
 };
 

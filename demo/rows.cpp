@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kNeedsMachine = "[ -p \"$CHIMEWERK_MACHINE\" ] || echo 'not in fake-machine'";
 constexpr const char* kNeedsNetwork =
-    "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no made-up "
+    "[ -p \"$CHIMEWERK_MACHINE\" ] && ip link show near >/dev/null 2>&1 || echo 'no fake "
     "network'";
 
 #define POWER_DAEMONS "\"" CHIMEWERK_MACHINE_DIR "/power-daemons\""

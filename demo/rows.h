@@ -9,16 +9,15 @@ namespace chimewerk {
 /// shell, in the private session.
 struct DemoRow {
     const char* event;
-    /// What is done, in words for whoever watches.
+    /// What is done, in words for the reader of the output.
     const char* what;
-    /// Gives the signal. The time until the sound counts from the start of this command.
+    /// Gives the signal. The delay of the sound is measured from the start of this command.
     const char* signal;
-    /// By when after the start of the signal the sound must have begun.
+    /// How long after the start of `signal` the sound must begin at the latest.
     std::chrono::milliseconds deadline;
     /// Prints why the event cannot be shown here, or nothing when it can; no command when it always can.
     const char* obstacle = "";
-    /// Run before the program is started: makes what the signal needs, and what the program must find at its
-    /// start.
+    /// Run before the program starts: makes what the signal needs.
     const char* preparation = "";
 };
 

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Stands in for the program in the tests of the demonstration: plays a sound whenever the number of things in the trash
-changes, and ends with the status in STAND_IN_STATUS. STAND_IN says what is wrong with it."""
+"""A fake program for the tests of the demonstration: plays a sound when the number of files in the trash changes, and
+ends with the status in $FAKE_STATUS. $FAULT says what is wrong with it."""
 
 import os
 import signal
@@ -8,23 +8,21 @@ import struct
 import subprocess
 import sys
 import time
+from pathlib import Path
 
-FAULT = os.environ.get("STAND_IN", "")
-TRASH = os.path.join(os.environ["XDG_DATA_HOME"], "Trash", "files")
+FAULT = os.environ.get("FAULT", "")
+TRASH = Path(os.environ["XDG_DATA_HOME"], "Trash/files")
 PLAY = ["pacat", "--client-name=Chimewerk", "--latency-msec=20", "--format=s16le", "--rate=48000", "--channels=2"]
 # A tenth of a second at a quarter of full scale.
 SOUND = struct.pack("<h", 8192) * 9600
 
 
 def items():
-    try:
-        return len(os.listdir(TRASH))
-    except FileNotFoundError:
-        return 0
+    return len(list(TRASH.glob("*")))
 
 
 def main():
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(int(os.environ.get("STAND_IN_STATUS", "0"))))
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(int(os.environ.get("FAKE_STATUS", "0"))))
     if FAULT == "ends at once":
         return 9
     with subprocess.Popen([*PLAY, "/dev/zero"]) as client:
