@@ -11,13 +11,13 @@ namespace {
 constexpr std::size_t kChannels = 2;
 /// A start is known to within this many blocks; a sound reserves as many on either side.
 constexpr std::int64_t kSlack = 2;
-/// Just below the full range, so that the rounding of a sum does not reach the end of it.
+/// Just below the full range, so that rounding does not take a sum beyond it.
 constexpr float kFull = 0.98F;
-/// Between two blocks a gain rises at most by the one and falls at most by the other: faster would be heard
-/// as a distortion rather than as a level.
+/// The factors by which a gain may rise and fall from one block to the next. A faster change would be heard as
+/// a distortion.
 constexpr float kRise = 1.5F;
 constexpr float kFall = 2.0F;
-/// From silence a gain begins to rise at this.
+/// Where a gain starts to rise from silence.
 constexpr float kLeast = 0.1F;
 
 std::vector<float> peaksOf(std::span<const float> stereo) {
@@ -35,8 +35,8 @@ std::vector<float> peaksOf(std::span<const float> stereo) {
     return peaks;
 }
 
-/// The level of each block as early or as late as it may come: the sequence begins `kSlack` blocks before the
-/// peaks and ends as many after them.
+/// Returns the highest level that each block may have if the start is wrong by up to `kSlack` blocks. The result
+/// starts that many blocks before `peaks` and ends that many after them.
 std::vector<float> withSlack(const std::vector<float>& peaks) {
     std::vector<float> reach(peaks.size() + 2 * kSlack, 0.0F);
     for (std::size_t i = 0; i < peaks.size(); ++i) {
@@ -47,7 +47,7 @@ std::vector<float> withSlack(const std::vector<float>& peaks) {
     return reach;
 }
 
-/// Makes a sequence of gains gentle without raising any.
+/// Lowers gains where they would change too fast.
 void smooth(std::vector<float>& gains) {
     for (std::size_t i = 1; i < gains.size(); ++i) {
         gains[i] = std::min(gains[i], std::max(gains[i - 1], kLeast) * kRise);
@@ -57,11 +57,10 @@ void smooth(std::vector<float>& gains) {
     }
 }
 
-/// Applies one gain a block, going evenly from the middle of one block to the middle of the next.
+/// Applies one gain per block, interpolated from the middle of one block to the middle of the next.
 void applyGains(std::span<float> stereo, const std::vector<float>& gains) {
     for (std::size_t frame = 0; frame * kChannels < stereo.size(); ++frame) {
-        // Within a block the gain never exceeds the block's own: it leans towards a neighbour only if that is
-        // lower.
+        // A gain moves towards a neighbour's only if that is lower, so no block gets more than its own gain.
         const std::size_t block = frame / Headroom::kBlock;
         const float position = static_cast<float>(frame % Headroom::kBlock) / Headroom::kBlock;
         const bool early = position < 0.5F;
@@ -97,14 +96,12 @@ void Headroom::fit(std::span<float> stereo, std::int64_t start, float ceiling) {
     }
     std::vector<float> gains(peaks.size());
     for (std::size_t i = 0; i < gains.size(); ++i) {
-        const auto from = allowed.begin() + static_cast<std::ptrdiff_t>(i);
-        gains[i] = *std::min_element(from, from + 2 * kSlack + 1);
+        gains[i] = std::ranges::min(std::span(allowed).subspan(i, 2 * kSlack + 1));
     }
-    if (*std::min_element(gains.begin(), gains.end()) < 1.0F) {
+    if (std::ranges::min(gains) < 1.0F) {
         smooth(gains);
         applyGains(stereo, gains);
-        std::transform(peaks.begin(), peaks.end(), gains.begin(), peaks.begin(),
-                       std::multiplies<>());
+        std::ranges::transform(peaks, gains, peaks.begin(), std::multiplies<>());
     }
     reserve(begin, withSlack(peaks));
 }

@@ -10,22 +10,22 @@ namespace chimewerk {
 
 /// Keeps the sum of all sounds that play at once within full scale.
 ///
-/// The sound server adds the sounds up and cuts off what goes beyond, which is heard as a crackle. But what
-/// will play in the next seconds is known: every sound reserves its level, in blocks of 5 ms, when it starts.
-/// A sound that starts while others play gets, block by block, what they leave of the range, and so swells as
-/// they fade. A sound that starts in silence is left as it is.
+/// The sound server adds up the sounds and clips the sum, which crackles. But it is known what will play in the
+/// next seconds: every sound reserves its level, in blocks of 5 ms, when it starts. A sound that starts while
+/// others play gets, block by block, what is left of the range, and so swells as they fade. A sound that starts
+/// in silence stays as it is.
 ///
-/// No clock of its own, no lock. Time is in frames at the output rate, on a line that only goes forward.
+/// Has no clock and no lock. Time is in frames at the output rate and only goes forward.
 class Headroom {
 public:
     /// Frames in a block.
     static constexpr std::size_t kBlock = 240;
-    /// How far ahead levels can be reserved, in blocks (20 s). What lies beyond is not reserved.
+    /// How far ahead levels can be reserved, in blocks (20 s). Levels beyond are not reserved.
     static constexpr std::size_t kHorizon = 4096;
 
-    /// Scales the stereo frames in place so that, played from frame `start` on, they fit in beside what has
-    /// been reserved, and reserves them. `start` may be off by 10 ms; calls come in about the order of their
-    /// starts. No more than `ceiling` (0 to 1) of the full range is taken.
+    /// Scales the stereo frames in place so that, played from frame `start` on, they fit beside the levels that
+    /// are reserved, and reserves theirs. `start` may be wrong by 10 ms; calls come in about the order of their
+    /// starts. The frames take at most `ceiling` (0 to 1) of the full range.
     void fit(std::span<float> stereo, std::int64_t start, float ceiling = 1.0F);
 
 private:
@@ -36,8 +36,8 @@ private:
         return levels_.at(static_cast<std::size_t>(block) % kHorizon);
     }
 
-    std::array<float, kHorizon>
-        levels_{};  // A ring, of which the entries from `first_` on are in use.
+    // A ring of the levels of `kHorizon` blocks from `first_` on.
+    std::array<float, kHorizon> levels_{};
     std::int64_t first_ = 0;
 };
 

@@ -4,7 +4,7 @@ namespace chimewerk {
 
 namespace {
 
-/// Where a source's own rate is none that a microphone has, the server converts.
+/// The server converts from a source's own rate to the usual one if no microphone has such a rate.
 constexpr std::uint32_t kUsualRate = 48000;
 constexpr std::uint32_t kLowestRate = 8000;
 constexpr std::uint32_t kHighestRate = 96000;

@@ -10,7 +10,7 @@
 
 namespace chimewerk {
 
-/// What a record stream needs to know of a source of the sound server.
+/// What a record stream must know about a source of the sound server.
 struct MicrophoneSource {
     std::uint32_t index;
     std::string name;
@@ -19,9 +19,9 @@ struct MicrophoneSource {
     bool operator==(const MicrophoneSource&) const = default;
 };
 
-/// Chooses among the sources of a sound server the one that is the microphone: the default source, unless
-/// that is the monitor of a sink, which hears what the computer plays; then another, a plugged-in device of
-/// hardware if there is one.
+/// Chooses the microphone among the sources of a sound server: the default source, unless that is the monitor
+/// of a sink, which hears what the computer plays. Then it is another source, if possible a hardware device that
+/// is plugged in.
 class MicrophoneChoice {
 public:
     explicit MicrophoneChoice(std::string_view defaultSource) : defaultSource_(defaultSource) {}

@@ -7,22 +7,22 @@
 
 namespace chimewerk {
 
-/// Adds up the sounds for which there is no stream of their own. Its sounds have been fitted into the range
-/// beforehand (see headroom.h), so their sum needs no limit. No lock, no clock.
+/// Adds up the sounds that have no stream of their own. Their levels have been fitted into the range before (see
+/// headroom.h), so the sum needs no limit. Has no lock and no clock.
 class OverflowMixer {
 public:
-    /// Adds a sound; `complete` tells that its frames are all there are.
+    /// Adds a sound. If it is not `complete`, more frames follow through `append()`.
     void add(std::uint64_t voice, std::vector<float> stereo, bool complete);
-    /// Adds the next frames of a sound; false when there is no such sound any more.
-    bool append(std::uint64_t voice, std::span<const float> stereo, bool complete);
+    /// Appends the next frames of a sound; does nothing if the sound is not there.
+    void append(std::uint64_t voice, std::span<const float> stereo, bool complete);
 
-    /// Replaces `stereo` with the sum of the next frames of all sounds, silence where they end. A sound that
-    /// is not complete is waited for.
+    /// Replaces `stereo` with the sum of the next frames of all sounds. A sound that ends, or whose next frames
+    /// are missing, adds silence. Complete sounds are removed at their end.
     void mix(std::span<float> stereo);
 
     bool empty() const { return voices_.empty(); }
     void clear() { voices_.clear(); }
-    /// The frames of this sound that are not yet mixed.
+    /// Returns how many frames of the sound have not been mixed; 0 if the sound is not there.
     std::size_t framesLeft(std::uint64_t voice) const;
 
 private:
@@ -30,7 +30,7 @@ private:
         std::uint64_t id;
         std::vector<float> stereo;
         bool complete;
-        std::size_t mixed = 0;  // samples
+        std::size_t mixed = 0;  // In samples.
     };
 
     std::vector<Voice> voices_;

@@ -8,7 +8,18 @@ namespace chimewerk {
 namespace {
 
 constexpr std::chrono::milliseconds kFirstRetry{100};
-constexpr std::chrono::milliseconds kLastRetry{2000};
+
+/// Returns a main loop whose thread runs, or null if the system is out of resources.
+PulseHandle<pa_threaded_mainloop> startLoop() {
+    PulseHandle<pa_threaded_mainloop> loop(pa_threaded_mainloop_new());
+    if (loop) {
+        pa_threaded_mainloop_set_name(loop.get(), "chimewerk-audio");
+        if (pa_threaded_mainloop_start(loop.get()) < 0) {
+            loop = nullptr;
+        }
+    }
+    return loop;
+}
 
 }  // namespace
 
@@ -28,7 +39,7 @@ public:
 private:
     static void fire(pa_mainloop_api* /*api*/, pa_time_event* /*event*/, const timeval* /*when*/,
                      void* user) {
-        // The job may destroy this handle, and itself with it.
+        // The job may destroy this alarm, so it must not be a part of it.
         const auto job = std::move(static_cast<TimeEvent*>(user)->job_);
         job();
     }
@@ -38,26 +49,28 @@ private:
     pa_time_event* event_;
 };
 
-void PulseConnection::FreeLoop::operator()(pa_threaded_mainloop* loop) const {
-    pa_threaded_mainloop_free(loop);
-}
-
 PulseConnection::Lock::Lock(PulseConnection& connection) : loop_(connection.loop_.get()) {
-    pa_threaded_mainloop_lock(loop_);
+    if (loop_ != nullptr) {
+        pa_threaded_mainloop_lock(loop_);
+    }
 }
 
 PulseConnection::Lock::~Lock() {
-    pa_threaded_mainloop_unlock(loop_);
+    if (loop_ != nullptr) {
+        pa_threaded_mainloop_unlock(loop_);
+    }
 }
 
-PulseConnection::PulseConnection() : loop_(pa_threaded_mainloop_new()), retryDelay_(kFirstRetry) {
-    pa_threaded_mainloop_set_name(loop_.get(), "chimewerk-audio");
-    pa_threaded_mainloop_start(loop_.get());
+PulseConnection::PulseConnection(std::chrono::milliseconds longestRetry)
+    : longestRetry_(longestRetry), loop_(startLoop()), retryDelay_(kFirstRetry) {
     const Lock lock(*this);
-    connect(PA_CONTEXT_NOFLAGS);
+    connectNow();
 }
 
 PulseConnection::~PulseConnection() {
+    if (!loop_) {
+        return;
+    }
     {
         const Lock lock(*this);
         retry_ = nullptr;
@@ -66,25 +79,26 @@ PulseConnection::~PulseConnection() {
     pa_threaded_mainloop_stop(loop_.get());
 }
 
-void PulseConnection::add(PulseClient& part) {
+void PulseConnection::add(PulseClient& client) {
     const Lock lock(*this);
-    parts_.push_back(&part);
+    clients_.push_back(&client);
     if (ready_) {
         subscribe();
-        part.serverFound(*context_);
+        client.onServerFound(*context_);
     }
 }
 
-void PulseConnection::remove(PulseClient& part) {
+void PulseConnection::remove(PulseClient& client) {
     const Lock lock(*this);
-    std::erase(parts_, &part);
+    std::erase(clients_, &client);
     if (ready_) {
+        client.onServerLost();
         subscribe();
     }
 }
 
 void PulseConnection::connectNow() {
-    if (context_ == nullptr) {
+    if (loop_ && !context_) {
         retryDelay_ = kFirstRetry;
         connect(PA_CONTEXT_NOFLAGS);
     }
@@ -103,40 +117,41 @@ std::unique_ptr<PulseConnection::Alarm> PulseConnection::after(std::chrono::mill
 
 void PulseConnection::connect(pa_context_flags_t flags) {
     retry_ = nullptr;
-    pa_proplist* const properties = pa_proplist_new();
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_NAME, "Chimewerk");
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_ID, CHIMEWERK_ID);
-    pa_proplist_sets(properties, PA_PROP_APPLICATION_ICON_NAME, CHIMEWERK_ID);
-    context_ = pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_.get()), nullptr,
-                                            properties);
-    pa_proplist_free(properties);
-    if (context_ == nullptr) {
+    const PulseHandle<pa_proplist> properties(pa_proplist_new());
+    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_NAME, "Chimewerk");
+    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ID, CHIMEWERK_ID);
+    pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_ICON_NAME, CHIMEWERK_ID);
+    context_.reset(pa_context_new_with_proplist(pa_threaded_mainloop_get_api(loop_.get()), nullptr,
+                                                properties.get()));
+    if (!context_) {
         retryLater();
         return;
     }
     pa_context_set_state_callback(
-        context_,
-        [](pa_context*, void* user) { static_cast<PulseConnection*>(user)->stateChanged(); }, this);
+        context_.get(),
+        [](pa_context*, void* user) { static_cast<PulseConnection*>(user)->onStateChange(); },
+        this);
     pa_context_set_subscribe_callback(
-        context_,
-        [](pa_context*, pa_subscription_event_type_t news, std::uint32_t, void* user) {
-            static_cast<PulseConnection*>(user)->dispatch(news);
+        context_.get(),
+        [](pa_context*, pa_subscription_event_type_t event, std::uint32_t, void* user) {
+            static_cast<PulseConnection*>(user)->dispatch(event);
         },
         this);
-    if (pa_context_connect(context_, nullptr, flags, nullptr) < 0 && context_ != nullptr) {
+    // A failure may have been reported to the state callback already, which then has dropped the context.
+    if (pa_context_connect(context_.get(), nullptr, flags, nullptr) < 0 && context_) {
         drop();
         retryLater();
     }
 }
 
-void PulseConnection::stateChanged() {
-    switch (pa_context_get_state(context_)) {
+void PulseConnection::onStateChange() {
+    switch (pa_context_get_state(context_.get())) {
         case PA_CONTEXT_READY:
             ready_ = true;
             retryDelay_ = kFirstRetry;
             subscribe();
-            for (PulseClient* const part : parts_) {
-                part->serverFound(*context_);
+            for (PulseClient* const client : clients_) {
+                client->onServerFound(*context_);
             }
             break;
         case PA_CONTEXT_FAILED:
@@ -149,48 +164,47 @@ void PulseConnection::stateChanged() {
     }
 }
 
-/// Asks for the news that the parts want together, before they look how things stand.
+/// Subscribes to the events of all clients together. It comes before a client reads the server's state, so that
+/// no change is missed.
 void PulseConnection::subscribe() {
-    auto wanted = PA_SUBSCRIPTION_MASK_NULL;
-    for (const PulseClient* const part : parts_) {
-        wanted = static_cast<pa_subscription_mask_t>(wanted | part->subscriptionMask());
+    auto mask = PA_SUBSCRIPTION_MASK_NULL;
+    for (const PulseClient* const client : clients_) {
+        mask = static_cast<pa_subscription_mask_t>(mask | client->subscriptionMask());
     }
-    if (std::exchange(subscribed_, wanted) != wanted) {
-        if (pa_operation* const asking = pa_context_subscribe(context_, wanted, nullptr, nullptr)) {
-            pa_operation_unref(asking);
-        }
+    if (std::exchange(subscribed_, mask) != mask) {
+        const PulseHandle<pa_operation> request(
+            pa_context_subscribe(context_.get(), mask, nullptr, nullptr));
     }
 }
 
-void PulseConnection::dispatch(pa_subscription_event_type_t news) {
-    for (PulseClient* const part : parts_) {
-        if (pa_subscription_match_flags(part->subscriptionMask(), news)) {
-            part->onServerEvent();
+void PulseConnection::dispatch(pa_subscription_event_type_t event) {
+    for (PulseClient* const client : clients_) {
+        if (pa_subscription_match_flags(client->subscriptionMask(), event)) {
+            client->onServerEvent();
         }
     }
 }
 
 void PulseConnection::drop() {
-    if (context_ == nullptr) {
+    if (!context_) {
         return;
     }
     if (std::exchange(ready_, false)) {
-        for (PulseClient* const part : parts_) {
-            part->serverLost();
+        for (PulseClient* const client : clients_) {
+            client->onServerLost();
         }
     }
-    pa_context* const context = std::exchange(context_, nullptr);
-    pa_context_set_state_callback(context, nullptr, nullptr);
-    pa_context_set_subscribe_callback(context, nullptr, nullptr);
+    const PulseHandle<pa_context> context = std::move(context_);
+    pa_context_set_state_callback(context.get(), nullptr, nullptr);
+    pa_context_set_subscribe_callback(context.get(), nullptr, nullptr);
     subscribed_ = PA_SUBSCRIPTION_MASK_NULL;
-    pa_context_disconnect(context);
-    pa_context_unref(context);
+    pa_context_disconnect(context.get());
 }
 
+/// Looks again later, without having a server started: only a sound that is to be heard starts one.
 void PulseConnection::retryLater() {
-    // Without starting a server: that is for a sound that wants to be heard, not for a look now and then.
     retry_ = after(retryDelay_, [this] { connect(PA_CONTEXT_NOAUTOSPAWN); });
-    retryDelay_ = std::min(retryDelay_ * 2, kLastRetry);
+    retryDelay_ = std::min(retryDelay_ * 2, longestRetry_);
 }
 
 }  // namespace chimewerk

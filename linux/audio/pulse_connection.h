@@ -1,50 +1,53 @@
 #pragma once
 
-#include <pulse/pulseaudio.h>
-
 #include <chrono>
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include "linux/audio/pulse_handles.h"
+
 namespace chimewerk {
 
-/// What lives on a connection to the sound server. All calls come on the connection's thread, with its lock
-/// held.
+/// A user of the connection to the sound server. All calls come with the connection's lock held.
 class PulseClient {
 public:
     virtual ~PulseClient() = default;
 
-    /// The server has been reached; `context` is valid until `serverLost()`.
-    virtual void serverFound(pa_context& context) = 0;
-    /// The server has gone, and with it everything that was made on the context; what is left of that is
-    /// released now.
-    virtual void serverLost() = 0;
+    /// The server has been reached; `context` is valid until `onServerLost()`.
+    virtual void onServerFound(pa_context& context) = 0;
+    /// The server has gone, or the client is being removed: releases everything that was made on the context.
+    virtual void onServerLost() = 0;
 
-    /// What the part wants news of; always the same.
+    /// The server's events that the client receives; always the same.
     virtual pa_subscription_mask_t subscriptionMask() const { return PA_SUBSCRIPTION_MASK_NULL; }
-    /// Something that the part wants news of has come, gone or changed.
+    /// One of these events has come.
     virtual void onServerEvent() {}
 };
 
 /// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of its own.
-/// When the server goes away, or is not there yet, it is looked for until it is found: soon at first, then
-/// every two seconds.
+/// While there is no server, the connection looks for one: after 100 ms at first, then less and less often.
 class PulseConnection {
 public:
-    /// Starts the thread; without one (the system is out of resources) there is never a server.
-    PulseConnection();
+    /// Starts the thread. If the system is out of resources for it, there is never a server. `longestRetry` is
+    /// the longest time between two looks for the server.
+    explicit PulseConnection(
+        std::chrono::milliseconds longestRetry = std::chrono::milliseconds(2000));
     PulseConnection(const PulseConnection&) = delete;
     PulseConnection& operator=(const PulseConnection&) = delete;
-    /// Ends the connection and the thread; the parts hear no more.
+    /// Ends the connection and the thread. All clients have been removed.
     ~PulseConnection();
 
-    /// Adds a part, which must outlive the connection's use of it: it is removed before it ends. Any thread
-    /// but the connection's.
-    void add(PulseClient& part);
-    void remove(PulseClient& part);
+    /// Adds a client, which must be removed before it is destroyed; calls its `onServerFound()` if there is a
+    /// server. Lock not held; any thread but the connection's.
+    void add(PulseClient& client);
+    /// Removes a client; calls its `onServerLost()` if there is a server. No call comes after the return. Lock
+    /// not held; any thread but the connection's.
+    void remove(PulseClient& client);
 
-    /// Holds the connection's lock, under which alone its context, and whatever was made on it, may be used.
+    /// Holds the connection's lock. The context, and everything that was made on it, may be used only under
+    /// the lock. The connection's thread holds it during every callback and must not take it again; no other
+    /// thread takes it twice either.
     class Lock {
     public:
         explicit Lock(PulseConnection& connection);
@@ -59,40 +62,38 @@ public:
     /// Looks for the server at once if there is none. Lock held.
     void connectNow();
 
-    /// Connects anew, for the parts as if the server had gone and come. It gives back the memory that the
-    /// library shares with the server, which only grows while a connection lasts. Lock held; from the
-    /// connection's thread, and not from within a callback of what lives on the context.
+    /// Drops the connection and makes it anew; to the clients the server goes and comes back. It frees the
+    /// memory that libpulse shares with the server, which otherwise only grows. Lock held; on the connection's
+    /// thread, but not in a callback of something that was made on the context.
     void reconnect();
 
-    /// A job in the future of the connection's thread; it does not run once the handle is gone.
+    /// A job that runs later on the connection's thread. Destroying the alarm cancels the job.
     class Alarm {
     public:
         virtual ~Alarm() = default;
     };
-    /// Runs `job` on the connection's thread, with its lock held, after `delay`. Lock held; the handle too is
-    /// destroyed under the lock, or by the job itself.
+    /// Runs `job` once on the connection's thread, lock held, after `delay`. Lock held; the alarm is destroyed
+    /// under the lock too, or by the job itself. Only while there is a server.
     [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,
                                                std::function<void()> job);
 
 private:
     class TimeEvent;
-    struct FreeLoop {
-        void operator()(pa_threaded_mainloop* loop) const;
-    };
 
     void connect(pa_context_flags_t flags);
-    void stateChanged();
+    void onStateChange();
     void subscribe();
-    void dispatch(pa_subscription_event_type_t news);
+    void dispatch(pa_subscription_event_type_t event);
     void drop();
     void retryLater();
 
-    std::unique_ptr<pa_threaded_mainloop, FreeLoop> loop_;
+    const std::chrono::milliseconds longestRetry_;
+    const PulseHandle<pa_threaded_mainloop> loop_;  // Null if it could not be made.
     // Guarded by the lock:
-    pa_context* context_ = nullptr;
+    PulseHandle<pa_context> context_;
     bool ready_ = false;
     pa_subscription_mask_t subscribed_ = PA_SUBSCRIPTION_MASK_NULL;  // On this context.
-    std::vector<PulseClient*> parts_;
+    std::vector<PulseClient*> clients_;
     std::chrono::milliseconds retryDelay_;
     std::unique_ptr<Alarm> retry_;
 };

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "linux/audio/microphone_choice.h"
-#include "linux/audio/pulse_question.h"
+#include "linux/audio/pulse_operation.h"
 #include "linux/audio/pulse_record_stream.h"
 #include "linux/audio/sample_blocks.h"
 
@@ -14,19 +14,15 @@ namespace chimewerk {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-/// A stream that ends, or cannot be made, though its source is there is tried again after this time, and less
-/// and less often.
-constexpr std::chrono::milliseconds kFirstRetry = 1s;
-constexpr std::chrono::milliseconds kLastRetry = 1min;
+constexpr std::chrono::milliseconds kLongestRetry = std::chrono::minutes(1);
 
 class PulseAudioEngine final : public AudioEngine, public PulseClient {
 public:
-    explicit PulseAudioEngine(PulseConnection& connection) : connection_(connection) {}
+    PulseAudioEngine(PulseConnection& connection, std::chrono::milliseconds firstRetry)
+        : connection_(connection), firstRetry_(firstRetry) {}
     PulseAudioEngine(const PulseAudioEngine&) = delete;
     PulseAudioEngine& operator=(const PulseAudioEngine&) = delete;
-    ~PulseAudioEngine() override { leave(); }
+    ~PulseAudioEngine() override { PulseAudioEngine::stop(); }
 
     void installTap(std::size_t frames, Tap tap) override {
         const PulseConnection::Lock lock(connection_);
@@ -44,14 +40,18 @@ public:
         }
         return true;
     }
-    void stop() override { leave(); }
-
-    void serverFound(pa_context& context) override {
-        context_ = &context;
-        question_.ask();
+    void stop() override {
+        if (std::exchange(running_, false)) {
+            connection_.remove(*this);
+        }
     }
-    void serverLost() override {
-        question_.cancel();
+
+    void onServerFound(pa_context& context) override {
+        context_ = &context;
+        query_.refresh();
+    }
+    void onServerLost() override {
+        query_.cancel();
         listenTo(std::nullopt);
         context_ = nullptr;
     }
@@ -59,61 +59,53 @@ public:
         return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE |
                                                    PA_SUBSCRIPTION_MASK_SERVER);
     }
-    void onServerEvent() override { question_.ask(); }
+    void onServerEvent() override { query_.refresh(); }
 
 private:
     static PulseAudioEngine& self(void* user) { return *static_cast<PulseAudioEngine*>(user); }
 
-    void leave() {
-        if (std::exchange(running_, false)) {
-            const PulseConnection::Lock lock(connection_);
-            connection_.remove(*this);
-            serverLost();
-        }
-    }
-
     // These run on the connection's thread, with its lock held.
 
-    /// Asks for the default source, and then for all sources.
-    void askServer() {
-        if (!question_.step(pa_context_get_server_info(
+    /// Requests the name of the default source, and then all sources.
+    void requestServer() {
+        if (!query_.request(pa_context_get_server_info(
                 context_,
                 [](pa_context*, const pa_server_info* server, void* user) {
-                    self(user).serverTold(server);
+                    self(user).onServer(server);
                 },
                 this))) {
-            question_.done();
+            query_.finish();
         }
     }
-    void serverTold(const pa_server_info* server) {
+    void onServer(const pa_server_info* server) {
         const char* const name = server != nullptr ? server->default_source_name : nullptr;
         choice_.emplace(name != nullptr ? name : "");
-        if (!question_.step(pa_context_get_source_info_list(
+        if (!query_.request(pa_context_get_source_info_list(
                 context_,
                 [](pa_context*, const pa_source_info* source, int end, void* user) {
                     if (end == 0) {
                         self(user).choice_->consider(*source);
                     } else {
-                        self(user).sourcesTold(end > 0);
+                        self(user).onSources(end > 0);
                     }
                 },
                 this))) {
-            question_.done();
+            query_.finish();
         }
     }
-    void sourcesTold(bool all) {
+    void onSources(bool all) {
         if (all) {
             listenTo(choice_->best());
         }
-        question_.done();
+        query_.finish();
     }
 
-    /// Records from this source, or from none. What is recorded from already, or cannot be for now, is left
-    /// as it is.
+    /// Records from this source, or from none. Does nothing if it is the same source as before, whether it can
+    /// be recorded now or not.
     void listenTo(const std::optional<MicrophoneSource>& source) {
         if (source != source_) {
             source_ = source;
-            retryDelay_ = kFirstRetry;
+            retryDelay_ = firstRetry_;
             record();
         }
     }
@@ -123,7 +115,7 @@ private:
         blocks_.clear();
         if (source_) {
             stream_ = std::make_unique<PulseRecordStream>(
-                *context_, *source_, frames_,
+                connection_, *context_, *source_, frames_,
                 PulseRecordStream::Callbacks{
                     .heard = [this](FirstChannel samples) { heard(samples); },
                     .ended = [this] { recordLater(); }});
@@ -132,11 +124,11 @@ private:
     void recordLater() {
         stream_ = nullptr;
         retry_ = connection_.after(retryDelay_, [this] { record(); });
-        retryDelay_ = std::min(retryDelay_ * 2, kLastRetry);
+        retryDelay_ = std::min(retryDelay_ * 2, kLongestRetry);
     }
 
     void heard(FirstChannel samples) {
-        retryDelay_ = kFirstRetry;
+        retryDelay_ = firstRetry_;
         if (!tap_) {
             return;
         }
@@ -149,24 +141,25 @@ private:
     }
 
     PulseConnection& connection_;
+    const std::chrono::milliseconds firstRetry_;
     bool running_ = false;  // Main thread only.
     // Guarded by the lock:
     Tap tap_;
     std::size_t frames_ = 1;
     SampleBlocks blocks_{1};
     pa_context* context_ = nullptr;
-    PulseQuery question_{[this] { askServer(); }};
-    std::optional<MicrophoneChoice> choice_;  // What is known of the answer so far.
+    PulseQuery query_{[this] { requestServer(); }};
+    std::optional<MicrophoneChoice> choice_;  // Among the sources received so far.
     std::optional<MicrophoneSource> source_;
     std::unique_ptr<PulseRecordStream> stream_;
     std::unique_ptr<PulseConnection::Alarm> retry_;
-    std::chrono::milliseconds retryDelay_ = kFirstRetry;
+    std::chrono::milliseconds retryDelay_ = firstRetry_;
 };
 
 }  // namespace
 
 std::unique_ptr<AudioEngine> PulseMicrophone::makeEngine() {
-    return std::make_unique<PulseAudioEngine>(connection_);
+    return std::make_unique<PulseAudioEngine>(connection_, firstRetry_);
 }
 
 }  // namespace chimewerk

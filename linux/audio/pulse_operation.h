@@ -1,11 +1,14 @@
 #pragma once
 
-#include <pulse/pulseaudio.h>
+#include <functional>
+#include <utility>
+
+#include "linux/audio/pulse_handles.h"
 
 namespace chimewerk {
 
-/// A request to the sound server under way; its callback does not come once this is gone or holds another.
-/// Used under the lock of the connection, its end included.
+/// A request to the sound server that has not been answered. Its callback does not come any more once this
+/// is destroyed or holds another request. Used, and destroyed, under the connection's lock.
 class PulseOperation {
 public:
     PulseOperation() = default;
@@ -13,18 +16,56 @@ public:
     PulseOperation& operator=(const PulseOperation&) = delete;
     ~PulseOperation() { reset(nullptr); }
 
-    /// Takes over the operation; false when there is none, because the request could not be made.
+    /// Takes ownership of `operation` and cancels the one before it. Returns false if `operation` is null,
+    /// because the request could not be made.
     bool reset(pa_operation* operation) {
-        if (operation_ != nullptr) {
-            pa_operation_cancel(operation_);
-            pa_operation_unref(operation_);
+        if (operation_) {
+            pa_operation_cancel(operation_.get());
         }
-        operation_ = operation;
+        operation_.reset(operation);
         return operation_ != nullptr;
     }
 
 private:
-    pa_operation* operation_ = nullptr;
+    PulseHandle<pa_operation> operation_;
+};
+
+/// A query of the server's state, of one or more requests after each other, that is repeated when the state
+/// may have changed. Only one runs at a time: any number of changes before its end lead to one more. Used
+/// under the connection's lock.
+class PulseQuery {
+public:
+    /// `start` makes the first request.
+    explicit PulseQuery(std::function<void()> start) : start_(std::move(start)) {}
+
+    /// Starts the query, or has it repeated if it is running.
+    void refresh() {
+        if (std::exchange(pending_, true)) {
+            refreshAgain_ = true;
+        } else {
+            start_();
+        }
+    }
+    /// Takes ownership of the query's next request. Returns false if it is null: it could not be made.
+    bool request(pa_operation* operation) { return operation_.reset(operation); }
+    /// Ends the query: its last request has been answered, or the next one could not be made.
+    void finish() {
+        pending_ = false;
+        if (std::exchange(refreshAgain_, false)) {
+            refresh();
+        }
+    }
+    /// Ends the query without an answer.
+    void cancel() {
+        operation_.reset(nullptr);
+        pending_ = refreshAgain_ = false;
+    }
+
+private:
+    const std::function<void()> start_;
+    PulseOperation operation_;
+    bool pending_ = false;
+    bool refreshAgain_ = false;
 };
 
 }  // namespace chimewerk

@@ -23,8 +23,6 @@ PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection)
 
 PulseOutputVolumeSource::~PulseOutputVolumeSource() {
     connection_.remove(*this);
-    const PulseConnection::Lock lock(connection_);
-    question_.cancel();
 }
 
 std::optional<float> PulseOutputVolumeSource::volume(Element element) {
@@ -32,9 +30,9 @@ std::optional<float> PulseOutputVolumeSource::volume(Element element) {
     return value < 0 ? std::nullopt : std::optional(value);
 }
 
-void PulseOutputVolumeSource::serverFound(pa_context& context) {
+void PulseOutputVolumeSource::onServerFound(pa_context& context) {
     context_ = &context;
-    question_.ask();
+    query_.refresh();
 }
 
 pa_subscription_mask_t PulseOutputVolumeSource::subscriptionMask() const {
@@ -42,51 +40,51 @@ pa_subscription_mask_t PulseOutputVolumeSource::subscriptionMask() const {
                                                PA_SUBSCRIPTION_MASK_SERVER);
 }
 
-void PulseOutputVolumeSource::serverLost() {
+void PulseOutputVolumeSource::onServerLost() {
     context_ = nullptr;
-    question_.cancel();
+    query_.cancel();
     forget();
 }
 
-/// Asks for the default sink, and then for its volume.
-void PulseOutputVolumeSource::askServer() {
-    if (!question_.step(pa_context_get_server_info(
+/// Requests the name of the default sink, and then its volume.
+void PulseOutputVolumeSource::requestServer() {
+    if (!query_.request(pa_context_get_server_info(
             context_,
             [](pa_context*, const pa_server_info* server, void* user) {
-                self(user).serverTold(server);
+                self(user).onServer(server);
             },
             this))) {
-        question_.done();
+        query_.finish();
     }
 }
 
-void PulseOutputVolumeSource::serverTold(const pa_server_info* server) {
+void PulseOutputVolumeSource::onServer(const pa_server_info* server) {
     if (server == nullptr || server->default_sink_name == nullptr ||
-        !question_.step(pa_context_get_sink_info_by_name(
+        !query_.request(pa_context_get_sink_info_by_name(
             context_, server->default_sink_name,
             [](pa_context*, const pa_sink_info* sink, int end, void* user) {
                 if (end == 0) {
-                    self(user).sinkTold(sink);
-                } else {
-                    if (end < 0) {
-                        self(user).forget();
-                    }
-                    self(user).question_.done();
+                    self(user).onSink(*sink);
+                    return;
                 }
+                if (end < 0) {
+                    self(user).forget();
+                }
+                self(user).query_.finish();
             },
             this))) {
         forget();
-        question_.done();
+        query_.finish();
     }
 }
 
-void PulseOutputVolumeSource::sinkTold(const pa_sink_info* sink) {
-    if (sink->volume.channels == 0) {
+void PulseOutputVolumeSource::onSink(const pa_sink_info& sink) {
+    if (sink.volume.channels == 0) {
         forget();
         return;
     }
-    main_ = asShown(pa_cvolume_avg(&sink->volume));
-    firstChannel_ = asShown(sink->volume.values[0]);
+    main_ = asShown(pa_cvolume_avg(&sink.volume));
+    firstChannel_ = asShown(sink.volume.values[0]);
 }
 
 void PulseOutputVolumeSource::forget() {

@@ -1,42 +1,45 @@
 #pragma once
 
-#include <pulse/pulseaudio.h>
-
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 
 #include "linux/audio/microphone_choice.h"
+#include "linux/audio/pulse_connection.h"
 
 namespace chimewerk {
 
-/// Records the first channel of one source of the sound server, at the source's rate. Everything happens
-/// under the lock of the connection, and so do the callbacks.
+/// Records the first channel of one source of the sound server, at the source's rate. Used, and destroyed,
+/// under the connection's lock; the callbacks come under it too, and never from the constructor.
 class PulseRecordStream {
 public:
     struct Callbacks {
-        /// These samples have come, in pieces of up to the length that was asked for; none in the place of
-        /// samples that the server has lost.
+        /// Samples have come, at most as many at once as were asked for; none stands for samples that the
+        /// server has lost.
         std::function<void(std::optional<std::span<const float>>)> heard;
-        /// The stream has ended for good, at the server's command, or could not be made; the callback may
-        /// destroy it.
+        /// The stream has ended for good: the server ended it, or it could not be made. The callback may
+        /// destroy the stream.
         std::function<void()> ended;
     };
 
-    /// Asks the server for a stream that delivers every `frames` frames.
-    PulseRecordStream(pa_context& context, const MicrophoneSource& source, std::size_t frames,
-                      Callbacks callbacks);
+    /// Asks the server for a stream that delivers `frames` frames at a time.
+    PulseRecordStream(PulseConnection& connection, pa_context& context,
+                      const MicrophoneSource& source, std::size_t frames, Callbacks callbacks);
     PulseRecordStream(const PulseRecordStream&) = delete;
     PulseRecordStream& operator=(const PulseRecordStream&) = delete;
     ~PulseRecordStream();
 
 private:
-    void stateChanged();
+    bool connect(pa_context& context, const MicrophoneSource& source, std::size_t frames);
+    void onStateChange();
     void read();
+    void end();
 
-    pa_stream* stream_;
     Callbacks callbacks_;
+    PulseHandle<pa_stream> stream_;  // Null if it could not be made.
+    std::unique_ptr<PulseConnection::Alarm> ending_;
 };
 
 }  // namespace chimewerk

@@ -8,10 +8,10 @@
 
 namespace chimewerk {
 
-/// Sounds through PulseAudio, or PipeWire in its stead, from files and from a folder of alert sounds.
+/// Sounds from files and from a folder of alert sounds, played through PulseAudio or PipeWire.
 class PulseSoundService final : public SoundService {
 public:
-    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. Decoders and player outlive the service
+    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. `decoders` and `player` outlive the service
     /// and its sounds.
     PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder);
 

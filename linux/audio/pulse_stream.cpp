@@ -16,30 +16,35 @@ PulseStream& self(void* user) {
     return *static_cast<PulseStream*>(user);
 }
 
-/// For requests whose outcome shows in other ways.
+/// Releases a request whose outcome shows in other ways.
 void forget(pa_operation* operation) {
-    if (operation != nullptr) {
-        pa_operation_unref(operation);
-    }
+    const PulseHandle<pa_operation> released(operation);
 }
 
 }  // namespace
 
-PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Callbacks callbacks)
+PulseStream::PulseStream(PulseConnection& connection, pa_context& context,
+                         unsigned latencyMilliseconds, Callbacks callbacks)
     : callbacks_(std::move(callbacks)) {
-    pa_proplist* const properties = pa_proplist_new();
-    pa_proplist_sets(properties, PA_PROP_MEDIA_ROLE, "event");
-    pa_proplist_sets(properties, PA_PROP_MEDIA_NAME, "Event sound");
-    stream_ = pa_stream_new_with_proplist(&context, nullptr, &kForm, nullptr, properties);
-    pa_proplist_free(properties);
-    if (stream_ == nullptr) {
-        return;
+    if (!connect(context, latencyMilliseconds)) {
+        failing_ = connection.after(std::chrono::milliseconds(0), [this] { fail(); });
+    }
+}
+
+bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
+    const PulseHandle<pa_proplist> properties(pa_proplist_new());
+    pa_proplist_sets(properties.get(), PA_PROP_MEDIA_ROLE, "event");
+    pa_proplist_sets(properties.get(), PA_PROP_MEDIA_NAME, "Event sound");
+    stream_.reset(
+        pa_stream_new_with_proplist(&context, nullptr, &kForm, nullptr, properties.get()));
+    if (!stream_) {
+        return false;
     }
     pa_stream_set_state_callback(
-        stream_, [](pa_stream*, void* user) { self(user).stateChanged(); }, this);
+        stream_.get(), [](pa_stream*, void* user) { self(user).onStateChange(); }, this);
     if (callbacks_.wanted) {
         pa_stream_set_write_callback(
-            stream_,
+            stream_.get(),
             [](pa_stream*, std::size_t bytes, void* user) {
                 self(user).callbacks_.wanted(bytes / kFrameSize);
             },
@@ -48,69 +53,74 @@ PulseStream::PulseStream(pa_context& context, unsigned latencyMilliseconds, Call
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const auto latency = static_cast<std::uint32_t>(
         pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
-    // Playing begins with the first frame that is there. Not with none at all, which `prebuf` 0 would mean:
-    // the server would then never count the stream as run dry, would play silence in its stead and never call
-    // it drained.
+    // Playing starts with the first frame. A pre-buffer of 0 would start as fast, but the server would never
+    // count the stream as run dry: it would play silence and never report the stream as drained.
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
                                 .tlength = latency,
                                 .prebuf = kFrameSize,
                                 .minreq = kServersChoice,
                                 .fragsize = kServersChoice};
-    pa_stream_connect_playback(
-        stream_, nullptr, &buffer,
-        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY), nullptr,
-        nullptr);
+    constexpr auto kFlags =
+        static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);
+    return pa_stream_connect_playback(stream_.get(), nullptr, &buffer, kFlags, nullptr, nullptr) ==
+           0;
 }
 
 PulseStream::~PulseStream() {
-    if (stream_ == nullptr) {
-        return;
+    if (stream_) {
+        pa_stream_set_state_callback(stream_.get(), nullptr, nullptr);
+        pa_stream_set_write_callback(stream_.get(), nullptr, nullptr);
+        pa_stream_disconnect(stream_.get());
     }
-    pa_stream_set_state_callback(stream_, nullptr, nullptr);
-    pa_stream_set_write_callback(stream_, nullptr, nullptr);
-    pa_stream_disconnect(stream_);
-    pa_stream_unref(stream_);
 }
 
-void PulseStream::stateChanged() {
-    switch (pa_stream_get_state(stream_)) {
+void PulseStream::onStateChange() {
+    switch (pa_stream_get_state(stream_.get())) {
         case PA_STREAM_READY:
             callbacks_.ready();
             break;
         case PA_STREAM_FAILED:
         case PA_STREAM_TERMINATED:
-            callbacks_.failed();
+            fail();
             break;
         default:
             break;
     }
 }
 
+void PulseStream::fail() {
+    // The callback may destroy this stream, so it must not be a part of it.
+    if (const auto failed = std::exchange(callbacks_.failed, nullptr)) {
+        failed();
+    }
+}
+
 std::size_t PulseStream::wantedFrames() const {
-    const std::size_t bytes = pa_stream_writable_size(stream_);
+    const std::size_t bytes = pa_stream_writable_size(stream_.get());
     return bytes == static_cast<std::size_t>(-1) ? 0 : bytes / kFrameSize;
 }
 
 void PulseStream::write(std::span<const float> stereo) {
     draining_.reset(nullptr);
-    pa_stream_write(stream_, stereo.data(), stereo.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE);
+    pa_stream_write(stream_.get(), stereo.data(), stereo.size_bytes(), nullptr, 0,
+                    PA_SEEK_RELATIVE);
 }
 
 void PulseStream::uncork() {
-    forget(pa_stream_cork(stream_, 0, nullptr, nullptr));
+    forget(pa_stream_cork(stream_.get(), 0, nullptr, nullptr));
 }
 
 void PulseStream::corkAndFlush() {
     draining_.reset(nullptr);
     asking_.reset(nullptr);
-    forget(pa_stream_cork(stream_, 1, nullptr, nullptr));
-    forget(pa_stream_flush(stream_, nullptr, nullptr));
+    forget(pa_stream_cork(stream_.get(), 1, nullptr, nullptr));
+    forget(pa_stream_flush(stream_.get(), nullptr, nullptr));
 }
 
 void PulseStream::drain(std::function<void()> drained) {
     drained_ = std::move(drained);
     draining_.reset(pa_stream_drain(
-        stream_,
+        stream_.get(),
         [](pa_stream*, int success, void* user) {
             if (success != 0) {
                 const auto done = std::move(self(user).drained_);
@@ -123,7 +133,7 @@ void PulseStream::drain(std::function<void()> drained) {
 void PulseStream::askQueued(std::function<void(std::optional<std::int64_t> frames)> answer) {
     queuedAnswer_ = std::move(answer);
     asking_.reset(pa_stream_update_timing_info(
-        stream_,
+        stream_.get(),
         [](pa_stream* stream, int success, void* user) {
             const pa_timing_info* const timing =
                 success != 0 ? pa_stream_get_timing_info(stream) : nullptr;

@@ -7,14 +7,14 @@
 
 namespace chimewerk {
 
-/// Cuts samples that come in pieces of any length into blocks of one length. Copies only what does not lie in
-/// one piece, and allocates nothing after its construction.
+/// Divides samples that come in pieces of any length into blocks of one length. Copies only blocks that span
+/// several pieces, and allocates only in its constructor.
 class SampleBlocks {
 public:
     /// `length` is at least 1.
     explicit SampleBlocks(std::size_t length) : block_(length) {}
 
-    /// Calls `take` with each block that has become complete, valid during the call only.
+    /// Calls `take` with each block that is now complete; the block is valid during the call.
     template <typename Take>
     void push(std::span<const float> samples, Take&& take) {
         while (filled_ + samples.size() >= block_.size()) {
@@ -29,12 +29,12 @@ public:
         }
         append(samples, samples.size());
     }
-    /// Forgets what has come of the next block.
+    /// Drops the samples of a block that is not complete.
     void clear() { filled_ = 0; }
 
 private:
     std::span<const float> append(std::span<const float> samples, std::size_t count) {
-        std::copy_n(samples.begin(), count, block_.begin() + static_cast<std::ptrdiff_t>(filled_));
+        std::ranges::copy(samples.first(count), std::span(block_).subspan(filled_).begin());
         filled_ += count;
         return samples.subspan(count);
     }

@@ -11,7 +11,7 @@ bool any(std::span<const std::byte> /*bytes*/) {
     return true;
 }
 
-/// Tried in order: the first whose look at the bytes fits opens them.
+/// The formats, in order: the first one that recognises the bytes opens them.
 struct Format {
     bool (*recognises)(std::span<const std::byte> bytes);
     std::unique_ptr<Decoder> (*open)(M4aModule& m4a, const VisibleFile& file);

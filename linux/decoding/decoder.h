@@ -10,7 +10,8 @@ namespace chimewerk {
 
 class M4aModule;
 
-/// The bytes of a file, or its beginning: what lies beyond reads as the end, but counts for its size.
+/// The first bytes of a file, or all of them. A decoder finds the file's end after them, but the size that it is
+/// told is the whole file's.
 struct VisibleFile {
     std::span<const std::byte> bytes;
     std::uint64_t size;
@@ -25,24 +26,23 @@ public:
     virtual int rate() const = 0;
     /// Samples per frame, at least 1.
     virtual int channels() const = 0;
-    /// The length in seconds as the file tells it, or else as counted in the bytes that are visible; 0 when
-    /// it is not known.
+    /// The length in seconds that the file states, or else the length of the visible bytes; 0 if unknown.
     virtual double seconds() const = 0;
 
-    /// Decodes the next frames into `samples`, interleaved, nominally from -1 to 1, and tells how many frames
-    /// there were. Less than fit in, or 0, means that the sound has ended or that its rest is damaged.
+    /// Decodes the next frames into `samples`, interleaved, nominally from -1 to 1, and returns their number. If
+    /// that is less than fits, the sound has ended or its rest is damaged.
     virtual std::size_t read(std::span<float> samples) = 0;
 };
 
-/// The formats that can be decoded. Any thread.
+/// Opens decoders for all known formats. Any thread.
 class Decoders {
 public:
     /// `moduleFolder` holds the module for M4A, which is loaded when the first such sound is opened.
     explicit Decoders(const std::string& moduleFolder);
     ~Decoders();
 
-    /// A decoder over the file, which must outlive it; null when it is of no known format or too damaged to
-    /// begin.
+    /// Returns a decoder for the file, whose bytes must outlive it; null if the format is not known or the start
+    /// is damaged.
     std::unique_ptr<Decoder> open(const VisibleFile& file) const;
 
 private:

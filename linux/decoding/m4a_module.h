@@ -9,15 +9,15 @@
 
 namespace chimewerk {
 
-/// The decoder for M4A, which weighs a hundred shared libraries and so lives in a module of its own that is
-/// loaded when the first M4A is opened, and stays. Without the module there is no M4A. Any thread.
+/// Opens M4A files. Their decoder needs about a hundred shared libraries, so it is a module that is loaded when
+/// the first M4A is opened, and never unloaded. Without the module no M4A can be opened. Any thread.
 class M4aModule {
 public:
     explicit M4aModule(std::string path) : path_(std::move(path)) {}
 
-    /// Whether the bytes begin like an M4A.
+    /// Returns whether the bytes start like an M4A.
     static bool recognises(std::span<const std::byte> bytes);
-    /// Null when it cannot be decoded, or the module is missing.
+    /// Returns null if the file cannot be decoded or the module is missing.
     std::unique_ptr<Decoder> open(const VisibleFile& file);
 
 private:

@@ -50,8 +50,7 @@ std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
 std::size_t PcmReader::readConverted(std::span<float> stereo) {
     std::size_t done = resampler_->read(stereo);
     while (done * kOutputChannels + 1 < stereo.size() && !ended_) {
-        // As much as what is still wanted is made of, in small steps: a head is not worth decoding more than
-        // it needs.
+        // Decodes only what the missing frames are made of: decoding more would delay the start of a sound.
         const std::size_t wanted = stereo.size() / kOutputChannels - done;
         const auto source = wanted * static_cast<std::size_t>(decoder_->rate()) / kOutputRate + 64;
         own_.resize(std::min(source, kDecodeFrames) * kOutputChannels);

@@ -10,18 +10,18 @@
 
 namespace chimewerk {
 
-/// The one form in which sounds are handed to the sound server: stereo frames of 32-bit floats.
+/// The one form in which sounds go to the sound server: stereo frames of 32-bit floats.
 inline constexpr int kOutputRate = 48000;
 inline constexpr int kOutputChannels = 2;
 
-/// Turns what a decoder yields, whatever its rate and channels, into frames of the output form. Samples that
-/// are no numbers become silence. Used by one thread at a time.
+/// Converts the frames of a decoder, of any rate and number of channels, into the output form. Samples that are
+/// not numbers become silence. Used by one thread at a time.
 class PcmReader {
 public:
-    /// Null when the decoder's rate is beyond what can be converted.
+    /// Returns null if the decoder's rate cannot be converted.
     static std::unique_ptr<PcmReader> over(std::unique_ptr<Decoder> decoder);
 
-    /// Writes up to `stereo.size() / 2` frames and tells how many; fewer only at the sound's end.
+    /// Writes up to `stereo.size() / 2` frames and returns their number; fewer only at the sound's end.
     std::size_t read(std::span<float> stereo);
 
     const Decoder& decoder() const { return *decoder_; }
@@ -32,8 +32,8 @@ private:
     std::size_t readConverted(std::span<float> stereo);
 
     std::unique_ptr<Decoder> decoder_;
-    std::unique_ptr<Resampler> resampler_;  // Null when the rate is the output's.
-    std::vector<float> decoded_;            // Interleaved, as the decoder yields it.
+    std::unique_ptr<Resampler> resampler_;  // Null if the rate is the output's.
+    std::vector<float> decoded_;            // Interleaved, as decoded.
     std::vector<float> own_;                // Stereo at the decoder's rate.
     bool ended_ = false;
 };

@@ -11,16 +11,17 @@ namespace chimewerk {
 
 namespace {
 
-/// Source frames that a result is made of, at a rate that is not lowered; more in proportion when it is.
+/// How many source frames make one result frame. If the rate is lowered, it is more in proportion.
 constexpr std::size_t kTaps = 32;
-/// Filters between two source frames; what lies between two filters is interpolated.
+/// How many filters there are for positions between two source frames; positions between two filters are
+/// interpolated.
 constexpr std::size_t kPhases = 256;
 /// The window's shape: about 80 dB of attenuation.
 constexpr double kKaiserBeta = 8.0;
-/// The pass band ends a little below the half of the lower rate, where the filter falls off.
+/// The end of the pass band, relative to half of the lower rate: the filter needs some room to fall off.
 constexpr double kPassBand = 0.93;
 
-/// The modified Bessel function of order 0, by its series.
+/// The modified Bessel function of the first kind of order 0, by its series.
 double bessel0(double x) {
     double term = 1.0;
     double sum = 1.0;
@@ -37,13 +38,14 @@ double sinc(double x) {
 
 }  // namespace
 
-/// Row p holds the taps for a result that lies p / kPhases behind the middle's left source frame.
+/// Row p holds the taps for a result frame that is p / kPhases after the left one of the two middle source
+/// frames.
 struct Resampler::Filter {
     std::size_t taps;
     std::vector<float> rows;
 
     explicit Filter(double lowering) {
-        // A multiple of 4, for the processor's sake.
+        // A multiple of 4, so that the loop over the taps can be vectorised.
         taps = (static_cast<std::size_t>(std::ceil(static_cast<double>(kTaps) * lowering)) + 3) /
                4 * 4;
         rows.resize((kPhases + 1) * taps);
@@ -62,9 +64,9 @@ struct Resampler::Filter {
                         : 0;
                 row[tap] = static_cast<float>(sinc(x * cutoff) * window);
             }
-            // Each row lets a level through as it is.
+            // The taps of a row add up to 1, so that a constant level stays as it is.
             const float sum = std::accumulate(row.begin(), row.end(), 0.0F);
-            std::for_each(row.begin(), row.end(), [sum](float& value) { value /= sum; });
+            std::ranges::for_each(row, [sum](float& value) { value /= sum; });
         }
     }
 };
@@ -72,7 +74,7 @@ struct Resampler::Filter {
 std::shared_ptr<const Resampler::Filter> Resampler::filterFor(int from, int to) {
     static std::mutex lock;
     static std::map<int, std::shared_ptr<const Filter>> made;
-    // All rates that are raised share one.
+    // All lower rates share one filter.
     const int lower = std::max(from, to);
     const std::lock_guard guard(lock);
     auto& filter = made[lower];
@@ -83,7 +85,7 @@ std::shared_ptr<const Resampler::Filter> Resampler::filterFor(int from, int to) 
 }
 
 Resampler::Resampler(int from, int to) : from_(from), to_(to), filter_(filterFor(from, to)) {
-    // The silence before the sound, which the first filters reach into.
+    // The silence before the sound, into which the first filters reach.
     left_.resize(filter_->taps / 2 - 1);
     right_.resize(left_.size());
 }
@@ -115,7 +117,7 @@ std::size_t Resampler::read(std::span<float> stereo) {
     const std::size_t taps = filter_->taps;
     std::size_t room = stereo.size() / 2;
     if (ended_) {
-        // As long as the source, to the frame.
+        // The result is exactly as long as the source.
         const auto whole = static_cast<std::size_t>(static_cast<double>(fed_) * to_ / from_ + 0.5);
         room = std::min(room, whole - std::min(whole, written_));
     }
@@ -128,7 +130,7 @@ std::size_t Resampler::read(std::span<float> stereo) {
         const float* const next = first + taps;
         const float* const left = left_.data() + begin_;
         const float* const right = right_.data() + begin_;
-        // Four sums a side, so that the compiler may keep them in one register each.
+        // Four sums per channel, so that the compiler can keep them in one register.
         float sumLeft[4] = {};
         float sumRight[4] = {};
         for (std::size_t tap = 0; tap < taps; tap += 4) {

@@ -7,9 +7,9 @@
 
 namespace chimewerk {
 
-/// Converts stereo from one rate to another by a windowed sinc, so fast that the head of a sound costs a
-/// fraction of a millisecond. Its filters are made at the first use of a rate and kept for the life of the
-/// process. Frame 0 of the result is frame 0 of the source: nothing is delayed. Used by one thread at a time.
+/// Converts stereo from one rate to another by a windowed sinc, fast enough that the head of a sound takes a
+/// fraction of a millisecond. The filters are made at the first use of a rate and kept until the process ends.
+/// Frame 0 of the result is frame 0 of the source: there is no delay. Used by one thread at a time.
 class Resampler {
 public:
     /// The source rates that can be converted, in frames per second.
@@ -20,13 +20,13 @@ public:
     Resampler(int from, int to);
     ~Resampler();
 
-    /// Takes the next frames of the source.
+    /// Appends the next frames of the source.
     void feed(std::span<const float> stereo);
-    /// Tells that there are no more.
+    /// Ends the source: no more frames follow.
     void end();
 
-    /// Writes the frames that the source so far yields, at most `stereo.size() / 2`, and tells how many. Less
-    /// than fit in: it wants to be fed, or has ended.
+    /// Writes up to `stereo.size() / 2` frames of the result and returns their number. If that is less than fits,
+    /// it needs more of the source, or the result has ended.
     std::size_t read(std::span<float> stereo);
 
 private:
@@ -36,13 +36,13 @@ private:
     const int from_;
     const int to_;
     const std::shared_ptr<const Filter> filter_;
-    // The source, a side each, from the oldest frame on that a filter still reaches.
+    // The source's two channels, from the oldest frame that a filter still reaches.
     std::vector<float> left_;
     std::vector<float> right_;
-    std::size_t begin_ = 0;  // Where the filter of the next frame begins in them.
-    long phase_ = 0;         // The next frame's place behind a source frame, in parts of 1 / `to_`.
-    std::size_t fed_ = 0;    // Frames of the source altogether.
-    std::size_t written_ = 0;  // Frames of the result altogether.
+    std::size_t begin_ = 0;  // Where in them the filter of the next frame starts.
+    long phase_ = 0;       // How far the next frame is after a source frame, in units of 1 / `to_`.
+    std::size_t fed_ = 0;  // Frames of the source so far.
+    std::size_t written_ = 0;  // Frames of the result so far.
     bool ended_ = false;
 };
 

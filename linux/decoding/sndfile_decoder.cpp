@@ -11,7 +11,7 @@ namespace chimewerk {
 
 namespace {
 
-/// What libsndfile reads from: a position in the file.
+/// The file that libsndfile reads from, and its position in it.
 struct Cursor {
     VisibleFile file;
     sf_count_t position = 0;
@@ -69,7 +69,7 @@ public:
     int rate() const override { return info_.samplerate; }
     int channels() const override { return info_.channels; }
     double seconds() const override {
-        // Files of unknown length say that they have the most frames that can be counted.
+        // For a file of unknown length the number of frames is the largest possible one.
         const bool known = info_.frames > 0 && info_.frames < SF_COUNT_MAX;
         return known ? static_cast<double>(info_.frames) / info_.samplerate : 0.0;
     }

@@ -6,7 +6,8 @@
 
 namespace chimewerk {
 
-/// WAV, AIFF, MP3 and what else libsndfile knows; null when it does not know the file.
+/// Opens WAV, AIFF, MP3 and everything else that libsndfile can read. Returns null if it cannot read the file,
+/// whose bytes must outlive the decoder.
 std::unique_ptr<Decoder> openSndfileDecoder(const VisibleFile& file);
 
 }  // namespace chimewerk

@@ -29,12 +29,12 @@ bool hasTag(std::span<const std::byte> bytes, std::size_t at, std::string_view t
            std::memcmp(bytes.data() + at, tag.data(), tag.size()) == 0;
 }
 
-/// More chunks than this before the sound are not looked at.
+/// At most this many chunks are inspected before the sound.
 constexpr int kMostChunks = 64;
 
-/// Follows the chunks of a RIFF or IFF file to the one that holds the samples, and tells whether that one
-/// runs past the file's end. Programs that wrote to a pipe left a length of zero or of about the most that
-/// can be said: such a file is whole.
+/// Finds the chunk with the samples in a RIFF or IFF file and returns whether it reaches past the file's end.
+/// Programs that write to a pipe leave a length of zero, or one close to the largest possible: such a file is
+/// complete.
 bool chunksAreTruncated(const ReadAt& readAt, std::uint64_t size, std::string_view samples,
                         ByteOrder order) {
     constexpr std::uint32_t kUnknownLength = 0x7FF00000;
@@ -54,7 +54,7 @@ bool chunksAreTruncated(const ReadAt& readAt, std::uint64_t size, std::string_vi
     return false;
 }
 
-/// Follows the boxes of an M4A file and tells whether one runs past the file's end.
+/// Returns whether a box of an M4A file reaches past the file's end.
 bool boxesAreTruncated(const ReadAt& readAt, std::uint64_t size) {
     std::uint64_t at = 0;
     for (int i = 0; i < kMostChunks && at < size; ++i) {
@@ -65,7 +65,7 @@ bool boxesAreTruncated(const ReadAt& readAt, std::uint64_t size) {
         }
         std::uint64_t length = load32(header, 0, ByteOrder::big);
         if (length == 0) {
-            return false;  // Reaches to the end of the file, wherever that is.
+            return false;  // The box ends where the file ends.
         }
         if (length == 1) {
             length = got < 16 ? 0 : load64(header, 8);
@@ -78,7 +78,7 @@ bool boxesAreTruncated(const ReadAt& readAt, std::uint64_t size) {
     return false;
 }
 
-/// The length of the ID3 tag at the file's start, 0 when there is none.
+/// Returns the length of the ID3 tag at the file's start; 0 if there is none.
 std::uint64_t tagLength(std::span<const std::byte> head) {
     constexpr std::size_t kHeader = 10;
     if (head.size() < kHeader || !hasTag(head, 0, "ID3")) {
@@ -92,7 +92,7 @@ std::uint64_t tagLength(std::span<const std::byte> head) {
     return kHeader + length + (hasFooter ? kHeader : 0);
 }
 
-/// What the first frame of an MP3 says of the whole file, if it is the kind of frame that does.
+/// Reads the first frame of an MP3, which may be a table of contents of the file.
 void inspectMp3(const ReadAt& readAt, std::uint64_t size, SoundContainer& facts) {
     std::array<std::byte, 256> frame{};
     if (readAt(facts.audioStart, frame) < frame.size()) {

@@ -13,11 +13,11 @@ namespace chimewerk {
 namespace {
 
 constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 30U;
-/// How much of a file is read at first, and at second, to decode its head from, beyond the tags at its start.
+/// How many bytes after the tags are read to decode the head from, at first, and again if those are too few.
 constexpr std::uint64_t kFirstBytes = std::uint64_t{256} * 1024;
 constexpr std::uint64_t kMoreBytes = 16 * kFirstBytes;
-/// A sound of up to a second is decoded whole. Of a longer one the head must last until the thread that
-/// decodes the rest gets its turn on a busy machine.
+/// A sound of up to a second is decoded completely. The head of a longer one lasts until the thread that decodes
+/// the rest gets its turn on a busy machine.
 constexpr std::size_t kShortFrames = kOutputRate;
 constexpr std::size_t kHeadFrames = kOutputRate / 5;
 
@@ -69,14 +69,14 @@ bool SoundFile::decodeHead() {
     return false;
 }
 
-/// Decodes the head with that much of the file in sight; false when it does not yield a head's worth.
+/// Decodes the head from the file's first `visible` bytes. Returns false if they are too few for it.
 bool SoundFile::decodeHeadFrom(std::size_t visible) {
     if (!begin(visible)) {
         return false;
     }
-    const double toldSeconds = reader_->decoder().seconds();
+    const double statedSeconds = reader_->decoder().seconds();
     const bool isShort =
-        wholeIsVisible() && toldSeconds * kOutputRate <= static_cast<double>(kShortFrames);
+        wholeIsVisible() && statedSeconds * kOutputRate <= static_cast<double>(kShortFrames);
     const std::size_t wanted = isShort ? kShortFrames + kHeadFrames : kHeadFrames;
     head_.resize(wanted * kOutputChannels);
     const std::size_t frames = reader_->read(head_);
@@ -90,16 +90,16 @@ bool SoundFile::decodeHeadFrom(std::size_t visible) {
     } else if (container_.seconds > 0) {
         seconds_ = container_.seconds;
     } else if (container_.isMp3) {
-        // Counted in the frames in sight: the others are taken to be as long.
+        // Estimated from the visible frames.
         const auto audio = static_cast<double>(size_ - container_.audioStart);
-        seconds_ = toldSeconds * audio / static_cast<double>(visible - container_.audioStart);
+        seconds_ = statedSeconds * audio / static_cast<double>(visible - container_.audioStart);
     } else {
-        seconds_ = toldSeconds;
+        seconds_ = statedSeconds;
     }
     return true;
 }
 
-/// Opens a decoder over the file's first `visible` bytes.
+/// Opens a decoder for the file's first `visible` bytes. Returns false if that is not possible.
 bool SoundFile::begin(std::size_t visible) {
     reader_ = nullptr;
     if (!readBytes(visible)) {
@@ -107,17 +107,17 @@ bool SoundFile::begin(std::size_t visible) {
     }
     VisibleFile file{.bytes = bytes_, .size = size_};
     if (container_.isMp3) {
-        // Its decoder walks through all frames that the size promises, and complains on the standard error
-        // about a table of contents that tells of more.
+        // The decoder looks for as many frames as the size allows, and prints an error if the table of contents
+        // states more bytes than it finds.
         file.size = visible;
-        tellTableOfContents(visible - static_cast<std::size_t>(container_.audioStart));
+        patchTableOfContents(visible - static_cast<std::size_t>(container_.audioStart));
     }
     auto decoder = decoders_.open(file);
     reader_ = decoder ? PcmReader::over(std::move(decoder)) : nullptr;
     return reader_ != nullptr;
 }
 
-void SoundFile::tellTableOfContents(std::size_t bytes) {
+void SoundFile::patchTableOfContents(std::size_t bytes) {
     if (container_.sizeFieldAt == 0 || container_.sizeFieldAt + 4 > bytes_.size()) {
         return;
     }
@@ -131,7 +131,7 @@ std::size_t SoundFile::readRest(std::span<float> stereo) {
         return 0;
     }
     if (!wholeIsVisible()) {
-        // Again from the start, now with the whole file in sight, past what has been heard already.
+        // Decodes again from the start, now of the whole file, and skips the head.
         if (!begin(static_cast<std::size_t>(size_))) {
             headIsAll_ = true;
             return 0;

@@ -14,22 +14,22 @@
 
 namespace chimewerk {
 
-/// A sound file, opened and its head decoded, so that it can start at once however long it is: what follows
-/// the head is read and decoded later, by whichever thread calls `readRest()`.
+/// An open sound file whose head is decoded, so that even a long one can start at once. `readRest()` reads and
+/// decodes what follows the head, on the thread that calls it.
 class SoundFile {
 public:
-    /// Null when `path` names no regular file, or one that is empty, of 1 GiB or more, cut off, of no known
-    /// format or without a frame of sound. Never waits for a writer, as opening a FIFO would.
+    /// Returns null if `path` is not a regular file, or one that is empty, has 1 GiB or more, is truncated, has
+    /// no known format or no frame of sound. Never waits, as opening a FIFO would.
     static std::unique_ptr<SoundFile> open(const Decoders& decoders, const std::string& path);
 
-    /// The beginning of the sound, stereo at the output rate; all of it when it is short.
+    /// The start of the sound, or all of it if it is short, in the output form.
     const std::vector<float>& head() const { return head_; }
-    /// Whether the head is all there is.
+    /// Returns whether the head is the whole sound.
     bool headIsAll() const { return headIsAll_; }
-    /// The whole length in seconds; of a long file without a table of contents, about.
+    /// The length of the whole sound in seconds; an estimate for a long MP3 without a table of contents.
     double seconds() const { return seconds_; }
 
-    /// Writes the frames that follow what has been read so far and tells how many; fewer than fit in only at
+    /// Writes the frames after those that have been read so far and returns their number; fewer than fit only at
     /// the end. One thread at a time; may wait for the disk.
     std::size_t readRest(std::span<float> stereo);
 
@@ -38,16 +38,16 @@ private:
     bool decodeHead();
     bool decodeHeadFrom(std::size_t visible);
     bool begin(std::size_t visible);
-    void tellTableOfContents(std::size_t bytes);
+    void patchTableOfContents(std::size_t bytes);
     bool readBytes(std::size_t count);
     std::size_t readAt(std::uint64_t offset, std::span<std::byte> target) const;
     bool wholeIsVisible() const { return bytes_.size() == size_; }
 
     const Decoders& decoders_;
-    FileDescriptor file_;  // Closed when all of it has been read.
+    FileDescriptor file_;  // Closed when all bytes have been read.
     const std::uint64_t size_;
     SoundContainer container_;
-    std::vector<std::byte> bytes_;  // The file's beginning, or all of it.
+    std::vector<std::byte> bytes_;  // The file's first bytes, or all of them.
     std::unique_ptr<PcmReader> reader_;
     std::vector<float> head_;
     bool headIsAll_ = false;

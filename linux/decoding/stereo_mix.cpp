@@ -9,7 +9,7 @@ namespace chimewerk {
 
 namespace {
 
-/// How much of a channel goes to either side.
+/// How much of a channel goes to each side.
 struct Share {
     float left;
     float right;
@@ -18,7 +18,7 @@ struct Share {
 constexpr Share kLeft{1.0F, 0.0F};
 constexpr Share kRight{0.0F, 1.0F};
 constexpr Share kCentre{0.7071F, 0.7071F};
-/// Low frequencies are left out, as everywhere where there is no speaker for them.
+/// The channel of low frequencies is left out, as usual without a speaker for it.
 constexpr Share kNone{0.0F, 0.0F};
 
 std::vector<Share> sharesOf(int channels) {

@@ -26,14 +26,13 @@ void FrameTimeline::blockArrived(std::int64_t frame, SteadyTime arrival) {
 SteadyTime FrameTimeline::timeOf(std::int64_t frame) const {
     constexpr std::size_t kEnoughBlocks = 20;
     auto window = std::prev(
-        std::upper_bound(windows_.begin() + 1, windows_.end(), frame,
-                         [](std::int64_t value, const Window& w) { return value < w.first; }));
+        std::ranges::upper_bound(windows_.begin() + 1, windows_.end(), frame, {}, &Window::first));
     if (window->origins.size() < kEnoughBlocks && !window->afterPause) {
         --window;
     }
     std::vector<SteadyTime> origins = window->origins;
     const auto quartile = origins.begin() + std::ssize(origins) / 4;
-    std::nth_element(origins.begin(), quartile, origins.end());
+    std::ranges::nth_element(origins, quartile);
     return *quartile + length(frame);
 }
 
@@ -75,8 +74,8 @@ void Recording::append(std::span<const float> samples, SteadyTime arrival) {
 
 std::optional<SteadyTime> Recording::firstSoundAfter(SteadyTime time, float threshold) const {
     const auto begin = samples_.begin() + timeline_.frameAt(time, frames()) * kChannels;
-    const auto found = std::find_if(begin, samples_.end(),
-                                    [&](float sample) { return std::fabs(sample) >= threshold; });
+    const auto found = std::ranges::find_if(
+        begin, samples_.end(), [&](float sample) { return std::fabs(sample) >= threshold; });
     if (found == samples_.end()) {
         return std::nullopt;
     }

@@ -49,7 +49,7 @@ bool SinkRecorder::start(std::chrono::milliseconds timeout) {
 void SinkRecorder::stop() {
     if (mainloop_) {
         pa_threaded_mainloop_stop(mainloop_.get());
-        // This tells the stream of its end, and so comes before the stream is given up.
+        // Calls the stream's state callback, so the stream is released after it.
         pa_context_disconnect(context_.get());
         stream_.reset();
         context_.reset();
@@ -118,7 +118,7 @@ void SinkRecorder::forgetRenderedAhead() {
 }
 
 void SinkRecorder::resumed() {
-    // A sink that had suspended for want of players stays so, and will be live when it resumes.
+    // A sink that was suspended because nobody played stays suspended, and will be live when it resumes.
     if (pa_stream_is_suspended(stream_.get()) > 0) {
         setState(State::Live);
     }
@@ -146,7 +146,7 @@ void SinkRecorder::blockArrived(const float* samples, std::size_t count, SteadyT
         if (samples != nullptr) {
             recording_.append({samples, count}, arrival);
         } else {
-            // A hole in the server's buffer takes as much time as what is missing.
+            // A hole in the server's buffer lasts as long as the samples that are missing.
             recording_.append(std::vector<float>(count), arrival);
         }
     } else if (pace_.blockArrived(count / Recording::kChannels, arrival)) {
@@ -177,7 +177,7 @@ bool SinkRecorder::waitUntilRecorded(SteadyTime time, std::chrono::milliseconds 
 
 std::optional<SteadyTime> SinkRecorder::waitForSound(SteadyTime after, float threshold,
                                                      SteadyTime deadline) const {
-    // Data is late by a block and by whatever holds up this machine.
+    // Samples arrive late by a block, and later on a busy machine.
     constexpr auto kGrace = 500ms;
     std::unique_lock guard(lock_);
     std::optional<SteadyTime> sound;

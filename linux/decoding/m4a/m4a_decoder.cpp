@@ -1,5 +1,5 @@
-// The module that decodes M4A with FFmpeg's libraries. It is opened through one C function, so that the
-// program itself is not linked with them.
+// The module that decodes M4A with FFmpeg's libraries. It has one C function, so that the program itself is not
+// linked with these libraries.
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -42,7 +42,7 @@ struct FreeConverter {
     void operator()(SwrContext* converter) const { swr_free(&converter); }
 };
 
-/// A position in the file, which FFmpeg reads and moves.
+/// The file that FFmpeg reads from, and its position in it.
 struct Cursor {
     VisibleFile file;
     std::int64_t position = 0;
@@ -79,7 +79,7 @@ class M4aDecoder final : public Decoder {
 public:
     explicit M4aDecoder(const VisibleFile& file) : cursor_{file} {}
 
-    /// Whether the file holds a sound that can be decoded.
+    /// Returns false if the file holds no sound that can be decoded.
     bool open() { return openContainer() && openCodec() && openConverter(); }
 
     int rate() const override { return codec_->sample_rate; }
@@ -97,8 +97,8 @@ public:
             }
             const std::size_t room = (samples.size() - written) / width * width;
             const std::size_t count = std::min(room, ready_.size() - taken_);
-            std::copy_n(ready_.begin() + static_cast<std::ptrdiff_t>(taken_), count,
-                        samples.begin() + static_cast<std::ptrdiff_t>(written));
+            std::ranges::copy(std::span(ready_).subspan(taken_, count),
+                              samples.subspan(written).begin());
             taken_ += count;
             written += count;
         }
@@ -117,7 +117,7 @@ private:
         }
         format->pb = io_.get();
         if (avformat_open_input(&format, nullptr, av_find_input_format("mov"), nullptr) < 0) {
-            return false;  // The context has been freed.
+            return false;  // On failure the function frees the context.
         }
         format_.reset(format);
         return avformat_find_stream_info(format, nullptr) >= 0;
@@ -134,7 +134,7 @@ private:
         if (!codec_ || avcodec_parameters_to_context(codec_.get(), stream.codecpar) < 0) {
             return false;
         }
-        codec_->pkt_timebase = stream.time_base;  // The decoder drops the encoder's priming by it.
+        codec_->pkt_timebase = stream.time_base;  // To drop the encoder's priming.
         return avcodec_open2(codec_.get(), decoder, nullptr) >= 0 && rate() > 0 && channels() > 0;
     }
 
@@ -149,7 +149,7 @@ private:
         return frame_ && packet_ && swr_init(converter) >= 0;
     }
 
-    /// Fills `ready_` with the next frames; false at the end and at damage.
+    /// Fills `ready_` with the next frames. Returns false at the end of the sound and where it is damaged.
     bool decodeMore() {
         while (true) {
             const int received = avcodec_receive_frame(codec_.get(), frame_.get());
@@ -162,7 +162,7 @@ private:
         }
     }
 
-    /// Gives the decoder its next packet, or at the end of the file the sign that there are no more.
+    /// Sends the next packet to the decoder, or the mark of the end after the last one.
     bool feed() {
         while (av_read_frame(format_.get(), packet_.get()) >= 0) {
             const bool ours = packet_->stream_index == stream_;
@@ -181,7 +181,7 @@ private:
     bool convert() {
         if (frame_->ch_layout.nb_channels != channels() || frame_->sample_rate != rate() ||
             frame_->format != codec_->sample_fmt) {
-            return false;  // A sound that changes its format midway ends there.
+            return false;  // A sound that changes its format ends there.
         }
         ready_.resize(static_cast<std::size_t>(frame_->nb_samples) *
                       static_cast<std::size_t>(channels()));
@@ -210,7 +210,7 @@ private:
 
 }  // namespace
 
-/// The module's one entrance: a decoder over the file's bytes, which must outlive it, or null.
+/// The module's only function: returns a decoder for the file, whose bytes must outlive it, or null.
 extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(
     const VisibleFile* file);
 

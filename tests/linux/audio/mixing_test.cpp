@@ -39,7 +39,8 @@ TEST(TheOverflowMixer, AddsUpWhatOverlapsAndDropsWhatHasEnded) {
     mixer.mix(out);
     EXPECT_EQ(out, (std::vector<float>{0.75F, 0.5F, 0.5F, 0.5F, 0.0F, 0.0F}));
     EXPECT_TRUE(mixer.empty());
-    EXPECT_FALSE(mixer.append(1, out, true));
+    mixer.append(1, out, true);
+    EXPECT_TRUE(mixer.empty());
 }
 
 TEST(TheOverflowMixer, WaitsForTheRestOfASoundThatIsNotComplete) {
@@ -48,13 +49,13 @@ TEST(TheOverflowMixer, WaitsForTheRestOfASoundThatIsNotComplete) {
     std::vector<float> out(2);
     mixer.mix(out);
     EXPECT_EQ(mixer.framesLeft(1), 1U);
-    EXPECT_TRUE(mixer.append(1, std::vector<float>{0.3F, 0.3F}, false));
+    mixer.append(1, std::vector<float>{0.3F, 0.3F}, false);
     EXPECT_EQ(mixer.framesLeft(1), 2U);
     out.resize(8);
     mixer.mix(out);
     EXPECT_EQ(out, (std::vector<float>{0.4F, 0.4F, 0.3F, 0.3F, 0, 0, 0, 0}));
     EXPECT_FALSE(mixer.empty());
-    EXPECT_TRUE(mixer.append(1, {}, true));
+    mixer.append(1, {}, true);
     mixer.mix(out);
     EXPECT_TRUE(mixer.empty());
 }

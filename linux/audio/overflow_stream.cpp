@@ -1,0 +1,99 @@
+#include "linux/audio/overflow_stream.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace chimewerk {
+
+namespace {
+
+/// Longer than a pooled stream's: the connection's thread mixes in time with the server, and may have to wait
+/// for its turn.
+constexpr unsigned kLatencyMilliseconds = 60;
+constexpr std::int64_t kLatencyFrames = std::int64_t{kLatencyMilliseconds} * kOutputRate / 1000;
+
+}  // namespace
+
+void OverflowStream::start(pa_context& context, Voice voice) {
+    VoiceParts::place(voice, kLatencyFrames / 2);
+    parts_.fit(voice, voice.stereo);
+    mixer_.add(voice.id, std::exchange(voice.stereo, {}), voice.sound == nullptr);
+    if (voice.sound) {
+        parts_.decodeNext(voice);
+        unfinished_.push_back(std::move(voice));
+    }
+    if (!stream_) {
+        connect(context);
+    } else if (state_ == State::idle || state_ == State::draining) {
+        feed();
+    }
+}
+
+void OverflowStream::connect(pa_context& context) {
+    state_ = State::connecting;
+    stream_ =
+        std::make_unique<PulseStream>(connection_, context, kLatencyMilliseconds,
+                                      PulseStream::Callbacks{.ready = [this] { feed(); },
+                                                             .failed = [this] { clear(); },
+                                                             .wanted =
+                                                                 [this](std::size_t frames) {
+                                                                     if (state_ == State::feeding) {
+                                                                         mix(frames);
+                                                                     }
+                                                                 }});
+}
+
+void OverflowStream::feed() {
+    state_ = State::feeding;
+    mix(stream_->wantedFrames());
+    stream_->uncork();
+}
+
+void OverflowStream::mix(std::size_t frames) {
+    if (mixer_.empty()) {
+        drain();
+        return;
+    }
+    if (frames > 0) {
+        mixed_.resize(frames * kOutputChannels);
+        mixer_.mix(mixed_);
+        stream_->write(mixed_);
+    }
+    for (Voice& voice : unfinished_) {
+        if (!voice.decoding &&
+            mixer_.framesLeft(voice.id) < std::size_t{VoiceParts::kAheadFrames}) {
+            parts_.decodeNext(voice);
+        }
+    }
+}
+
+void OverflowStream::drain() {
+    state_ = State::draining;
+    stream_->drain([this] {
+        state_ = State::idle;
+        stream_->corkAndFlush();
+        quiet_();
+    });
+}
+
+void OverflowStream::deliver(std::uint64_t voice, std::span<float> stereo, bool last) {
+    const auto found = std::ranges::find(unfinished_, voice, &Voice::id);
+    if (found == unfinished_.end()) {
+        return;
+    }
+    found->decoding = false;
+    parts_.fit(*found, stereo);
+    mixer_.append(voice, stereo, last);
+    if (last) {
+        unfinished_.erase(found);
+    }
+}
+
+void OverflowStream::clear() {
+    stream_ = nullptr;
+    state_ = State::connecting;
+    mixer_.clear();
+    unfinished_.clear();
+}
+
+}  // namespace chimewerk

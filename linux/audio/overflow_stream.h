@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "linux/audio/overflow_mixer.h"
+#include "linux/audio/pulse_connection.h"
+#include "linux/audio/pulse_stream.h"
+#include "linux/audio/voice.h"
+#include "linux/audio/voice_parts.h"
+
+namespace chimewerk {
+
+/// Plays the voices for which the pool has no stream: mixes them here and sends the sum through one stream, which
+/// is made for the first of them. Used under the connection's lock.
+class OverflowStream {
+public:
+    /// Calls `quiet` when all voices have been heard. `connection` and `parts` outlive this.
+    OverflowStream(PulseConnection& connection, VoiceParts& parts, std::function<void()> quiet)
+        : connection_(connection), parts_(parts), quiet_(std::move(quiet)) {}
+
+    /// Plays the voice. `context` is valid until `clear()`.
+    void start(pa_context& context, Voice voice);
+    /// Plays the next part of a long sound, if this still plays it.
+    void deliver(std::uint64_t voice, std::span<float> stereo, bool last);
+    /// Destroys the stream, with the voices that play on it.
+    void clear();
+
+    bool exists() const { return stream_ != nullptr; }
+    bool isQuiet() const { return state_ != State::feeding && state_ != State::draining; }
+
+private:
+    /// The stream is made, kept fed, heard to its end and corked, in turn.
+    enum class State { connecting, feeding, draining, idle };
+
+    void connect(pa_context& context);
+    void feed();
+    void mix(std::size_t frames);
+    void drain();
+
+    PulseConnection& connection_;
+    VoiceParts& parts_;
+    const std::function<void()> quiet_;
+    std::unique_ptr<PulseStream> stream_;
+    State state_ = State::connecting;
+    OverflowMixer mixer_;
+    std::vector<Voice> unfinished_;  // The voices that are still being decoded.
+    std::vector<float> mixed_;
+};
+
+}  // namespace chimewerk

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+
+#include "linux/audio/headroom.h"
+#include "linux/audio/pulse_connection.h"
+#include "linux/audio/voice.h"
+#include "linux/base/worker.h"
+#include "linux/decoding/pcm_reader.h"
+
+namespace chimewerk {
+
+/// Prepares the parts in which sounds are handed to the server: fits their levels beside each other, and decodes
+/// the parts after the first one on a worker. Used under the connection's lock; destroyed without it, because
+/// that waits for the worker.
+class VoiceParts {
+public:
+    /// Long sounds are handed to the server in parts of half a second, up to about this much ahead.
+    static constexpr std::int64_t kAheadFrames = kOutputRate;
+    static constexpr std::chrono::seconds kAhead{1};
+
+    /// Receives the part that `decodeNext()` has asked for; `last` if no more parts follow. Lock held.
+    using Deliver = std::function<void(std::uint64_t voice, std::span<float> stereo, bool last)>;
+
+    VoiceParts(PulseConnection& connection, Deliver deliver)
+        : connection_(connection), deliver_(std::move(deliver)) {}
+
+    /// Sets when the voice starts: `delayFrames` from now.
+    static void place(Voice& voice, std::int64_t delayFrames);
+    /// Scales the voice's next part so that the sum of all voices stays in range.
+    void fit(Voice& voice, std::span<float> stereo);
+    /// Has the voice's next part decoded and delivered.
+    void decodeNext(Voice& voice);
+
+private:
+    PulseConnection& connection_;
+    const Deliver deliver_;
+    Headroom headroom_;
+    Worker worker_;  // Last, so that it ends first.
+};
+
+/// Multiplies every sample by `volume`.
+void scale(std::span<float> samples, float volume);
+
+}  // namespace chimewerk
