@@ -1,11 +1,11 @@
 // The output volume as a real sound server tells it. Needs a private session.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "linux/audio/pulse_output_volume_source.h"
 #include "tools/process/eventually.h"
+#include "tools/process/shell.h"
 
 namespace chimewerk {
 namespace {
@@ -18,9 +18,7 @@ protected:
         run("pactl set-default-sink speaker; pactl set-sink-volume speaker 50%");
         ASSERT_TRUE(becomes(0.5F));
     }
-    static void run(const std::string& commands) {
-        ASSERT_EQ(std::system(commands.c_str()), 0) << commands;
-    }
+    static void run(const std::string& commands) { ASSERT_EQ(runShell(commands), 0) << commands; }
     bool becomes(std::optional<float> expected, Element element = Element::main) {
         return eventually([&] {
             const auto value = source.volume(element);
@@ -63,11 +61,11 @@ TEST_F(TheOutputVolume, EndsOnTheLastOfManyChanges) {
 }
 
 TEST_F(TheOutputVolume, IsNoneWithoutAServerAndThereAgainWithOne) {
-    run("kill -9 $(cat \"$PULSE_RUNTIME_PATH/pid\")");
+    run("kill -9 $(cat $PULSE_RUNTIME_PATH/pid)");
     EXPECT_TRUE(becomes(std::nullopt));
     EXPECT_EQ(source.volume(Element::firstChannel), std::nullopt);
     run("while pactl info >/dev/null 2>&1; do sleep 0.02; done; "
-        "\"$CHIMEWERK_SESSION/start-pulseaudio\"");
+        "$CHIMEWERK_START_PULSEAUDIO");
     run("pactl set-sink-volume speaker 60%");
     EXPECT_TRUE(becomes(0.6F));
 }

@@ -3,11 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 #include "monitors/knock_detector.h"
@@ -15,6 +12,7 @@
 #include "tools/audio/microphone_feeder.h"
 #include "tools/files/temporary_folder.h"
 #include "tools/process/eventually.h"
+#include "tools/process/shell.h"
 #include "tools/recorder/sink_recorder.h"
 
 namespace chimewerk {
@@ -23,15 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 void run(const std::string& commands) {
-    ASSERT_EQ(std::system(commands.c_str()), 0) << commands;
-}
-
-/// The first line that a command prints.
-std::string answer(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    std::array<char, 256> line{};
-    std::string text = fgets(line.data(), line.size(), pipe.get()) != nullptr ? line.data() : "";
-    return text.substr(0, text.find('\n'));
+    ASSERT_EQ(runShell(commands), 0) << commands;
 }
 
 /// A source of the sound server that plays a FIFO, for as long as the object lives.
@@ -39,9 +29,9 @@ class PipeSource {
 public:
     PipeSource(const std::string& name, const std::string& fifo, std::size_t rate,
                std::size_t channels)
-        : module_(answer("pactl load-module module-pipe-source source_name=" + name +
-                         " file=" + fifo + " format=float32le rate=" + std::to_string(rate) +
-                         " channels=" + std::to_string(channels))) {}
+        : module_(outputOfShell("pactl load-module module-pipe-source source_name=" + name +
+                                " file=" + fifo + " format=float32le rate=" + std::to_string(rate) +
+                                " channels=" + std::to_string(channels))) {}
     PipeSource(const PipeSource&) = delete;
     PipeSource& operator=(const PipeSource&) = delete;
     ~PipeSource() { run("pactl unload-module " + module_); }
@@ -84,7 +74,7 @@ protected:
     static bool recordings(const std::string& count) {
         constexpr auto kOurs =
             "pactl list source-outputs | grep -c 'application.name = \"Chimewerk\"'";
-        return eventually([&] { return answer(kOurs) == count; });
+        return eventually([&] { return outputOfShell(kOurs) == count; });
     }
 
     const std::string fifo = std::getenv("CHIMEWERK_MICROPHONE");
@@ -92,7 +82,7 @@ protected:
     TemporaryFolder folder;
     EpollMainQueue queue;
     PulseConnection connection;
-    PulseMicrophone microphone{connection};
+    PulseMicrophone microphone{connection, 100ms};
     int knocks = 0;
     KnockDetector detector{queue, microphone};
 };

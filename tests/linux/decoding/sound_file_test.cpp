@@ -73,8 +73,8 @@ double crossingsPerSecond(const std::vector<float>& stereo) {
     return crossings / (static_cast<double>(stereo.size()) / 2 / kOutputRate);
 }
 
-/// The greatest bend of the left channel; in a sine of w radians a frame it is amplitude times w squared, and
-/// a missing or doubled frame shows as many times that.
+/// The greatest bend of the left channel; in a sine of w radians a frame it is amplitude times w
+/// squared, and a missing or doubled frame shows as many times that.
 float greatestBend(const std::vector<float>& stereo, std::size_t skippedFrames) {
     float most = 0;
     for (std::size_t i = 2 * skippedFrames + 4; i + 2 * skippedFrames < stereo.size(); i += 2) {
@@ -137,8 +137,27 @@ TEST_F(ASoundFile, DecodesM4a) {
     EXPECT_EQ(SoundFile::open(withoutModule, folder / "tone.m4a"), nullptr);
 }
 
+TEST_F(ASoundFile, DecodesEveryBundledSound) {
+    int sounds = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(CHIMEWERK_SOUND_DIR)) {
+        if (!entry.is_regular_file() || entry.path().extension() != ".wav") {
+            continue;
+        }
+        ++sounds;
+        const auto file = SoundFile::open(decoders, entry.path());
+        ASSERT_TRUE(file) << entry.path();
+        const auto stereo = all(*file);
+        EXPECT_NEAR(static_cast<double>(stereo.size()) / 2 / kOutputRate, file->seconds(), 0.01)
+            << entry.path();
+        EXPECT_GT(peak(stereo), 0.02F) << entry.path();
+        EXPECT_LE(peak(stereo), 1.0F) << entry.path();
+    }
+    EXPECT_GT(sounds, 100);
+}
+
 TEST_F(ASoundFile, GoesOnBehindItsHeadWithoutASeam) {
-    // Large enough that the head is decoded from a part of the file, and at a rate that needs converting.
+    // Large enough that the head is decoded from a part of the file, and at a rate that
+    // needs converting.
     constexpr float kRadians = 2 * std::numbers::pi_v<float> * 440 / kOutputRate;
     for (const int rate : {44100, 48000}) {
         writeSoundFile(folder / "long.wav", sine(440, 0.5, 8, rate), rate);
