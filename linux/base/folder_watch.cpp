@@ -13,20 +13,21 @@ namespace chimewerk {
 
 namespace {
 
-constexpr Seconds kRetryInterval{3.0};
 constexpr std::uint32_t kNames = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
 /// The watched folder itself is no longer what the path names, or may not be.
 constexpr std::uint32_t kGone = IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED | IN_UNMOUNT;
 
 }  // namespace
 
-FolderWatch::FolderWatch(EpollMainQueue& queue, std::string path, Notice notice, Report report)
+FolderWatch::FolderWatch(EpollMainQueue& queue, std::string path, Notice notice, Report report,
+                         Seconds interval)
     : queue_(queue),
       path_(std::move(path)),
       notice_(std::move(notice)),
-      // The folder and the one above may be the same (a link to "."), hence the adding of masks.
+      // IN_MASK_ADD, because the folder and the one above may be the same (a link to ".").
       mask_(kNames | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD |
-            (report == Report::namesAndPermissions ? IN_ATTRIB : 0)) {
+            (report == Report::namesAndPermissions ? IN_ATTRIB : 0)),
+      retry_(queue, interval, [this] { lookAgain(); }) {
     attach();
 }
 
@@ -34,7 +35,7 @@ int FolderWatch::add(const std::string& folder) const {
     return inotify_add_watch(inotify_.get(), folder.c_str(), mask_);
 }
 
-/// Watches what the path names now. A fresh instance each time: what the old one still had to say is void.
+/// Watches what the path names now. A new inotify instance each time drops the reports of the old one.
 void FolderWatch::attach() {
     watch_ = nullptr;
     inotify_ = FileDescriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
@@ -42,11 +43,11 @@ void FolderWatch::attach() {
     if (inotify_) {
         watch_ = queue_.watch(inotify_.get(), [this] { read(); });
         watchNearestAbove();
-        folder_ = add(
-            path_);  // After the folder above is watched, so that no coming falls between the two.
+        // After the folder above is watched, so that the folder cannot come unnoticed in between.
+        folder_ = add(path_);
     }
-    if (!watch_ || (folder_ < 0 && nothingWillTell())) {
-        retryLater();
+    if (!watch_ || (folder_ < 0 && nothingWillReport())) {
+        retry_.later();
     }
 }
 
@@ -60,24 +61,18 @@ void FolderWatch::watchNearestAbove() {
     }
 }
 
-bool FolderWatch::nothingWillTell() const {
+bool FolderWatch::nothingWillReport() const {
     struct stat status {};
     return above_ < 0 || lstat((pathAbove_ + "/" + next_).c_str(), &status) == 0;
 }
 
-void FolderWatch::retryLater() {
-    if (std::exchange(retrying_, true)) {
-        return;
-    }
-    queue_.postAfter(kRetryInterval, lifeline_.guard([this] {
-        retrying_ = false;
-        if (folder_ < 0) {
-            attach();
-            if (folder_ >= 0) {
-                notice_("");
-            }
+void FolderWatch::lookAgain() {
+    if (folder_ < 0) {
+        attach();
+        if (folder_ >= 0) {
+            notice_("");
         }
-    }));
+    }
 }
 
 void FolderWatch::read() {

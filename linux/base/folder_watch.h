@@ -8,39 +8,38 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
-#include "platform/lifeline.h"
+#include "linux/base/retry.h"
 
 namespace chimewerk {
 
-/// Tells which names come into a folder and leave it, and goes on telling when the folder is deleted and made
-/// again, replaced by a link or another folder, unmounted, or was not there to begin with. While the folder
-/// is missing, the nearest folder above it is watched instead; only where even that cannot tell (a dangling
-/// link, a folder that may not be read) is there a look every 3 s. Idle, it costs nothing. A file system
-/// mounted over the folder goes unnoticed until the folder underneath changes. Main thread only; must not be
-/// destroyed from within its notice.
+/// Reports the names that come into a folder and leave it. It follows the path when the folder is deleted and
+/// made again, replaced by a link or another folder, unmounted, or missing at first. While the folder is
+/// missing, the nearest folder above it is watched; only where that reports nothing (a dangling link, a
+/// folder that may not be read) does the watch look at intervals. It costs nothing while nothing happens. A
+/// file system mounted over the folder goes unnoticed until the folder underneath changes. Main thread only;
+/// must not be destroyed from within its notice.
 class FolderWatch {
 public:
-    /// `name` came, left or was replaced; empty when the folder itself has changed and any name in it may
-    /// have.
+    /// `name` came, left or was replaced. Empty if the folder itself has changed, and with it any name.
     using Notice = std::function<void(std::string_view name)>;
 
     enum class Report {
         names,
-        /// Changes of permissions and ownership of what is in the folder, too.
+        /// Names, and changes of permissions and ownership.
         namesAndPermissions,
     };
 
-    /// `path` is absolute. The queue outlives the watch.
+    /// `path` is absolute. The queue outlives the watch. `interval` lies between two looks for the folder.
     FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
-                Report report = Report::names);
+                Report report = Report::names, Seconds interval = Retry::kInterval);
 
 private:
     void attach();
     void watchNearestAbove();
-    bool nothingWillTell() const;
+    bool nothingWillReport() const;
     int add(const std::string& folder) const;
     void read();
-    void retryLater();
+    void lookAgain();
 
     EpollMainQueue& queue_;
     const std::string path_;
@@ -53,8 +52,7 @@ private:
     std::string pathAbove_;
     /// The name in the folder above on the way to the folder.
     std::string next_;
-    bool retrying_ = false;
-    Lifeline lifeline_;
+    Retry retry_;
 };
 
 }  // namespace chimewerk

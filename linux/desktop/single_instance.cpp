@@ -118,14 +118,14 @@ LaunchRequest LaunchRequest::ofThisProcess(std::string action) {
 
 const sd_bus_vtable SingleInstance::kApplication[] = {
     SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD_WITH_NAMES("Activate", "a{sv}", SD_BUS_PARAM(platform_data), "", "", onActivate,
-                             SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD_WITH_NAMES("Activate", "a{sv}", SD_BUS_PARAM(platform_data), "", "",
+                             callMember<&SingleInstance::onActivate>, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_METHOD_WITH_NAMES("Open", "asa{sv}", SD_BUS_PARAM(uris) SD_BUS_PARAM(platform_data), "",
-                             "", onOpen, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD_WITH_NAMES("ActivateAction", "sava{sv}",
-                             SD_BUS_PARAM(action_name) SD_BUS_PARAM(parameter)
-                                 SD_BUS_PARAM(platform_data),
-                             "", "", onActivateAction, SD_BUS_VTABLE_UNPRIVILEGED),
+                             "", callMember<&SingleInstance::onOpen>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD_WITH_NAMES(
+        "ActivateAction", "sava{sv}",
+        SD_BUS_PARAM(action_name) SD_BUS_PARAM(parameter) SD_BUS_PARAM(platform_data), "", "",
+        callMember<&SingleInstance::onActivateAction>, SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_VTABLE_END,
 };
 
@@ -218,28 +218,26 @@ int SingleInstance::activate(sd_bus_message* call) {
     return sd_bus_reply_method_return(call, "");
 }
 
-int SingleInstance::onActivate(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
-    return static_cast<SingleInstance*>(self)->activate(call);
+int SingleInstance::onActivate(sd_bus_message* call, sd_bus_error* /*error*/) {
+    return activate(call);
 }
 
 /// The program has no documents: whatever it is to open, it shows itself.
-int SingleInstance::onOpen(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+int SingleInstance::onOpen(sd_bus_message* call, sd_bus_error* /*error*/) {
     sd_bus_message_skip(call, "as");
-    return static_cast<SingleInstance*>(self)->activate(call);
+    return activate(call);
 }
 
-int SingleInstance::onActivateAction(sd_bus_message* call, void* self, sd_bus_error* error) {
-    auto& instance = *static_cast<SingleInstance*>(self);
+int SingleInstance::onActivateAction(sd_bus_message* call, sd_bus_error* error) {
     const char* action = nullptr;
     if (sd_bus_message_read(call, "s", &action) < 0 ||
         std::ranges::find(kActions, std::string_view(action)) == kActions.end()) {
         return sd_bus_error_set_const(error, SD_BUS_ERROR_INVALID_ARGS, "There is no such action.");
     }
     sd_bus_message_skip(call, "av");
-    instance.queue_.post(instance.lifeline_.guard(
-        [&instance, action = std::string(action), token = readToken(call)] {
-            instance.callbacks_.onAction(action, token);
-        }));
+    queue_.post(lifeline_.guard([this, action = std::string(action), token = readToken(call)] {
+        callbacks_.onAction(action, token);
+    }));
     return sd_bus_reply_method_return(call, "");
 }
 

@@ -67,9 +67,9 @@ private:
     BusMessage makeCall(sd_bus* bus, const LaunchRequest& request) const;
     int activate(sd_bus_message* call);
 
-    static int onActivate(sd_bus_message* call, void* self, sd_bus_error* error);
-    static int onOpen(sd_bus_message* call, void* self, sd_bus_error* error);
-    static int onActivateAction(sd_bus_message* call, void* self, sd_bus_error* error);
+    int onActivate(sd_bus_message* call, sd_bus_error* error);
+    int onOpen(sd_bus_message* call, sd_bus_error* error);
+    int onActivateAction(sd_bus_message* call, sd_bus_error* error);
     static const sd_bus_vtable kApplication[];
 
     EpollMainQueue& queue_;

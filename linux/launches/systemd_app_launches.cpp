@@ -27,10 +27,19 @@ AppUnitLaunches::Moment now() {
 
 }  // namespace
 
-/// A question about a unit, until it is answered.
+/// Asks since when a unit has been active. Lives until the answer has come.
 struct SystemdAppLaunches::Question {
     SystemdAppLaunches& asker;
     const std::string unitName;
+
+    void onAnswer(sd_bus_message* reply) {
+        std::uint64_t microseconds = 0;
+        if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&
+            sd_bus_message_read(reply, "v", "t", &microseconds) >= 0 &&
+            asker.launches_.isLaunch(unitName, AppUnitLaunches::Moment(microseconds))) {
+            asker.onLaunch_();
+        }
+    }
 };
 
 SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch)
@@ -42,14 +51,14 @@ SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void
 
 void SystemdAppLaunches::open(sd_bus* bus) {
     sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "JobRemoved",
-                              onJobRemoved, nullptr, this);
+                              callMember<&SystemdAppLaunches::onJobRemoved>, nullptr, this);
     sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "UnitRemoved",
-                              onUnitRemoved, nullptr, this);
-    matchOwnerChanges(bus, kSystemd, onOwnerChanged, this);
+                              callMember<&SystemdAppLaunches::onUnitRemoved>, nullptr, this);
+    matchOwnerChanges(bus, kSystemd, callMember<&SystemdAppLaunches::onOwnerChanged>, this);
     subscribe(bus);
 }
 
-/// Asks the manager to tell of its jobs, if there is a manager; it is not to be started for us.
+/// Asks the manager to report its jobs if it is running; does not start it.
 void SystemdAppLaunches::subscribe(sd_bus* bus) {
     launches_.begin(now());
     sd_bus_message* call = nullptr;
@@ -57,49 +66,44 @@ void SystemdAppLaunches::subscribe(sd_bus* bus) {
         0) {
         const BusMessage owned(call);
         sd_bus_message_set_auto_start(call, 0);
-        sd_bus_call_async(bus, nullptr, call, onSubscribed, this, 0);
+        sd_bus_call_async(bus, nullptr, call, callMember<&SystemdAppLaunches::onSubscribed>, this,
+                          0);
     }
 }
 
-int SystemdAppLaunches::onSubscribed(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
-    static_cast<SystemdAppLaunches*>(self)->hears_ =
-        sd_bus_message_is_method_error(reply, nullptr) == 0;
-    return 0;
+void SystemdAppLaunches::onSubscribed(sd_bus_message* reply) {
+    hears_ = sd_bus_message_is_method_error(reply, nullptr) == 0;
 }
 
-int SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal, void* self,
-                                       sd_bus_error* /*error*/) {
-    auto& launches = *static_cast<SystemdAppLaunches*>(self);
-    const char* owner = nullptr;
-    if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0) {
-        launches.hears_ = false;
-        if (*owner != '\0') {
-            launches.subscribe(sd_bus_message_get_bus(signal));
-        }
+void SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal) {
+    const char* const owner = readNewOwner(signal);
+    if (owner == nullptr) {
+        return;
     }
-    return 0;
+    hears_ = false;
+    if (*owner != '\0') {
+        subscribe(sd_bus_message_get_bus(signal));
+    }
 }
 
-int SystemdAppLaunches::onJobRemoved(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+void SystemdAppLaunches::onJobRemoved(sd_bus_message* signal) {
     const char* unitName = nullptr;
     const char* result = nullptr;
     if (sd_bus_message_read(signal, "uoss", nullptr, nullptr, &unitName, &result) >= 0 &&
         AppUnit::isOne(unitName) && std::string_view(result) == "done") {
-        static_cast<SystemdAppLaunches*>(self)->askSince(sd_bus_message_get_bus(signal), unitName);
+        askSince(sd_bus_message_get_bus(signal), unitName);
     }
-    return 0;
 }
 
-int SystemdAppLaunches::onUnitRemoved(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+void SystemdAppLaunches::onUnitRemoved(sd_bus_message* signal) {
     const char* unitName = nullptr;
     if (sd_bus_message_read(signal, "so", &unitName, nullptr) >= 0) {
-        static_cast<SystemdAppLaunches*>(self)->launches_.forget(unitName);
+        launches_.forget(unitName);
     }
-    return 0;
 }
 
-/// The signal says that a job is done but not whether it was a start; the unit says when it last became
-/// active.
+/// The signal reports the end of a job but not whether the job was a start. The unit knows when it last
+/// became active.
 void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     char* path = nullptr;
     if (sd_bus_path_encode("/org/freedesktop/systemd1/unit", unitName, &path) < 0) {
@@ -109,7 +113,7 @@ void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     std::unique_ptr<Question> question(new Question{*this, unitName});
     sd_bus_slot* slot = nullptr;
     if (sd_bus_call_method_async(bus, &slot, kSystemd, path, "org.freedesktop.DBus.Properties",
-                                 "Get", onActiveSince, question.get(), "ss",
+                                 "Get", callMember<&Question::onAnswer>, question.get(), "ss",
                                  "org.freedesktop.systemd1.Unit",
                                  "ActiveEnterTimestampMonotonic") < 0) {
         return;
@@ -120,18 +124,6 @@ void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     static_cast<void>(question.release());
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
-}
-
-int SystemdAppLaunches::onActiveSince(sd_bus_message* reply, void* question,
-                                      sd_bus_error* /*error*/) {
-    const auto& asked = *static_cast<Question*>(question);
-    std::uint64_t microseconds = 0;
-    if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&
-        sd_bus_message_read(reply, "v", "t", &microseconds) >= 0 &&
-        asked.asker.launches_.isLaunch(asked.unitName, AppUnitLaunches::Moment(microseconds))) {
-        asked.asker.onLaunch_();
-    }
-    return 0;
 }
 
 }  // namespace chimewerk

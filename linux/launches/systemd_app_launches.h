@@ -9,15 +9,15 @@
 
 namespace chimewerk {
 
-/// Hears from the systemd manager of the user, over the session bus, when the unit of an application has been
-/// started. The bus and the manager may come late, go and come back. Main thread only; must not be destroyed
-/// from within its callback.
+/// Reports the started units of applications, from the user's systemd manager on the session bus. The bus
+/// and the manager may come late, go and come back. Main thread only; must not be destroyed from within its
+/// callback.
 class SystemdAppLaunches {
 public:
     /// `onLaunch` runs on the main thread, once per started unit. The queue outlives the object.
     SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch);
 
-    /// Whether the manager is there and tells.
+    /// Returns whether the manager is there and reports its units.
     bool hears() const { return hears_; }
 
 private:
@@ -27,11 +27,10 @@ private:
     void subscribe(sd_bus* bus);
     void askSince(sd_bus* bus, const char* unitName);
 
-    static int onSubscribed(sd_bus_message* reply, void* self, sd_bus_error* error);
-    static int onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* error);
-    static int onJobRemoved(sd_bus_message* signal, void* self, sd_bus_error* error);
-    static int onUnitRemoved(sd_bus_message* signal, void* self, sd_bus_error* error);
-    static int onActiveSince(sd_bus_message* reply, void* question, sd_bus_error* error);
+    void onSubscribed(sd_bus_message* reply);
+    void onOwnerChanged(sd_bus_message* signal);
+    void onJobRemoved(sd_bus_message* signal);
+    void onUnitRemoved(sd_bus_message* signal);
 
     const std::function<void()> onLaunch_;
     AppUnitLaunches launches_;

@@ -5,12 +5,6 @@
 
 namespace chimewerk {
 
-namespace {
-
-constexpr Seconds kRetryInterval{3.0};
-
-}  // namespace
-
 void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler,
                        void* user) {
     const std::string rule =
@@ -20,8 +14,16 @@ void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_hand
     sd_bus_add_match_async(bus, nullptr, rule.c_str(), handler, nullptr, user);
 }
 
-BusLink::BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks)
-    : queue_(queue), opener_(std::move(opener)), callbacks_(std::move(callbacks)) {}
+const char* readNewOwner(sd_bus_message* signal) {
+    const char* owner = nullptr;
+    return sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0 ? owner : nullptr;
+}
+
+BusLink::BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks, Seconds interval)
+    : queue_(queue),
+      opener_(std::move(opener)),
+      callbacks_(std::move(callbacks)),
+      retry_(queue, interval, [this] { keepOpen(); }) {}
 
 BusLink::~BusLink() {
     disconnect();
@@ -34,7 +36,7 @@ void BusLink::keepOpen() {
     const int status = tryToOpen();
     // A session without an address for its bus will not get one while this process lives.
     if (status < 0 && status != -ENOMEDIUM) {
-        retryLater();
+        retry_.later();
     }
 }
 
@@ -78,7 +80,7 @@ void BusLink::dispatch() {
     if (sd_event_get_state(loop_.get()) == SD_EVENT_ARMED && sd_event_wait(loop_.get(), 0) > 0) {
         sd_event_dispatch(loop_.get());
     }
-    // Leaves the loop armed, so that its descriptor tells when there is more.
+    // Leaves the loop armed, so that its descriptor becomes readable when there is more.
     while (sd_bus_is_open(bus_.get()) > 0 && sd_event_prepare(loop_.get()) > 0) {
         sd_event_dispatch(loop_.get());
     }
@@ -87,16 +89,7 @@ void BusLink::dispatch() {
         if (callbacks_.onLost) {
             callbacks_.onLost();
         }
-        retryLater();
-    }
-}
-
-void BusLink::retryLater() {
-    if (!std::exchange(retrying_, true)) {
-        queue_.postAfter(kRetryInterval, lifeline_.guard([this] {
-            retrying_ = false;
-            keepOpen();
-        }));
+        retry_.later();
     }
 }
 

@@ -6,8 +6,10 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/base/retry.h"
 #include "platform/lifeline.h"
 
 namespace chimewerk {
@@ -28,50 +30,76 @@ using BusMessage = std::unique_ptr<sd_bus_message, UnrefBusMessage>;
 /// A call that waits for its answer, or a match: ends with the object.
 using BusSlot = std::unique_ptr<sd_bus_slot, UnrefBusSlot>;
 
-/// Calls `handler` with each NameOwnerChanged of the bus that is about `name`: name, old owner, new owner, of
-/// which empty is none. Ends with the bus.
+/// The object that a member function of the form below belongs to.
+template <typename Method>
+struct HandlerOf;
+template <typename Owner>
+struct HandlerOf<void (Owner::*)(sd_bus_message*)> {
+    using Object = Owner;
+};
+template <typename Owner>
+struct HandlerOf<int (Owner::*)(sd_bus_message*, sd_bus_error*)> {
+    using Object = Owner;
+};
+
+/// The sd-bus handler that calls this member function of the object that is its user data. Use it as
+/// `callMember<&Source::onSignal>` with `this` as user data. A member that returns nothing lets other
+/// handlers see the message too; another one returns what sd-bus expects.
+template <auto method>
+int callMember(sd_bus_message* message, void* user, [[maybe_unused]] sd_bus_error* error) {
+    auto& object = *static_cast<typename HandlerOf<decltype(method)>::Object*>(user);
+    if constexpr (std::is_invocable_v<decltype(method), decltype(object), sd_bus_message*>) {
+        (object.*method)(message);
+        return 0;
+    } else {
+        return (object.*method)(message, error);
+    }
+}
+
+/// Calls `handler` with each change of the owner of `name` on the bus, until the bus is closed.
 void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler,
                        void* user);
+/// Returns the new owner that such a message names, empty if there is none; null if it cannot be read.
+const char* readNewOwner(sd_bus_message* signal);
 
-/// A connection to a message bus that outlives the bus: when the bus goes away the link looks for it every 3
-/// s and opens anew. Calls and matches on it are sd-bus's own; they must not wait for answers. Main thread
-/// only; must not be destroyed from within a callback.
+/// A connection to a message bus that survives the end of the bus: the link then looks for the bus at
+/// intervals and opens it again. Calls and matches on it are sd-bus's own; they must not wait for answers.
+/// Main thread only; must not be destroyed from within a callback.
 class BusLink {
 public:
-    /// Opens the wanted bus as sd_bus_open_user and sd_bus_open_system do: without waiting, and negative when
-    /// it cannot.
+    /// Opens the bus as sd_bus_open_user and sd_bus_open_system do: without waiting; negative on failure.
     using Opener = std::function<int(sd_bus** bus)>;
 
     struct Callbacks {
-        /// The bus is there, or will be in a moment: matches and calls are queued until it is.
+        /// The bus is there, or will be in a moment; matches and calls are queued until then.
         std::function<void(sd_bus* bus)> onOpen;
         /// The bus has gone away. May be empty.
         std::function<void()> onLost = {};
     };
 
-    /// The queue outlives the link.
-    BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks);
+    /// The queue outlives the link. `interval` lies between two looks for the bus.
+    BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks,
+            Seconds interval = Retry::kInterval);
     ~BusLink();
     BusLink(const BusLink&) = delete;
     BusLink& operator=(const BusLink&) = delete;
 
-    /// Opens now, or else as soon as the bus is there.
+    /// Opens the bus now, or as soon as it is there.
     void keepOpen();
 
 private:
     int tryToOpen();
     void disconnect();
     void dispatch();
-    void retryLater();
 
     EpollMainQueue& queue_;
     const Opener opener_;
     const Callbacks callbacks_;
-    /// Knows of the bus's timeouts and full buffers, and makes one descriptor of it all.
+    /// Handles the bus's timeouts and full buffers behind one descriptor.
     std::unique_ptr<sd_event, UnrefEventLoop> loop_;
     std::unique_ptr<sd_bus, UnrefBus> bus_;
     std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the loop that it watches
-    bool retrying_ = false;
+    Retry retry_;
     Lifeline lifeline_;
 };
 

@@ -6,8 +6,6 @@ namespace chimewerk {
 
 namespace {
 
-constexpr Seconds kRetryInterval{3.0};
-
 xcb_window_t rootOf(xcb_connection_t* server, int screen) {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(server));
     while (screen-- > 0 && screens.rem > 1) {
@@ -18,15 +16,22 @@ xcb_window_t rootOf(xcb_connection_t* server, int screen) {
 
 }  // namespace
 
-X11Link::X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks)
-    : queue_(queue), display_(std::move(display)), callbacks_(std::move(callbacks)) {}
+X11Link::X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks, Seconds interval)
+    : queue_(queue),
+      display_(std::move(display)),
+      callbacks_(std::move(callbacks)),
+      retry_(queue, interval, [this] {
+          if (wanted_) {
+              keepOpen();
+          }
+      }) {}
 
 X11Link::~X11Link() = default;
 
 void X11Link::keepOpen() {
     wanted_ = true;
     if (!openOnce()) {
-        retryLater();
+        retry_.later();
     }
 }
 
@@ -51,7 +56,7 @@ bool X11Link::openOnce() {
         root_ = rootOf(server_.get(), screen);
         watch_ = queue_.watch(xcb_get_file_descriptor(server_.get()), [this] { handleEvents(); });
         if (watch_ && callbacks_.onOpen(server_.get(), root_)) {
-            // Events may have come along with the replies that were waited for.
+            // Events may have come with the replies that `onOpen` waited for.
             queue_.post(lifeline_.guard([this] { handleEvents(); }));
             return true;
         }
@@ -74,20 +79,8 @@ void X11Link::handleEvents() {
         if (callbacks_.onLost) {
             callbacks_.onLost();
         }
-        retryLater();
+        retry_.later();
     }
-}
-
-void X11Link::retryLater() {
-    if (std::exchange(retrying_, true)) {
-        return;
-    }
-    queue_.postAfter(kRetryInterval, lifeline_.guard([this] {
-        retrying_ = false;
-        if (wanted_) {
-            keepOpen();
-        }
-    }));
 }
 
 }  // namespace chimewerk

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/base/retry.h"
 #include "platform/lifeline.h"
 
 namespace chimewerk {
@@ -19,30 +20,32 @@ struct FreeReply {
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeReply>;
 
-/// A connection to an X server that outlives the server: when the server goes away the link looks for it
-/// every 3 s and opens anew. (xcb, because Xlib ends the program with the server.) Main thread only; must not
-/// be destroyed from within its callbacks.
+/// A connection to an X server that survives the end of the server: the link then looks for the server at
+/// intervals and opens it again. (xcb, because Xlib ends the program with the server.) Main thread only;
+/// must not be destroyed from within its callbacks.
 class X11Link {
 public:
     struct Callbacks {
-        /// The server is there. Tells it what is wanted; false when this server cannot give it, which closes
-        /// the link until the next look.
+        /// The server is there. Asks it for events; returns false if this server cannot send them, which
+        /// closes the link until the next look.
         std::function<bool(xcb_connection_t* server, xcb_window_t root)> onOpen;
-        /// An event, or an error that no request waits for. Requests with replies may be made in it.
+        /// An event, or an error of a request without a reply. May make requests with replies.
         std::function<void(const xcb_generic_event_t& event)> onEvent;
         /// The server has gone away. May be empty.
         std::function<void()> onLost = {};
     };
 
-    /// `display` as in $DISPLAY. The queue outlives the link.
-    X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks);
+    /// `display` as in $DISPLAY. The queue outlives the link. `interval` lies between two looks for the
+    /// server.
+    X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks,
+            Seconds interval = Retry::kInterval);
     ~X11Link();
     X11Link(const X11Link&) = delete;
     X11Link& operator=(const X11Link&) = delete;
 
-    /// Opens now or not at all. Whether it is open.
+    /// Opens the connection now, without looking again later. Returns whether it is open.
     bool openOnce();
-    /// Opens now, or else as soon as the server is there.
+    /// Opens the connection now, or as soon as the server is there.
     void keepOpen();
     void close();
 
@@ -50,8 +53,8 @@ public:
     xcb_connection_t* server() const { return server_.get(); }
     xcb_window_t root() const { return root_; }
 
-    /// Hands on the events that have come. To be called where a reply was waited for outside `onEvent`:
-    /// events that came along with it do not make the connection readable again.
+    /// Calls `onEvent` for the events that have come. Call it after waiting for a reply outside `onEvent`:
+    /// events that came with the reply do not make the connection readable again.
     void handleEvents();
 
 private:
@@ -60,7 +63,6 @@ private:
     };
 
     void disconnect();
-    void retryLater();
 
     EpollMainQueue& queue_;
     const std::string display_;
@@ -69,7 +71,7 @@ private:
     std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the connection that it watches
     xcb_window_t root_ = XCB_NONE;
     bool wanted_ = false;
-    bool retrying_ = false;
+    Retry retry_;
     Lifeline lifeline_;
 };
 

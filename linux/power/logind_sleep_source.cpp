@@ -26,12 +26,12 @@ bool LogindSleepSource::registerHandler(Handler handler) {
 
 void LogindSleepSource::open(sd_bus* bus) {
     sd_bus_match_signal_async(bus, nullptr, kLogind, kManagerPath, kManager, "PrepareForSleep",
-                              onPrepareForSleep, nullptr, this);
-    matchOwnerChanges(bus, kLogind, onOwnerChanged, this);
+                              callMember<&LogindSleepSource::onPrepareForSleep>, nullptr, this);
+    matchOwnerChanges(bus, kLogind, callMember<&LogindSleepSource::onOwnerChanged>, this);
     takeInhibitor(bus);
 }
 
-/// Asks logind for it, if there is a logind; it is not to be started for us.
+/// Asks logind for an inhibitor if logind is running; does not start it.
 void LogindSleepSource::takeInhibitor(sd_bus* bus) {
     sd_bus_message* call = nullptr;
     if (sd_bus_message_new_method_call(bus, &call, kLogind, kManagerPath, kManager, "Inhibit") <
@@ -43,62 +43,57 @@ void LogindSleepSource::takeInhibitor(sd_bus* bus) {
     sd_bus_slot* asking = nullptr;
     if (sd_bus_message_append(call, "ssss", "sleep", "Chimewerk",
                               "Plays the sound of the closing lid", "delay") >= 0 &&
-        sd_bus_call_async(bus, &asking, call, onInhibited, this, 0) >= 0) {
+        sd_bus_call_async(bus, &asking, call, callMember<&LogindSleepSource::onInhibited>, this,
+                          0) >= 0) {
         asking_.reset(asking);
     }
 }
 
-int LogindSleepSource::onInhibited(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
+void LogindSleepSource::onInhibited(sd_bus_message* reply) {
     int descriptor = -1;
     if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&
         sd_bus_message_read(reply, "h", &descriptor) >= 0) {
         // The message closes its own.
-        static_cast<LogindSleepSource*>(self)->inhibitor_ =
-            FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+        inhibitor_ = FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
     }
-    return 0;
 }
 
-/// Also the one that is still on its way: when it arrives, nobody keeps it.
+/// Closes the inhibitor, and one that has been asked for and has not come yet.
 void LogindSleepSource::dropInhibitor() {
     asking_ = nullptr;
     inhibitor_ = FileDescriptor();
 }
 
-/// Whoever had sent the system to sleep is gone.
+/// Forgets a sleep that was under way: logind, which announced it, is gone.
 void LogindSleepSource::startOver() {
     dropInhibitor();
     isGoingToSleep_ = false;
 }
 
-int LogindSleepSource::onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
-    auto& source = *static_cast<LogindSleepSource*>(self);
-    const char* owner = nullptr;
-    if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0) {
-        source.startOver();
-        if (*owner != '\0') {
-            source.takeInhibitor(sd_bus_message_get_bus(signal));
-        }
+void LogindSleepSource::onOwnerChanged(sd_bus_message* signal) {
+    const char* const owner = readNewOwner(signal);
+    if (owner == nullptr) {
+        return;
     }
-    return 0;
+    startOver();
+    if (*owner != '\0') {
+        takeInhibitor(sd_bus_message_get_bus(signal));
+    }
 }
 
-int LogindSleepSource::onPrepareForSleep(sd_bus_message* signal, void* self,
-                                         sd_bus_error* /*error*/) {
-    auto& source = *static_cast<LogindSleepSource*>(self);
+void LogindSleepSource::onPrepareForSleep(sd_bus_message* signal) {
     int begins = 0;
     if (sd_bus_message_read(signal, "b", &begins) < 0) {
-        return 0;
+        return;
     }
     if (begins != 0) {
-        source.fallAsleep();
+        fallAsleep();
     } else {
-        source.wake(sd_bus_message_get_bus(signal));
+        wake(sd_bus_message_get_bus(signal));
     }
-    return 0;
 }
 
-/// A message that is repeated belongs to the same sleep, which then waits no longer for it.
+/// A repeated message belongs to the same sleep.
 void LogindSleepSource::fallAsleep() {
     if (!std::exchange(isGoingToSleep_, true)) {
         ++sleep_;
@@ -106,7 +101,7 @@ void LogindSleepSource::fallAsleep() {
     handler_(static_cast<std::uint32_t>(kIOPMSystemWillSleep), sleep_);
 }
 
-/// An inhibitor that has not been let go of, because the sleep was called off, is still good.
+/// After a cancelled sleep the inhibitor is still held, and stays.
 void LogindSleepSource::wake(sd_bus* bus) {
     isGoingToSleep_ = false;
     if (!inhibitor_) {

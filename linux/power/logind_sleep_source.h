@@ -9,11 +9,11 @@
 
 namespace chimewerk {
 
-/// Sleep and wake as logind tells them on the system bus. A delay inhibitor is held all the time, so that a
-/// sleep waits for the answer to its message; answering closes it, and it is taken anew after the wake, when
-/// a sleep was called off, and when logind or the bus has come back. An answer counts only for the sleep
-/// whose message it belongs to. Who gets no inhibitor still hears of sleep and wake. Where there is no
-/// logind, or none yet, nothing happens. Main thread only.
+/// Sleep and wake, from logind on the system bus. A delay inhibitor is held all the time, so that a sleep
+/// waits for the answer to its message. Answering closes the inhibitor; it is taken again after the wake,
+/// after a cancelled sleep, and when logind or the bus has come back. An answer counts only for the sleep
+/// that its message belongs to. Without an inhibitor sleep and wake are still reported. Without logind
+/// nothing happens until it comes. Main thread only.
 class LogindSleepSource final : public SleepSource {
 public:
     /// The queue outlives the source.
@@ -31,9 +31,9 @@ private:
     void fallAsleep();
     void wake(sd_bus* bus);
 
-    static int onPrepareForSleep(sd_bus_message* signal, void* self, sd_bus_error* error);
-    static int onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* error);
-    static int onInhibited(sd_bus_message* reply, void* self, sd_bus_error* error);
+    void onPrepareForSleep(sd_bus_message* signal);
+    void onOwnerChanged(sd_bus_message* signal);
+    void onInhibited(sd_bus_message* reply);
 
     Handler handler_;
     /// Numbers the sleeps; the argument of their messages.
@@ -42,7 +42,7 @@ private:
     bool isGoingToSleep_ = false;
     FileDescriptor inhibitor_;
     BusLink link_;
-    BusSlot asking_;  // for the inhibitor; ends before the bus that it is asked on
+    BusSlot asking_;  // For the inhibitor; ends before the bus on which it was sent.
 };
 
 }  // namespace chimewerk

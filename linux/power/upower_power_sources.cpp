@@ -18,10 +18,10 @@ constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
 constexpr unsigned kBattery = 2;
 constexpr unsigned kUninterruptiblePowerSupply = 3;
 
-/// How long two messages may lie apart that tell of one change; too short to be heard.
+/// Two messages about one change come within this time; too short to be heard.
 constexpr Seconds kTogether{0.05};
 
-/// Reads a variant that should hold a value of this type, and skips one that does not.
+/// Reads a variant of this type; skips a variant of another type and returns none.
 template <typename Value>
 std::optional<Value> readVariant(sd_bus_message* message, const char* type) {
     Value value{};
@@ -67,18 +67,20 @@ std::unique_ptr<PowerSources::Subscription> UPowerPowerSources::subscribe(Callba
 void UPowerPowerSources::open(sd_bus* bus) {
     for (const char* const path : {kMachinePath, kDevicePath}) {
         sd_bus_match_signal_async(bus, nullptr, kUPower, path, kProperties, "PropertiesChanged",
-                                  onPropertiesChanged, nullptr, this);
+                                  callMember<&UPowerPowerSources::onPropertiesChanged>, nullptr,
+                                  this);
     }
-    matchOwnerChanges(bus, kUPower, onOwnerChanged, this);
+    matchOwnerChanges(bus, kUPower, callMember<&UPowerPowerSources::onOwnerChanged>, this);
     ask(bus);
 }
 
-/// Asks for everything. What was known holds until both answers are there.
+/// Asks for all properties of both objects. The old state stays valid until both have answered.
 void UPowerPowerSources::ask(sd_bus* bus) {
     facts_ = {};
-    machineTold_ = deviceTold_ = false;
-    askingMachine_ = askFor(bus, kMachinePath, kMachine, onMachine);
-    askingDevice_ = askFor(bus, kDevicePath, kDevice, onDevice);
+    machineKnown_ = deviceKnown_ = false;
+    askingMachine_ =
+        askFor(bus, kMachinePath, kMachine, callMember<&UPowerPowerSources::onMachine>);
+    askingDevice_ = askFor(bus, kDevicePath, kDevice, callMember<&UPowerPowerSources::onDevice>);
 }
 
 BusSlot UPowerPowerSources::askFor(sd_bus* bus, const char* path, const char* interface,
@@ -89,43 +91,35 @@ BusSlot UPowerPowerSources::askFor(sd_bus* bus, const char* path, const char* in
     return BusSlot(asking);
 }
 
-int UPowerPowerSources::onMachine(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
-    auto& sources = *static_cast<UPowerPowerSources*>(self);
+void UPowerPowerSources::onMachine(sd_bus_message* reply) {
     if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
-        sources.machineTold_ = true;
-        sources.take(reply);
+        machineKnown_ = true;
+        take(reply);
     }
-    return 0;
 }
 
-int UPowerPowerSources::onDevice(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
-    auto& sources = *static_cast<UPowerPowerSources*>(self);
+void UPowerPowerSources::onDevice(sd_bus_message* reply) {
     if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
-        sources.deviceTold_ = true;
-        sources.take(reply);
+        deviceKnown_ = true;
+        take(reply);
     }
-    return 0;
 }
 
-int UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal, void* self,
-                                            sd_bus_error* /*error*/) {
+void UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal) {
     if (sd_bus_message_skip(signal, "s") >= 0) {
-        static_cast<UPowerPowerSources*>(self)->take(signal);
+        take(signal);
     }
-    return 0;
 }
 
-/// While UPower is away nothing is asked, since that would start it.
-int UPowerPowerSources::onOwnerChanged(sd_bus_message* signal, void* self,
-                                       sd_bus_error* /*error*/) {
-    const char* owner = nullptr;
-    if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) >= 0 && *owner != '\0') {
-        static_cast<UPowerPowerSources*>(self)->ask(sd_bus_message_get_bus(signal));
+/// Asks only a UPower that is there: a question would start it.
+void UPowerPowerSources::onOwnerChanged(sd_bus_message* signal) {
+    const char* const owner = readNewOwner(signal);
+    if (owner != nullptr && *owner != '\0') {
+        ask(sd_bus_message_get_bus(signal));
     }
-    return 0;
 }
 
-/// Takes the properties of either object: no two of those that matter have the same name.
+/// Takes the properties of either object: those that matter have different names.
 void UPowerPowerSources::take(sd_bus_message* properties) {
     if (sd_bus_message_enter_container(properties, 'a', "{sv}") < 0) {
         return;
@@ -156,7 +150,7 @@ void UPowerPowerSources::takeOne(sd_bus_message* properties) {
     }
 }
 
-/// UPower tells of the machine and of the device in two messages; what comes together is one change.
+/// UPower reports the machine and the device in two messages; together they are one change.
 void UPowerPowerSources::lookLater() {
     if (!std::exchange(isLookDue_, true)) {
         queue_.postAfter(kTogether, lifeline_.guard([this] {
@@ -167,7 +161,7 @@ void UPowerPowerSources::lookLater() {
 }
 
 void UPowerPowerSources::look() {
-    if (!machineTold_ || !deviceTold_) {
+    if (!machineKnown_ || !deviceKnown_) {
         return;
     }
     std::optional<PowerSourceDescription> now = describe();

@@ -10,25 +10,25 @@
 
 namespace chimewerk {
 
-/// UPower's composite display device as the one power source: whether the machine runs on battery and how far
-/// it is charged. It is kept current by UPower's signals, so that a look asks nobody. A machine without a
-/// battery has no source.
+/// UPower's composite display device as the only power source: whether the machine runs on battery, and its
+/// charge. UPower's signals keep it current, so reading it asks nobody. A machine without a battery has no
+/// source.
 ///
-/// The state counts as known once a source has been found; so a machine that is found running on battery,
-/// late or not, was so from the start. While UPower or the bus is away, the last state holds: only what they
-/// tell when they are back can be a change. UPower is started once, by being asked. Main thread only.
+/// The state is known once a source has been found, so a machine found running on battery, however late, has
+/// run on battery from the start. While UPower or the bus is away the last state stays valid; only what they
+/// report on their return can be a change. The first question starts UPower. Main thread only.
 class UPowerPowerSources final : public PowerSources {
 public:
     /// The queue outlives the object.
     explicit UPowerPowerSources(EpollMainQueue& queue);
 
     std::optional<PowerSourceDescription> first() const override { return source_; }
-    /// The first one connects to the bus.
+    /// The first subscription connects to the bus.
     std::unique_ptr<Subscription> subscribe(Callbacks callbacks) override;
 
 private:
     class Ending;
-    /// What UPower has told; none for what it has not.
+    /// What UPower has reported so far.
     struct Facts {
         std::optional<bool> onBattery;
         std::optional<bool> isPresent;
@@ -46,10 +46,10 @@ private:
     void look();
     std::optional<PowerSourceDescription> describe() const;
 
-    static int onMachine(sd_bus_message* reply, void* self, sd_bus_error* error);
-    static int onDevice(sd_bus_message* reply, void* self, sd_bus_error* error);
-    static int onPropertiesChanged(sd_bus_message* signal, void* self, sd_bus_error* error);
-    static int onOwnerChanged(sd_bus_message* signal, void* self, sd_bus_error* error);
+    void onMachine(sd_bus_message* reply);
+    void onDevice(sd_bus_message* reply);
+    void onPropertiesChanged(sd_bus_message* signal);
+    void onOwnerChanged(sd_bus_message* signal);
 
     EpollMainQueue& queue_;
     Callbacks callbacks_;
@@ -57,13 +57,13 @@ private:
     bool isKnown_ = false;
 
     Facts facts_;
-    /// Whether UPower has told everything since it has been there.
-    bool machineTold_ = false;
-    bool deviceTold_ = false;
+    /// Whether UPower has answered for each object since it was last asked.
+    bool machineKnown_ = false;
+    bool deviceKnown_ = false;
     bool isLookDue_ = false;
 
     BusLink link_;
-    // The questions end before the bus that they are asked on.
+    // The requests end before the bus on which they were sent.
     BusSlot askingMachine_;
     BusSlot askingDevice_;
     Lifeline lifeline_;
