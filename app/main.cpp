@@ -1,5 +1,5 @@
-// The composition root: makes the parts, connects them, runs the main loop. Members of the program know one
-// another by the interfaces that they are given here.
+// The composition root: makes the parts, connects them and runs the main loop. The parts know one another by the
+// interfaces that they are given here.
 #include <cstdio>
 #include <span>
 #include <string>
@@ -68,21 +68,114 @@ void carryOut(AppDelegate& delegate, const std::string& action) {
     }
 }
 
+/// What a later launch asks of this instance. `running` is set before the queue runs.
+SingleInstance::Callbacks laterLaunches(AppDelegate*& running) {
+    return {.onActivate =
+                [&running](const std::string& token) {
+                    QtProgram::expectActivation(token);
+                    running->applicationShouldHandleReopen();
+                },
+            .onAction =
+                [&running](const std::string& action, const std::string& token) {
+                    QtProgram::expectActivation(token);
+                    carryOut(*running, action);
+                }};
+}
+
+/// The machine as the program hears it, plays on it and stores on it. The members end in the reverse order.
+struct Machine {
+    explicit Machine(EpollMainQueue& mainQueue) : queue(mainQueue) {}
+
+    EpollMainQueue& queue;
+    const SystemClock clock;
+    const PosixFileSystem files;
+    const ProgramFolders folders = findProgramFolders();
+    NullFileManagerSounds fileManagerSounds;
+
+    const Decoders decoders{folders.modules};
+    PulseConnection soundServer;
+    PulsePlayer player{soundServer};
+    PulseSoundService soundService{decoders, player, folders.sounds + "/alerts"};
+
+    const SessionEnvironment session = SessionEnvironment::ofThisProcess();
+    LidSensorTable lidSensor{queue, LidSensorTable::rows(queue)};
+    SysfsBacklightSource display;
+    DesktopKeySource keys{queue, session};
+    XdgPermissionPage keyPermissionPage{queue, folders.pages + "/keyboard-permission.html"};
+    PulseOutputVolumeSource output{soundServer};
+    InotifyFolderSource watchedFolders{queue};
+    DesktopAppLaunchSource launches{queue, session};
+    XdgTrashSource trash{queue, xdgDataHome()};
+    RtnetlinkReachabilitySource reachability;
+    UdevUsbArrivalSource usbDevices{queue};
+    PulseMicrophone microphone{soundServer};
+    LogindSleepSource sleepSource{queue};
+    UPowerPowerSources powerSources{queue};
+
+    JsonDefaultsStore defaults{queue, xdgConfigHome()};
+    XdgSoundFolder soundFolder{queue, decoders, xdgDataHome()};
+};
+
+SoundManager::Dependencies soundsOn(Machine& machine, NotificationCenter& notifications) {
+    return {.queue = machine.queue,
+            .notifications = notifications,
+            .sounds = machine.soundService,
+            .files = machine.files,
+            .defaults = machine.defaults,
+            .fileManagerSounds = machine.fileManagerSounds};
+}
+
+AppDelegate::Sources sourcesOf(Machine& machine) {
+    return {.lidSensor = machine.lidSensor,
+            .display = machine.display,
+            .keys = machine.keys,
+            .keyPermissionPage = machine.keyPermissionPage,
+            .output = machine.output,
+            .folders = machine.watchedFolders,
+            .screenshotFolders = screenshotFolders(),
+            .launches = machine.launches,
+            .trash = machine.trash,
+            .reachability = machine.reachability,
+            .usbDevices = machine.usbDevices,
+            .microphone = machine.microphone,
+            .sleepSource = machine.sleepSource,
+            .powerSources = machine.powerSources};
+}
+
+/// The program on a machine: its rules and its windows. The members end in the reverse order.
+struct Program {
+    Program(Machine& itsMachine, StatusItem& icon) : machine(itsMachine), statusItem(icon) {}
+
+    Machine& machine;
+    StatusItem& statusItem;
+    NotificationCenter notifications;
+    SoundManager sounds{machine.folders.sounds, soundsOn(machine, notifications)};
+    QtWindows windows{{.sounds = sounds,
+                       .notifications = notifications,
+                       .defaults = machine.defaults,
+                       .files = machine.files,
+                       .resourceFolder = machine.folders.sounds,
+                       .soundFolder = machine.soundFolder,
+                       .keys = machine.keys,
+                       .keyPermissionPage = machine.keyPermissionPage,
+                       .isAppleSilicon = queryIsAppleSilicon(LinuxHardwareQuery())}};
+    AppDelegate delegate{{.queue = machine.queue,
+                          .clock = machine.clock,
+                          .notifications = notifications,
+                          .sounds = sounds,
+                          .fileManagerSounds = machine.fileManagerSounds,
+                          .statusItem = statusItem,
+                          .windows = windows,
+                          .terminate = QtProgram::quit},
+                         sourcesOf(machine)};
+};
+
+/// Runs the program, unless an instance runs already, which is then asked for what `command` says.
 int run(int& argumentCount, char** arguments, Command command) {
     EpollMainQueue queue;
     const TerminationSignals signals(queue, QtProgram::quit);
-    AppDelegate* running = nullptr;  // set before the queue runs
-    SingleInstance instance(queue, CHIMEWERK_ID,
-                            {.onActivate =
-                                 [&running](const std::string& token) {
-                                     QtProgram::expectActivation(token);
-                                     running->applicationShouldHandleReopen();
-                                 },
-                             .onAction =
-                                 [&running](const std::string& action, const std::string& token) {
-                                     QtProgram::expectActivation(token);
-                                     carryOut(*running, action);
-                                 }});
+    AppDelegate* running = nullptr;
+    SingleInstance instance(queue, CHIMEWERK_ID, laterLaunches(running));
     const std::string action = actionFor(command);
     if (instance.claim(LaunchRequest::ofThisProcess(action)) ==
             SingleInstance::Outcome::alreadyRunning ||
@@ -90,86 +183,21 @@ int run(int& argumentCount, char** arguments, Command command) {
         return 0;
     }
 
-    QtProgram program(argumentCount, arguments, CHIMEWERK_ID);
-    program.attach(queue.descriptor(), [&queue] { queue.dispatch(); });
+    QtProgram toolkit(argumentCount, arguments, CHIMEWERK_ID);
+    toolkit.attach(queue.descriptor(), [&queue] { queue.dispatch(); });
     QtStatusItem statusItem;
 
-    const SystemClock clock;
-    const PosixFileSystem files;
-    const ProgramFolders folders = findProgramFolders();
-    NotificationCenter notifications;
-    NullFileManagerSounds fileManagerSounds;
-
-    const Decoders decoders(folders.modules);
-    PulseConnection soundServer;
-    PulsePlayer player(soundServer);
-    PulseSoundService soundService(decoders, player, folders.sounds + "/alerts");
-
-    const SessionEnvironment session = SessionEnvironment::ofThisProcess();
-    LidSensorTable lidSensor(queue, LidSensorTable::rows(queue));
-    SysfsBacklightSource display;
-    DesktopKeySource keys(queue, session);
-    XdgPermissionPage keyPermissionPage(queue, folders.pages + "/keyboard-permission.html");
-    PulseOutputVolumeSource output(soundServer);
-    InotifyFolderSource watchedFolders(queue);
-    DesktopAppLaunchSource launches(queue, session);
-    XdgTrashSource trash(queue, xdgDataHome());
-    RtnetlinkReachabilitySource reachability;
-    UdevUsbArrivalSource usbDevices(queue);
-    PulseMicrophone microphone(soundServer);
-    LogindSleepSource sleepSource(queue);
-    UPowerPowerSources powerSources(queue);
-
-    JsonDefaultsStore defaults(queue, xdgConfigHome());
-    program.beforeSuddenEnd([&defaults] { defaults.flush(); });
-
-    SoundManager sounds(folders.sounds, {.queue = queue,
-                                         .notifications = notifications,
-                                         .sounds = soundService,
-                                         .files = files,
-                                         .defaults = defaults,
-                                         .fileManagerSounds = fileManagerSounds});
-    XdgSoundFolder soundFolder(queue, decoders, xdgDataHome());
-    QtWindows windows({.sounds = sounds,
-                       .notifications = notifications,
-                       .defaults = defaults,
-                       .files = files,
-                       .resourceFolder = folders.sounds,
-                       .soundFolder = soundFolder,
-                       .keys = keys,
-                       .keyPermissionPage = keyPermissionPage,
-                       .isAppleSilicon = queryIsAppleSilicon(LinuxHardwareQuery())});
-    AppDelegate delegate({.queue = queue,
-                          .clock = clock,
-                          .notifications = notifications,
-                          .sounds = sounds,
-                          .fileManagerSounds = fileManagerSounds,
-                          .statusItem = statusItem,
-                          .windows = windows,
-                          .terminate = QtProgram::quit},
-                         {.lidSensor = lidSensor,
-                          .display = display,
-                          .keys = keys,
-                          .keyPermissionPage = keyPermissionPage,
-                          .output = output,
-                          .folders = watchedFolders,
-                          .screenshotFolders = screenshotFolders(),
-                          .launches = launches,
-                          .trash = trash,
-                          .reachability = reachability,
-                          .usbDevices = usbDevices,
-                          .microphone = microphone,
-                          .sleepSource = sleepSource,
-                          .powerSources = powerSources});
-    running = &delegate;
-
-    queue.post([&delegate, &action] {
-        delegate.applicationDidFinishLaunching();
-        carryOut(delegate, action);
+    Machine machine(queue);
+    toolkit.beforeSuddenEnd([&machine] { machine.defaults.flush(); });
+    Program program(machine, statusItem);
+    running = &program.delegate;
+    queue.post([&program, &action] {
+        program.delegate.applicationDidFinishLaunching();
+        carryOut(program.delegate, action);
     });
-    program.run();
-    delegate.applicationWillTerminate();
-    defaults.flush();
+    toolkit.run();
+    program.delegate.applicationWillTerminate();
+    machine.defaults.flush();
     return 0;
 }
 
