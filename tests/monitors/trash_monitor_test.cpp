@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "support/fake_trash_source.h"
+#include "support/fake_sources.h"
 #include "support/virtual_main_queue.h"
 
 namespace chimewerk {
@@ -72,22 +72,13 @@ TEST_F(TheTrashMonitor, SpacesAddsByMoreThanASecondAndFollowsTheCountMeanwhile) 
     EXPECT_EQ(fired, "++0");  // Empties are not spaced.
 }
 
-TEST_F(TheTrashMonitor, PlaysOneAddForManyFilesAtOnce) {
-    startWith(0);
-    for (int i = 0; i < 10; ++i) {
-        trash.change(1);
-        queue.advance(Seconds{0.1});
-    }
-    EXPECT_EQ(fired, "+");
-}
-
 TEST_F(TheTrashMonitor, TakesAChangeForAnAddWhenNoCountComesInThreeSeconds) {
     startWith(5);
     trash.countsAtOnce = false;
     trash.change(-5);
     poll();
-    for (int i = 0; i < 6;
-         ++i) {  // Counts that fail at once, up to exactly 3 s after the change was seen.
+    // Counts that fail at once, up to exactly 3 s after the change was seen.
+    for (int i = 0; i < 6; ++i) {
         ASSERT_EQ(trash.waiting(), 1U);
         trash.answer(std::nullopt);
         poll();
@@ -174,17 +165,6 @@ TEST_F(TheTrashMonitor, StopsLookingButTakesTheCountUnderWay) {
     poll(20);
     EXPECT_EQ(trash.waiting(), 0U);
     monitor->stop();
-}
-
-TEST_F(TheTrashMonitor, MayEndWhileACountIsUnderWay) {
-    startWith(3);
-    trash.countsAtOnce = false;
-    trash.change(1);
-    poll();
-    monitor.reset();
-    trash.answer(4);
-    poll(2);
-    EXPECT_EQ(fired, "");
 }
 
 }  // namespace

@@ -4,12 +4,8 @@
 
 #include "sound/custom_theme.h"
 #include "sound/sound_event.h"
-#include "sound/sound_manager.h"
 #include "sound/sound_theme.h"
-#include "support/fake_defaults_store.h"
-#include "support/fake_file_manager_sounds.h"
-#include "support/fake_sound_service.h"
-#include "support/virtual_main_queue.h"
+#include "support/sound_library.h"
 
 namespace chimewerk {
 namespace {
@@ -28,8 +24,7 @@ TEST(TheEventTable, HoldsTheNineteenEventsInOrderWithTheirFactorySwitches) {
         switches,
         "slap+ lid_open+ lid_close+ lid_angle- charger_connect+ charger_disconnect+ brightness_up+ "
         "brightness_down+ key_press- volume_up- volume_down- screenshot- app_launch- trash_empty+ "
-        "trash_add+ "
-        "network_up- network_down- battery_low+ usb_connect- ");
+        "trash_add+ network_up- network_down- battery_low+ usb_connect- ");
     EXPECT_EQ(ids.size(), events.size());
 }
 
@@ -99,12 +94,8 @@ TEST(ACustomTheme, HasAFileOnlyWhereTheEntryIsNotEmpty) {
 }
 
 TEST(TheSoundManager, StartsAsDeliveredAndKnowsItsSelectedCustomTheme) {
-    VirtualMainQueue queue;
-    NotificationCenter notifications;
-    FakeSoundService sounds;
-    FakeDefaultsStore defaults;
-    FakeFileManagerSounds fileManager;
-    SoundManager manager("", {queue, notifications, sounds, sounds, defaults, fileManager});
+    SoundLibrary library;
+    SoundManager& manager = *library;
 
     EXPECT_EQ(manager.events, factoryEvents());
     EXPECT_EQ(manager.currentTheme, SoundTheme::classic);

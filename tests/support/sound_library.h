@@ -6,14 +6,26 @@
 #include <string>
 #include <vector>
 
+#include "platform/file_manager_sounds.h"
 #include "sound/notifications.h"
 #include "sound/sound_manager.h"
 #include "support/fake_defaults_store.h"
-#include "support/fake_file_manager_sounds.h"
 #include "support/fake_sound_service.h"
+#include "support/journal.h"
 #include "support/virtual_main_queue.h"
 
 namespace chimewerk {
+
+/// Records each setting of the file manager's sounds.
+class FakeFileManagerSounds final : public FileManagerSounds, public Noting {
+public:
+    std::vector<bool> calls;
+
+    void setFinderTrashSoundEnabled(bool enabled) override {
+        note(enabled ? "finder+" : "finder-");
+        calls.push_back(enabled);
+    }
+};
 
 /// A sound library among fakes, which can be ended and started again on what it has stored.
 class SoundLibrary {

@@ -1,17 +1,19 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "app/status_item.h"
+#include "app/windows.h"
 #include "support/journal.h"
 
 namespace chimewerk {
 
-/// A tray of which the menu can be read and chosen from.
+/// A tray whose menu can be read and chosen from.
 class FakeStatusItem final : public StatusItem, public Noting {
 public:
     void show(const Menu& shown, std::function<void()> onActivated) override {
@@ -59,6 +61,34 @@ private:
             }
         }
         throw std::invalid_argument("nothing to choose under this title");
+    }
+};
+
+/// Windows that only log what is done with them: "dashboard made, dashboard shown, ".
+class FakeWindows final : public WindowFactory {
+public:
+    std::string log;
+
+    std::unique_ptr<Window> makeDashboard(AppDelegate& /*delegate*/) override {
+        return make("dashboard");
+    }
+    std::unique_ptr<Window> makeHelpWindow() override { return make("help"); }
+
+private:
+    class FakeWindow final : public Window {
+    public:
+        FakeWindow(std::string& log, std::string name) : log_(log), name_(std::move(name)) {
+            log_ += name_ + " made, ";
+        }
+        void showWindow() override { log_ += name_ + " shown, "; }
+
+    private:
+        std::string& log_;
+        const std::string name_;
+    };
+
+    std::unique_ptr<Window> make(const char* name) {
+        return std::make_unique<FakeWindow>(log, name);
     }
 };
 
