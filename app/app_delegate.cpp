@@ -4,7 +4,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The lid's threshold in degrees where there is no event to tell it.
+/// The lid's threshold in degrees when there is no event.
 constexpr float kDefaultLidThreshold = 90.0F;
 
 }  // namespace

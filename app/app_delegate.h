@@ -29,12 +29,12 @@
 
 namespace chimewerk {
 
-/// The program at run time: owns the tray menu, the windows and the monitors, wires each monitor to the sound
-/// library, and starts and stops them in a fixed order. All monitors exist from its construction on, whether
-/// or not they are started. Main thread only.
+/// The program at run time: owns the tray menu, the windows and the monitors, wires each monitor to
+/// the sound library, and starts and stops them in a fixed order. All monitors exist from its
+/// construction on, whether or not they are started. Main thread only.
 class AppDelegate {
 public:
-    /// What the monitors hear the machine by; all of it outlives the delegate.
+    /// The monitors' sources; all of them outlive the delegate.
     struct Sources {
         LidSensorSource& lidSensor;
         BrightnessSource& display;
@@ -104,7 +104,8 @@ private:
     void setupNetworkMonitoring();
     void setupUSBMonitoring();
 
-    /// A callback that plays this event, one of `event_ids`, and does nothing once the delegate is gone.
+    /// A callback that plays this event, one of `event_ids`, and does nothing once the delegate
+    /// is gone.
     std::function<void()> playing(std::string_view eventId);
 
     SoundManager& sm_;
@@ -121,7 +122,7 @@ private:
     KnockDetector knocks_;
     PowerEvents power_;
     StatusMenu menu_;
-    /// Made when they are first wanted; they work on the monitors, and end before them.
+    /// Made when first opened. They use the monitors, and end before them.
     std::unique_ptr<Window> dashboard_;
     std::unique_ptr<Window> helpWindow_;
     Lifeline lifeline_;

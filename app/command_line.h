@@ -8,17 +8,18 @@ namespace chimewerk {
 
 /// What the user asks for on the command line.
 enum class Command {
-    /// To have the program running; if it runs already, to see it.
+    /// Start the program; if it runs already, show it.
     run,
     openDashboard,
     openHelp,
-    /// To end the program that runs.
+    /// End the running program.
     quit,
     printUsage,
     printVersion,
 };
 
-/// What these arguments, without the program's name, ask for; none when they make no sense.
+/// Returns what these arguments, without the program's name, ask for; none when they are
+/// not understood.
 std::optional<Command> parseCommandLine(std::span<char* const> arguments);
 
 /// The options in words, a line each.

@@ -1,5 +1,5 @@
-// The composition root: makes the parts, connects them and runs the main loop. The parts know one another by the
-// interfaces that they are given here.
+// The composition root: makes the parts, connects them and runs the main loop. The parts know one
+// another by the interfaces that they are given here.
 #include <cstdio>
 #include <span>
 #include <string>
@@ -82,7 +82,8 @@ SingleInstance::Callbacks laterLaunches(AppDelegate*& running) {
                 }};
 }
 
-/// The machine as the program hears it, plays on it and stores on it. The members end in the reverse order.
+/// The machine as the program hears it, plays on it and stores on it. The members end in the
+/// reverse order.
 struct Machine {
     explicit Machine(EpollMainQueue& mainQueue) : queue(mainQueue) {}
 

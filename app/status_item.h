@@ -11,10 +11,10 @@ class StatusItem {
 public:
     virtual ~StatusItem() = default;
 
-    /// Shows the program's icon with this menu, which outlives the item: at once where the desktop has a
-    /// tray, else when it gets one, and again after a tray has been replaced. Marks are read anew after each
-    /// choice of an entry. `onActivate` runs when the icon itself is chosen, where the tray tells that apart
-    /// from opening the menu.
+    /// Shows the program's icon with this menu, which outlives the item: at once where the desktop
+    /// has a tray, else when it gets one, and again after a tray has been replaced. Marks are read
+    /// anew after each choice of an entry. `onActivate` runs when the icon itself is chosen, where
+    /// the tray distinguishes that from opening the menu.
     virtual void show(const Menu& menu, std::function<void()> onActivate) = 0;
 };
 

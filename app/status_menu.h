@@ -32,8 +32,8 @@ private:
     std::vector<MenuItem*> sensMenuItems_;
 };
 
-/// How loud a knock has to be under the sensitivity of this name: a peak from 0.0 to 1.0. That of medium
-/// sensitivity for a name that there is not.
+/// Returns how loud a knock must be at the sensitivity of this name: a peak from 0.0 to 1.0. An
+/// unknown name stands for medium sensitivity.
 float slapThresholdFor(std::string_view sensitivity);
 
 }  // namespace chimewerk

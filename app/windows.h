@@ -11,7 +11,7 @@ class Window {
 public:
     virtual ~Window() = default;
 
-    /// Shows it as it was left and brings it to the front, with the keyboard.
+    /// Shows the window as the user left it and brings it to the front, with the keyboard focus.
     virtual void showWindow() = 0;
 };
 

@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// Tells when an application of the session has been launched. Main thread only.
+/// Reports each application of the session that is launched. Main thread only.
 class AppLaunchSource {
 public:
     /// Names one observer.
@@ -15,16 +15,16 @@ public:
 
     virtual ~AppLaunchSource() = default;
 
-    /// Calls `onLaunch` on the main thread, later, once for each application that is launched from now on,
-    /// until the observer is removed. What runs already does not count. Where launches cannot be seen, it
-    /// never calls.
+    /// Calls `onLaunch` on the main thread, later, once for each application that is launched from
+    /// now on, until the observer is removed. What runs already does not count. Where launches
+    /// cannot be seen, it never calls.
     virtual Token addObserver(std::function<void()> onLaunch) = 0;
 
-    /// The observer is called no more, from this call on. Unknown tokens are ignored.
+    /// Ends the observer's calls at once. Unknown tokens are ignored.
     virtual void removeObserver(Token token) = 0;
 };
 
-/// Notices any application being launched. Main thread only.
+/// Reports any application being launched. Main thread only.
 class AppLaunchMonitor {
 public:
     explicit AppLaunchMonitor(AppLaunchSource& source) : source_(source) {}

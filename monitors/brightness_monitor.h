@@ -13,12 +13,12 @@ class BrightnessSource {
 public:
     virtual ~BrightnessSource() = default;
 
-    /// The built-in display's brightness at this moment, 0 to 1; none when there is no such display or it
-    /// cannot be read. Returns without waiting, and is cheap enough for four calls a second.
+    /// The built-in display's brightness at this moment, 0 to 1; none when there is no such display
+    /// or it cannot be read. Returns without waiting, and is cheap enough for four calls a second.
     virtual std::optional<float> brightness() = 0;
 };
 
-/// Tells the display getting brighter from it getting darker. Compares with the level of the last event, so
+/// Reports the display getting brighter or darker. Compares with the level of the last event, so
 /// that slow changes add up. Main thread only.
 class BrightnessMonitor {
 public:
@@ -29,11 +29,11 @@ public:
     /// The brightness fell by more than 0.03 since the last event.
     std::function<void()> onDown;
 
-    /// Takes the present level as the reference and looks every 0.25 s from now on. Call it once before
+    /// Takes the present level as the reference and polls every 0.25 s. Call it once before
     /// `stop()`.
     void start();
 
-    /// Ends the looking.
+    /// Ends the polling.
     void stop() { poller_.stop(); }
 
 private:

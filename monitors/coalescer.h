@@ -8,9 +8,9 @@
 
 namespace chimewerk {
 
-/// Turns a burst of signals into one call: it comes one latency after the first signal, and a signal after
-/// the call brings another one, so that the last signal is always followed by a call. Destroying it drops a
-/// call that is still to come. Main thread only.
+/// Turns a burst of signals into one call, which comes one latency after the first signal. A signal
+/// after the call starts another one, so that a call always follows the last signal. Destroying it
+/// drops a call that is still to come. Main thread only.
 class Coalescer {
 public:
     Coalescer(MainQueue& queue, Seconds latency, std::function<void()> call)

@@ -11,24 +11,25 @@
 
 namespace chimewerk {
 
-/// What a key tap reports, on the main thread. The tap must not be destroyed from within either call.
+/// What a key tap reports, on the main thread. The tap must not be destroyed from within
+/// either call.
 struct KeyTapCallbacks {
-    /// A key went down, or repeats while it is held. `keyCode` is the program's virtual key code (Space 49,
-    /// Return 36, keypad Enter 76). Modifier and media keys are not reported. Called straight from the event,
-    /// without queueing.
+    /// A key went down, or repeats while it is held. `keyCode` is the program's virtual key code
+    /// (Space 49, Return 36, keypad Enter 76). Modifier and media keys are not reported. Called
+    /// straight from the event, without queueing.
     std::function<void(std::int64_t keyCode)> onKeyDown;
-    /// The system has cut the tap off in part or in whole. It hears again what can be heard once it is
-    /// enabled anew, which may be done from within this call.
+    /// The system has disabled the tap in part or in whole. Enable it again, if need be from within
+    /// this call, to hear what can be heard.
     std::function<void()> onDisabled;
 };
 
-/// An ear at the keyboards of the session. It only listens: whoever has the focus gets every key as before.
-/// Ends when it is destroyed. Main thread only.
+/// Listens to the keyboards of the session. It only listens: the window with the focus gets every
+/// key as before. Ends when it is destroyed. Main thread only.
 class KeyTap {
 public:
     virtual ~KeyTap() = default;
 
-    /// Lets reports come, or holds them back. Keyboards that are plugged in while it is enabled are heard
+    /// Switches the reports on or off. Keyboards that are plugged in while it is enabled are heard
     /// too. Repeated calls do no harm.
     virtual void setEnabled(bool enabled) = 0;
 };
@@ -54,9 +55,9 @@ public:
     virtual void show() = 0;
 };
 
-/// Hands every key press of the session to the sound library. Without the permission to listen it shows the
-/// user where to give it and looks every 1.5 s whether it has come. Which key was pressed is passed on and
-/// kept nowhere. Main thread only.
+/// Hands every key press of the session to the sound library. Without the permission to listen it
+/// shows the user where to give it and polls for it every 1.5 s. Which key was pressed is passed on
+/// and kept nowhere. Main thread only.
 class KeyboardMonitor {
 public:
     KeyboardMonitor(MainQueue& queue, KeySource& keys, PermissionPage& permissionPage,
@@ -67,14 +68,15 @@ public:
     /// Whether key presses are being heard.
     bool active = false;
 
-    /// Begins to listen, or shows the permission page and waits for the permission. Nothing when already
-    /// listening.
+    /// Begins to listen, or shows the permission page and waits for the permission. Nothing when
+    /// already listening.
     void start();
 
     /// Ends the listening and the waiting.
     void stop();
 
-    /// Listens anew if that is permitted now; if not, ends up stopped, without a page and without waiting.
+    /// Listens anew if that is permitted now; if not, ends up stopped, without a page and
+    /// without waiting.
     void restart();
 
     /// Plays the sound of the key with this virtual key code.

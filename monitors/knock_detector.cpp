@@ -9,7 +9,8 @@ namespace chimewerk {
 namespace {
 
 constexpr std::size_t kBufferFrames = 512;
-/// Only what follows on a level below this is a knock; what follows on a higher one is part of a noise.
+/// Only what follows on a level below this is a knock; what follows on a higher one is part of
+/// a noise.
 constexpr float kQuietLimit = 0.25F;
 constexpr float kOldWeight = 0.75F;
 constexpr float kNewWeight = 0.25F;

@@ -11,34 +11,36 @@ namespace chimewerk {
 /// One listening to the microphone. Main thread only, but for the tap. Its end stops it.
 class AudioEngine {
 public:
-    /// What the tap is called with: the first channel's samples of one buffer, nominally -1 to 1, valid
-    /// during the call only; none when the buffer holds no samples that can be read as such.
+    /// What the tap is called with: the first channel's samples of one buffer, nominally -1 to 1,
+    /// valid during the call only; none when the buffer holds no samples that can be read as such.
     using FirstChannel = std::optional<std::span<const float>>;
     using Tap = std::function<void(FirstChannel)>;
 
     virtual ~AudioEngine() = default;
 
-    /// Has `tap` called for each buffer of about `frames` frames that is heard while the engine runs, one
-    /// after another, on a thread of the engine's: it must not block. Call it before `start()`.
+    /// Has `tap` called for each buffer of about `frames` frames that is heard while the
+    /// engine runs, one after another, on a thread of the engine's: it must not block. Call it
+    /// before `start()`.
     virtual void installTap(std::size_t frames, Tap tap) = 0;
     /// Ends the calls; one that is under way has ended on return.
     virtual void removeTap() = 0;
 
-    /// Begins to listen. False when it cannot; the engine then stays silent. A microphone that is missing, or
-    /// that goes away, is no failure where the engine waits for one.
+    /// Begins to listen. False when it cannot; the engine then stays silent. A microphone that is
+    /// missing, or that goes away, is no failure where the engine waits for one.
     virtual bool start() = 0;
     /// Ends the listening; a call of the tap that is under way has ended on return.
     virtual void stop() = 0;
 };
 
-/// The machine's microphone: who may listen to it, and the listening. Main thread only; outlives its engines.
+/// The machine's microphone: the permission to listen to it, and the listening. Main thread only;
+/// outlives its engines.
 class Microphone {
 public:
     enum class Authorization {
         /// The user has not been asked yet.
         notDetermined,
         authorized,
-        /// The user, or who administers the machine, has said no.
+        /// The user or the machine's administrator has denied it.
         denied
     };
 

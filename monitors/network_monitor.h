@@ -12,20 +12,20 @@ class ReachabilitySource {
 public:
     virtual ~ReachabilitySource() = default;
 
-    /// Takes hold of what `isReachable()` needs. A failure shows there and nowhere else.
+    /// Opens what `isReachable()` needs. After a failure, `isReachable()` returns false.
     virtual void open() = 0;
 
-    /// Lets go of it.
+    /// Closes it.
     virtual void close() = 0;
 
-    /// Whether there is a usable way to the wider network at this moment; a way that would have to be
-    /// established first is none. False when that cannot be found out, and when the source is not open. Sends
-    /// nothing over the network and returns without waiting.
+    /// Whether there is a usable way to the wider network at this moment; a way that would have to
+    /// be established first is none. False when that cannot be found out, and when the source is
+    /// not open. Sends nothing over the network and returns without waiting.
     virtual bool isReachable() = 0;
 };
 
-/// Tells the machine gaining the network from it losing it. The state at the start is no event. Main thread
-/// only.
+/// Reports the machine gaining and losing the network. The state at the start is no event. Main
+/// thread only.
 class NetworkMonitor {
 public:
     NetworkMonitor(MainQueue& queue, ReachabilitySource& reachability);
@@ -35,10 +35,10 @@ public:
     /// The network can be reached no longer.
     std::function<void()> onDisconnect;
 
-    /// Takes the present state as known and looks every 2.5 s from now on. Call it once before `stop()`.
+    /// Takes the present state as known and polls every 2.5 s. Call it once before `stop()`.
     void start();
 
-    /// Ends the looking.
+    /// Ends the polling.
     void stop();
 
 private:

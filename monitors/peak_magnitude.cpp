@@ -11,8 +11,8 @@ namespace chimewerk {
 
 namespace {
 
-// Vectors by name, because a compiler may not reorder comparisons of floating-point numbers by itself, and
-// would take one running maximum sample by sample.
+// Vectors by name, because a compiler may not reorder comparisons of floating-point numbers by
+// itself, and would take one running maximum sample by sample.
 constexpr std::size_t kLanes = 4;
 using Floats [[gnu::vector_size(kLanes * sizeof(float))]] = float;
 using Bits [[gnu::vector_size(kLanes * sizeof(float))]] = std::int32_t;

@@ -4,8 +4,9 @@
 
 namespace chimewerk {
 
-/// The largest magnitude among the samples, 0 when there are none. What is not a number is passed over; what
-/// is infinite counts as the largest number, so that a level computed from it can fall again. Any thread.
+/// The largest magnitude among the samples, 0 when there are none. What is not a number is passed
+/// over; what is infinite counts as the largest number, so that a level computed from it can fall
+/// again. Any thread.
 float peakMagnitude(std::span<const float> samples);
 
 }  // namespace chimewerk

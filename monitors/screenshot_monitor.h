@@ -12,10 +12,11 @@
 
 namespace chimewerk {
 
-/// Looks into folders, and tells when their contents change. Main thread only.
+/// Lists folders and reports changes of their contents. Main thread only.
 class FolderSource {
 public:
-    /// Tells of changes until it is destroyed. It is not destroyed from within the call that it makes.
+    /// Reports changes until it is destroyed. Must not be destroyed from within the call that
+    /// it makes.
     class Stream {
     public:
         virtual ~Stream() = default;
@@ -26,31 +27,33 @@ public:
     /// The names directly inside `folder`, in no order; none when it cannot be listed.
     virtual std::vector<std::string> list(const std::string& folder) const = 0;
 
-    /// Calls `onChange` on the main thread soon after a name has come into `folder` or left it, and after the
-    /// folder itself has come, gone or been replaced; it need not exist. Several changes may share a call,
-    /// and a call may come without a change. Null when the folder cannot be watched at all.
+    /// Calls `onChange` on the main thread soon after a name has come into `folder` or left it, and
+    /// after the folder itself has come, gone or been replaced; it need not exist. Several changes
+    /// may share a call, and a call may come without a change. Null when the folder cannot be
+    /// watched at all.
     virtual std::unique_ptr<Stream> watch(const std::string& folder,
                                           std::function<void()> onChange) = 0;
 };
 
-/// Notices new screenshot files in the folders where desktops put them. Main thread only.
+/// Reports new screenshot files in the folders where desktops put them. Main thread only.
 class ScreenshotMonitor {
 public:
-    /// `folders` are absolute paths. Each is judged by itself: a screenshot that is moved from one to the
-    /// other is new there.
+    /// `folders` are absolute paths. Each is judged by itself: a screenshot that is moved from one
+    /// to the other is new there.
     ScreenshotMonitor(MainQueue& queue, FolderSource& source,
                       const std::vector<std::string>& folders);
 
     /// A new screenshot file appeared: once per look at a folder, however many files there are.
     std::function<void()> onScreenshot;
 
-    /// Takes what lies in the folders as known and begins to watch them. Call it once before `stop()`.
+    /// Takes what lies in the folders as known and begins to watch them. Call it once
+    /// before `stop()`.
     void start();
 
     /// Ends the watching. What is known stays known.
     void stop();
 
-    /// Looks into every folder for new screenshots. Changes that are heard of lead to a look within 1.5 s.
+    /// Checks every folder for new screenshots. Reported changes lead to a check within 1.5 s.
     void checkForNew();
 
 private:

@@ -12,16 +12,16 @@ class UsbArrivalSource {
 public:
     virtual ~UsbArrivalSource() = default;
 
-    /// Calls `arrived` on the main thread after USB devices were attached, from now until `close()`; devices
-    /// that are there already are left out. Several that come together may share one call. Returns false, and
-    /// never calls, when arrivals cannot be heard on this machine.
+    /// Calls `arrived` on the main thread after USB devices were attached, from now until
+    /// `close()`; devices that are there already are left out. Several that come together may share
+    /// one call. Returns false, and never calls, when arrivals cannot be heard on this machine.
     virtual bool open(std::function<void()> arrived) = 0;
 
-    /// Ends the calls, from this call on.
+    /// Ends the calls at once.
     virtual void close() = 0;
 };
 
-/// Tells that USB devices are attached. Main thread only; call `stop()` before the source goes away.
+/// Reports USB devices being attached. Main thread only; call `stop()` before the source goes away.
 class USBMonitor {
 public:
     USBMonitor(MainQueue& queue, UsbArrivalSource& devices);
@@ -29,7 +29,8 @@ public:
     /// A USB device was attached, or several at once.
     std::function<void()> onConnect;
 
-    /// True between a `start()` that succeeded and `stop()`; arrivals are reported only while it is true.
+    /// True between a `start()` that succeeded and `stop()`; arrivals are reported only while it
+    /// is true.
     bool isSetup = false;
 
     /// Begins to listen. Call it once before `stop()`.

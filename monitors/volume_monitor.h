@@ -8,8 +8,8 @@
 
 namespace chimewerk {
 
-/// What the volume monitor sees of the default audio output device, whichever that is at the moment of a
-/// call. Main thread only.
+/// What the volume monitor sees of the default audio output device, whichever that is at the moment
+/// of a call. Main thread only.
 class OutputVolumeSource {
 public:
     /// A part of the device that has a volume of its own.
@@ -17,13 +17,14 @@ public:
 
     virtual ~OutputVolumeSource() = default;
 
-    /// The volume of `element` of the default output device, 0 to 1; none when there is no such device, or it
-    /// has no volume there. Returns without waiting, and is cheap enough for eight calls a second.
+    /// The volume of `element` of the default output device, 0 to 1; none when there is no such
+    /// device, or it has no volume there. Returns without waiting, and is cheap enough for eight
+    /// calls a second.
     virtual std::optional<float> volume(Element element) = 0;
 };
 
-/// Tells the output volume going up from it going down. Compares with the reading before, so that only a
-/// change within one look counts. Main thread only.
+/// Reports the output volume going up or down. Compares with the reading before, so that only a
+/// change within one poll counts. Main thread only.
 class VolumeMonitor {
 public:
     VolumeMonitor(MainQueue& queue, OutputVolumeSource& output);
@@ -33,11 +34,11 @@ public:
     /// The volume fell by 0.03 or more within 0.25 s.
     std::function<void()> onDown;
 
-    /// Takes the present volume as the reference and looks every 0.25 s from now on. Call it once before
+    /// Takes the present volume as the reference and polls every 0.25 s. Call it once before
     /// `stop()`.
     void start();
 
-    /// Ends the looking.
+    /// Ends the polling.
     void stop() { poller_.stop(); }
 
 private:

@@ -5,9 +5,9 @@
 
 namespace chimewerk {
 
-/// Any bytes as valid UTF-8, for formats that hold nothing else: file paths are bytes, and not always text.
-/// Bytes that are valid UTF-8 stay as they are. Others become a NUL character, which no path holds, followed
-/// by each byte as the character of that number, so that Latin-1 names stay legible.
+/// Returns any bytes as valid UTF-8, for formats that hold only text: a file path may be any bytes.
+/// Bytes that are valid UTF-8 stay as they are. Others become a NUL character, which no path holds,
+/// followed by each byte as the character of that number, so that Latin-1 names stay legible.
 std::string textFromBytes(std::string bytes);
 
 /// The inverse of `textFromBytes`. Text that it never makes stays as it is.

@@ -12,7 +12,7 @@ using WallTime = std::chrono::time_point<std::chrono::system_clock, Seconds>;
 /// Earlier than anything that happens; any span since then is longer than every rule asks for.
 inline constexpr WallTime kDistantPast{Seconds{-62135769600.0}};
 
-/// Tells the wall-clock time. Any thread.
+/// The wall clock. Any thread.
 class Clock {
 public:
     virtual ~Clock() = default;

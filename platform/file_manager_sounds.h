@@ -7,8 +7,8 @@ class FileManagerSounds {
 public:
     virtual ~FileManagerSounds() = default;
 
-    /// Lets the file manager's own trash sounds be heard (true), or silences them while the program plays its
-    /// own (false). Main thread; failures are silent.
+    /// Lets the file manager's own trash sounds be heard (true), or silences them while the program
+    /// plays its own (false). Main thread; failures are silent.
     virtual void setFinderTrashSoundEnabled(bool enabled) = 0;
 };
 

@@ -9,8 +9,8 @@ class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
-    /// Whether something lies at `path`, a folder included; links are followed. What cannot be looked at does
-    /// not exist.
+    /// Whether something lies at `path`, a folder included; links are followed. What cannot be
+    /// looked at does not exist.
     virtual bool fileExists(const std::string& path) const = 0;
 };
 

@@ -6,7 +6,7 @@
 
 namespace chimewerk {
 
-/// Answers what kind of machine this is. Main thread only.
+/// What kind of machine this is. Main thread only.
 class HardwareQuery {
 public:
     virtual ~HardwareQuery() = default;

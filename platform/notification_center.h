@@ -9,10 +9,10 @@
 
 namespace chimewerk {
 
-/// An announcement to whoever observes its name.
+/// An announcement to the observers of its name.
 struct Notification {
     std::string_view name;
-    /// What it is about; empty when it says nothing but its name.
+    /// What it is about; empty when the name says all.
     std::any object = {};
     /// Further facts by name.
     std::map<std::string, std::any> userInfo = {};
@@ -38,8 +38,9 @@ public:
     /// subscription, for as long as the result is held.
     [[nodiscard]] Subscription observe(std::string_view name, Observer observer);
 
-    /// Calls every observer of the notification's name before it returns. An observer may subscribe and
-    /// unsubscribe, itself included; who subscribes during a posting is not called for it.
+    /// Calls every observer of the notification's name before it returns. An observer may subscribe
+    /// and unsubscribe, itself included; an observer that subscribes during a posting is not called
+    /// for it.
     void post(const Notification& notification);
 
 private:

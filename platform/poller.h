@@ -8,19 +8,19 @@
 
 namespace chimewerk {
 
-/// A look that its owner takes again and again: a member of the owner, declared last so that it ends first.
-/// Main thread only; the queue outlives it.
+/// Runs a job of its owner at a fixed interval. A member of the owner, declared last so that it
+/// ends first. Main thread only; the queue outlives it.
 class Poller {
 public:
     explicit Poller(MainQueue& queue) : queue_(queue) {}
 
-    /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone. Call it
-    /// once before `stop()`: only the last one can be stopped.
+    /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone.
+    /// Call `stop()` before the next `start()`: only the last one can be stopped.
     void start(Seconds interval, MainQueue::Job look) {
         timer_ = queue_.every(interval, lifeline_.guard(std::move(look)));
     }
 
-    /// Ends it; nothing when it has not been started.
+    /// Ends the runs. Does nothing when not started.
     void stop() {
         if (timer_) {
             timer_->invalidate();

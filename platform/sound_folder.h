@@ -9,25 +9,25 @@ namespace chimewerk {
 /// The folder of the sound files that the user has loaded. Main thread only.
 class SoundFolder {
 public:
-    /// What has come of adding a file.
+    /// The result of adding a file.
     struct Outcome {
         enum class Kind {
             added,
             /// The folder cannot be made, or the file cannot be copied there.
             notCopied,
-            /// There is no sound in it.
+            /// The file holds no sound.
             notASound,
         };
         Kind kind = Kind::added;
-        /// Of the sound to play, absolute; empty unless it was added.
+        /// The absolute path of the sound to play; empty unless it was added.
         std::string path{};
         /// The system's description of why it was not copied, in the user's language; else empty.
         std::string error{};
     };
     using Done = std::function<void(const Outcome& outcome)>;
 
-    /// A file that is on its way into the folder. Destroying it before it is done leaves everything as it
-    /// was, and nobody is told.
+    /// A file that is being added. Destroying it before it is done undoes everything; `Done` is
+    /// then not called.
     class Addition {
     public:
         virtual ~Addition() = default;
@@ -35,10 +35,10 @@ public:
 
     virtual ~SoundFolder() = default;
 
-    /// Copies `file` into the folder under its own name, in place of a file that has that name, if it holds a
-    /// sound. A file that lies there already, by whatever path, is used where it is and never removed.
-    /// Returns at once; `done` is called later, once, unless the addition is destroyed before. On failure the
-    /// folder is as it was.
+    /// Copies `file` into the folder under its own name, in place of a file that has that name, if
+    /// it holds a sound. A file that lies there already, by whatever path, is used where it is and
+    /// never removed. Returns at once; `done` is called later, once, unless the addition is
+    /// destroyed before. On failure the folder is as it was.
     [[nodiscard]] virtual std::unique_ptr<Addition> add(const std::string& file, Done done) = 0;
 };
 

@@ -8,8 +8,9 @@
 
 namespace chimewerk {
 
-// The names of the sound files that come with the program. `folder` is the absolute path of the folder
-// that holds them; `soundName` is an event's identifier or the name of a key's sound. Any file may be missing.
+// The names of the sound files that come with the program. `folder` is the absolute path of the
+// folder that holds them; `soundName` is an event's identifier or the name of a key's sound. Any
+// file may be missing.
 
 /// The file of `theme`, which is not `system`.
 std::string themeSoundFile(std::string_view folder, SoundTheme theme, std::string_view soundName);

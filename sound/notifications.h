@@ -10,8 +10,8 @@ inline constexpr std::string_view lidAngleDidChange = "Chimewerk.lidAngle";
 /// An enabled event's trigger count was increased. Object: the event identifier, a std::string.
 inline constexpr std::string_view eventCounterUpdated = "Chimewerk.counter";
 
-/// Another theme was selected, or one was deleted. Object: the `SoundTheme` selected, or none where a custom
-/// theme was the matter.
+/// Another theme was selected, or one was deleted. Object: the selected `SoundTheme`; none for a
+/// custom theme.
 inline constexpr std::string_view themeDidChange = "Chimewerk.theme";
 
 }  // namespace chimewerk

@@ -10,7 +10,8 @@ namespace chimewerk {
 
 /// The settings of one event and how often it has been triggered in this run.
 struct SoundEvent {
-    /// One of `event_ids`: the event's key in settings, custom themes, file names and notifications.
+    /// One of `event_ids`: the event's key in settings, custom themes, file names
+    /// and notifications.
     std::string id;
     /// The name shown to the user.
     std::string label;
@@ -18,14 +19,14 @@ struct SoundEvent {
     std::string emoji;
     /// The alert sound that plays when no file does.
     std::string systemFallback;
-    /// Absolute path of the event's own sound file, or of the active custom theme's. None and the empty
-    /// string both mean that there is no file.
+    /// Absolute path of the event's own sound file, or of the active custom theme's. None and the
+    /// empty string both mean that there is no file.
     std::optional<std::string> soundPath;
     /// 0.0 to 1.0.
     float volume;
     bool isEnabled;
-    /// Degrees (0 to 180) for `kLidAngle`, percent of charge (0 to 100) for `kBatteryLow`, 0 for every
-    /// other event.
+    /// Degrees (0 to 180) for `kLidAngle`, percent of charge (0 to 100) for `kBatteryLow`, 0 for
+    /// every other event.
     float threshold;
     /// Never stored: each run begins at 0.
     std::int64_t triggerCount = 0;

@@ -1,4 +1,5 @@
-// How an event becomes a sound: the switch, the count, the search for a file, the start, the release.
+// How an event becomes a sound: the switch, the count, the search for a file, the start,
+// the release.
 #include <algorithm>
 
 #include "sound/bundled_sounds.h"
@@ -75,7 +76,8 @@ bool SoundManager::playOwnFile(const SoundEvent& event) {
     return event.soundPath && !event.soundPath->empty() && playFile(*event.soundPath, event.volume);
 }
 
-/// Plays the sound of this name: the selected theme's, else the default one, else the event's alert sound.
+/// Plays the sound of this name: the selected theme's, else the default one, else the event's
+/// alert sound.
 void SoundManager::playFromLibrary(std::string_view soundName, const SoundEvent& event) {
     if (currentTheme != SoundTheme::system && !activeCustomThemeID &&
         playFile(themeSoundFile(res_, currentTheme, soundName), event.volume)) {

@@ -6,7 +6,8 @@
 
 namespace chimewerk {
 
-/// The built-in themes. `system` is the absence of one: events play their own file or their alert sound.
+/// The built-in themes. `system` is the absence of one: events play their own file or their
+/// alert sound.
 enum class SoundTheme { system, bit8, soft, scifi, classic, trad, piano };
 
 /// Every theme, in the order of the theme menu.

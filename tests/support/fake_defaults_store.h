@@ -8,8 +8,8 @@
 
 namespace chimewerk {
 
-/// Settings in memory, and a count of the changes. A program that ends and starts again is a new sound
-/// library on the same store.
+/// Settings in memory, and a count of the changes. A program that ends and starts again is a new
+/// sound library on the same store.
 class FakeDefaultsStore final : public DefaultsStore {
 public:
     DefaultsDictionary values;

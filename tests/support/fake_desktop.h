@@ -22,8 +22,8 @@ public:
         onActivate = std::move(onActivated);
     }
 
-    /// The menu as text, an entry after another: [d] the key equivalent, (x) or ( ) the mark, {...} the
-    /// submenu, - a separator, # an entry that cannot be chosen.
+    /// The menu as text, an entry after another: [d] the key equivalent, (x) or ( ) the mark, {...}
+    /// the submenu, - a separator, # an entry that cannot be chosen.
     std::string text() const { return textOf(*menu); }
 
     /// Has the user choose the entry with this title.

@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// Keys that the test presses, and a permission that it gives and takes. It is also the page that asks for
-/// it.
+/// Keys that the test presses, and a permission that it gives and takes. It is also the page that
+/// asks for it.
 class FakeKeySource final : public KeySource, public PermissionPage, public Noting {
 public:
     bool mayListen = true;

@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// Files and alert sounds that are only names, and a record of what was played. A path with a length can be
-/// decoded; a path without one exists but cannot.
+/// Files and alert sounds that are only names, and a record of what was played. A path with a
+/// length can be decoded; a path without one exists but cannot.
 class FakeSoundService final : public SoundService, public FileSystem {
 public:
     /// One sound that was started.

@@ -82,7 +82,8 @@ public:
     bool isReachable() override { return isOpen && plugged; }
 };
 
-/// A trash of numbers. Counts wait until the test answers them, unless it lets them answer by themselves.
+/// A trash of numbers. Counts wait until the test answers them, unless it lets them answer
+/// by themselves.
 class FakeTrashSource final : public TrashSource, public Noting {
 public:
     double modified = 1000.0;

@@ -8,7 +8,8 @@
 
 namespace chimewerk {
 
-/// Waits up to `most` for the queue to have something to run, and runs it; false when there was nothing.
+/// Waits up to `most` for the queue to have something to run, and runs it; false when there
+/// was nothing.
 inline bool runOnce(EpollMainQueue& queue, std::chrono::milliseconds most) {
     pollfd ready{.fd = queue.descriptor(), .events = POLLIN, .revents = 0};
     const bool any = poll(&ready, 1, static_cast<int>(most.count())) > 0;
@@ -18,8 +19,8 @@ inline bool runOnce(EpollMainQueue& queue, std::chrono::milliseconds most) {
     return any;
 }
 
-/// Runs the queue until `done()` holds; false when it does not within `deadline`. What `done()` asks about
-/// may change without the queue's doing.
+/// Runs the queue until `done()` holds; false when it does not within `deadline`. What `done()`
+/// asks about may change without the queue's doing.
 template <typename Predicate>
 bool runUntil(EpollMainQueue& queue, Predicate done, Seconds deadline = Seconds{10}) {
     constexpr std::chrono::milliseconds kLook{10};

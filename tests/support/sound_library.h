@@ -42,8 +42,8 @@ public:
     SoundManager* operator->() { return manager_.get(); }
     SoundEvent& event(std::string_view id) { return *manager_->findEvent(id); }
 
-    /// What `themeDidChange` was posted for since the last call: raw values, and "none" where there was no
-    /// object.
+    /// What `themeDidChange` was posted for since the last call: raw values, and "none" where there
+    /// was no object.
     std::vector<std::string> announced() {
         queue.runPosted();
         return std::exchange(announced_, {});

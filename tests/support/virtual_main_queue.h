@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// A main queue in virtual time: nothing runs but in `runPosted()` and `advance()`, and an hour passes in a
-/// moment. It is also the wall clock of the tests.
+/// A main queue in virtual time: nothing runs but in `runPosted()` and `advance()`, and an hour
+/// passes in a moment. It is also the wall clock of the tests.
 class VirtualMainQueue final : public MainQueue, public Clock {
 public:
     void post(Job job) override { jobs_.emplace(now_, std::move(job)); }
