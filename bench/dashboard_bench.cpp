@@ -49,7 +49,8 @@ private:
     DashboardWindowController controller_{parts_.dependencies};
 };
 
-/// A trigger of an event, from the call until the display is up to date; as many a second as can be.
+/// A trigger of an event, from the call until the display is up to date; as many a second as
+/// can be.
 void triggerAndPaint(benchmark::State& state, const char* eventId) {
     OpenDashboard dashboard;
     dashboard.sounds().setEnabled(true, eventId);

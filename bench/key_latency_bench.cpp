@@ -1,5 +1,5 @@
-// The time from a key press to the first sample at the sink, of the programs that are named, in turns. Runs
-// in a private session; `key_latency` beside this file calls it.
+// The time from a key press to the first sample at the sink, of the programs that are named, in
+// turns. Runs in a private session; `key_latency` beside this file calls it.
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 

@@ -1,5 +1,5 @@
-// What one buffer of the microphone costs the thread that it comes on, beside what it costs to read its
-// samples at all, and to copy them.
+// What one buffer of the microphone costs the thread that it comes on, beside what it costs to read
+// its samples at all, and to copy them.
 #include <benchmark/benchmark.h>
 
 #include <bit>

@@ -1,5 +1,5 @@
-// The time from the call to the first sample at the sink: ours, and three other ways to play a short sound,
-// in turns. Runs in a private session; `latency` beside this file calls it.
+// The time from the call to the first sample at the sink: ours, and three other ways to play a
+// short sound, in turns. Runs in a private session; `latency` beside this file calls it.
 #include <pulse/pulseaudio.h>
 
 #include <algorithm>
@@ -217,8 +217,8 @@ int run(const std::string& sink) {
     results.push_back({"a new stream for each", std::make_unique<NewStream>(shortWav)});
     results.push_back({"paplay", std::make_unique<Paplay>(shortWav)});
     measure(recorder, results, kRounds);
-    // The long sound would go on in the others' turns: it comes after them, and each play has a player of its
-    // own.
+    // The long sound would go on in the others' turns: it comes after them, and each play has a
+    // player of its own.
     std::vector<Result> longSound;
     for (int round = 0; round < kRounds; ++round) {
         longSound.resize(1);

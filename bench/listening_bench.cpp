@@ -1,5 +1,5 @@
-// What listening for knocks costs the sound server's client thread: processor time and wake-ups a second,
-// over so many seconds as the argument says. Needs a private session.
+// What listening for knocks costs the sound server's client thread: processor time and wake-ups a
+// second, over so many seconds as the argument says. Needs a private session.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

@@ -1,4 +1,5 @@
-// The least that a tray program on this toolkit is: an icon with a menu that can end it. A yardstick.
+// The least that a tray program on this toolkit is: an icon with a menu that can end it.
+// A yardstick.
 #include <QApplication>
 #include <QMenu>
 #include <QPixmap>

@@ -68,7 +68,8 @@ const TemporaryFolder& folder() {
     return made;
 }
 
-/// The path of a sound of so many seconds, made by ffmpeg where libsndfile does not write the format.
+/// The path of a sound of so many seconds, made by ffmpeg where libsndfile does not write
+/// the format.
 std::string soundOf(double seconds, const std::string& extension) {
     const std::string wav = folder() / (std::to_string(seconds) + ".wav");
     writeSoundFile(wav, sine(440, 0.5, seconds));

@@ -1,4 +1,5 @@
-// What a large collection of custom themes costs: at the start, and at each change while the program runs.
+// What a large collection of custom themes costs: at the start, and at each change while the
+// program runs.
 #include <benchmark/benchmark.h>
 #include <time.h>
 
@@ -94,8 +95,8 @@ void startWithAThousandThemes(benchmark::State& state) {
 }
 BENCHMARK(startWithAThousandThemes)->Iterations(100)->Unit(benchmark::kMillisecond);
 
-/// The longest that each kind of change, and what the main loop does for it afterwards, holds up the main
-/// thread while the worker writes.
+/// The longest that each kind of change, and what the main loop does for it afterwards, holds up
+/// the main thread while the worker writes.
 void changeAmongAThousandThemes(benchmark::State& state,
                                 const std::function<void(SoundManager&, int)>& change) {
     const ConfigFolder config(true);

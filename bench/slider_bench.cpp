@@ -1,4 +1,5 @@
-// What it costs to drag a slider of the dashboard: per move, in frames, and in writes of the settings.
+// What it costs to drag a slider of the dashboard: per move, in frames, and in writes of
+// the settings.
 #include <time.h>
 
 #include <QApplication>

@@ -10,14 +10,15 @@
 
 namespace chimewerk {
 
-/// Starts the program, gives it the signals of the rows one by one and records what the sink plays. Prints the
-/// result of each row.
+/// Starts the program, gives it the signals of the rows one by one and records what the sink plays.
+/// Prints the result of each row.
 class Demonstration {
 public:
     Demonstration(std::string program, std::span<const DemoRow> rows)
         : program_(std::move(program)), rows_(rows) {}
 
-    /// True when every event that could be shown was heard, and the program started and ended as it should.
+    /// True when every event that could be shown was heard, and the program started and ended as
+    /// it should.
     bool run();
 
 private:

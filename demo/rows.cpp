@@ -62,7 +62,8 @@ std::span<const DemoRow> demoRows() {
          .signal = "gio trash \"$HOME/chimewerk-demo\"",
          .deadline = 3s,
          .preparation = "echo demonstration >\"$HOME/chimewerk-demo\""},
-        // Emptying by name: to empty the whole trash would reach the user's trash on other volumes too.
+        // Emptying by name: to empty the whole trash would reach the user's trash on other
+        // volumes too.
         {.event = "trash_empty",
          .what = "the trash is emptied",
          .signal = "gio remove trash:///chimewerk-demo",
@@ -110,8 +111,8 @@ std::span<const DemoRow> demoRows() {
          .signal = "echo usb >\"$CHIMEWERK_MACHINE\"",
          .deadline = 1s,
          .obstacle = kNeedsMachine},
-        // The kernel takes up to a second to note that the cable is in or out, and the program looks
-        // every 2.5 s.
+        // The kernel takes up to a second to note that the cable is in or out, and the program
+        // looks every 2.5 s.
         {.event = "network_down",
          .what = "the network cable is pulled",
          .signal = "echo 'network down' >\"$CHIMEWERK_MACHINE\"",

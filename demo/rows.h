@@ -5,8 +5,8 @@
 
 namespace chimewerk {
 
-/// One event of the demonstration: the real signal that makes the program play. The commands are run by the
-/// shell, in the private session.
+/// One event of the demonstration: the real signal that makes the program play. The commands are
+/// run by the shell, in the private session.
 struct DemoRow {
     const char* event;
     /// What is done, in words for the reader of the output.
@@ -15,7 +15,8 @@ struct DemoRow {
     const char* signal;
     /// How long after the start of `signal` the sound must begin at the latest.
     std::chrono::milliseconds deadline;
-    /// Prints why the event cannot be shown here, or nothing when it can; no command when it always can.
+    /// Prints why the event cannot be shown here, or nothing when it can; no command when it
+    /// always can.
     const char* obstacle = "";
     /// Run before the program starts: makes what the signal needs.
     const char* preparation = "";

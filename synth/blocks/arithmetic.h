@@ -2,12 +2,12 @@
 
 namespace chimewerk::synth {
 
-/// Samples per second of everything here.
+/// Samples per second of every sound here.
 inline constexpr double kSampleRate = 48000.0;
 
-/// The sine of an angle given in turns: sine(0.25) is 1. The C library's sine and exponential differ in the
-/// last bit from version to version and from processor to processor; these two do not, and so neither do the
-/// files.
+/// The sine of an angle in turns: sine(0.25) is 1. The C library's sine and exponential differ
+/// in the last bit between versions and processors; these two do not, so the files are the
+/// same everywhere.
 double sine(double turns);
 double cosine(double turns);
 
@@ -17,7 +17,7 @@ double powerOfTwo(double exponent);
 /// The factor of an amplitude that is `level` decibels above another.
 double decibels(double level);
 
-/// The ratio of two frequencies that lie `count` equal-tempered semitones apart.
+/// The ratio of two frequencies that are `count` equal-tempered semitones apart.
 double semitones(double count);
 
 }  // namespace chimewerk::synth

@@ -14,7 +14,7 @@ double progress(double now, double seconds) {
     return std::clamp(now / seconds, 0.0, 1.0);
 }
 
-// Half a cosine from 0 to 1: it begins and ends without a corner, and so without a click.
+// Half a cosine from 0 to 1: it begins and ends without a corner, so there is no click.
 double rise(double now, double seconds) {
     return 0.5 - 0.5 * cosine(0.5 * progress(now, seconds));
 }

@@ -6,8 +6,8 @@
 
 namespace chimewerk::synth {
 
-/// A value that changes with time: a pitch in hertz, a level, a filter's corner. A plain number is a constant
-/// curve.
+/// A value that changes with time: a pitch in hertz, a level, a filter's corner. A plain number is
+/// a constant curve.
 class Curve {
 public:
     Curve(double constant) : value_([constant](double) { return constant; }) {}
@@ -21,13 +21,15 @@ private:
 
 Curve operator*(Curve left, Curve right);
 
-/// From one value to another in equal ratios per second, as the ear hears pitch; stays there. Both positive.
+/// From one value to another in equal ratios per second, as the ear hears pitch; stays there.
+/// Both positive.
 Curve glide(double from, double to, double seconds);
 
 /// From one value to another in equal steps per second; stays there.
 Curve ramp(double from, double to, double seconds);
 
-/// One value after another, each for `secondsEach`; the last one stays. An arpeggio, when they are pitches.
+/// One value after another, each for `secondsEach`; the last one stays. An arpeggio, when they
+/// are pitches.
 Curve steps(std::vector<double> values, double secondsEach);
 
 /// Swings around `centre` by `semitonesEachWay`, `hertz` times a second.
@@ -39,8 +41,8 @@ Curve tremolo(double hertz, double depth);
 /// Struck: up within `attack` seconds, then down by 60 dB in every `t60` seconds.
 Curve struck(double attack, double t60);
 
-/// Breathed: up within `attack`, full until `release` seconds before the end at `seconds`, then gently down
-/// to 0.
+/// Breathed: up within `attack`, full until `release` seconds before the end at `seconds`, then
+/// gently down to 0.
 Curve breathed(double attack, double seconds, double release);
 
 }  // namespace chimewerk::synth

@@ -5,21 +5,21 @@
 
 namespace chimewerk::synth {
 
-/// Second-order filters (12 dB an octave; the band-pass 6 dB each way) whose corner, in hertz below 20,000,
-/// may move with time. `q` is 0.7 without a peak at the corner; higher is narrower.
+/// Second-order filters (12 dB an octave; the band-pass 6 dB each way) whose corner, in hertz below
+/// 20,000, may move with time. `q` is 0.7 without a peak at the corner; higher is narrower.
 Sound lowPass(const Sound& sound, const Curve& hertz, double q = 0.7);
 Sound highPass(const Sound& sound, const Curve& hertz, double q = 0.7);
 /// Has a gain of 1 at its centre.
 Sound bandPass(const Sound& sound, const Curve& hertz, double q);
 
-/// A small room behind the sound, `level` loud and fading by 60 dB in `t60` seconds; the result is longer by
-/// `tail`.
+/// Adds a small room at `level` that fades by 60 dB in `t60` seconds; the result is `tail`
+/// seconds longer.
 Sound inRoom(const Sound& sound, double level, double t60, double tail);
 
-/// Copies of the sound, `count` of them, each `seconds` after and `gain` times the one before.
+/// Adds `count` copies of the sound, each `seconds` later than and `gain` times the one before.
 Sound echoed(const Sound& sound, double seconds, double gain, int count);
 
-/// Pressed softly against a ceiling of 1: `drive` times louder, and rounder the louder it is.
+/// Soft saturation below a ceiling of 1: `drive` times louder, and rounder the louder it is.
 Sound saturated(const Sound& sound, double drive);
 
 }  // namespace chimewerk::synth

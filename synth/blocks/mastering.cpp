@@ -34,9 +34,9 @@ private:
     double second_ = 0.0;
 };
 
-// The weighted power of the loudest 400 ms. A file is shorter than the standard's gated measurement needs, so
-// the sound counts as surrounded by silence; and it is heard from two loudspeakers, so its one channel counts
-// twice.
+// The weighted power of the loudest 400 ms. A file is shorter than the standard's gated measurement
+// needs, so the sound counts as surrounded by silence. It is heard from two loudspeakers, so its
+// channel counts twice.
 double loudestPower(const Sound& sound) {
     constexpr std::size_t kWindow = 19200;
     Biquad head(1.53512485958697, -2.69169618940638, 1.19839281085285, -1.69065929318241,
@@ -57,7 +57,8 @@ double loudestPower(const Sound& sound) {
     return 2.0 * loudest / kWindow;
 }
 
-// Below the knee nothing changes; above it the few highest peaks of a hard blow bend towards the ceiling.
+// Below the knee nothing changes; above it the few highest peaks of a hard blow bend towards
+// the ceiling.
 Sound limited(Sound sound) {
     for (double& sample : sound) {
         const double size = std::abs(sample);
@@ -69,7 +70,7 @@ Sound limited(Sound sound) {
     return sound;
 }
 
-// Without the end that nobody hears any more.
+// Removes the inaudible end.
 Sound trimmed(const Sound& sound, Role role) {
     const double inaudible = decibels(-54.0);
     const auto shortest =
@@ -90,7 +91,8 @@ Sound withCleanEdges(const Sound& sound, Role role) {
 
 std::vector<std::int16_t> mastered(const Sound& sound, Role role) {
     const Sound clean = withCleanEdges(sound.normalised(), role);
-    // -0.691 is the standard's offset: a full-scale sine of 997 Hz in one channel then measures -3.01.
+    // -0.691 is the standard's offset: a full-scale sine of 997 Hz in one channel then
+    // measures -3.01.
     const double wanted =
         decibels(2.0 * ((role == Role::event ? kEventLoudness : kKeyLoudness) + 0.691));
     double gain = 1.0;

@@ -12,9 +12,9 @@ class Random {
 public:
     explicit Random(std::uint64_t seed) : state_(seed) {}
 
-    /// Evenly spread, at least 0 and below 1.
+    /// Evenly distributed from 0 to below 1.
     double fraction();
-    /// Evenly spread, at least -1 and below 1.
+    /// Evenly distributed from -1 to below 1.
     double bipolar() { return 2.0 * fraction() - 1.0; }
 
 private:
@@ -24,17 +24,17 @@ private:
 /// White noise; equal seeds give equal noise.
 Sound noise(double seconds, std::uint64_t seed);
 
-/// One bit of a 15-bit shift register, clocked at `hertz`: the noise channel of old game consoles. The short
-/// loop repeats after 93 clocks and rings like metal.
+/// One bit of a 15-bit shift register, clocked at `hertz`: the noise channel of old game consoles.
+/// The short loop repeats after 93 clocks and rings like metal.
 enum class RegisterLoop { full, short93 };
 Sound registerNoise(double seconds, const Curve& hertz, RegisterLoop loop);
 
-/// Single unequal impulses at random times, `perSecond` of them: many small and few large ones, as when paper
-/// is crumpled or wood gives way.
+/// Single unequal impulses at random times, `perSecond` of them: many small and few large ones, as
+/// when paper is crumpled or wood gives way.
 Sound crackle(double seconds, const Curve& perSecond, std::uint64_t seed);
 
-/// Impulses at a rate of `hertz` that stray by `unrest` (0 to 1) of their distance and of their height: a
-/// surface that sticks and slips.
+/// Impulses at a rate of `hertz` whose distance and height vary by `unrest` (0 to 1): a surface
+/// that sticks and slips.
 Sound stickSlip(double seconds, const Curve& hertz, double unrest, std::uint64_t seed);
 
 }  // namespace chimewerk::synth

@@ -26,8 +26,8 @@ private:
     double step_ = 0.0;
 };
 
-// The difference between a hard upward step of height 2 and a band-limited one, within a sample of the edge
-// at phase 0.
+// The difference between a hard upward step of height 2 and a band-limited one, within a sample of
+// the edge at phase 0.
 double edgeCorrection(double phase, double step) {
     if (phase < step) {
         const double x = phase / step;

@@ -6,8 +6,8 @@
 
 namespace chimewerk::synth {
 
-/// One way in which a body swings: its frequency in hertz, how long it takes to fall by 60 dB, and how
-/// readily it answers.
+/// One way in which a body swings: its frequency in hertz, how long it takes to fall by 60 dB, and
+/// how readily it answers.
 struct Mode {
     double hertz;
     double t60;
@@ -17,24 +17,25 @@ struct Mode {
 /// A body: wood, a spring, a glass. Each mode is a resonator that any force may drive.
 using Body = std::vector<Mode>;
 
-/// What the body makes of `force`; it rings on for `tail` seconds after the force has ended.
+/// The sound of the body under `force`; it rings on for `tail` seconds after the force has ended.
 Sound driven(const Body& body, const Sound& force, double tail);
 
 /// The force of a blow that touches for `milliseconds`: the shorter, the harder and the brighter.
 Sound blow(double milliseconds);
 
-/// The same body grown or shrunk: all its frequencies times `pitch`, all its decays times `ringing`.
+/// The same body at another size: all its frequencies times `pitch`, all its decay times
+/// times `ringing`.
 Body resized(Body body, double pitch, double ringing = 1.0);
 
-/// One sine of a struck body: its frequency as a ratio to the fundamental, its level, and how long it takes
-/// to fall by 60 dB.
+/// One sine of a struck body: its frequency as a ratio to the fundamental, its level, and how long
+/// it takes to fall by 60 dB.
 struct Partial {
     double ratio;
     double level;
     double t60;
 };
 
-/// All partials struck at once, up within `attack` seconds. Those beyond hearing are left out.
+/// All partials struck at once, up within `attack` seconds. Partials above hearing are left out.
 Sound struckPartials(double seconds, double hertz, const std::vector<Partial>& partials,
                      double attack);
 

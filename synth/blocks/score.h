@@ -7,8 +7,8 @@
 
 namespace chimewerk::synth {
 
-/// The pitch of a note name, in hertz: "A4"_hz is 440, "C#5"_hz and "Db5"_hz are the same. A4 is the A above
-/// middle C.
+/// The pitch of a note name, in hertz: "A4"_hz is 440, "C#5"_hz and "Db5"_hz are the same. A4 is
+/// the A above middle C.
 double operator""_hz(const char* name, std::size_t length);
 
 /// One note of a score: when it begins (seconds), its pitch (hertz) and how loud it is.

@@ -8,7 +8,7 @@
 
 namespace chimewerk::synth {
 
-/// A mono sound in the making, at any level: mastering brings it to its final one.
+/// A mono sound in the making, at any level; mastering sets the final level.
 class Sound {
 public:
     Sound() = default;
@@ -24,13 +24,13 @@ public:
     auto begin() const { return samples_.begin(); }
     auto end() const { return samples_.end(); }
 
-    /// Mixes `other` in from `atSeconds` on and grows as far as it reaches.
+    /// Mixes `other` in from `atSeconds` on, and becomes longer if `other` ends later.
     Sound& add(double atSeconds, const Sound& other, double gain = 1.0);
 
-    /// Cut or filled up with silence.
+    /// Cut, or extended with silence, to this length.
     Sound lasting(double seconds) const;
 
-    /// At this or another length with its end faded out over `release` seconds, as by a hand or a damper.
+    /// At this or another length, with its end faded out over `release` seconds as by a damper.
     Sound damped(double seconds, double release) const;
 
     /// Scaled so that its largest sample is 1; silence stays silence.
@@ -40,14 +40,14 @@ private:
     std::vector<double> samples_;
 };
 
-/// Both at once; the longer of the two decides the length.
+/// Both at once; as long as the longer of the two.
 Sound operator+(Sound left, const Sound& right);
-/// The sound behind a silence.
+/// The sound after a silence.
 Sound after(double seconds, const Sound& sound);
 Sound operator*(Sound sound, double gain);
 /// Shaped by a level that changes with time.
 Sound operator*(Sound sound, const Curve& level);
-/// Ring modulation: the shorter of the two decides the length.
+/// Ring modulation; as long as the shorter of the two.
 Sound operator*(const Sound& left, const Sound& right);
 
 /// Calls `sampleAt(seconds)` for each sample in turn.

@@ -6,8 +6,8 @@
 
 namespace chimewerk::synth {
 
-/// Writes 16-bit mono samples at 48 kHz as a WAV file. The file appears under its name when it is complete,
-/// or not at all. Throws std::runtime_error that names the file and the reason.
+/// Writes 16-bit mono samples at 48 kHz as a WAV file, which gets its name only when it is
+/// complete. Throws std::runtime_error with the file and the reason.
 void writeWav(const std::filesystem::path& path, const std::vector<std::int16_t>& samples);
 
 }  // namespace chimewerk::synth

@@ -5,7 +5,7 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The alerts with names of their own, each what its name promises.
+// The alerts, found by name; each sounds like its name.
 namespace chimewerk::themes {
 namespace {
 

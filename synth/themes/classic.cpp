@@ -4,8 +4,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The classic theme: warm bells. Their lowest partials are harmonic and the upper ones are not; each dies at
-// its own rate, the high ones first.
+// The classic theme: warm bells. Their lowest partials are harmonic and the upper ones are not;
+// each dies at its own rate, the high ones first.
 namespace chimewerk::themes {
 namespace {
 

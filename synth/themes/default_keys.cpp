@@ -3,7 +3,8 @@
 #include "synth/blocks/resonators.h"
 #include "synth/themes/recipe.h"
 
-// An old keyboard: a spring buckles under each key and strikes a plate of steel; let go, it snaps back.
+// An old keyboard: a spring buckles under each key and strikes a plate of steel; let go, it
+// snaps back.
 namespace chimewerk::themes {
 namespace {
 

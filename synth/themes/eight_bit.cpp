@@ -7,7 +7,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The 8-bit theme: two pulse channels, a stepped triangle and a shift register, with volumes of 16 steps.
+// The 8-bit theme: two pulse channels, a stepped triangle and a shift register, with volumes of
+// 16 steps.
 namespace chimewerk::themes {
 namespace {
 

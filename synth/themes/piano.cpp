@@ -8,7 +8,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The piano theme: stiff strings in pairs, a felt hammer, and all other strings when the pedal is down.
+// The piano theme: stiff strings in pairs, a felt hammer, and all other strings when the pedal
+// is down.
 namespace chimewerk::themes {
 namespace {
 
@@ -20,9 +21,9 @@ double stretch(int partial, double hertz) {
     return partial * std::sqrt((1.0 + stiffness * partial * partial) / (1.0 + stiffness));
 }
 
-// The hammer strikes at an eighth of the string, where every eighth partial has its node, and its felt
-// swallows the high ones. The two strings of a note first swing together and lose their force quickly to the
-// bridge; what is left swings apart, and stays.
+// The hammer strikes at an eighth of the string, where every eighth partial has its node, and its
+// felt swallows the high ones. The two strings of a note first swing together and lose their force
+// quickly to the bridge; what is left swings apart, and stays.
 std::vector<Partial> stringPartials(double hertz, double force) {
     std::vector<Partial> partials;
     const double felt = 1400.0 + 2600.0 * force;

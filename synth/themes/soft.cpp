@@ -4,8 +4,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The soft theme: sines that are breathed rather than struck, in the gentle intervals of D major, in a soft
-// room.
+// The soft theme: sines that are breathed rather than struck, in the gentle intervals of D major,
+// in a soft room.
 namespace chimewerk::themes {
 namespace {
 

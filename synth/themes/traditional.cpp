@@ -4,8 +4,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The traditional theme: things of wood, brass and paper, each a body with its modes and the force that moves
-// it.
+// The traditional theme: things of wood, brass and paper, each a body with its modes and the force
+// that moves it.
 namespace chimewerk::themes {
 namespace {
 
@@ -38,8 +38,8 @@ Sound block(double pitch) {
     return driven(resized(kWoodBlock, pitch), blow(0.5), 0.14);
 }
 
-// A dry hinge: the wood sticks and slips at `hertz`, and the door sings along above it, higher the faster it
-// slips.
+// A dry hinge: the wood sticks and slips at `hertz`, and the door rings above it, higher the faster
+// it slips.
 Sound creak(const Curve& hertz, double seconds, std::uint64_t seed) {
     const Sound slips =
         stickSlip(seconds, hertz, 0.05, seed) * breathed(0.0005, seconds, 0.3 * seconds);

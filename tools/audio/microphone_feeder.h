@@ -15,14 +15,14 @@
 
 namespace chimewerk {
 
-/// Writes what a microphone hears into the FIFO that a sound server's pipe source plays, at the pace of the
-/// sound: silence, and knocks when the test knocks. While nobody reads the FIFO, what is written is lost.
+/// Writes what a microphone hears into the FIFO of a sound server's pipe source, at the pace of the
+/// sound: silence, and knocks on demand. While nothing reads the FIFO, the sound is lost.
 class MicrophoneFeeder {
 public:
     explicit MicrophoneFeeder(std::string fifo, std::size_t rate = 48000, std::size_t channels = 1)
         : fifo_(std::move(fifo)), rate_(rate), channels_(channels) {}
 
-    /// One knock, of a peak of 0.9, on one of the channels.
+    /// Adds one knock with a peak of 0.9 to one channel. Any thread.
     void knock(std::size_t channel = 0) {
         channel_ = channel;
         knocking_ = true;
@@ -36,7 +36,7 @@ private:
         std::vector<float> part(rate_ / kPartsPerSecond * channels_);
         auto due = std::chrono::steady_clock::now();
         while (!stop.stop_requested()) {
-            std::fill(part.begin(), part.end(), 0.0F);
+            std::ranges::fill(part, 0.0F);
             if (knocking_.exchange(false)) {
                 strike(part);
             }

@@ -3,13 +3,15 @@
 #include <sndfile.h>
 
 #include <cmath>
+#include <memory>
 #include <numbers>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace chimewerk {
 
-/// A sine of `amplitude` and `hertz`, interleaved, alike in every channel.
+/// Returns an interleaved sine, the same in every channel.
 inline std::vector<float> sine(double hertz, double amplitude, double seconds, int rate = 48000,
                                int channels = 2) {
     const auto frames = static_cast<std::size_t>(std::llround(seconds * rate));
@@ -22,7 +24,7 @@ inline std::vector<float> sine(double hertz, double amplitude, double seconds, i
     return samples;
 }
 
-/// Writes a sound file of one of libsndfile's formats, 16-bit WAV unless told otherwise.
+/// Writes a sound file in one of libsndfile's formats. Throws std::runtime_error.
 inline void writeSoundFile(const std::string& path, const std::vector<float>& samples,
                            int rate = 48000, int channels = 2,
                            int format = SF_FORMAT_WAV | SF_FORMAT_PCM_16) {
@@ -30,9 +32,12 @@ inline void writeSoundFile(const std::string& path, const std::vector<float>& sa
     info.samplerate = rate;
     info.channels = channels;
     info.format = format;
-    SNDFILE* const file = sf_open(path.c_str(), SFM_WRITE, &info);
-    sf_writef_float(file, samples.data(), static_cast<sf_count_t>(samples.size()) / channels);
-    sf_close(file);
+    const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file(sf_open(path.c_str(), SFM_WRITE, &info),
+                                                           sf_close);
+    const auto frames = static_cast<sf_count_t>(samples.size()) / channels;
+    if (!file || sf_writef_float(file.get(), samples.data(), frames) != frames) {
+        throw std::runtime_error("cannot write " + path);
+    }
 }
 
 }  // namespace chimewerk

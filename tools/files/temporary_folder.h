@@ -7,7 +7,8 @@
 
 namespace chimewerk {
 
-/// A fresh folder that is removed with all it holds.
+/// A new folder that is removed with its content at the end of this object.
+/// Throws std::runtime_error.
 class TemporaryFolder {
 public:
     TemporaryFolder() {

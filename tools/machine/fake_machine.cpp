@@ -97,8 +97,8 @@ FileDescriptor openPipe(const char* path) {
     return FileDescriptor(open(path, O_RDWR | O_CLOEXEC));
 }
 
-/// Watches for the signals that end this program, and for the one that tells that the other has ended.
-/// `before` becomes the signals that were blocked until now.
+/// Watches for the signals that end this program, and for the one that tells that the other has
+/// ended. `before` becomes the signals that were blocked until now.
 FileDescriptor watchSignals(sigset_t& before) {
     sigset_t watched;
     sigemptyset(&watched);
@@ -189,7 +189,7 @@ int main(int count, char** arguments) {
         return 2;
     }
     if (!chimewerk::isWrapped()) {
-        // Once more, with the library that puts made-up devices in the place of real ones.
+        // Once more, with the library that replaces real devices by fake ones.
         std::string wrapper = "umockdev-wrapper";
         std::vector<char*> again{wrapper.data()};
         again.insert(again.end(), arguments, arguments + count);

@@ -15,8 +15,8 @@ class ChildProcess {
 public:
     enum class Output { discarded, inherited };
 
-    /// Starts `command[0]`, looked up in $PATH, with the other words as its arguments. `output` says
-    /// what becomes of its standard output and standard error.
+    /// Starts `command[0]`, looked up in $PATH, with the other words as its arguments. `output`
+    /// says what becomes of its standard output and standard error.
     explicit ChildProcess(const std::vector<std::string>& command,
                           Output output = Output::discarded);
     ChildProcess(const ChildProcess&) = delete;
