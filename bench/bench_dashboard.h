@@ -30,12 +30,11 @@ struct BenchDashboard {
                                        .files = library.files,
                                        .resourceFolder = "/res",
                                        .soundFolder = folder,
-                                       .lidMonitor = lidMonitor,
-                                       .keyboardMonitor = keyboardMonitor,
                                        .keys = keys,
                                        .keyPermissionPage = keys,
-                                       .resetBatteryLowFlag = [] {},
                                        .isAppleSilicon = false};
+    DashboardMonitors monitors{
+        .lid = lidMonitor, .keyboard = keyboardMonitor, .resetBatteryLowFlag = [] {}};
 };
 
 }  // namespace chimewerk

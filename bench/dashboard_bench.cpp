@@ -46,7 +46,7 @@ public:
 
 private:
     BenchDashboard parts_;
-    DashboardWindowController controller_{parts_.dependencies};
+    DashboardWindowController controller_{parts_.dependencies, parts_.monitors};
 };
 
 /// A trigger of an event, from the call until the display is up to date; as many a second as

@@ -80,7 +80,7 @@ void dragAsFastAsScreensAreDrawn() {
     const QSocketNotifier notifier(queue.descriptor(), QSocketNotifier::Read);
     QObject::connect(&notifier, &QSocketNotifier::activated, [&queue] { queue.dispatch(); });
     DetailPanel panel(
-        dashboard.dependencies, [] { return std::size_t{0}; }, [] {});
+        dashboard.dependencies, dashboard.monitors, [] { return std::size_t{0}; }, [] {});
     panel.setFixedSize(459, 520);
     panel.refreshDetail();
     panel.QWidget::show();

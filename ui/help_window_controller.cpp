@@ -16,6 +16,7 @@
 #include <cmath>
 
 #include "ui/controls/color_scheme.h"
+#include "ui/controls/fonts.h"
 #include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
 
@@ -23,27 +24,27 @@ namespace chimewerk {
 
 namespace {
 
-constexpr int headerHeight = 110;
-constexpr int margin = 28;
+constexpr int kHeaderHeight = 110;
+constexpr int kMargin = 28;
 
-const char* const title = "Chimewerk — Help & Guide";
+const char* const kTitle = "Chimewerk — Help & Guide";
 
-QColor helpColor(const ColorScheme& look, HelpColor color) {
+QColor helpColor(const ColorScheme& colors, HelpColor color) {
     switch (color) {
         case HelpColor::label:
-            return look.label;
+            return colors.label;
         case HelpColor::secondaryLabel:
-            return look.secondaryLabel;
+            return colors.secondaryLabel;
         case HelpColor::separator:
-            return look.separator;
+            return colors.separator;
         case HelpColor::accent:
             return QColor::fromRgbF(0.40F, 0.15F, 0.80F);
         case HelpColor::tipGreen:
             return QColor::fromRgbF(0.15F, 0.65F, 0.35F);
         case HelpColor::orange:
-            return look.orange;
+            return colors.orange;
     }
-    return look.label;
+    return colors.label;
 }
 
 QFont helpFont(const HelpStyle& style) {
@@ -75,7 +76,7 @@ QTextBlockFormat blockFormat(const HelpStyle& style, int spacingAbove) {
     format.setTopMargin(spacingAbove + style.spacingBefore);
     format.setLeftMargin(style.indent);
     // A fixed height, because emoji would make their lines higher than the others.
-    const qreal height = std::ceil(QFontMetricsF(helpFont(style)).height()) + helpLineSpacing;
+    const qreal height = std::ceil(QFontMetricsF(helpFont(style)).height()) + kHelpLineSpacing;
     format.setLineHeight(height, QTextBlockFormat::FixedHeight);
     return format;
 }
@@ -90,7 +91,7 @@ void insertText(QTextCursor& cursor, const QString& text, const QTextCharFormat&
 
 class HeaderView final : public QWidget {
 public:
-    HeaderView() { setFixedHeight(headerHeight); }
+    HeaderView() { setFixedHeight(kHeaderHeight); }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -105,7 +106,7 @@ protected:
 /// content.
 class GuideView final : public QTextEdit {
 public:
-    GuideView() : look_(&colorSchemeOf(*this)) {
+    GuideView() : colors_(&colorSchemeOf(*this)) {
         setReadOnly(true);
         setUndoRedoEnabled(false);
         // Not by keyboard: the arrow keys would move a cursor that nobody sees instead of scrolling.
@@ -114,15 +115,15 @@ public:
         viewport()->setAutoFillBackground(false);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-        document()->setDocumentMargin(margin);
+        document()->setDocumentMargin(kMargin);
         setAccessibleName(QStringLiteral("Guide"));
     }
 
 protected:
     void changeEvent(QEvent* event) override {
         QTextEdit::changeEvent(event);
-        if (event->type() == QEvent::PaletteChange && look_ != &colorSchemeOf(*this)) {
-            look_ = &colorSchemeOf(*this);
+        if (event->type() == QEvent::PaletteChange && colors_ != &colorSchemeOf(*this)) {
+            colors_ = &colorSchemeOf(*this);
             colorText();
         }
     }
@@ -135,7 +136,7 @@ private:
         QTextBlock block = document()->begin();
         for (const HelpParagraph& paragraph : helpContent()) {
             QTextCharFormat color;
-            color.setForeground(helpColor(*look_, paragraph.color));
+            color.setForeground(helpColor(*colors_, paragraph.color));
             cursor.setPosition(block.position());
             cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
             cursor.mergeCharFormat(color);
@@ -145,7 +146,7 @@ private:
     }
 
     /// That of the colours that the text has.
-    const ColorScheme* look_;
+    const ColorScheme* colors_;
 };
 
 QVBoxLayout* stack(QWidget* parent) {
@@ -162,7 +163,7 @@ void closeOn(QWidget* window, const QKeySequence& keys) {
 }  // namespace
 
 HelpWindowController::HelpWindowController() : window_(std::make_unique<QWidget>()) {
-    window_->setWindowTitle(QString::fromUtf8(title));
+    window_->setWindowTitle(QString::fromUtf8(kTitle));
     window_->setMinimumSize(520, 400);
     window_->resize(700, 640);
     // A session has no screen while none is plugged in.
@@ -184,7 +185,7 @@ void HelpWindowController::showWindow() {
 void HelpWindowController::buildUI() {
     auto* const header = new HeaderView;
     QVBoxLayout* const labels = stack(header);
-    labels->setContentsMargins(margin, 18, 0, 0);
+    labels->setContentsMargins(kMargin, 18, 0, 0);
     labels->addWidget(heroLabel(QStringLiteral("🔊  Chimewerk"), 30, QFont::Bold));
     labels->addSpacing(5);
     labels->addWidget(heroLabel(QStringLiteral("Your Mac, but louder."), 15, QFont::Normal, 0.88));
@@ -215,7 +216,7 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
     return label;
 }
 
-void HelpWindowController::buildContent(QTextDocument& document, const ColorScheme& look) {
+void HelpWindowController::buildContent(QTextDocument& document, const ColorScheme& colors) {
     QTextCursor cursor(&document);
     // All of it is one change, and so it is laid out once.
     cursor.beginEditBlock();
@@ -223,7 +224,7 @@ void HelpWindowController::buildContent(QTextDocument& document, const ColorSche
     int spacingAbove = 0;
     for (const HelpParagraph& paragraph : helpContent()) {
         const HelpStyle& style = helpStyle(paragraph.kind);
-        const QTextCharFormat format = charFormat(style, helpColor(look, paragraph.color));
+        const QTextCharFormat format = charFormat(style, helpColor(colors, paragraph.color));
         if (isFirst) {
             // The document's margin is all that stands above it.
             cursor.setBlockFormat(blockFormat(style, -style.spacingBefore));

@@ -29,7 +29,7 @@ public:
 private:
     void buildUI();
     /// Fills an empty document with the guide.
-    static void buildContent(QTextDocument& document, const ColorScheme& look);
+    static void buildContent(QTextDocument& document, const ColorScheme& colors);
     /// A label of the header: white, `alpha` from 0 to 1, on one line.
     static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight,
                              double alpha = 1.0);

@@ -7,19 +7,11 @@
 namespace chimewerk {
 
 std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
-    return std::make_unique<DashboardWindowController>(DashboardDependencies{
-        .sounds = parts_.sounds,
-        .notifications = parts_.notifications,
-        .defaults = parts_.defaults,
-        .files = parts_.files,
-        .resourceFolder = parts_.resourceFolder,
-        .soundFolder = parts_.soundFolder,
-        .lidMonitor = delegate.lidMonitor,
-        .keyboardMonitor = delegate.keyboardMonitor,
-        .keys = parts_.keys,
-        .keyPermissionPage = parts_.keyPermissionPage,
-        .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); },
-        .isAppleSilicon = parts_.isAppleSilicon});
+    return std::make_unique<DashboardWindowController>(
+        deps_,
+        DashboardMonitors{.lid = delegate.lidMonitor,
+                          .keyboard = delegate.keyboardMonitor,
+                          .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); }});
 }
 
 std::unique_ptr<Window> QtWindows::makeHelpWindow() {

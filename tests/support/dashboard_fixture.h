@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QPushButton>
+#include <QLabel>
 #include <QTableView>
+#include <algorithm>
 #include <memory>
+#include <stdexcept>
 
 #include "monitors/keyboard_monitor.h"
 #include "monitors/lid_angle_monitor.h"
@@ -19,12 +21,29 @@ namespace chimewerk {
 /// The dashboard among fakes, and its widgets as a user tells them apart.
 class DashboardFixture {
 public:
-    DashboardFixture() { open(); }
+    DashboardFixture() : DashboardFixture(nullptr) {}
+    /// On this store instead of a fake one.
+    explicit DashboardFixture(DefaultsStore* store)
+        : library(store),
+          dependencies{.sounds = *library,
+                       .notifications = library.notifications,
+                       .defaults = store == nullptr ? library.defaults : *store,
+                       .files = library.sounds,
+                       .resourceFolder = "/res",
+                       .soundFolder = folder,
+                       .keys = keys,
+                       .keyPermissionPage = keys,
+                       .isAppleSilicon = false} {
+        open();
+    }
 
     /// A dashboard as after a new start of the program, on what is stored.
     void open() {
         controller.reset();
-        controller = std::make_unique<DashboardWindowController>(around);
+        controller = std::make_unique<DashboardWindowController>(
+            dependencies, DashboardMonitors{.lid = lidMonitor,
+                                            .keyboard = keyboardMonitor,
+                                            .resetBatteryLowFlag = [this] { ++batteryResets; }});
         controller->showWindow();
     }
 
@@ -38,14 +57,18 @@ public:
     }
     QTableView& table() { return *window().findChild<QTableView*>(); }
     QComboBox& themes() { return *window().findChild<QComboBox*>(); }
-    /// By its tool tip.
-    QPushButton& button(const char* tip) {
-        for (QPushButton* const each : window().findChildren<QPushButton*>()) {
-            if (each->toolTip() == QString::fromUtf8(tip)) {
-                return *each;
-            }
-        }
-        throw std::out_of_range(tip);
+
+    /// Selects an event, and shows it as it is now if it is selected already.
+    void select(std::string_view id) {
+        const auto event = std::ranges::find(library->events, id, &SoundEvent::id);
+        table().clearSelection();
+        table().selectRow(static_cast<int>(event - library->events.begin()));
+    }
+    /// Whether a label shows exactly this text.
+    bool shows(const std::string& text) {
+        return std::ranges::any_of(window().findChildren<QLabel*>(), [&text](QLabel* label) {
+            return label->text().toStdString() == text && label->isVisible();
+        });
     }
 
     SoundLibrary library;
@@ -55,18 +78,8 @@ public:
     LidAngleMonitor lidMonitor{
         {library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
-    DashboardDependencies around{.sounds = *library,
-                                 .notifications = library.notifications,
-                                 .defaults = library.defaults,
-                                 .files = library.sounds,
-                                 .resourceFolder = "/res",
-                                 .soundFolder = folder,
-                                 .lidMonitor = lidMonitor,
-                                 .keyboardMonitor = keyboardMonitor,
-                                 .keys = keys,
-                                 .keyPermissionPage = keys,
-                                 .resetBatteryLowFlag = [] {},
-                                 .isAppleSilicon = false};
+    int batteryResets = 0;
+    DashboardDependencies dependencies;
     std::unique_ptr<DashboardWindowController> controller;
 };
 

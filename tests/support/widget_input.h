@@ -1,106 +1,106 @@
 #pragma once
 
-#include <xcb/xproto.h>
-
+#include <QAccessible>
 #include <QApplication>
-#include <QEvent>
+#include <QTest>
 #include <QWidget>
-#include <QWindow>
-#include <chrono>
-#include <string>
+#include <stdexcept>
+#include <vector>
 
-#include "support/x_pointer.h"
 #include "tools/process/eventually.h"
 
 namespace chimewerk {
 
-// Keys that tests of widgets press.
-inline constexpr xcb_keysym_t kTab = 0xff09;
-inline constexpr xcb_keysym_t kReturn = 0xff0d;
-inline constexpr xcb_keysym_t kEscape = 0xff1b;
+// Pointer and keyboard as a window system hands them on: to a window, which finds out which of its widgets
+// they are for, and to no widget that a dialog blocks.
 
-/// Lets the toolkit work until the condition holds, as long as `eventually()` waits; whether it came to hold.
+/// Lets the toolkit work until the condition holds; false if it does not within 5 s.
 template <typename Condition>
-bool comesTrue(Condition condition, std::chrono::milliseconds patience = std::chrono::seconds(5)) {
-    return eventually(
-        [&condition] {
-            QApplication::processEvents();
-            return condition();
-        },
-        patience);
+bool comesTrue(Condition condition) {
+    return eventually([&condition] {
+        QApplication::processEvents();
+        return condition();
+    });
 }
 
-/// Who works the program's widgets with pointer and keyboard, and sees what comes of it before the next move.
-class WidgetUser : private QObject {
-protected:
-    WidgetUser() { qApp->installEventFilter(this); }
+inline QPoint inWindow(const QWidget& widget, QPoint place) {
+    return widget.mapTo(widget.window(), place);
+}
 
-    /// Until the window has the keyboard and the toolkit knows where the window manager has put it.
-    bool becomesReady(const QWidget& window) {
-        return comesTrue([&] {
-            const QPoint place = window.mapToGlobal(QPoint(0, 0));
-            return window.isActiveWindow() &&
-                   user.placeOf(static_cast<xcb_window_t>(window.winId())) ==
-                       std::pair(place.x(), place.y());
-        });
-    }
+/// Clicks with the left button.
+inline void clickAt(const QWidget& widget, QPoint place) {
+    QTest::mouseClick(widget.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                      inWindow(widget, place));
+    QApplication::processEvents();
+}
+inline void click(const QWidget& widget) {
+    clickAt(widget, widget.rect().center());
+}
 
-    void moveTo(const QWidget& widget, const QPoint& place) {
-        const QPoint there = widget.mapToGlobal(place);
-        user.moveTo(there.x(), there.y());
+/// Presses the left button at the first of these places and moves the pointer along the others.
+inline void pressAndMove(const QWidget& widget, const std::vector<QPoint>& places) {
+    QWindow* const window = widget.window()->windowHandle();
+    QTest::mousePress(window, Qt::LeftButton, Qt::NoModifier, inWindow(widget, places.front()));
+    for (const QPoint place : places) {
+        QTest::mouseMove(window, inWindow(widget, place));
     }
-    void clickAt(const QWidget& widget, const QPoint& place) {
-        moveTo(widget, place);
-        settle();
-        const int before = pressed_;
-        user.press();
-        user.release();
-        settleAfter(before + 1);
-    }
-    void click(const QWidget& widget) { clickAt(widget, widget.rect().center()); }
-    /// Where a dialog keeps clicks away from the widget.
-    void clickInVain(const QWidget& widget) {
-        moveTo(widget, widget.rect().center());
-        user.press();
-        user.release();
-        settle();
-    }
-    void type(xcb_keysym_t key) { type(std::u32string{key}); }
-    void type(const std::string& text) { type(std::u32string(text.begin(), text.end())); }
+    QApplication::processEvents();
+}
+inline void releaseAt(const QWidget& widget, QPoint place) {
+    QTest::mouseRelease(widget.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                        inWindow(widget, place));
+    QApplication::processEvents();
+}
 
-    /// Lets what has been sent to the windows arrive.
-    static void settle() {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(60);
-        while (std::chrono::steady_clock::now() < end) {
-            QApplication::processEvents(QEventLoop::AllEvents, 10);
+/// Presses a key for the window that has the keyboard.
+inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QTest::keyClick(QGuiApplication::focusWindow(), key, modifiers);
+    QApplication::processEvents();
+}
+inline void type(const std::string& text) {
+    for (const char letter : text) {
+        QTest::keyClick(QGuiApplication::focusWindow(), letter);
+    }
+}
+
+/// All widgets of this class below `parent`, which need not have the toolkit's meta-object.
+template <typename Widget>
+std::vector<Widget*> childrenOf(const QWidget& parent) {
+    std::vector<Widget*> found;
+    for (QWidget* const child : parent.findChildren<QWidget*>()) {
+        if (auto* const one = dynamic_cast<Widget*>(child)) {
+            found.push_back(one);
         }
     }
+    return found;
+}
 
-    XPointer user;
+inline QAccessibleInterface& accessible(QWidget& widget) {
+    return *QAccessible::queryAccessibleInterface(&widget);
+}
 
-private:
-    void type(const std::u32string& keys) {
-        const int before = pressed_;
-        for (const char32_t key : keys) {
-            user.type(key);
+/// The visible widget that assistive programs know by this name.
+template <typename Widget>
+Widget& named(const QWidget& parent, const QString& name) {
+    for (Widget* const each : childrenOf<Widget>(parent)) {
+        if (each->isVisible() && accessible(*each).text(QAccessible::Name) == name) {
+            return *each;
         }
-        settleAfter(before + static_cast<int>(keys.size()));
     }
-    /// Once so many buttons and keys have come; one that a shortcut has taken, or whose window closed before it, never
-    /// does.
-    void settleAfter(int presses) {
-        comesTrue([&] { return pressed_ >= presses; }, std::chrono::seconds(1));
-        settle();
-    }
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (watched->isWindowType() &&
-            (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)) {
-            ++pressed_;
-        }
-        return false;
-    }
+    throw std::out_of_range(name.toStdString());
+}
 
-    int pressed_ = 0;
-};
+/// The dialog that blocks the program's windows, if it is of this class.
+template <typename Dialog>
+Dialog* dialog() {
+    return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
+}
+
+/// Until a dialog of this class has the keyboard.
+template <typename Dialog>
+bool dialogComes() {
+    return comesTrue(
+        [] { return dialog<Dialog>() != nullptr && dialog<Dialog>()->isActiveWindow(); });
+}
 
 }  // namespace chimewerk

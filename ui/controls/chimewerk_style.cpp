@@ -29,9 +29,10 @@ ButtonKind kindOf(const QStyleOption* option, const QWidget* widget) {
 }
 
 void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, const QRect& place) {
-    const ColorScheme& look = colorSchemeOf(option.palette);
+    const ColorScheme& colors = colorSchemeOf(option.palette);
     painter.save();
-    painter.setPen((option.state & QStyle::State_Enabled) != 0 ? look.label : look.quaternaryLabel);
+    painter.setPen((option.state & QStyle::State_Enabled) != 0 ? colors.label
+                                                               : colors.quaternaryLabel);
     drawText(painter, place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
              elided(painter.font(), option.currentText, place.width()));
     painter.restore();

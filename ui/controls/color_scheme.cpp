@@ -1,9 +1,5 @@
 #include "ui/controls/color_scheme.h"
 
-#include <QEvent>
-#include <QFontDatabase>
-#include <QFontMetricsF>
-
 namespace chimewerk {
 
 namespace {
@@ -16,87 +12,36 @@ QColor white(double alpha) {
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(alpha));
 }
 
-QColor textColor(const ColorScheme& look, LabelColor color) {
-    switch (color) {
-        case LabelColor::label:
-            return look.label;
-        case LabelColor::secondary:
-            return look.secondaryLabel;
-        case LabelColor::tertiary:
-            return look.tertiaryLabel;
-        case LabelColor::quaternary:
-            return look.quaternaryLabel;
-    }
-    return look.label;
-}
-
-/// A label whose colour follows the appearance of its window.
-class RoleLabel final : public QLabel {
-public:
-    RoleLabel(const QString& text, LabelColor color) : QLabel(text), color_(color) { paint(); }
-
-protected:
-    void changeEvent(QEvent* event) override {
-        QLabel::changeEvent(event);
-        if (event->type() == QEvent::PaletteChange) {
-            paint();
-        }
-    }
-
-private:
-    void paint() {
-        const QColor wanted = textColor(colorSchemeOf(*this), color_);
-        if (palette().color(QPalette::WindowText) != wanted) {
-            QPalette own;
-            own.setColor(QPalette::WindowText, wanted);
-            setPalette(own);
-        }
-    }
-
-    const LabelColor color_;
-};
-
-bool hasEqualDigits(const QFont& font) {
-    const QFontMetricsF metrics(font);
-    const qreal width = metrics.horizontalAdvance(QLatin1Char('0'));
-    for (char digit = '1'; digit <= '9'; ++digit) {
-        if (metrics.horizontalAdvance(QLatin1Char(digit)) != width) {
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 const ColorScheme& ColorScheme::light() {
-    static const ColorScheme look{.windowBackground = QColor(0xf5, 0xf5, 0xf7),
-                                  .controlBackground = QColor(0xff, 0xff, 0xff),
-                                  .label = black(0.87),
-                                  .secondaryLabel = black(0.60),
-                                  .tertiaryLabel = black(0.46),
-                                  .quaternaryLabel = black(0.34),
-                                  .separator = black(0.12),
-                                  .gray = QColor(0x8e, 0x8e, 0x93),
-                                  .orange = QColor(0xe0, 0x7b, 0x00),
-                                  .blue = QColor(0x0a, 0x6c, 0xe0),
-                                  .red = QColor(0xd7, 0x2c, 0x21)};
-    return look;
+    static const ColorScheme colors{.windowBackground = QColor(0xf5, 0xf5, 0xf7),
+                                    .controlBackground = QColor(0xff, 0xff, 0xff),
+                                    .label = black(0.87),
+                                    .secondaryLabel = black(0.60),
+                                    .tertiaryLabel = black(0.46),
+                                    .quaternaryLabel = black(0.34),
+                                    .separator = black(0.12),
+                                    .gray = QColor(0x8e, 0x8e, 0x93),
+                                    .orange = QColor(0xe0, 0x7b, 0x00),
+                                    .blue = QColor(0x0a, 0x6c, 0xe0),
+                                    .red = QColor(0xd7, 0x2c, 0x21)};
+    return colors;
 }
 
 const ColorScheme& ColorScheme::dark() {
-    static const ColorScheme look{.windowBackground = QColor(0x2a, 0x2a, 0x2c),
-                                  .controlBackground = QColor(0x1e, 0x1e, 0x20),
-                                  .label = white(0.88),
-                                  .secondaryLabel = white(0.62),
-                                  .tertiaryLabel = white(0.46),
-                                  .quaternaryLabel = white(0.34),
-                                  .separator = white(0.14),
-                                  .gray = QColor(0x98, 0x98, 0x9d),
-                                  .orange = QColor(0xff, 0x9f, 0x0a),
-                                  .blue = QColor(0x3d, 0x96, 0xff),
-                                  .red = QColor(0xff, 0x5a, 0x50)};
-    return look;
+    static const ColorScheme colors{.windowBackground = QColor(0x2a, 0x2a, 0x2c),
+                                    .controlBackground = QColor(0x1e, 0x1e, 0x20),
+                                    .label = white(0.88),
+                                    .secondaryLabel = white(0.62),
+                                    .tertiaryLabel = white(0.46),
+                                    .quaternaryLabel = white(0.34),
+                                    .separator = white(0.14),
+                                    .gray = QColor(0x98, 0x98, 0x9d),
+                                    .orange = QColor(0xff, 0x9f, 0x0a),
+                                    .blue = QColor(0x3d, 0x96, 0xff),
+                                    .red = QColor(0xff, 0x5a, 0x50)};
+    return colors;
 }
 
 const ColorScheme& colorSchemeOf(const QPalette& palette) {
@@ -108,25 +53,25 @@ const ColorScheme& colorSchemeOf(const QWidget& widget) {
     return colorSchemeOf(widget.palette());
 }
 
-QPalette paletteOf(const ColorScheme& look) {
-    const bool dark = &look == &ColorScheme::dark();
+QPalette paletteOf(const ColorScheme& colors) {
+    const bool dark = colors.isDark();
     QPalette palette;
-    palette.setColor(QPalette::Window, look.windowBackground);
-    palette.setColor(QPalette::WindowText, look.label);
-    palette.setColor(QPalette::Base, look.controlBackground);
-    palette.setColor(QPalette::AlternateBase, look.windowBackground);
-    palette.setColor(QPalette::Text, look.label);
-    palette.setColor(QPalette::PlaceholderText, look.tertiaryLabel);
+    palette.setColor(QPalette::Window, colors.windowBackground);
+    palette.setColor(QPalette::WindowText, colors.label);
+    palette.setColor(QPalette::Base, colors.controlBackground);
+    palette.setColor(QPalette::AlternateBase, colors.windowBackground);
+    palette.setColor(QPalette::Text, colors.label);
+    palette.setColor(QPalette::PlaceholderText, colors.tertiaryLabel);
     palette.setColor(QPalette::Button, dark ? QColor(0x48, 0x48, 0x4b) : QColor(0xff, 0xff, 0xff));
-    palette.setColor(QPalette::ButtonText, look.label);
+    palette.setColor(QPalette::ButtonText, colors.label);
     palette.setColor(QPalette::BrightText, QColor(Qt::white));
     // White has to be legible on it, which the blue for dark backgrounds is too light for.
-    palette.setColor(QPalette::Highlight, dark ? look.blue.darker(128) : look.blue);
+    palette.setColor(QPalette::Highlight, dark ? colors.blue.darker(128) : colors.blue);
     palette.setColor(QPalette::HighlightedText, QColor(Qt::white));
-    palette.setColor(QPalette::Link, look.blue);
+    palette.setColor(QPalette::Link, colors.blue);
     palette.setColor(QPalette::ToolTipBase,
                      dark ? QColor(0x3a, 0x3a, 0x3d) : QColor(0xff, 0xff, 0xff));
-    palette.setColor(QPalette::ToolTipText, look.label);
+    palette.setColor(QPalette::ToolTipText, colors.label);
     palette.setColor(QPalette::Light, dark ? QColor(0x5a, 0x5a, 0x5e) : QColor(0xff, 0xff, 0xff));
     palette.setColor(QPalette::Midlight,
                      dark ? QColor(0x50, 0x50, 0x54) : QColor(0xee, 0xee, 0xf0));
@@ -134,45 +79,9 @@ QPalette paletteOf(const ColorScheme& look) {
     palette.setColor(QPalette::Dark, dark ? QColor(0x16, 0x16, 0x18) : QColor(0xa8, 0xa8, 0xac));
     palette.setColor(QPalette::Shadow, black(0.6));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, look.quaternaryLabel);
+        palette.setColor(QPalette::Disabled, role, colors.quaternaryLabel);
     }
     return palette;
-}
-
-QFont systemFont(int size, QFont::Weight weight) {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPixelSize(size);
-    font.setWeight(weight);
-    return font;
-}
-
-QFont monospacedDigitSystemFont(int size, QFont::Weight weight) {
-    const QFont font = systemFont(size, weight);
-    if (hasEqualDigits(font)) {
-        return font;
-    }
-    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    fixed.setPixelSize(size);
-    fixed.setWeight(weight);
-    return fixed;
-}
-
-QLabel* makeLabel(const QString& text, int size, QFont::Weight weight, LabelColor color) {
-    auto* const label = new RoleLabel(text, color);
-    label->setTextFormat(Qt::PlainText);
-    label->setFont(systemFont(size, weight));
-    return label;
-}
-
-QLabel* makeSectionLabel(const QString& text) {
-    return makeLabel(text, 12, QFont::DemiBold, LabelColor::secondary);
-}
-
-QPushButton* makeButton(const QString& title) {
-    auto* const button =
-        new QPushButton(QString(title).replace(QLatin1Char('&'), QLatin1String("&&")));
-    button->setFont(systemFont(13));
-    return button;
 }
 
 }  // namespace chimewerk

@@ -1,16 +1,12 @@
 #pragma once
 
 #include <QColor>
-#include <QFont>
-#include <QLabel>
 #include <QPalette>
-#include <QPushButton>
-#include <QString>
 #include <QWidget>
 
 namespace chimewerk {
 
-/// The colours of one appearance, by their role.
+/// The colours of one appearance, by their role. There are two of them, `light()` and `dark()`.
 struct ColorScheme {
     QColor windowBackground;
     /// Behind lists and text.
@@ -27,30 +23,16 @@ struct ColorScheme {
 
     static const ColorScheme& light();
     static const ColorScheme& dark();
+
+    bool isDark() const { return this == &dark(); }
 };
 
-/// The look that goes with a palette: light or dark as its window background.
+/// Returns the scheme that a palette was made of, or that comes nearest: its window background decides.
 const ColorScheme& colorSchemeOf(const QPalette& palette);
-/// The look that the widget has now: that of its window, where a window is given one.
+/// Returns the scheme that the widget is painted in now.
 const ColorScheme& colorSchemeOf(const QWidget& widget);
 
-/// The palette that makes a window and all in it light or dark, whatever the desktop's own is.
-QPalette paletteOf(const ColorScheme& look);
-
-/// The desktop's own font in this size, in device-independent pixels.
-QFont systemFont(int size, QFont::Weight weight = QFont::Normal);
-/// The same with digits that are all equally wide, so that a changing number does not jump.
-QFont monospacedDigitSystemFont(int size, QFont::Weight weight = QFont::Normal);
-
-/// Which of a look's text colours a label has. It follows the appearance when that changes.
-enum class LabelColor { label, secondary, tertiary, quaternary };
-
-/// A text that cannot be edited. It is shown as it is, never taken for markup.
-QLabel* makeLabel(const QString& text, int size, QFont::Weight weight = QFont::Normal,
-                  LabelColor color = LabelColor::label);
-/// The heading of a section.
-QLabel* makeSectionLabel(const QString& text);
-/// A push button. An ampersand in its title is an ampersand.
-QPushButton* makeButton(const QString& title);
+/// Returns the palette that gives a window and all in it these colours, whatever the desktop's are.
+QPalette paletteOf(const ColorScheme& colors);
 
 }  // namespace chimewerk

@@ -6,8 +6,8 @@
 
 namespace chimewerk {
 
-/// Places widgets below one another in their parent, each as high as it needs to be; mirrored where the
-/// language reads from right to left. Lengths are device-independent pixels.
+/// Places widgets below one another in their parent, each as high as it needs to be, and mirrors them
+/// where the language reads from right to left. Lengths are device-independent pixels.
 class Column {
 public:
     /// One of several widgets side by side.
@@ -27,11 +27,13 @@ public:
           bottom_(margins.top()) {}
 
     void skip(int gap) { bottom_ += gap; }
+    /// `bottom` is where something ends that places itself.
+    void skipTo(int bottom) { bottom_ = bottom; }
     /// As wide as the column.
     void add(QWidget& widget);
     /// From the start of the line, all centred on the highest.
     void addRow(std::initializer_list<Cell> cells);
-    /// At a place of its own, which is mirrored too. Does not count for what follows.
+    /// At this place, which is mirrored too. Does not move what follows.
     void place(QWidget& widget, const QRect& where) const;
 
     /// Between the margins.

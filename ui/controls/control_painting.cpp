@@ -31,7 +31,7 @@ private:
 };
 
 bool isDark(const QStyleOption& option) {
-    return &colorSchemeOf(option.palette) == &ColorScheme::dark();
+    return colorSchemeOf(option.palette).isDark();
 }
 
 bool isEnabled(const QStyleOption& option) {
@@ -270,11 +270,11 @@ void paintTextField(QPainter& painter, const QStyleOption& option) {
 
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     const Painting painting(painter);
-    const ColorScheme& look = colorSchemeOf(option.palette);
+    const ColorScheme& colors = colorSchemeOf(option.palette);
     if (option.menuItemType == QStyleOptionMenuItem::Separator) {
         painter.fillRect(
             QRectF(option.rect.left() + 12, option.rect.center().y(), option.rect.width() - 24, 1),
-            look.separator);
+            colors.separator);
         return;
     }
     const bool selected = isEnabled(option) && (option.state & QStyle::State_Selected) != 0;
@@ -283,8 +283,8 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
              option.palette.color(QPalette::Highlight), 4.5);
     }
     const QColor color = selected            ? QColor(Qt::white)
-                         : isEnabled(option) ? look.label
-                                             : look.quaternaryLabel;
+                         : isEnabled(option) ? colors.label
+                                             : colors.quaternaryLabel;
     const QRect content = option.rect.adjusted(kMenuTextInset, 0, -12, 0);
     painter.setFont(option.font);
     if (option.checked) {
@@ -300,7 +300,7 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     drawText(painter, place, kFlags | Qt::AlignLeft,
              elided(option.font, parts.value(0), place.width()));
     if (parts.size() > 1) {
-        painter.setPen(selected ? QColor(255, 255, 255, 190) : look.tertiaryLabel);
+        painter.setPen(selected ? QColor(255, 255, 255, 190) : colors.tertiaryLabel);
         painter.drawText(place, kFlags | Qt::AlignRight, parts[1]);
     }
 }

@@ -5,87 +5,17 @@
 #include <QStyle>
 #include <QTextLayout>
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <utility>
+#include <vector>
+
+#include "ui/rules/emoji_runs.h"
 
 namespace chimewerk {
 
 namespace {
 
-constexpr char32_t kEmojiSelector = 0xFE0F;
-constexpr char32_t kTextSelector = 0xFE0E;
-constexpr char32_t kJoiner = 0x200D;
-constexpr char32_t kKeycap = 0x20E3;
-
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-/// The characters that are emoji unless something says otherwise.
-constexpr std::array kEmoji = {
-    Range{0x231A, 0x231B},   Range{0x23E9, 0x23EC},   Range{0x23F0, 0x23F0},
-    Range{0x23F3, 0x23F3},   Range{0x25FD, 0x25FE},   Range{0x2614, 0x2615},
-    Range{0x2648, 0x2653},   Range{0x267F, 0x267F},   Range{0x2693, 0x2693},
-    Range{0x26A1, 0x26A1},   Range{0x26AA, 0x26AB},   Range{0x26BD, 0x26BE},
-    Range{0x26C4, 0x26C5},   Range{0x26CE, 0x26CE},   Range{0x26D4, 0x26D4},
-    Range{0x26EA, 0x26EA},   Range{0x26F2, 0x26F3},   Range{0x26F5, 0x26F5},
-    Range{0x26FA, 0x26FA},   Range{0x26FD, 0x26FD},   Range{0x2705, 0x2705},
-    Range{0x270A, 0x270B},   Range{0x2728, 0x2728},   Range{0x274C, 0x274C},
-    Range{0x274E, 0x274E},   Range{0x2753, 0x2755},   Range{0x2757, 0x2757},
-    Range{0x2795, 0x2797},   Range{0x27B0, 0x27B0},   Range{0x27BF, 0x27BF},
-    Range{0x2B1B, 0x2B1C},   Range{0x2B50, 0x2B50},   Range{0x2B55, 0x2B55},
-    Range{0x1F004, 0x1F004}, Range{0x1F0CF, 0x1F0CF}, Range{0x1F18E, 0x1F18E},
-    Range{0x1F191, 0x1F19A}, Range{0x1F1E6, 0x1F1FF}, Range{0x1F201, 0x1F201},
-    Range{0x1F300, 0x1FAFF}};
-
-bool isEmoji(char32_t character) {
-    return std::any_of(kEmoji.begin(), kEmoji.end(), [character](const Range& range) {
-        return range.first <= character && character <= range.last;
-    });
-}
-
-/// One character of a text and where it stands in it, in UTF-16 units.
-struct Character {
-    char32_t code;
-    int start;
-    int length;
-};
-
-QList<Character> charactersOf(const QString& text) {
-    QList<Character> characters;
-    for (int at = 0; at < text.size();) {
-        const bool pair =
-            text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate();
-        const char32_t code =
-            pair ? QChar::surrogateToUcs4(text[at], text[at + 1]) : text[at].unicode();
-        characters.append({code, at, pair ? 2 : 1});
-        at += pair ? 2 : 1;
-    }
-    return characters;
-}
-
-/// Where the text is emoji: start and length, adjoining ones joined.
-QList<std::pair<int, int>> emojiRuns(const QString& text) {
-    QList<std::pair<int, int>> runs;
-    const QList<Character> characters = charactersOf(text);
-    for (int i = 0; i < characters.size(); ++i) {
-        const Character& character = characters[i];
-        const char32_t next = i + 1 < characters.size() ? characters[i + 1].code : 0;
-        const bool continues =
-            !runs.isEmpty() && runs.last().first + runs.last().second == character.start;
-        const bool trailing = character.code == kEmojiSelector || character.code == kJoiner ||
-                              character.code == kKeycap;
-        const bool emoji =
-            next == kEmojiSelector || (isEmoji(character.code) && next != kTextSelector);
-        if (continues && (trailing || emoji)) {
-            runs.last().second += character.length;
-        } else if (emoji) {
-            runs.append({character.start, character.length});
-        }
-    }
-    return runs;
+std::vector<EmojiRun> runsOf(const QString& text) {
+    return emojiRuns({QStringView(text).utf16(), static_cast<std::size_t>(text.size())});
 }
 
 QFont emojiFont(const QFont& font) {
@@ -95,12 +25,18 @@ QFont emojiFont(const QFont& font) {
     return emoji;
 }
 
+/// Sets the emoji of the layout's text in their font.
 void dress(QTextLayout& layout, const QFont& font, const QString& text) {
     QList<QTextLayout::FormatRange> formats;
     QTextCharFormat format;
     format.setFont(emojiFont(font));
-    for (const auto& [start, length] : emojiRuns(text)) {
-        formats.append({start, length, format});
+    int start = 0;
+    for (const EmojiRun& run : runsOf(text)) {
+        const int length = static_cast<int>(run.text.size());
+        if (run.isEmoji) {
+            formats.append({start, length, format});
+        }
+        start += length;
     }
     layout.setFormats(formats);
 }
@@ -136,7 +72,7 @@ qreal layLines(QTextLayout& layout, qreal width, Qt::Alignment alignment, qreal 
 }  // namespace
 
 bool holdsEmoji(const QString& text) {
-    return !emojiRuns(text).isEmpty();
+    return std::ranges::any_of(runsOf(text), &EmojiRun::isEmoji);
 }
 
 int textWidth(const QFont& font, const QString& text) {

@@ -36,7 +36,7 @@ SwitchControl::SwitchControl(QWidget* parent) : QCheckBox(parent) {
 }
 
 QSize SwitchControl::sizeHint() const {
-    return kTrack.grownBy({overhang, overhang, overhang, overhang});
+    return kTrack.grownBy({kOverhang, kOverhang, kOverhang, kOverhang});
 }
 
 void SwitchControl::checkStateSet() {
@@ -71,9 +71,9 @@ void SwitchControl::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const bool dark = &colorSchemeOf(option.palette) == &ColorScheme::dark();
+    const bool dark = colorSchemeOf(option.palette).isDark();
     const auto on = knob_.currentValue().toFloat();
-    const QRectF track(QRect({overhang, overhang}, kTrack));
+    const QRectF track(QRect({kOverhang, kOverhang}, kTrack));
 
     painter.setOpacity(isEnabled() ? 1.0 : 0.5);
     const QColor off = dark ? QColor(255, 255, 255, 64) : QColor(0, 0, 0, 56);

@@ -11,7 +11,7 @@ class SwitchControl final : public QCheckBox {
 public:
     /// How much wider and higher than its track it is on every side, for the ring around what has the
     /// keyboard.
-    static constexpr int overhang = 3;
+    static constexpr int kOverhang = 3;
 
     explicit SwitchControl(QWidget* parent = nullptr);
 

@@ -5,6 +5,7 @@
 #include <QPainterPath>
 
 #include "ui/controls/color_scheme.h"
+#include "ui/controls/fonts.h"
 #include "ui/rules/angle_gauge.h"
 
 namespace chimewerk {
@@ -34,29 +35,29 @@ GaugeSize measured(const std::string& text, const GaugeFont& font) {
     return {metrics.horizontalAdvance(QString::fromStdString(text)), metrics.height()};
 }
 
-QColor roleColor(const ColorScheme& look, GaugeColor color) {
+QColor roleColor(const ColorScheme& colors, GaugeColor color) {
     switch (color) {
         case GaugeColor::gray:
-            return look.gray;
+            return colors.gray;
         case GaugeColor::orange:
-            return look.orange;
+            return colors.orange;
         case GaugeColor::blue:
-            return look.blue;
+            return colors.blue;
         case GaugeColor::label:
-            return look.label;
+            return colors.label;
         case GaugeColor::tertiaryLabel:
-            return look.tertiaryLabel;
+            return colors.tertiaryLabel;
         case GaugeColor::quaternaryLabel:
-            return look.quaternaryLabel;
+            return colors.quaternaryLabel;
     }
-    return look.label;
+    return colors.label;
 }
 
 /// Paints the gauge's shapes, whose y grows upwards from the bottom of the area.
 class ShapePainter {
 public:
-    ShapePainter(QPainter& painter, const ColorScheme& look, const QRectF& area)
-        : painter_(painter), look_(look), area_(area) {}
+    ShapePainter(QPainter& painter, const ColorScheme& colors, const QRectF& area)
+        : painter_(painter), colors_(colors), area_(area) {}
 
     void operator()(const GaugeFace& face) {
         QPainterPath path(point(face.center));
@@ -86,7 +87,7 @@ public:
     void operator()(const GaugeText& text) {
         const QFont font = gaugeFont(text.font);
         painter_.setFont(font);
-        painter_.setPen(roleColor(look_, text.color));
+        painter_.setPen(roleColor(colors_, text.color));
         const QPointF baseline = point(text.origin) - QPointF(0, QFontMetricsF(font).descent());
         painter_.drawText(baseline, QString::fromStdString(text.text));
     }
@@ -102,7 +103,7 @@ private:
     }
 
     QColor color(const GaugePaint& paint) const {
-        QColor color = roleColor(look_, paint.color);
+        QColor color = roleColor(colors_, paint.color);
         color.setAlphaF(color.alphaF() * static_cast<float>(paint.alpha));
         return color;
     }
@@ -112,14 +113,14 @@ private:
     }
 
     QPainter& painter_;
-    const ColorScheme& look_;
+    const ColorScheme& colors_;
     const QRectF area_;
 };
 
 }  // namespace
 
 AngleGaugeView::AngleGaugeView(QWidget* parent) : QWidget(parent) {
-    setContentsMargins(overhang, overhang, overhang, 0);
+    setContentsMargins(kOverhang, kOverhang, kOverhang, 0);
     setAccessibleName(QStringLiteral("Lid angle"));
     setAccessibleDescription(QString::fromStdString(gaugeDescription({})));
 }

@@ -8,10 +8,10 @@ namespace chimewerk {
 /// property does not repaint: whoever sets one calls update().
 ///
 /// The labels reach beyond the dial's own bounds, and so the contents' margins are theirs: a dial in bounds
-/// of width x height needs a view that is `overhang` wider on both sides and `overhang` higher.
+/// of width x height needs a view that is `kOverhang` wider on both sides and `kOverhang` higher.
 class AngleGaugeView final : public QWidget {
 public:
-    static constexpr int overhang = 8;
+    static constexpr int kOverhang = 8;
 
     explicit AngleGaugeView(QWidget* parent = nullptr);
 

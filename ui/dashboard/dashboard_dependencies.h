@@ -8,32 +8,35 @@
 #include "platform/defaults_store.h"
 #include "platform/file_system.h"
 #include "platform/notification_center.h"
+#include "platform/sound_folder.h"
 #include "sound/sound_manager.h"
 
 namespace chimewerk {
 
-class SoundFolder;
-
-/// What the dashboard shows and works on; all of it outlives the window.
+/// What the dashboard shows and works on. All of it outlives the window.
 struct DashboardDependencies {
     SoundManager& sounds;
     NotificationCenter& notifications;
     DefaultsStore& defaults;
     const FileSystem& files;
-    /// Where the program's own sounds are, an absolute path; empty when there is no such folder.
+    /// Where the program's own sounds are, an absolute path; empty if there is no such folder.
     std::string resourceFolder;
     /// The files that the user has loaded.
     SoundFolder& soundFolder;
-    LidAngleMonitor& lidMonitor;
-    KeyboardMonitor& keyboardMonitor;
-    /// Tells whether key presses can be heard.
+    /// Knows whether key presses can be heard.
     KeySource& keys;
-    /// Tells the user how to let them be heard.
+    /// Shows the user how to allow that.
     PermissionPage& keyPermissionPage;
-    /// Lets the low-battery sound fire again in this discharge.
-    std::function<void()> resetBatteryLowFlag;
     /// Whether the lid-angle event can work on this machine.
     bool isAppleSilicon = false;
+};
+
+/// The parts of the program that the dashboard shows and steers. All of them outlive the window.
+struct DashboardMonitors {
+    LidAngleMonitor& lid;
+    KeyboardMonitor& keyboard;
+    /// Lets the low-battery sound play again in this discharge.
+    std::function<void()> resetBatteryLowFlag;
 };
 
 }  // namespace chimewerk

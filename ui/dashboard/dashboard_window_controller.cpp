@@ -14,6 +14,8 @@
 
 #include "sound/notifications.h"
 #include "ui/controls/color_scheme.h"
+#include "ui/controls/fonts.h"
+#include "ui/controls/labels_and_buttons.h"
 #include "ui/rules/appearance.h"
 
 namespace chimewerk {
@@ -50,8 +52,10 @@ QWidget* makeFilledView() {
 
 }  // namespace
 
-DashboardWindowController::DashboardWindowController(const DashboardDependencies& dependencies)
+DashboardWindowController::DashboardWindowController(const DashboardDependencies& dependencies,
+                                                     DashboardMonitors monitors)
     : deps_(dependencies),
+      monitors_(std::move(monitors)),
       sm_(dependencies.sounds),
       isDarkMode_(storedDarkMode(dependencies.defaults)) {
     window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
@@ -97,7 +101,7 @@ void DashboardWindowController::buildUI() {
     dividerView_ = makeFilledView();
     dividerView_->setFixedWidth(1);
     detailPanel_ = new DetailPanel(
-        deps_, [this] { return selectedIndex_; }, [this] { reloadTable(); });
+        deps_, monitors_, [this] { return selectedIndex_; }, [this] { reloadTable(); });
     auto* const columns = new QHBoxLayout(&window_);
     columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(0);
@@ -235,12 +239,12 @@ void DashboardWindowController::toggleAppearance() {
 
 void DashboardWindowController::applyAppearance() {
     const Appearance now = appearance(isDarkMode_);
-    const ColorScheme& look = now.isDark ? ColorScheme::dark() : ColorScheme::light();
-    window_.setPalette(paletteOf(look));
-    QToolTip::setPalette(paletteOf(look));
+    const ColorScheme& colors = now.isDark ? ColorScheme::dark() : ColorScheme::light();
+    window_.setPalette(paletteOf(colors));
+    QToolTip::setPalette(paletteOf(colors));
     appearanceBtn_->setText(QString::fromStdString(now.buttonTitle));
-    setBackground(*sidebarBgView_, colorOf(now.sidebarBackground, look.controlBackground));
-    setBackground(*dividerView_, colorOf(now.divider, look.separator));
+    setBackground(*sidebarBgView_, colorOf(now.sidebarBackground, colors.controlBackground));
+    setBackground(*dividerView_, colorOf(now.divider, colors.separator));
 }
 
 }  // namespace chimewerk

@@ -21,7 +21,8 @@ namespace chimewerk {
 class DashboardWindowController final : public Window {
 public:
     /// Makes the window without showing it. Needs the toolkit's application; all dependencies outlive it.
-    explicit DashboardWindowController(const DashboardDependencies& dependencies);
+    DashboardWindowController(const DashboardDependencies& dependencies,
+                              DashboardMonitors monitors);
 
     void showWindow() override;
 
@@ -45,6 +46,7 @@ private:
     void applyAppearance();
 
     const DashboardDependencies deps_;
+    const DashboardMonitors monitors_;
     SoundManager& sm_;
     /// In the events; 0 or a row of the table. Changes only with the table's selection.
     std::size_t selectedIndex_ = 0;

@@ -2,45 +2,36 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
-#include "ui/controls/color_scheme.h"
-#include "ui/rules/counter_text.h"
 #include "ui/rules/detail_texts.h"
+#include "ui/rules/value_texts.h"
 
 namespace chimewerk {
 
 namespace {
 
-QString toText(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QLabel* makeText(std::string_view text, int size, LabelColor color) {
-    auto* const label = makeLabel(toText(text), size, QFont::Normal, color);
-    label->setWordWrap(true);
-    return label;
-}
-
-QLabel* makeValueLabel(const std::string& text) {
-    auto* const label = makeLabel(toText(text), 12, QFont::Normal, LabelColor::secondary);
-    label->setFont(monospacedDigitSystemFont(12));
-    return label;
-}
+constexpr int kMargin = 28;
+constexpr int kBottomMargin = 8;
+constexpr int kGaugeHeight = 130;
+/// As low as the dial may get where long texts leave no more room.
+constexpr int kLowestGauge = 84;
 
 }  // namespace
 
-/// Dims what it lies over, as if that were less opaque.
+/// Dims what it lies over, as if that were less opaque, all but the switch that ends the dimming.
 class DetailPanel::Veil final : public QWidget {
 public:
     explicit Veil(QWidget* parent) : QWidget(parent) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         hide();
     }
-    /// How opaque what lies beneath is to look.
-    void setAlpha(double alpha) {
+    /// `alpha` is how opaque what lies beneath looks, 0 to 1; `clear` is the area that it does not dim.
+    void set(double alpha, const QRect& clear) {
         alpha_ = alpha;
+        clear_ = clear;
         setVisible(alpha < 1.0);
         update();
     }
@@ -48,23 +39,53 @@ public:
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
+        painter.setClipRegion(QRegion(rect()) - clear_);
         painter.setOpacity(1.0 - alpha_);
         painter.fillRect(rect(), palette().color(QPalette::Window));
     }
 
 private:
     double alpha_ = 1.0;
+    QRect clear_;
 };
 
-DetailPanel::DetailPanel(const DashboardDependencies& around,
+DetailPanel::DetailPanel(const DashboardDependencies& dependencies,
+                         const DashboardMonitors& monitors,
                          std::function<std::size_t()> selectedIndex,
                          std::function<void()> onSettingsChanged)
-    : deps_(around),
-      sm_(around.sounds),
+    : deps_(dependencies),
+      monitors_(monitors),
+      sm_(dependencies.sounds),
       selectedIndex_(std::move(selectedIndex)),
       onSettingsChanged_(std::move(onSettingsChanged)),
-      loader_(*this, around.soundFolder) {
-    buildDetailPanel();
+      loader_(*this, dependencies.soundFolder),
+      header_(new DetailHeader(this, [this] { detailToggle(); })),
+      soundBox_(new SoundBox(this, {.onLoad = [this] { loadSound(); },
+                                    .onTest = [this] { previewSound(); },
+                                    .onRemove = [this] { removeSound(); }})),
+      volumeSlider_(new LabeledSlider(this,
+                                      {.heading = detail_texts::kVolumeSection,
+                                       .name = "Volume",
+                                       .range = {.minimum = 0, .maximum = 100, .unit = 0.01},
+                                       .text = volumeText,
+                                       .width = 220,
+                                       .gap = 10},
+                                      sm_, [this](float volume) { volumeChanged(volume); })),
+      triggerBox_(new TriggerBox(this)),
+      thresholdBox_(new AngleBox(this, sm_, [this](float degrees) { thresholdChanged(degrees); })),
+      permissionBox_(new PermissionBox(this, [this] { deps_.keyPermissionPage.show(); })),
+      intelLockBox_(new LockBox(this)),
+      batteryThreshBox_(
+          new LabeledSlider(this,
+                            {.heading = detail_texts::kBatterySection,
+                             .name = "Alert Threshold",
+                             .range = {.minimum = 0, .maximum = 100, .unit = 1.0},
+                             .text = percentText,
+                             .width = 200,
+                             .gap = 8},
+                            sm_, [this](float percent) { batteryThreshChanged(percent); })),
+      veil_(new Veil(this)) {
+    alignTexts();
     watch_.setInterval(std::chrono::milliseconds(1500));
     watch_.setTimerType(Qt::CoarseTimer);
     connect(&watch_, &QTimer::timeout, this, [this] {
@@ -74,111 +95,6 @@ DetailPanel::DetailPanel(const DashboardDependencies& around,
     });
 }
 
-/// In the order in which the keyboard goes through it.
-ValueSlider* DetailPanel::makeSlider(const ValueSlider::Range& range, ValueSlider::Text text,
-                                     const char* name) {
-    auto* const slider = new ValueSlider(range, std::move(text));
-    slider->setAccessibleName(QString::fromLatin1(name));
-    // A drag is written once, at its end.
-    connect(slider, &QSlider::sliderPressed, this,
-            [this] { heldWrites_ = sm_.holdWrites(); });
-    connect(slider, &QSlider::sliderReleased, this, [this] { heldWrites_ = nullptr; });
-    return slider;
-}
-
-void DetailPanel::buildDetailPanel() {
-    eventEmoji_ = makeLabel({}, 40);
-    eventTitle_ = makeLabel({}, 20, QFont::Bold);
-    enableSwitch_ = new SwitchControl;
-    connect(enableSwitch_, &SwitchControl::toggled, this, &DetailPanel::detailToggle);
-    counterLabel_ =
-        makeLabel(toText("Triggered: 0 times"), 11, QFont::Normal, LabelColor::tertiary);
-    counterLabel_->setFont(monospacedDigitSystemFont(11));
-
-    soundSection_ = makeSectionLabel(toText(detail_texts::kSoundSection));
-    soundLabel_ = makeLabel(toText("—"), 12, QFont::Normal, LabelColor::secondary);
-    loadBtn_ = makeButton(toText(detail_texts::kLoadButton));
-    connect(loadBtn_, &QPushButton::clicked, this, &DetailPanel::loadSound);
-    testBtn_ = makeButton(toText(detail_texts::kTestButton));
-    testBtn_->setAccessibleName(QStringLiteral("Test Sound"));
-    connect(testBtn_, &QPushButton::clicked, this, &DetailPanel::previewSound);
-    removeSoundBtn_ = makeButton(toText(detail_texts::kRemoveButton));
-    removeSoundBtn_->setAccessibleName(QStringLiteral("Remove"));
-    connect(removeSoundBtn_, &QPushButton::clicked, this, &DetailPanel::removeSound);
-
-    volumeSection_ = makeSectionLabel(toText(detail_texts::kVolumeSection));
-    volumeSlider_ = makeSlider({.minimum = 0, .maximum = 100, .unit = 0.01}, volumeText, "Volume");
-    volumeSlider_->setNumber(1.0F);
-    connect(volumeSlider_, &QSlider::valueChanged, this, &DetailPanel::volumeChanged);
-    volumeLabel_ = makeValueLabel("100%");
-    triggerSection_ = makeSectionLabel(toText(detail_texts::kTriggerSection));
-    triggerInfo_ = makeText({}, 12, LabelColor::secondary);
-
-    for (QWidget* const part : std::initializer_list<QWidget*>{
-             eventEmoji_, eventTitle_, enableSwitch_, counterLabel_, soundSection_, soundLabel_,
-             loadBtn_, testBtn_, removeSoundBtn_, volumeSection_, volumeSlider_, volumeLabel_,
-             triggerSection_, triggerInfo_}) {
-        part->setParent(this);
-    }
-    buildThresholdBox();
-    buildPermissionBox();
-    buildIntelLockBox();
-    buildBatteryThreshBox();
-    veil_ = new Veil(this);
-    // It stays as clear as it is: it is what ends the dimming.
-    enableSwitch_->raise();
-    alignTexts();
-}
-
-void DetailPanel::buildThresholdBox() {
-    thresholdBox_ = new QWidget(this);
-    angleGauge_ = new AngleGaugeView(thresholdBox_);
-    angleSection_ = makeSectionLabel(toText(detail_texts::kAngleSection));
-    thresholdSlider_ =
-        makeSlider({.minimum = 10, .maximum = 170, .unit = 1.0}, degreesText, "Trigger Angle");
-    thresholdSlider_->setNumber(90.0F);
-    connect(thresholdSlider_, &QSlider::valueChanged, this, &DetailPanel::thresholdChanged);
-    thresholdValueLabel_ = makeValueLabel("90°");
-    for (QWidget* const part :
-         std::initializer_list<QWidget*>{angleSection_, thresholdSlider_, thresholdValueLabel_}) {
-        part->setParent(thresholdBox_);
-    }
-}
-
-void DetailPanel::buildPermissionBox() {
-    permissionBox_ = new QWidget(this);
-    permissionText_ = makeText(detail_texts::kPermission, 11, LabelColor::secondary);
-    permissionText_->setParent(permissionBox_);
-    grantBtn_ = makeButton(toText(detail_texts::kGrantButton));
-    grantBtn_->setParent(permissionBox_);
-    connect(grantBtn_, &QPushButton::clicked, this, &DetailPanel::grantAccess);
-}
-
-void DetailPanel::buildIntelLockBox() {
-    intelLockBox_ = new QWidget(this);
-    lockEmoji_ = makeLabel(toText(detail_texts::kLock), 36);
-    lockTitle_ =
-        makeLabel(toText(detail_texts::kLockTitle), 15, QFont::DemiBold, LabelColor::secondary);
-    lockText_ = makeText(detail_texts::kLockText, 11, LabelColor::tertiary);
-    for (QWidget* const part : std::initializer_list<QWidget*>{lockEmoji_, lockTitle_, lockText_}) {
-        part->setParent(intelLockBox_);
-    }
-}
-
-void DetailPanel::buildBatteryThreshBox() {
-    batteryThreshBox_ = new QWidget(this);
-    batterySection_ = makeSectionLabel(toText(detail_texts::kBatterySection));
-    batterySlider_ =
-        makeSlider({.minimum = 0, .maximum = 100, .unit = 1.0}, percentText, "Alert Threshold");
-    batterySlider_->setNumber(20.0F);
-    connect(batterySlider_, &QSlider::valueChanged, this, &DetailPanel::batteryThreshChanged);
-    batteryValueLabel_ = makeValueLabel("20%");
-    for (QWidget* const part :
-         std::initializer_list<QWidget*>{batterySection_, batterySlider_, batteryValueLabel_}) {
-        part->setParent(batteryThreshBox_);
-    }
-}
-
 const SoundEvent* DetailPanel::selectedEvent() const {
     const std::size_t index = selectedIndex_();
     return index < sm_.events.size() ? &sm_.events[index] : nullptr;
@@ -186,8 +102,8 @@ const SoundEvent* DetailPanel::selectedEvent() const {
 
 DetailPanel::Watched DetailPanel::watched() const {
     return {.trusted = deps_.keys.trusted(),
-            .tapActive = deps_.keyboardMonitor.active,
-            .sensorFound = deps_.lidMonitor.sensorFound};
+            .tapActive = monitors_.keyboard.active,
+            .sensorFound = monitors_.lid.sensorFound};
 }
 
 void DetailPanel::refreshDetail() {
@@ -196,81 +112,57 @@ void DetailPanel::refreshDetail() {
         return;
     }
     shown_ = watched();
-    show(detailView(*event, {.events = sm_.events,
-                             .currentTheme = sm_.currentTheme,
-                             .isCustomThemeActive = sm_.isCustomThemeActive(),
-                             .files = deps_.files,
-                             .resourceFolder = deps_.resourceFolder,
-                             .isAppleSilicon = deps_.isAppleSilicon,
-                             .sensorFound = shown_.sensorFound,
-                             .trusted = shown_.trusted,
-                             .tapActive = shown_.tapActive}));
+    display(detailView(*event, {.events = sm_.events,
+                                .currentTheme = sm_.currentTheme,
+                                .isCustomThemeActive = sm_.isCustomThemeActive(),
+                                .files = deps_.files,
+                                .resourceFolder = deps_.resourceFolder,
+                                .isAppleSilicon = deps_.isAppleSilicon,
+                                .sensorFound = shown_.sensorFound,
+                                .trusted = shown_.trusted,
+                                .tapActive = shown_.tapActive}));
 }
 
-void DetailPanel::show(const DetailView& view) {
-    eventEmoji_->setText(QString::fromStdString(view.emoji));
-    eventTitle_->setText(QString::fromStdString(view.title));
-    soundText_ = QString::fromStdString(view.soundText);
-    if (!view.hasOwnSound && removeSoundBtn_->hasFocus()) {
-        loadBtn_->setFocus();
-    }
-    removeSoundBtn_->setVisible(view.hasOwnSound);
-    volumeSlider_->setNumber(view.volume);
-    volumeLabel_->setText(QString::fromStdString(view.volumeText));
-    triggerInfo_->setText(QString::fromStdString(view.triggerText));
-    counterLabel_->setText(QString::fromStdString(view.counterText));
-    {
-        const QSignalBlocker silently(enableSwitch_);
-        enableSwitch_->setChecked(view.switchIsOn);
-    }
-    enableSwitch_->setEnabled(view.switchIsEnabled);
-    enableSwitch_->setAccessibleName(eventTitle_->text());
-    veil_->setAlpha(view.alpha);
-    showBox(view);
+void DetailPanel::display(const DetailView& view) {
+    header_->display(view);
+    soundBox_->display(view);
+    volumeSlider_->display(view.volume, view.volumeText);
+    triggerBox_->display(QString::fromStdString(view.triggerText));
+    displayBox(view);
     arrange();
+    veil_->set(view.alpha, header_->switchArea());
 }
 
-void DetailPanel::showBox(const DetailView& view) {
+void DetailPanel::displayBox(const DetailView& view) {
     box_ = view.box;
-    thresholdBox_->setVisible(box_ == DetailBox::threshold);
-    permissionBox_->setVisible(box_ == DetailBox::permission);
-    intelLockBox_->setVisible(box_ == DetailBox::intelLock);
-    batteryThreshBox_->setVisible(box_ == DetailBox::batteryThreshold);
-    const QString text = QString::fromStdString(view.thresholdText);
     if (box_ == DetailBox::threshold) {
-        thresholdSlider_->setNumber(view.threshold);
-        thresholdSlider_->setEnabled(view.thresholdIsEnabled);
-        thresholdValueLabel_->setText(text);
-        angleGauge_->threshold = view.threshold;
-        angleGauge_->sensorAvailable = view.thresholdIsEnabled;
-        angleGauge_->update();
+        thresholdBox_->display(view);
     } else if (box_ == DetailBox::permission) {
-        grantBtn_->setVisible(view.canGrant);
+        permissionBox_->setCanGrant(view.canGrant);
     } else if (box_ == DetailBox::batteryThreshold) {
-        batterySlider_->setNumber(view.threshold);
-        batteryValueLabel_->setText(text);
+        batteryThreshBox_->display(view.threshold, view.thresholdText);
+    }
+    for (PanelBox* const box : std::initializer_list<PanelBox*>{thresholdBox_, permissionBox_,
+                                                                intelLockBox_, batteryThreshBox_}) {
+        box->setVisible(box == shownBox());
     }
     watch();
 }
 
-/// In the middle, where it is too long for its line; then the whole text shows under the pointer.
-void DetailPanel::showSoundText() {
-    QString line = soundText_;
-    line.replace(QLatin1Char('\n'), QLatin1Char(' '));
-    const QString fitting =
-        soundLabel_->fontMetrics().elidedText(line, Qt::ElideMiddle, soundLabel_->width());
-    soundLabel_->setText(fitting);
-    soundLabel_->setToolTip(fitting == line ? QString() : Qt::convertFromPlainText(soundText_));
-    soundLabel_->setAccessibleName(soundText_);
-}
-
-void DetailPanel::showCounter(std::int64_t triggerCount) {
-    counterLabel_->setText(QString::fromStdString(counterText(triggerCount)));
-}
-
-void DetailPanel::setCurrentAngle(float degrees) {
-    angleGauge_->currentAngle = degrees;
-    angleGauge_->update();
+PanelBox* DetailPanel::shownBox() const {
+    switch (box_) {
+        case DetailBox::threshold:
+            return thresholdBox_;
+        case DetailBox::permission:
+            return permissionBox_;
+        case DetailBox::intelLock:
+            return intelLockBox_;
+        case DetailBox::batteryThreshold:
+            return batteryThreshBox_;
+        case DetailBox::none:
+            break;
+    }
+    return nullptr;
 }
 
 void DetailPanel::detailToggle() {
@@ -278,13 +170,13 @@ void DetailPanel::detailToggle() {
     if (event == nullptr) {
         return;
     }
-    sm_.setEnabled(enableSwitch_->isChecked(), event->id);
+    sm_.setEnabled(header_->isOn(), event->id);
     onSettingsChanged_();
     if (event->id == event_ids::kKeyPress) {
         if (event->isEnabled) {
-            deps_.keyboardMonitor.start();
+            monitors_.keyboard.start();
         } else {
-            deps_.keyboardMonitor.stop();
+            monitors_.keyboard.stop();
         }
     }
     refreshDetail();
@@ -316,38 +208,27 @@ void DetailPanel::removeSound() {
     }
 }
 
-void DetailPanel::volumeChanged() {
+void DetailPanel::volumeChanged(float volume) {
     if (const SoundEvent* const event = selectedEvent()) {
-        const float volume = volumeSlider_->number();
-        volumeLabel_->setText(QString::fromStdString(volumeText(volume)));
         sm_.setVolume(volume, event->id);
     }
 }
 
-void DetailPanel::thresholdChanged() {
-    const float degrees = thresholdSlider_->number();
-    thresholdValueLabel_->setText(QString::fromStdString(degreesText(degrees)));
+void DetailPanel::thresholdChanged(float degrees) {
     sm_.setThreshold(degrees, event_ids::kLidAngle);
-    deps_.lidMonitor.updateThreshold(degrees);
-    angleGauge_->threshold = degrees;
-    angleGauge_->update();
+    monitors_.lid.updateThreshold(degrees);
+    thresholdBox_->setThreshold(degrees);
 }
 
-void DetailPanel::batteryThreshChanged() {
-    const float percent = batterySlider_->number();
-    batteryValueLabel_->setText(QString::fromStdString(percentText(percent)));
+void DetailPanel::batteryThreshChanged(float percent) {
     sm_.setThreshold(percent, event_ids::kBatteryLow);
-    deps_.resetBatteryLowFlag();
-}
-
-void DetailPanel::grantAccess() {
-    deps_.keyPermissionPage.show();
+    monitors_.resetBatteryLowFlag();
 }
 
 bool DetailPanel::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::WindowActivate:
-            // Elsewhere a permission may have been given, or a file removed.
+            // A permission may have been given elsewhere, or a file removed.
             refreshDetail();
             break;
         case QEvent::LayoutDirectionChange:
@@ -380,7 +261,7 @@ void DetailPanel::hideEvent(QHideEvent* event) {
     watch_.stop();
 }
 
-/// Nobody tells of a permission, a tap or a sensor that comes or goes: they are looked at while they show.
+/// Nothing announces a permission, a tap or a sensor that comes or goes: while they show, they are polled.
 void DetailPanel::watch() {
     const bool wanted =
         isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::threshold);
@@ -389,6 +270,36 @@ void DetailPanel::watch() {
     } else if (!watch_.isActive()) {
         watch_.start();
     }
+}
+
+/// Texts begin where the controls do, whatever the direction of their own language is.
+void DetailPanel::alignTexts() {
+    for (QLabel* const label : findChildren<QLabel*>()) {
+        if ((label->alignment() & Qt::AlignHCenter) == 0) {
+            label->setAlignment(Qt::AlignAbsolute |
+                                (isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft) |
+                                (label->wordWrap() ? Qt::AlignTop : Qt::AlignVCenter));
+        }
+    }
+}
+
+void DetailPanel::arrange() {
+    const int excess = arrange(kGaugeHeight) - (height() - kBottomMargin);
+    if (excess > 0 && box_ == DetailBox::threshold) {
+        arrange(std::max(kLowestGauge, kGaugeHeight - excess));
+    }
+}
+
+/// Places all boxes that show and returns where the last one ends.
+int DetailPanel::arrange(int gaugeHeight) {
+    const int inner = width() - 2 * kMargin;
+    int bottom = header_->arrange({kMargin, kMargin}, inner);
+    bottom = soundBox_->arrange({kMargin, bottom + 14}, inner);
+    bottom = volumeSlider_->arrange({kMargin, bottom + 20}, inner);
+    bottom = triggerBox_->arrange({kMargin, bottom + 20}, inner);
+    thresholdBox_->setGaugeHeight(gaugeHeight);
+    PanelBox* const box = shownBox();
+    return box == nullptr ? bottom : box->arrange({kMargin, bottom + 18}, inner);
 }
 
 }  // namespace chimewerk

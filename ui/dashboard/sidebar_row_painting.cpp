@@ -6,6 +6,7 @@
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/control_painting.h"
 #include "ui/controls/emoji_text.h"
+#include "ui/controls/fonts.h"
 
 namespace chimewerk {
 
@@ -51,17 +52,17 @@ struct RowColors {
 };
 
 /// On the accent colour all is white.
-RowColors rowColors(const ColorScheme& look, bool onAccent) {
+RowColors rowColors(const ColorScheme& colors, bool onAccent) {
     if (onAccent) {
         return {Qt::white, QColor(255, 255, 255, 215), QColor(255, 255, 255, 200)};
     }
-    return {look.label, look.secondaryLabel, look.tertiaryLabel};
+    return {colors.label, colors.secondaryLabel, colors.tertiaryLabel};
 }
 
 void paintSelection(QPainter& painter, const QStyleOptionViewItem& option, bool onAccent) {
     const QRectF rect(selectionRect(option.rect, option.direction));
     if ((option.state & QStyle::State_Selected) != 0) {
-        const bool dark = &colorSchemeOf(option.palette) == &ColorScheme::dark();
+        const bool dark = colorSchemeOf(option.palette).isDark();
         painter.setPen(Qt::NoPen);
         painter.setBrush(onAccent ? option.palette.color(QPalette::Highlight)
                                   : (dark ? QColor(255, 255, 255, 36) : QColor(0, 0, 0, 26)));

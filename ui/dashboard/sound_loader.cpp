@@ -11,10 +11,11 @@
 #include <chrono>
 #include <utility>
 
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/emoji_text.h"
+#include "ui/controls/fonts.h"
+#include "ui/controls/labels_and_buttons.h"
 #include "ui/rules/detail_texts.h"
-#include "ui/rules/detail_view.h"
+#include "ui/rules/value_texts.h"
 
 namespace chimewerk {
 
@@ -34,16 +35,12 @@ QPixmap warningSign(qreal scale) {
     return pixmap;
 }
 
-QString toText(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 /// The types as patterns that fit in any case: not every file dialog takes "*.wav" for "KNOCK.WAV".
 QString nameFilter() {
     QStringList patterns;
     for (const std::string_view type : detail_texts::kSoundFileTypes) {
         QString pattern = QStringLiteral("*.");
-        for (const QChar letter : toText(type)) {
+        for (const QChar letter : QString::fromUtf8(type)) {
             pattern +=
                 letter.isLetter() ? QStringLiteral("[%1%2]").arg(letter, letter.toUpper()) : letter;
         }
@@ -155,19 +152,19 @@ void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
             onLoaded_(outcome.path);
             break;
         case SoundFolder::Outcome::Kind::notCopied:
-            showSoundError(toText(detail_texts::kNotCopied) +
+            showSoundError(QString::fromUtf8(detail_texts::kNotCopied) +
                            QString::fromStdString(outcome.error));
             break;
         case SoundFolder::Outcome::Kind::notASound:
-            showSoundError(toText(detail_texts::kNotASound));
+            showSoundError(QString::fromUtf8(detail_texts::kNotASound));
             break;
     }
 }
 
 void SoundLoader::showSoundError(const QString& message) {
-    auto* const alert =
-        new QMessageBox(QMessageBox::Warning, QStringLiteral("Chimewerk"),
-                        toText(detail_texts::kLoadErrorTitle), QMessageBox::Ok, widget_.window());
+    auto* const alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Chimewerk"),
+                                        QString::fromUtf8(detail_texts::kLoadErrorTitle),
+                                        QMessageBox::Ok, widget_.window());
     dialog_ = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setPalette(widget_.window()->palette());

@@ -8,6 +8,8 @@
 
 #include "ui/controls/chimewerk_style.h"
 #include "ui/controls/color_scheme.h"
+#include "ui/controls/fonts.h"
+#include "ui/controls/labels_and_buttons.h"
 
 namespace chimewerk {
 

@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "ui/rules/dialog_texts.h"
+#include "ui/rules/theme_dialog_texts.h"
 
 namespace chimewerk {
 

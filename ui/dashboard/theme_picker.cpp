@@ -3,10 +3,10 @@
 #include <QHBoxLayout>
 #include <utility>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/controls/fonts.h"
+#include "ui/controls/labels_and_buttons.h"
 #include "ui/dashboard/theme_dialogs.h"
-#include "ui/rules/dialog_texts.h"
-#include "ui/rules/theme_name.h"
+#include "ui/rules/theme_dialog_texts.h"
 
 namespace chimewerk {
 

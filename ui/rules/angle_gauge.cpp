@@ -10,21 +10,21 @@ namespace chimewerk {
 
 namespace {
 
-constexpr double baselineHeight = 16;
-constexpr double sideMargin = 16;
-constexpr double topMargin = 10;
-constexpr double labelDistance = 10;
-constexpr double readoutHeight = 0.38;
-constexpr double noteGap = 2;
+constexpr double kBaselineHeight = 16;
+constexpr double kSideMargin = 16;
+constexpr double kTopMargin = 10;
+constexpr double kLabelDistance = 10;
+constexpr double kReadoutHeight = 0.38;
+constexpr double kNoteGap = 2;
 
-constexpr const char* noSensorNote = "Apple Silicon required";
+constexpr const char* kNoSensorNote = "Apple Silicon required";
 
 struct Tick {
     double angle;
     std::string_view label;
 };
 
-constexpr Tick ticks[] = {{0, "0°"}, {45, ""}, {90, "90°"}, {135, ""}, {180, "180°"}};
+constexpr Tick kTicks[] = {{0, "0°"}, {45, ""}, {90, "90°"}, {135, ""}, {180, "180°"}};
 
 bool hasReading(const GaugeState& state) {
     return state.sensorAvailable && std::isfinite(state.currentAngle) && state.currentAngle >= 0;
@@ -32,8 +32,8 @@ bool hasReading(const GaugeState& state) {
 
 /// Whole degrees, truncated. What no sensor can mean is cut off where whole numbers end.
 std::string degrees(float angle) {
-    constexpr float limit = 1e9F;
-    return std::to_string(static_cast<int>(std::clamp(angle, -limit, limit))) + "°";
+    constexpr float kLimit = 1e9F;
+    return std::to_string(static_cast<int>(std::clamp(angle, -kLimit, kLimit))) + "°";
 }
 
 std::string placeholder(const GaugeState& state) {
@@ -44,9 +44,9 @@ class Drawing {
 public:
     Drawing(GaugeSize bounds, const MeasureGaugeText& measure)
         : measure_(measure),
-          center_{bounds.width / 2, baselineHeight},
-          radius_(std::min(bounds.width / 2 - sideMargin,
-                           bounds.height - baselineHeight - topMargin)) {}
+          center_{bounds.width / 2, kBaselineHeight},
+          radius_(std::min(bounds.width / 2 - kSideMargin,
+                           bounds.height - kBaselineHeight - kTopMargin)) {}
 
     void dial();
     void thresholdMark(float threshold);
@@ -57,7 +57,7 @@ public:
 
 private:
     GaugePoint at(double angle, double distance) const;
-    GaugePoint readoutCenter() const { return {center_.x, center_.y + radius_ * readoutHeight}; }
+    GaugePoint readoutCenter() const { return {center_.x, center_.y + radius_ * kReadoutHeight}; }
     void radialLine(double angle, double from, double to, double width, GaugePaint paint);
     GaugePoint text(std::string text, GaugeFont font, GaugeColor color, GaugePoint center);
 
@@ -91,11 +91,11 @@ void Drawing::dial() {
                                    {center_.x + radius_, center_.y},
                                    1,
                                    {GaugeColor::gray, 0.25}});
-    for (const Tick& tick : ticks) {
+    for (const Tick& tick : kTicks) {
         radialLine(tick.angle, radius_ - 10, radius_, 1.5, {GaugeColor::gray, 0.5});
         if (!tick.label.empty()) {
             text(std::string(tick.label), {.size = 9}, GaugeColor::tertiaryLabel,
-                 at(tick.angle, radius_ + labelDistance));
+                 at(tick.angle, radius_ + kLabelDistance));
         }
     }
 }
@@ -118,9 +118,9 @@ void Drawing::noReading(const GaugeState& state) {
              GaugeColor::tertiaryLabel, readoutCenter());
     if (!state.sensorAvailable) {
         const GaugeFont font{.size = 9};
-        const double height = measure_(noSensorNote, font).height;
-        text(noSensorNote, font, GaugeColor::quaternaryLabel,
-             {center_.x, origin.y - noteGap - height / 2});
+        const double height = measure_(kNoSensorNote, font).height;
+        text(kNoSensorNote, font, GaugeColor::quaternaryLabel,
+             {center_.x, origin.y - kNoteGap - height / 2});
     }
 }
 
@@ -143,7 +143,7 @@ std::vector<GaugeShape> gaugeShapes(GaugeSize bounds, const GaugeState& state,
 
 std::string gaugeDescription(const GaugeState& state) {
     if (!state.sensorAvailable) {
-        return placeholder(state) + ", " + noSensorNote;
+        return placeholder(state) + ", " + kNoSensorNote;
     }
     const std::string reading = hasReading(state) ? degrees(state.currentAngle) : "no reading yet";
     return std::isfinite(state.threshold) ? reading + ", threshold " + degrees(state.threshold)

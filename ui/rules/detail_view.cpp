@@ -1,22 +1,13 @@
 #include "ui/rules/detail_view.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
 
 #include "sound/bundled_sounds.h"
-#include "ui/rules/counter_text.h"
+#include "ui/rules/value_texts.h"
 
 namespace chimewerk {
 
 namespace {
-
-/// The integer part; nothing that cannot be written out is ever stored.
-std::string integerPart(float value) {
-    constexpr float kMost = 1e9F;
-    const float shown = std::isnan(value) ? 0.0F : std::clamp(value, -kMost, kMost);
-    return std::to_string(static_cast<std::int64_t>(shown));
-}
 
 bool hasOwnSound(const SoundEvent& event, const DetailFacts& facts) {
     return event.soundPath && !event.soundPath->empty() && facts.files.fileExists(*event.soundPath);
@@ -153,27 +144,6 @@ std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts) {
         std::find_if(std::begin(kFixedDescs), std::end(kFixedDescs),
                      [&event](const FixedDesc& desc) { return desc.id == event.id; });
     return found == std::end(kFixedDescs) ? "" : std::string(found->text);
-}
-
-std::string volumeText(float volume) {
-    return percentText(volume * 100.0F);
-}
-
-std::string degreesText(float degrees) {
-    return integerPart(degrees) + "°";
-}
-
-std::string percentText(float percent) {
-    return integerPart(percent) + "%";
-}
-
-std::string lastPathComponent(std::string_view path) {
-    while (path.size() > 1 && path.ends_with('/')) {
-        path.remove_suffix(1);
-    }
-    const std::size_t slash = path.rfind('/');
-    return std::string(path.size() > 1 && slash != std::string_view::npos ? path.substr(slash + 1)
-                                                                          : path);
 }
 
 }  // namespace chimewerk

@@ -62,14 +62,4 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts);
 /// When the event fires, in words; empty for an unknown event.
 std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts);
 
-/// A volume from 0.0 to 1.0 as "55%".
-std::string volumeText(float volume);
-/// An angle as "90°".
-std::string degreesText(float degrees);
-/// A charge as "20%".
-std::string percentText(float percent);
-
-/// The last name in a path, without the slashes that may follow it: that of "/a/b.wav" is "b.wav".
-std::string lastPathComponent(std::string_view path);
-
 }  // namespace chimewerk

@@ -16,7 +16,7 @@ struct Entry {
     std::optional<HelpColor> color = {};
 };
 
-constexpr Entry entries[] = {
+constexpr Entry kEntries[] = {
     {h1, "🎵  What is Chimewerk?"},
     {body,
      "Chimewerk is a lightweight macOS menu bar utility that plays custom sound effects in "
@@ -205,11 +205,11 @@ constexpr Entry entries[] = {
     {blank},
 };
 
-constexpr int dividerLength = 49;
+constexpr int kDividerLength = 49;
 
 std::string dividerText() {
     std::string text;
-    for (int i = 0; i < dividerLength; ++i) {
+    for (int i = 0; i < kDividerLength; ++i) {
         text += "─";
     }
     return text;
@@ -238,7 +238,7 @@ std::string shownText(const Entry& entry, int number) {
 
 const HelpStyle& helpStyle(HelpKind kind) {
     // In the order of the kinds.
-    static constexpr HelpStyle styles[] = {
+    static constexpr HelpStyle kStyles[] = {
         {17, true, HelpColor::accent, 22, 8, 0},          // h1
         {13, true, HelpColor::label, 14, 4, 0},           // h2
         {13, false, HelpColor::label, 0, 5, 0},           // body
@@ -251,14 +251,14 @@ const HelpStyle& helpStyle(HelpKind kind) {
         {13, true, HelpColor::tipGreen, 6, 4, 0},         // permissionsSummary
         {12, false, HelpColor::label, 0, 0, 0},           // blank
     };
-    return styles[static_cast<std::size_t>(kind)];
+    return kStyles[static_cast<std::size_t>(kind)];
 }
 
 std::vector<HelpParagraph> helpContent() {
     std::vector<HelpParagraph> paragraphs;
-    paragraphs.reserve(std::size(entries));
+    paragraphs.reserve(std::size(kEntries));
     int number = 0;
-    for (const Entry& entry : entries) {
+    for (const Entry& entry : kEntries) {
         number = entry.kind == step ? number + 1 : 0;
         paragraphs.push_back({.kind = entry.kind,
                               .text = shownText(entry, number),

@@ -36,7 +36,7 @@ struct HelpStyle {
 };
 
 /// Below each line, in addition to what its font takes.
-inline constexpr int helpLineSpacing = 2;
+inline constexpr int kHelpLineSpacing = 2;
 
 const HelpStyle& helpStyle(HelpKind kind);
 

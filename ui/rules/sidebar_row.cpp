@@ -1,20 +1,12 @@
 #include "ui/rules/sidebar_row.h"
 
+#include "ui/rules/value_texts.h"
+
 namespace chimewerk {
 
 namespace {
 
 constexpr int kBasicWidth = 200;
-
-std::string lastPathComponent(const std::string& path) {
-    const std::size_t end = path.find_last_not_of('/');
-    if (end == std::string::npos) {
-        return "/";
-    }
-    const std::size_t slash = path.rfind('/', end);
-    const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
-    return path.substr(start, end + 1 - start);
-}
 
 std::string hintOf(const SoundEvent& event, const SoundManager& sounds) {
     if (event.soundPath && !event.soundPath->empty()) {

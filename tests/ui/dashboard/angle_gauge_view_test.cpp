@@ -14,14 +14,14 @@
 namespace chimewerk {
 namespace {
 
-constexpr int overhang = AngleGaugeView::overhang;
+constexpr int kOverhang = AngleGaugeView::kOverhang;
 
 /// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the lower left.
 std::unique_ptr<AngleGaugeView> viewOf(float angle,
-                                       const ColorScheme& look = ColorScheme::light()) {
+                                       const ColorScheme& colors = ColorScheme::light()) {
     auto view = std::make_unique<AngleGaugeView>();
-    view->setPalette(paletteOf(look));
-    view->resize(240 + 2 * overhang, 150 + overhang);
+    view->setPalette(paletteOf(colors));
+    view->resize(240 + 2 * kOverhang, 150 + kOverhang);
     view->sensorAvailable = true;
     view->currentAngle = angle;
     return view;
@@ -30,8 +30,8 @@ std::unique_ptr<AngleGaugeView> viewOf(float angle,
 /// The colour at a distance from the centre of the dial, in the direction of a value of it.
 QColor at(const QImage& image, double angle, double distance) {
     const double direction = (180 - angle) * std::numbers::pi / 180;
-    const double x = overhang + 120 + std::cos(direction) * distance;
-    const double y = overhang + 150 - (16 + std::sin(direction) * distance);
+    const double x = kOverhang + 120 + std::cos(direction) * distance;
+    const double y = kOverhang + 150 - (16 + std::sin(direction) * distance);
     return image.pixelColor(static_cast<int>(std::floor(x)), static_cast<int>(std::floor(y)));
 }
 
@@ -41,17 +41,17 @@ bool isAlike(const QColor& one, const QColor& other) {
 }
 
 TEST(TheAngleGaugeView, PointsItsNeedleUpwards) {
-    for (const ColorScheme* const look : {&ColorScheme::light(), &ColorScheme::dark()}) {
+    for (const ColorScheme* const colors : {&ColorScheme::light(), &ColorScheme::dark()}) {
         for (const double angle : {20.0, 70.0, 160.0}) {
             SCOPED_TRACE(angle);
-            const QImage image = viewOf(static_cast<float>(angle), *look)->grab().toImage();
-            EXPECT_TRUE(isAlike(at(image, angle, 80), look->blue));
-            EXPECT_TRUE(isAlike(at(image, angle, 98), look->blue));
-            EXPECT_FALSE(isAlike(at(image, angle, 106), look->blue));
-            EXPECT_FALSE(isAlike(at(image, 180 - angle, 80), look->blue));
-            EXPECT_TRUE(isAlike(at(image, 90, 88), look->orange));
-            EXPECT_TRUE(isAlike(at(image, 90, 107), look->orange));
-            EXPECT_FALSE(isAlike(at(image, 90, 80), look->orange));
+            const QImage image = viewOf(static_cast<float>(angle), *colors)->grab().toImage();
+            EXPECT_TRUE(isAlike(at(image, angle, 80), colors->blue));
+            EXPECT_TRUE(isAlike(at(image, angle, 98), colors->blue));
+            EXPECT_FALSE(isAlike(at(image, angle, 106), colors->blue));
+            EXPECT_FALSE(isAlike(at(image, 180 - angle, 80), colors->blue));
+            EXPECT_TRUE(isAlike(at(image, 90, 88), colors->orange));
+            EXPECT_TRUE(isAlike(at(image, 90, 107), colors->orange));
+            EXPECT_FALSE(isAlike(at(image, 90, 80), colors->orange));
         }
     }
 }

@@ -96,23 +96,6 @@ TEST_F(TheDetailView, NamesWhatPlaysInTheAbsenceOfAnOwnFile) {
     EXPECT_EQ(show("battery_low").soundText, "System (Sosumi)");
 }
 
-TEST_F(TheDetailView, TruncatesWhatItShowsAsWholeNumbers) {
-    for (const auto& [volume, text] : {std::pair{0.3F, "30%"},
-                                       {0.555F, "55%"},
-                                       {0.29F, "29%"},
-                                       {0.569F, "56%"},
-                                       {0.999F, "99%"},
-                                       {1.0F, "100%"},
-                                       {0.0F, "0%"},
-                                       {-0.009F, "0%"}}) {
-        EXPECT_EQ(volumeText(volume), text) << volume;
-    }
-    EXPECT_EQ(degreesText(170.0F), "170°");
-    EXPECT_EQ(degreesText(47.99F), "47°");
-    EXPECT_EQ(degreesText(std::numeric_limits<float>::quiet_NaN()), "0°");
-    EXPECT_EQ(percentText(std::numeric_limits<float>::infinity()), "1000000000%");
-}
-
 TEST_F(TheDetailView, DimsAnEventThatIsOffAndShowsItsCount) {
     event("slap").triggerCount = 2;
     EXPECT_EQ(show("slap").alpha, 1.0);

@@ -23,49 +23,37 @@ TEST_F(TheSidebarRow, SaysWhereTheSoundComesFrom) {
         SoundTheme theme;
         const char* hint;
     };
-    const Case cases[] = {
-        {std::nullopt, false, SoundTheme::classic, "🍎 Classic"},
-        {"", false, SoundTheme::soft, "🎵 Soft"},
-        {std::nullopt, false, SoundTheme::system, "System"},
-        {std::nullopt, true, SoundTheme::system, "— not set —"},
-        {"", true, SoundTheme::system, "— not set —"},
-        {"/Users/a/Sounds/knock.wav", true, SoundTheme::system, "knock.wav"},
-        {"/Users/a/Sounds/knock.wav", false, SoundTheme::piano, "knock.wav"},
-        {"/Users/a/Sounds/folder//", false, SoundTheme::piano, "folder"},
-        {"bare.wav", false, SoundTheme::piano, "bare.wav"},
-        {"/", false, SoundTheme::piano, "/"},
-    };
-    for (const Case& each : cases) {
-        library.event("slap").soundPath = each.path;
-        library->activeCustomThemeID =
-            each.custom ? std::optional<std::string>("gone") : std::nullopt;
-        library->currentTheme = each.theme;
-        EXPECT_EQ(row("slap").hint, each.hint) << each.path.value_or("no path");
+    for (const auto& [path, custom, theme, hint] : std::initializer_list<Case>{
+             {std::nullopt, false, SoundTheme::classic, "🍎 Classic"},
+             {"", false, SoundTheme::soft, "🎵 Soft"},
+             {std::nullopt, true, SoundTheme::system, "— not set —"},
+             {"", true, SoundTheme::system, "— not set —"},
+             {"/Users/a/Sounds/knock.wav", true, SoundTheme::system, "knock.wav"},
+             {"/Users/a/Sounds/folder//", false, SoundTheme::piano, "folder"}}) {
+        library.event("slap").soundPath = path;
+        library->activeCustomThemeID = custom ? std::optional<std::string>("gone") : std::nullopt;
+        library->currentTheme = theme;
+        EXPECT_EQ(row("slap").hint, hint) << path.value_or("no path");
     }
 }
 
 TEST_F(TheSidebarRow, CountsFromTheFirstTimeAndDimsWhatIsOff) {
-    EXPECT_EQ(
-        row("slap"),
-        (SidebarRow{
-            .emoji = "👊", .name = "Single Knock", .hint = "🍎 Classic", .badge = "", .isOn = true}));
-    library.event("slap").triggerCount = 1;
-    EXPECT_EQ(row("slap").badge, "1×");
-    library.event("slap").isEnabled = false;
-    library.event("slap").triggerCount = 12;
-    EXPECT_EQ(row("slap"), (SidebarRow{.emoji = "👊",
-                                       .name = "Single Knock",
-                                       .hint = "🍎 Classic",
-                                       .badge = "12×",
-                                       .alpha = 0.4,
-                                       .isOn = false}));
-    EXPECT_EQ(spokenSidebarRow(row("slap")), "Single Knock, 🍎 Classic, 12×");
+    SidebarRow expected{
+        .emoji = "👊", .name = "Single Knock", .hint = "🍎 Classic", .badge = "", .isOn = true};
+    EXPECT_EQ(row("slap"), expected);
     library.event("slap").triggerCount = -1;
-    EXPECT_EQ(row("slap").badge, "");
+    EXPECT_EQ(row("slap"), expected);
+    library.event("slap").triggerCount = 12;
+    expected.badge = "12×";
+    EXPECT_EQ(row("slap"), expected);
+    library.event("slap").isEnabled = false;
+    expected.alpha = 0.4;
+    expected.isOn = false;
+    EXPECT_EQ(row("slap"), expected);
+    EXPECT_EQ(spokenSidebarRow(row("slap")), "Single Knock, 🍎 Classic, 12×");
 }
 
 TEST_F(TheSidebarRow, LocksOnlyTheLidAngleAndOnlyWhereItCannotWork) {
-    EXPECT_EQ(row("lid_angle").isOn, std::nullopt);
     EXPECT_EQ(row("lid_angle").alpha, 0.4);
     library.event("lid_angle").isEnabled = true;
     EXPECT_EQ(row("lid_angle").isOn, std::nullopt);
@@ -74,17 +62,15 @@ TEST_F(TheSidebarRow, LocksOnlyTheLidAngleAndOnlyWhereItCannotWork) {
 }
 
 TEST(TheSidebarRowLayout, GivesTheTextsWhatTheRowIsWider) {
-    const SidebarRowLayout basic = sidebarRowLayout(200);
-    EXPECT_EQ(basic.emoji, (RowFrame{10, 8, 36, 30}));
-    EXPECT_EQ(basic.name, (RowFrame{52, 8, 108, 18}));
-    EXPECT_EQ(basic.hint, (RowFrame{52, 30, 100, 16}));
-    EXPECT_EQ(basic.badge, (RowFrame{152, 30, 26, 16}));
-    EXPECT_EQ(basic.lock, (RowFrame{180, 17, 22, 20}));
-    EXPECT_EQ(basic.checkBox, (RowFrame{183, 19, 16, 16}));
-    const SidebarRowLayout wide = sidebarRowLayout(230);
-    EXPECT_EQ(wide.emoji, basic.emoji);
-    EXPECT_EQ(wide.hint, (RowFrame{52, 30, 130, 16}));
-    EXPECT_EQ(wide.checkBox, (RowFrame{213, 19, 16, 16}));
+    for (const int more : {0, 30}) {
+        const SidebarRowLayout layout = sidebarRowLayout(200 + more);
+        EXPECT_EQ(layout.emoji, (RowFrame{10, 8, 36, 30}));
+        EXPECT_EQ(layout.name, (RowFrame{52, 8, 108 + more, 18}));
+        EXPECT_EQ(layout.hint, (RowFrame{52, 30, 100 + more, 16}));
+        EXPECT_EQ(layout.badge, (RowFrame{152 + more, 30, 26, 16}));
+        EXPECT_EQ(layout.lock, (RowFrame{180 + more, 17, 22, 20}));
+        EXPECT_EQ(layout.checkBox, (RowFrame{183 + more, 19, 16, 16}));
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "ui/rules/theme_name.h"
+#include "ui/rules/theme_dialog_texts.h"
 
 #include <algorithm>
 #include <array>
@@ -22,15 +22,30 @@ constexpr std::array kSpaces = {"\t"sv,           " "sv,
 
 }  // namespace
 
+DialogTexts newThemeTexts() {
+    return {.message = "New Custom Theme",
+            .informative = "Enter a name for your new theme:",
+            .confirm = "Create"};
+}
+
+DialogTexts renameThemeTexts() {
+    return {.message = "Rename Theme", .informative = "Enter a new name:", .confirm = "Rename"};
+}
+
+DialogTexts deleteThemeTexts(const std::string& themeName) {
+    return {.message = "Delete \"" + themeName + "\"?",
+            .informative = "This will permanently remove this custom theme.",
+            .confirm = "Delete"};
+}
+
 std::string trimmedThemeName(std::string_view name) {
-    const auto begun = [&name](std::string_view space) { return name.starts_with(space); };
-    const auto ended = [&name](std::string_view space) { return name.ends_with(space); };
-    for (auto found = kSpaces.begin();
-         (found = std::ranges::find_if(kSpaces, begun)) != kSpaces.end();) {
+    const auto begins = [&name](std::string_view space) { return name.starts_with(space); };
+    const auto ends = [&name](std::string_view space) { return name.ends_with(space); };
+    const auto* found = kSpaces.begin();
+    while ((found = std::ranges::find_if(kSpaces, begins)) != kSpaces.end()) {
         name.remove_prefix(found->size());
     }
-    for (auto found = kSpaces.begin();
-         (found = std::ranges::find_if(kSpaces, ended)) != kSpaces.end();) {
+    while ((found = std::ranges::find_if(kSpaces, ends)) != kSpaces.end()) {
         name.remove_suffix(found->size());
     }
     return std::string(name);

@@ -1,0 +1,54 @@
+#include "ui/dashboard/detail_header.h"
+
+#include <QSignalBlocker>
+
+#include "ui/rules/value_texts.h"
+
+namespace chimewerk {
+
+DetailHeader::DetailHeader(QWidget* panel, const std::function<void()>& onToggle)
+    : PanelBox(panel),
+      eventEmoji_(add(makeLabel({}, 40))),
+      eventTitle_(add(makeLabel({}, 20, QFont::Bold))),
+      enableSwitch_(add(new SwitchControl)),
+      counterLabel_(add(makeNumberLabel("Triggered: 0 times", 11, LabelColor::tertiary))) {
+    // The ring around the switch reaches beyond the margin that its track keeps.
+    setContentsMargins(SwitchControl::kOverhang, 0, SwitchControl::kOverhang, 0);
+    eventEmoji_->setAlignment(Qt::AlignCenter);
+    connect(enableSwitch_, &SwitchControl::toggled, this, onToggle);
+}
+
+void DetailHeader::display(const DetailView& view) {
+    eventEmoji_->setText(QString::fromStdString(view.emoji));
+    eventTitle_->setText(QString::fromStdString(view.title));
+    counterLabel_->setText(QString::fromStdString(view.counterText));
+    const QSignalBlocker silently(enableSwitch_);
+    enableSwitch_->setChecked(view.switchIsOn);
+    enableSwitch_->setEnabled(view.switchIsEnabled);
+    enableSwitch_->setAccessibleName(eventTitle_->text());
+}
+
+void DetailHeader::showCounter(std::int64_t triggerCount) {
+    counterLabel_->setText(QString::fromStdString(counterText(triggerCount)));
+}
+
+void DetailHeader::fill(Column& column) {
+    constexpr int kEmojiWidth = 56;
+    constexpr int kTitleGap = 16;
+    constexpr int kSwitchGap = 8;
+    const QSize track = enableSwitch_->sizeHint();
+    const int top = column.bottom();
+    column.addRow(
+        {{.widget = *eventEmoji_, .width = kEmojiWidth},
+         {.widget = *eventTitle_,
+          .gap = kTitleGap,
+          .width = column.width() - kEmojiWidth - kTitleGap - kSwitchGap - track.width()}});
+    const int right = column.width() + 2 * SwitchControl::kOverhang;
+    column.place(
+        *enableSwitch_,
+        {{right - track.width(), top + (column.bottom() - top - track.height()) / 2}, track});
+    column.skip(6);
+    column.add(*counterLabel_);
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,45 @@
+#include "ui/dashboard/note_boxes.h"
+
+#include "ui/rules/detail_texts.h"
+
+namespace chimewerk {
+
+TriggerBox::TriggerBox(QWidget* panel)
+    : PanelBox(panel),
+      triggerSection_(add(makeSectionLabel(detail_texts::kTriggerSection))),
+      triggerInfo_(add(makeParagraph({}, 12, LabelColor::secondary))) {}
+
+void TriggerBox::fill(Column& column) {
+    column.add(*triggerSection_);
+    column.skip(6);
+    column.add(*triggerInfo_);
+}
+
+PermissionBox::PermissionBox(QWidget* panel, const std::function<void()>& onGrant)
+    : PanelBox(panel),
+      permissionText_(add(makeParagraph(detail_texts::kPermission, 11, LabelColor::secondary))),
+      grantBtn_(add(makeButton(QString::fromUtf8(detail_texts::kGrantButton)))) {
+    connect(grantBtn_, &QPushButton::clicked, this, onGrant);
+}
+
+void PermissionBox::fill(Column& column) {
+    column.add(*permissionText_);
+    column.skip(6);
+    column.addRow({{.widget = *grantBtn_}});
+}
+
+LockBox::LockBox(QWidget* panel)
+    : PanelBox(panel),
+      lockEmoji_(add(makeLabel(QString::fromUtf8(detail_texts::kLock), 36))),
+      lockTitle_(add(makeLabel(QString::fromUtf8(detail_texts::kLockTitle), 15, QFont::DemiBold,
+                               LabelColor::secondary))),
+      lockText_(add(makeParagraph(detail_texts::kLockText, 11, LabelColor::tertiary))) {}
+
+void LockBox::fill(Column& column) {
+    column.skip(8);
+    column.addRow({{.widget = *lockEmoji_}, {.widget = *lockTitle_, .gap = 10}});
+    column.skip(10);
+    column.add(*lockText_);
+}
+
+}  // namespace chimewerk

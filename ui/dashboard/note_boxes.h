@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+
+#include "ui/controls/labels_and_buttons.h"
+#include "ui/dashboard/panel_box.h"
+
+namespace chimewerk {
+
+/// Says when an event triggers.
+class TriggerBox final : public PanelBox {
+public:
+    explicit TriggerBox(QWidget* panel);
+
+    void display(const QString& text) { triggerInfo_->setText(text); }
+
+protected:
+    void fill(Column& column) override;
+
+private:
+    QLabel* const triggerSection_;
+    QLabel* const triggerInfo_;
+};
+
+/// Says that key presses need a permission, with a button that shows how to give it.
+class PermissionBox final : public PanelBox {
+public:
+    PermissionBox(QWidget* panel, const std::function<void()>& onGrant);
+
+    void setCanGrant(bool can) { grantBtn_->setVisible(can); }
+
+protected:
+    void fill(Column& column) override;
+
+private:
+    QLabel* const permissionText_;
+    QPushButton* const grantBtn_;
+};
+
+/// Says that the lid-angle event cannot work on this machine.
+class LockBox final : public PanelBox {
+public:
+    explicit LockBox(QWidget* panel);
+
+protected:
+    void fill(Column& column) override;
+
+private:
+    QLabel* const lockEmoji_;
+    QLabel* const lockTitle_;
+    QLabel* const lockText_;
+};
+
+}  // namespace chimewerk
