@@ -19,9 +19,10 @@ public:
 
     virtual ~LidSensorSource() = default;
 
-    /// Wakes and opens the sensor. Returns whether there is one and it opened. Calls `onAngle` with each
-    /// reading until `close()`, and `onFound` when the sensor appears or disappears later; both on the
-    /// main thread, never from within this call. On an open source it only replaces the handlers.
+    /// Wakes and opens the sensor. Returns whether there is one and it opened. Calls `onAngle`
+    /// with each reading until `close()`, and `onFound` when the sensor appears or disappears
+    /// later; both on the main thread, never from within this call. On an open source it only
+    /// replaces the handlers.
     virtual bool open(AngleHandler onAngle, FoundHandler onFound) = 0;
 
     /// No handler is called after this. Does nothing when the source is not open.
@@ -52,11 +53,12 @@ public:
     /// Sets the threshold, in degrees, opens the sensor and sets `sensorFound`.
     void start(float threshold);
 
-    /// Sets the threshold, in degrees, for the samples from now on. Moving it across the lid's present
-    /// angle plays nothing.
+    /// Sets the threshold, in degrees, for the samples from now on. Moving it across the lid's
+    /// present angle plays nothing.
     void updateThreshold(float threshold) { angleThreshold = threshold; }
 
-    /// Closes the sensor. The last angle is kept for the next start, and `sensorFound` stays as it is.
+    /// Closes the sensor. The last angle is kept for the next start, and `sensorFound` stays as
+    /// it is.
     void stop() { deps_.sensor.close(); }
 
 private:

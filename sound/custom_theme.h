@@ -12,9 +12,9 @@
 
 namespace chimewerk {
 
-/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both mean that
-/// there is no file. It never changes, and its copies share one map, so a list of a thousand themes can be
-/// compared and handed to another thread at the price of their names.
+/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both
+/// mean that there is no file. It never changes, and its copies share one map, so a list of a
+/// thousand themes can be compared and handed to another thread at the price of their names.
 class ThemeSounds {
 public:
     using Map = std::map<std::string, std::string, std::less<>>;
@@ -46,12 +46,12 @@ struct CustomTheme {
     std::optional<std::string> soundFor(std::string_view eventId) const;
 };
 
-/// Encodes themes as compact JSON. Texts that are not valid UTF-8, such as some file paths, are encoded by
-/// `textFromBytes`.
+/// Encodes themes as compact JSON. Texts that are not valid UTF-8, such as some file paths, are
+/// encoded by `textFromBytes`.
 std::string encodeCustomThemes(const std::vector<CustomTheme>& themes);
 
-/// Decodes themes from JSON: an array of objects, each with the texts "id" and "name" and with "sounds", an
-/// object of texts. None when a single element is different.
+/// Decodes themes from JSON: an array of objects, each with the texts "id" and "name" and with
+/// "sounds", an object of texts. None when a single element is different.
 std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view text);
 
 }  // namespace chimewerk

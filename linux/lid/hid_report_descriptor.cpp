@@ -53,8 +53,8 @@ struct ItemData {
     }
 };
 
-/// Takes the items of a descriptor in order. Each member function returns false when the descriptor is
-/// malformed.
+/// Takes the items of a descriptor in order. Each member function returns false when the descriptor
+/// is malformed.
 class DescriptorReader {
 public:
     bool take(Item item, ItemData data);

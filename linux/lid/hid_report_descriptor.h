@@ -34,8 +34,8 @@ struct HidCollection {
     bool operator==(const HidCollection&) const = default;
 };
 
-/// Returns the outermost collections that a HID report descriptor declares, with their features, in order;
-/// none at all when the descriptor is malformed. Any bytes may be passed. Any thread.
+/// Returns the outermost collections that a HID report descriptor declares, with their features, in
+/// order; none at all when the descriptor is malformed. Any bytes may be passed. Any thread.
 std::vector<HidCollection> readHidReportDescriptor(std::span<const std::uint8_t> descriptor);
 
 }  // namespace chimewerk

@@ -63,8 +63,8 @@ private:
     const int device_;
 };
 
-/// Opens the device for reading and writing, which waking it needs; else for reading alone, since it may be
-/// awake already.
+/// Opens the device for reading and writing, which waking it needs; else for reading alone, since
+/// it may be awake already.
 FileDescriptor openNode(const std::string& node) {
     constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     FileDescriptor device(::open(node.c_str(), O_RDWR | kFlags));

@@ -8,11 +8,12 @@
 
 namespace chimewerk {
 
-/// A lid sensor that is a HID device: the first hidraw device with the right usage that may be opened, which
-/// needs the udev rule that comes with the program. Reports that hold no angle are ignored.
+/// A lid sensor that is a HID device: the first hidraw device with the right usage that may be
+/// opened, which needs the udev rule that comes with the program. Reports that hold no angle
+/// are ignored.
 ///
-/// Does not notice when a device is plugged in: `open()` looks again. When the device is unplugged, the
-/// source closes itself and calls `onFound(false)`.
+/// Does not notice when a device is plugged in: `open()` looks again. When the device is unplugged,
+/// the source closes itself and calls `onFound(false)`.
 class HidrawLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.

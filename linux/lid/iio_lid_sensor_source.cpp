@@ -41,8 +41,8 @@ std::vector<std::string> angleChannels(const std::string& folder) {
     return channels;
 }
 
-/// Finds the channel of the hinge: the one labelled so, else the first of a device that is named so. Other
-/// devices have angles too.
+/// Finds the channel of the hinge: the one labelled so, else the first of a device that is named
+/// so. Other devices have angles too.
 std::optional<std::string> hingeChannel(const std::string& folder) {
     const std::vector<std::string> channels = angleChannels(folder);
     bool labelled = false;

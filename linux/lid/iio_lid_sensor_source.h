@@ -26,12 +26,12 @@ struct IioHinge {
 /// Finds the machine's first industrial-I/O device that measures the angle of a hinge.
 std::optional<IioHinge> findIioHinge();
 
-/// A lid sensor that the kernel offers as an industrial-I/O device. It has no events to wait for, so it is
-/// read every 0.25 s; angles that no lid can have are skipped. A worker reads it, since the kernel may
-/// have to wake the sensor and wait.
+/// A lid sensor that the kernel offers as an industrial-I/O device. It has no events to wait for,
+/// so it is read every 0.25 s; angles that no lid can have are skipped. A worker reads it, since
+/// the kernel may have to wake the sensor and wait.
 ///
-/// Does not notice when a device appears: `open()` looks again. When the device disappears, the source
-/// closes itself and calls `onFound(false)`.
+/// Does not notice when a device appears: `open()` looks again. When the device disappears, the
+/// source closes itself and calls `onFound(false)`.
 class IioLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.

@@ -10,9 +10,10 @@
 
 namespace chimewerk {
 
-/// The kinds of lid sensors in the order in which they are tried; the last one stays silent. Uses the first
-/// that opens. When a device that may be a sensor is plugged in or out, the table is searched again from
-/// the top. Without udev's events, only a sensor that is there when the table is opened is found.
+/// The kinds of lid sensors in the order in which they are tried; the last one stays silent. Uses
+/// the first that opens. When a device that may be a sensor is plugged in or out, the table is
+/// searched again from the top. Without udev's events, only a sensor that is there when the table
+/// is opened is found.
 class LidSensorTable final : public LidSensorSource {
 public:
     using Rows = std::vector<std::unique_ptr<LidSensorSource>>;

@@ -7,14 +7,14 @@
 
 namespace chimewerk {
 
-/// A file that is written under a temporary name in its folder and then takes its place in one step:
-/// readers see the old file or the whole new one. Removed on destruction unless it has taken its place.
-/// It is locked while it is being written, so the leftovers of a killed program are the temporary files
-/// without a lock. One thread at a time.
+/// A file that is written under a temporary name in its folder and then takes its place in one
+/// step: readers see the old file or the whole new one. Removed on destruction unless it has taken
+/// its place. It is locked while it is being written, so the leftovers of a killed program are the
+/// temporary files without a lock. One thread at a time.
 class AtomicFile {
 public:
-    /// Removes the leftovers in `folder` and creates an empty file there, for the user alone. On failure
-    /// `error` gives the reason, and no other member may be called.
+    /// Removes the leftovers in `folder` and creates an empty file there, for the user alone. On
+    /// failure `error` gives the reason, and no other member may be called.
     AtomicFile(const std::string& folder, std::error_code& error);
     AtomicFile(AtomicFile&&) = delete;
     ~AtomicFile();
@@ -24,8 +24,9 @@ public:
     /// The temporary name.
     const std::string& path() const { return path_; }
 
-    /// Renames the file to `path`, which must be in the same folder. Replaces a file or a link (not what
-    /// the link leads to), never a folder. Does not wait for the disk. On failure nothing has changed.
+    /// Renames the file to `path`, which must be in the same folder. Replaces a file or a link
+    /// (not what the link leads to), never a folder. Does not wait for the disk. On failure
+    /// nothing has changed.
     std::error_code takePlace(const std::string& path);
 
     /// Removes the temporary files in `folder` that no program is writing any more.

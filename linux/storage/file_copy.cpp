@@ -18,7 +18,8 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// Copies the next piece through `buffer`. Returns the number of bytes, 0 at the end, -1 on failure.
+/// Copies the next piece through `buffer`. Returns the number of bytes, 0 at the end, -1
+/// on failure.
 ssize_t copyThroughMemory(int from, int to, std::string& buffer) {
     buffer.resize(kPiece);
     ssize_t count = 0;
@@ -29,8 +30,8 @@ ssize_t copyThroughMemory(int from, int to, std::string& buffer) {
     return writeAll(to, std::string_view(buffer).substr(0, size)) ? count : -1;
 }
 
-/// Waits for this part to reach the disk, so that the wait at the end, which cannot be cancelled, is
-/// short.
+/// Waits for this part to reach the disk, so that the wait at the end, which cannot be cancelled,
+/// is short.
 void flushPart(int to, off64_t begin, off64_t count) {
     sync_file_range(
         to, begin, count,
@@ -55,8 +56,8 @@ std::error_code copyFile(int from, int to, const std::function<bool()>& goOn) {
     bool inTheKernel = true;
     off64_t done = 0;
     while (goOn()) {
-        // The kernel cannot copy between all file systems, and reports that in many ways; a real fault
-        // shows again in the second attempt. It also takes a file of unknown size for empty.
+        // The kernel cannot copy between all file systems, and reports that in many ways; a real
+        // fault shows again in the second attempt. It also takes a file of unknown size for empty.
         ssize_t count = inTheKernel ? copy_file_range(from, nullptr, to, nullptr, kPiece, 0) : 0;
         if (count <= 0) {
             inTheKernel = false;

@@ -31,8 +31,8 @@ std::string nameAside(const std::string& path, int number) {
     return path + ".damaged-" + std::to_string(number);
 }
 
-/// Returns the file at the end of a chain of symbolic links, whether it exists or not; `path` itself when
-/// the links form a circle.
+/// Returns the file at the end of a chain of symbolic links, whether it exists or not; `path`
+/// itself when the links form a circle.
 std::string followed(const std::string& path) {
     constexpr int kMaxLinks = 40;
     fs::path target = path;

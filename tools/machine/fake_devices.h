@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-/// A machine of made-up devices: within the test program, which runs in umockdev-wrapper, it takes the place
-/// of sysfs, of /dev and of udev's events. Empty at first.
+/// A machine of fake devices, none at first. In a program that runs in umockdev-wrapper it replaces
+/// sysfs, /dev and udev's events.
 class FakeDevices {
 public:
     using Values = std::map<std::string, std::string>;
@@ -23,11 +23,12 @@ public:
     FakeDevices& operator=(const FakeDevices&) = delete;
     ~FakeDevices() { g_object_unref(bed_); }
 
-    /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it sees the
-    /// machine's own devices.
+    /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it
+    /// sees the machine's own devices.
     static bool works() { return umockdev_in_mock_environment() != 0; }
 
-    /// Adds a device, announces it and returns its folder. The parent is another one's folder, or empty.
+    /// Adds a device, announces it and returns its folder. The parent is another one's folder,
+    /// or empty.
     std::string add(const std::string& subsystem, const std::string& name,
                     const std::string& parent = {}, const Values& attributes = {},
                     const Values& properties = {}) {
@@ -54,7 +55,7 @@ public:
     /// Removes the device and announces that.
     void remove(const std::string& device) { umockdev_testbed_remove_device(bed_, device.c_str()); }
 
-    /// The file of this name below /dev of the made-up machine, by its path on the real one.
+    /// The file of this name below /dev of the fake machine, by its path on the real one.
     std::string nodePath(const std::string& name) {
         const std::string path = taken(umockdev_testbed_get_root_dir(bed_)) + "/dev/" + name;
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());

@@ -97,8 +97,8 @@ FileDescriptor openPipe(const char* path) {
     return FileDescriptor(open(path, O_RDWR | O_CLOEXEC));
 }
 
-/// Watches for the signals that end this program, and for the one that tells that the other has ended.
-/// `before` becomes the signals that were blocked until now.
+/// Watches for the signals that end this program, and for the one that tells that the other has
+/// ended. `before` becomes the signals that were blocked until now.
 FileDescriptor watchSignals(sigset_t& before) {
     sigset_t watched;
     sigemptyset(&watched);
@@ -155,8 +155,9 @@ int run(const char* pipePath, char** command) {
     sigset_t before;
     const FileDescriptor signals = watchSignals(before);
     const FileDescriptor pipe = openPipe(pipePath);
-    FakeMachine machine;
+    // Before the devices start their threads.
     setenv("CHIMEWERK_MACHINE", pipePath, 1);
+    FakeMachine machine;
     const std::optional<pid_t> program = start(command, before);
     if (!pipe || !signals || !program) {
         std::cerr << "fake-machine: cannot start\n";
@@ -189,7 +190,7 @@ int main(int count, char** arguments) {
         return 2;
     }
     if (!chimewerk::isWrapped()) {
-        // Once more, with the library that puts made-up devices in the place of real ones.
+        // Once more, with the library that puts fake devices in the place of real ones.
         std::string wrapper = "umockdev-wrapper";
         std::vector<char*> again{wrapper.data()};
         again.insert(again.end(), arguments, arguments + count);

@@ -10,8 +10,9 @@
 
 namespace chimewerk {
 
-/// A network of the test's own, empty but for a loopback link that is down. The machine's own links are out
-/// of reach of this process from then on. Needs root, or a kernel that lets everybody make namespaces.
+/// A network of the test's own, empty but for a loopback link that is down. The machine's own
+/// links are out of reach of this process from then on. Needs root, or a kernel that lets
+/// everybody make namespaces.
 class PrivateNetwork {
 public:
     /// Enters a new one; false where that is not allowed. A later call replaces it.
@@ -24,7 +25,8 @@ public:
         if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
             return false;
         }
-        // Without being root in there, a program that is started would lose the right to change the network.
+        // Without being root in there, a program that is started would lose the right to change
+        // the network.
         std::ofstream("/proc/self/setgroups") << "deny";
         std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
         std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";

@@ -1,5 +1,5 @@
-// Random sessions of a user: the sound library on the real store must do what a small model of the rules does, also
-// when the program is restarted and when what is stored is damaged in between.
+// Random sessions of a user: the sound library on the real store must do what a small model of the
+// rules does, also when the program is restarted and when what is stored is damaged in between.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -295,7 +295,7 @@ private:
 };
 
 TEST(AnySessionOfSettings, LeavesTheLibraryAsTheRulesHaveIt) {
-    constexpr unsigned kSessions = 60;
+    constexpr unsigned kSessions = 30;
     constexpr int kSteps = 50;
     for (unsigned seed = 1; seed <= kSessions; ++seed) {
         Session session(seed);
