@@ -69,10 +69,8 @@ TEST_F(TheLidSensor, IsTheHidDeviceWithTheRightUsage) {
     mouse.reportAngle(9);
     lid.reportAngle(95);
     EXPECT_EQ(next(), 95);
-    for (const Report& bytes : {Report{2}, Report{2, 90, 0}, Report{1, 44, 255, 4, 5}}) {
-        lid.report(bytes);
-    }
-    EXPECT_EQ(next(), 300) << "after two angles without an angle";
+    lid.report({1, 44, 255, 4, 5});
+    EXPECT_EQ(next(), 300);
     table.close();
     angles.clear();
     lid.reportAngle(10);
