@@ -159,7 +159,7 @@ struct Program {
                        .soundFolder = machine.soundFolder,
                        .keys = machine.keys,
                        .keyPermissionPage = machine.keyPermissionPage,
-                       .isAppleSilicon = queryIsAppleSilicon(LinuxHardwareQuery())}};
+                       .isAppleSilicon = LinuxHardwareQuery().supportsLidAngle()}};
     AppDelegate delegate{{.queue = machine.queue,
                           .clock = machine.clock,
                           .notifications = notifications,

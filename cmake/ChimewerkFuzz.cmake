@@ -1,13 +1,12 @@
-# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux_storage platform [LIBRARIES name] [SEEDS folder]
-# [WORDS dictionary]): a libFuzzer program of these sources
-# alone, and a test of CTest that runs it for a few seconds: 20,000 inputs, beginning from those in the folder. The
-# sources may include the headers of the layers and of tests/support. The program is built by clang++ whichever compiler builds the rest;
-# where there is no clang++ there is no such test, nor in builds that have sanitizers of their own. For a longer run:
-# build/debug/tests/fuzz/NAME FOLDER
+# chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux_storage platform [SEEDS folder] [WORDS dictionary]):
+# a libFuzzer program of these sources, and a test of CTest that runs it for a few seconds: 20,000 inputs that begin
+# from those in the folder. The sources may include the headers of the layers and of tests/support. The program is built
+# by clang++, whichever compiler builds the rest. Left out without clang++ and in builds with sanitizers of their own.
+# For a longer run: tools/fuzz
 find_program(CHIMEWERK_FUZZ_COMPILER clang++)
 
 function(chimewerk_fuzz_test name)
-  cmake_parse_arguments(FUZZ "" "SEEDS;WORDS" "SOURCES;LAYERS;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(FUZZ "" "SEEDS;WORDS" "SOURCES;LAYERS" ${ARGN})
   if(NOT CHIMEWERK_FUZZ_COMPILER OR CHIMEWERK_SANITIZE)
     message(STATUS "${name}: left out")
     return()
@@ -27,7 +26,6 @@ function(chimewerk_fuzz_test name)
     list(APPEND sources ${source})
   endforeach()
 
-  list(TRANSFORM FUZZ_LIBRARIES PREPEND -l)
   if(FUZZ_WORDS)
     set(words -dict=${FUZZ_WORDS})
   endif()
@@ -36,7 +34,7 @@ function(chimewerk_fuzz_test name)
   add_custom_command(
     OUTPUT ${program}
     COMMAND ${CHIMEWERK_FUZZ_COMPILER} -std=c++20 -g -O1 -Wall -Wextra -fsanitize=fuzzer,address,undefined
-            -fno-sanitize-recover=all ${includes} ${sources} ${FUZZ_LIBRARIES} -o ${program}
+            -fno-sanitize-recover=all ${includes} ${sources} -o ${program}
     DEPENDS ${sources} ${headers}
     COMMENT "Building the fuzzer ${name}"
     VERBATIM)

@@ -1,9 +1,7 @@
 #include "monitors/lid_angle_monitor.h"
 
-#include <optional>
 #include <utility>
 
-#include "monitors/lid_report.h"
 #include "sound/notifications.h"
 
 namespace chimewerk {
@@ -16,21 +14,16 @@ constexpr Seconds kCooldown{0.8};
 
 void LidAngleMonitor::start(float threshold) {
     angleThreshold = threshold;
-    sensorFound = deps_.sensor.open(
-        lifeline_.guard([this](std::span<const std::uint8_t> report) { takeReport(report); }),
-        lifeline_.guard([this](bool found) { sensorFound = found; }));
-}
-
-void LidAngleMonitor::takeReport(std::span<const std::uint8_t> report) {
-    if (const std::optional<float> angle = decodeLidReport(report)) {
-        deps_.queue.post(lifeline_.guard([this, angle = *angle] { processAngle(angle); }));
-    }
+    sensorFound = deps_.sensor.open(lifeline_.guard([this](float angle) {
+        deps_.queue.post(lifeline_.guard([this, angle] { processAngle(angle); }));
+    }),
+                                    lifeline_.guard([this](bool found) { sensorFound = found; }));
 }
 
 void LidAngleMonitor::processAngle(float angle) {
     deps_.notifications.post({.name = lidAngleDidChange, .userInfo = {{"angle", angle}}});
     const float previous = std::exchange(lastAngle_, angle);
-    // A crossing within the cooldown is lost, not remembered.
+    // A crossing within the cooldown is dropped, not remembered.
     if (previous < 0 || !(deps_.clock.now() - lastTrigger_ > kCooldown)) {
         return;
     }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <span>
 
 #include "platform/clock.h"
 #include "platform/lifeline.h"
@@ -15,19 +13,19 @@ namespace chimewerk {
 /// The sensor in the lid's hinge. Main thread only.
 class LidSensorSource {
 public:
-    /// One raw input report, its identifier first. The bytes are valid during the call only.
-    using ReportHandler = std::function<void(std::span<const std::uint8_t> report)>;
+    /// The angle between lid and keyboard, in whole degrees, 0 to 511.
+    using AngleHandler = std::function<void(float degrees)>;
     using FoundHandler = std::function<void(bool found)>;
 
     virtual ~LidSensorSource() = default;
 
-    /// Wakes the sensor, opens it and hands each of its reports to `onReport` on the main thread until
-    /// `close()`; never from within this call. Returns whether there is a sensor and it opened. Where a
-    /// sensor may come later or go away, `onFound` is then told on the main thread. A source that is open
-    /// already stays so and returns true.
-    virtual bool open(ReportHandler onReport, FoundHandler onFound) = 0;
+    /// Wakes and opens the sensor. Returns whether there is one and it opened. Calls `onAngle`
+    /// with each reading until `close()`, and `onFound` when the sensor appears or disappears
+    /// later; both on the main thread, never from within this call. On an open source it only
+    /// replaces the handlers.
+    virtual bool open(AngleHandler onAngle, FoundHandler onFound) = 0;
 
-    /// Ends the reports, from this call on; nothing when the source is not open.
+    /// No handler is called after this. Does nothing when the source is not open.
     virtual void close() = 0;
 };
 
@@ -35,7 +33,7 @@ public:
 /// direction, at most once in 0.8 s. Main thread only; call `stop()` before the source goes away.
 class LidAngleMonitor {
 public:
-    /// What the monitor needs of its dependencies; all of it outlives the monitor.
+    /// All of these outlive the monitor.
     struct Dependencies {
         MainQueue& queue;
         const Clock& clock;
@@ -49,22 +47,21 @@ public:
     /// The angle whose crossing plays the event, in degrees.
     float angleThreshold = 90.0F;
 
-    /// Whether the sensor exists and could be opened; follows it when it comes or goes while the monitor is
-    /// started.
+    /// Whether the sensor exists and could be opened. Kept up to date while the monitor is started.
     bool sensorFound = false;
 
-    /// Sets the threshold, in degrees, and begins to listen; `sensorFound` tells the outcome.
+    /// Sets the threshold, in degrees, opens the sensor and sets `sensorFound`.
     void start(float threshold);
 
-    /// The threshold from the next sample on, in degrees. Moving it across the lid's present angle plays
-    /// nothing.
+    /// Sets the threshold, in degrees, for the samples from now on. Moving it across the lid's
+    /// present angle plays nothing.
     void updateThreshold(float threshold) { angleThreshold = threshold; }
 
-    /// Ends the listening. The last angle is kept for the next start, and `sensorFound` stays as it is.
+    /// Closes the sensor. The last angle is kept for the next start, and `sensorFound` stays as
+    /// it is.
     void stop() { deps_.sensor.close(); }
 
 private:
-    void takeReport(std::span<const std::uint8_t> report);
     void processAngle(float angle);
 
     Dependencies deps_;

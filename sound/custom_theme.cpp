@@ -1,7 +1,5 @@
 #include "sound/custom_theme.h"
 
-#include <simdjson.h>
-
 #include <nlohmann/json.hpp>
 
 #include "platform/byte_text.h"
@@ -10,18 +8,19 @@ namespace chimewerk {
 
 namespace {
 
-std::string text(const simdjson::dom::element& element) {
-    return bytesFromText(std::string(std::string_view(element)));
+using nlohmann::json;
+
+std::string text(const json& value) {
+    return bytesFromText(value.get_ref<const std::string&>());
 }
 
-CustomTheme decoded(const simdjson::dom::element& element) {
+CustomTheme decoded(const json& theme) {
     ThemeSounds::Map sounds;
-    const simdjson::dom::object entries = element["sounds"];
-    for (const auto& [eventId, path] : entries) {
-        sounds.insert_or_assign(bytesFromText(std::string(eventId)), text(path));
+    for (const auto& [eventId, path] : theme.at("sounds").get_ref<const json::object_t&>()) {
+        sounds.insert_or_assign(bytesFromText(eventId), text(path));
     }
-    return {.id = text(element["id"]),
-            .name = text(element["name"]),
+    return {.id = text(theme.at("id")),
+            .name = text(theme.at("name")),
             .sounds = ThemeSounds(std::move(sounds))};
 }
 
@@ -36,31 +35,33 @@ std::optional<std::string> CustomTheme::soundFor(std::string_view eventId) const
 }
 
 std::string encodeCustomThemes(const std::vector<CustomTheme>& themes) {
-    // Through an array by name: an empty list is an empty array, not null.
-    nlohmann::json json = nlohmann::json::array();
+    // An empty list must become an empty array, not null.
+    json list = json::array();
     for (const CustomTheme& theme : themes) {
-        nlohmann::json sounds = nlohmann::json::object();
+        json sounds = json::object();
         for (const auto& [eventId, path] : theme.sounds.entries()) {
             sounds.emplace(textFromBytes(eventId), textFromBytes(path));
         }
-        json.push_back({{"id", textFromBytes(theme.id)},
+        list.push_back({{"id", textFromBytes(theme.id)},
                         {"name", textFromBytes(theme.name)},
                         {"sounds", std::move(sounds)}});
     }
-    return json.dump();
+    return list.dump();
 }
 
-// By the faster of the two libraries: the program cannot start before a thousand themes are read.
-std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view json) {
+std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view text) {
+    // The parser takes a NUL for the end of the text.
+    if (text.find('\0') != std::string_view::npos) {
+        return std::nullopt;
+    }
     try {
-        simdjson::dom::parser parser;
         std::vector<CustomTheme> themes;
-        const simdjson::dom::array list = parser.parse(json.data(), json.size());
-        for (const auto element : list) {
-            themes.push_back(decoded(element));
+        const json list = json::parse(text);
+        for (const json& theme : list.get_ref<const json::array_t&>()) {
+            themes.push_back(decoded(theme));
         }
         return themes;
-    } catch (const simdjson::simdjson_error&) {
+    } catch (const json::exception&) {
         return std::nullopt;
     }
 }

@@ -12,9 +12,9 @@
 
 namespace chimewerk {
 
-/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both mean that
-/// there is no file. It never changes, and its copies share one map, so a list of a thousand themes can be
-/// compared and handed to another thread at the price of their names.
+/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both
+/// mean that there is no file. It never changes, and its copies share one map, so a list of a
+/// thousand themes can be compared and handed to another thread at the price of their names.
 class ThemeSounds {
 public:
     using Map = std::map<std::string, std::string, std::less<>>;
@@ -46,12 +46,12 @@ struct CustomTheme {
     std::optional<std::string> soundFor(std::string_view eventId) const;
 };
 
-/// Compact JSON text of a list of themes. Texts that are not valid UTF-8 (a file path may be any bytes) are
-/// written as `textFromBytes` has it.
+/// Encodes themes as compact JSON. Texts that are not valid UTF-8, such as some file paths, are
+/// encoded by `textFromBytes`.
 std::string encodeCustomThemes(const std::vector<CustomTheme>& themes);
 
-/// The themes in a JSON text; none when it is not an array of objects that each have the text "id", the text
-/// "name" and "sounds", an object of texts. One bad element makes the whole list none.
-std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view json);
+/// Decodes themes from JSON: an array of objects, each with the texts "id" and "name" and with
+/// "sounds", an object of texts. None when a single element is different.
+std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view text);
 
 }  // namespace chimewerk

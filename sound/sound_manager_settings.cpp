@@ -1,4 +1,4 @@
-// What is stored between two runs, and how it is read back whatever has become of it.
+// What is stored between two runs, and how it is read back even when it is damaged.
 #include <algorithm>
 #include <utility>
 
@@ -13,14 +13,14 @@ constexpr std::string_view kThemeKey = "ChimewerkTheme";
 constexpr std::string_view kCustomThemesKey = "ChimewerkCustomThemes";
 constexpr std::string_view kActiveCustomThemeKey = "ChimewerkActiveCustomTheme";
 
-/// The string stored under `key`; none when there is something else.
+/// Returns the string stored under `key`; none when something else is stored there.
 std::optional<std::string> storedString(const DefaultsStore& defaults, std::string_view key) {
     const auto object = defaults.object(key);
     const auto* const text = object ? std::get_if<std::string>(&object->value) : nullptr;
     return text == nullptr ? std::nullopt : std::optional(*text);
 }
 
-/// The entry of this name if it is of this type, else null.
+/// Returns the entry of this name if it has this type, else null.
 template <typename Value>
 const Value* entryOf(const DefaultsDictionary& dictionary, std::string_view name) {
     const auto found = dictionary.find(name);
@@ -34,10 +34,10 @@ DefaultsDictionary settingsOf(const SoundEvent& event) {
             {"threshold", {static_cast<double>(event.threshold)}}};
 }
 
-/// One value that is no dictionary makes the settings of all events worthless, under whatever identifier it
-/// is.
+/// A single value that is no dictionary, even of an unknown event, makes the settings of all events
+/// invalid.
 bool holdsOnlyDictionaries(const DefaultsDictionary& settings) {
-    return std::all_of(settings.begin(), settings.end(), [](const auto& entry) {
+    return std::ranges::all_of(settings, [](const auto& entry) {
         return std::holds_alternative<DefaultsDictionary>(entry.second.value);
     });
 }
@@ -68,7 +68,7 @@ void SoundManager::save() {
     }
     deps_.defaults.setObject(kEventsKey, DefaultsValue{std::move(settings)});
     deps_.defaults.setObject(kThemeKey, DefaultsValue{std::string(rawValue(currentTheme))});
-    // Encoding a long list takes longer than the main thread may be held up.
+    // Encoding a long list takes too long for the main thread.
     if (savedThemes_ != customThemes) {
         savedThemes_ = customThemes;
         deps_.defaults.setData(kCustomThemesKey, [themes = customThemes] {

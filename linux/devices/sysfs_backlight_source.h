@@ -7,11 +7,11 @@
 
 namespace chimewerk {
 
-/// The kernel's backlights. Of several the firmware's comes first, then the platform's, then those that drive
-/// the hardware directly; one that cannot be read gives way to the next.
+/// The kernel's backlights. Of several, uses the first that can be read: the firmware's, then the
+/// platform's, then those that drive the hardware directly.
 ///
-/// Everything is read anew at each call, so that a backlight that comes with a docking station, goes and
-/// comes back is seen at the next call. A machine without one has no brightness.
+/// Reads everything anew at each call, so a backlight that is plugged in or out is noticed at the
+/// next call. A machine without one has no brightness.
 class SysfsBacklightSource final : public BrightnessSource {
 public:
     explicit SysfsBacklightSource(std::string folder = "/sys/class/backlight")

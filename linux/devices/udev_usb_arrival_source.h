@@ -9,9 +9,9 @@
 
 namespace chimewerk {
 
-/// USB devices, as udev announces them; their interfaces are no devices of their own. Where udev's events
-/// cannot be heard, nothing arrives. Events that somebody asks udev to repeat are no arrivals. When so many
-/// come at once that some are lost, those that were kept are heard.
+/// USB devices as udev announces them, without their interfaces. Events that udev was asked to
+/// repeat are ignored. Without udev's events nothing arrives. When so many come at once that some
+/// are lost, the rest still counts.
 class UdevUsbArrivalSource final : public UsbArrivalSource {
 public:
     /// The queue outlives the source.

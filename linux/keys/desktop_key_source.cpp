@@ -18,7 +18,7 @@ std::unique_ptr<KeySource> x11(EpollMainQueue& queue, const SessionEnvironment& 
                                : nullptr;
 }
 
-/// In order of preference. Null from one that cannot work in this kind of session.
+/// In order of preference. A way that cannot work in this kind of session returns null.
 constexpr std::unique_ptr<KeySource> (*kWays[])(EpollMainQueue&, const SessionEnvironment&) = {
     evdev, x11};
 

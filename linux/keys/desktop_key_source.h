@@ -9,9 +9,8 @@
 
 namespace chimewerk {
 
-/// The first of the ways to hear the keys that works here: the kernel's event devices when they may be read,
-/// else the X server in an X11 session. Where neither works the keys cannot be heard: not trusted, and no
-/// tap.
+/// Hears keys in the first way that works: the kernel's event devices when they may be read, else
+/// the X server of an X11 session. Where neither works it is not trusted and makes no tap.
 class DesktopKeySource final : public KeySource {
 public:
     /// The queue outlives the source and its taps.

@@ -26,8 +26,8 @@ struct FreeDevice {
     void operator()(libevdev* device) const { libevdev_free(device); }
 };
 
-/// Which file a name stands for; 0 for none. A device that is plugged in again gets a new one under its old
-/// name.
+/// Returns the inode at this path; 0 for none. A device that is plugged in again gets a new inode
+/// under its old name.
 ino_t fileAt(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
@@ -36,9 +36,9 @@ ino_t fileAt(const std::string& path) {
 /// One keyboard that is open for reading.
 class Keyboard {
 public:
-    /// Null for what is no keyboard or may not be read.
+    /// Returns null when it is no keyboard or may not be read.
     static std::unique_ptr<Keyboard> open(const std::string& path) {
-        // Asking first spares opening what may not be read.
+        // Avoids opening what may not be read.
         if (access(path.c_str(), R_OK) != 0) {
             return nullptr;
         }
@@ -59,13 +59,13 @@ public:
         return fstat(descriptor_.get(), &status) == 0 ? status.st_ino : 0;
     }
 
-    /// Reports what has been pressed since the last time. False when the keyboard is gone.
+    /// Reports the keys pressed since the last call. Returns false when the keyboard is gone.
     bool read(const std::function<void(std::int64_t)>& onKeyDown) {
         bool anything = false;
         input_event event{};
         int status = 0;
-        // After an overrun the kernel's queue goes on with the latest events; the lost ones are not worth a
-        // sync.
+        // After an overrun the kernel's queue continues with the latest events; lost ones
+        // are skipped.
         while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >=
                0) {
             anything = true;
@@ -83,7 +83,7 @@ private:
     Keyboard(FileDescriptor descriptor, libevdev* device)
         : descriptor_(std::move(descriptor)), device_(device) {}
 
-    /// Power buttons, mice, headsets and the like have keys, but none that types.
+    /// Power buttons, mice and headsets have keys, but none that types.
     bool types() const {
         for (unsigned code = 0; code < KEY_CNT; ++code) {
             if (virtualKeyCode(code) && libevdev_has_event_code(device_.get(), EV_KEY, code) != 0) {
@@ -128,7 +128,7 @@ public:
             return;
         }
         if (!plugging_) {
-            // Before the first look, so that no keyboard comes in between.
+            // Before the first search, so that no keyboard is missed in between.
             plugging_ = std::make_unique<FolderWatch>(
                 queue_, folder_,
                 [this](std::string_view name) { devicesChanged(std::string(name)); },
@@ -150,7 +150,7 @@ private:
         } else if (name.starts_with("event")) {
             broken_.erase(name);
             if (access((folder_ + "/" + name).c_str(), R_OK) != 0 && errno == EACCES) {
-                heard_.erase(name);  // Another user sits at the keyboard now.
+                heard_.erase(name);  // Another user has taken over the screen.
             } else {
                 hear(name);
             }
@@ -181,7 +181,7 @@ private:
         heard_.insert_or_assign(name, Heard{std::move(keyboard), std::move(watch)});
     }
 
-    /// What has broken is not opened again until something is heard of it or another takes its name: it might
+    /// A broken device is not opened again until it changes or another takes its name: it might
     /// open and break without end.
     void lose(const std::string& name) {
         const auto lost = heard_.find(name);

@@ -7,17 +7,18 @@
 
 namespace chimewerk {
 
-/// Hears the keyboards at the kernel, through libevdev, wherever the focus is and whatever the desktop: every
-/// event device that has a key that types and that this process may read. Keyboards that come later, or may
-/// be read only later, are heard from then on; one that may no longer be read, because another user has taken
-/// over the screen, is left alone until it may. One that is unplugged or breaks is reported as a disabled
-/// tap, and its fellows are heard on. Nothing is grabbed. While no key is pressed nothing is done.
+/// Hears keys from the kernel through libevdev, whatever window has the focus: from each event
+/// device that has a typing key and that this process may read. A keyboard that is plugged in or
+/// becomes readable later is heard from then on; one that becomes unreadable, because another user
+/// takes over the screen, is closed until it is readable again. When a keyboard is unplugged or
+/// breaks, the tap calls `onDisabled` and goes on with the others. Grabs nothing, and does nothing
+/// while no key is pressed.
 ///
-/// libevdev and not libinput: one descriptor per keyboard with nothing between the kernel and us, and no
-/// touchpads, seats and timers along with it.
+/// libevdev rather than libinput: one descriptor per keyboard, without touchpads, seats and timers.
 class EvdevKeySource final : public KeySource {
 public:
-    /// `folder` is where the kernel's input devices are. The queue outlives the source and its taps.
+    /// `folder` is where the kernel's input devices are. The queue outlives the source and
+    /// its taps.
     explicit EvdevKeySource(EpollMainQueue& queue, std::string folder = "/dev/input");
 
     /// Whether at least one keyboard can be read.

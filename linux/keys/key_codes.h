@@ -5,15 +5,15 @@
 
 namespace chimewerk {
 
-/// The virtual key code of a key that types but has none of its own.
+/// The virtual key code of keys that type but have no code of their own.
 inline constexpr std::int64_t kOtherKey = 255;
 
 /// An X11 server numbers its keys this much higher than the kernel.
 inline constexpr unsigned kX11KeycodeOffset = 8;
 
-/// The program's virtual key code of the key that the kernel calls `evdevCode` (KEY_A and so on), whatever
-/// the layout makes of it. None for what is no key press to the user: modifiers, media and power keys,
-/// buttons, unknown codes.
+/// Converts the kernel's key code (KEY_A and so on) to the program's virtual key code, whatever the
+/// keyboard layout. None for modifiers, media and power keys, buttons and unknown codes, which are
+/// no key presses to the user.
 std::optional<std::int64_t> virtualKeyCode(unsigned evdevCode);
 
 }  // namespace chimewerk

@@ -11,20 +11,20 @@
 
 namespace chimewerk {
 
-/// Repeats a key that is held down: the one that was pressed last, after a delay and then at an interval,
-/// until it is released. It has one kernel timer, which runs only while such a key is held, and allocates
-/// nothing per key. Main thread only; must not be destroyed from within its callback.
+/// Repeats the key that was pressed last, after a delay and then at an interval, until it is
+/// released. Uses one kernel timer, which runs only while such a key is held, and allocates nothing
+/// per key. Main thread only; must not be destroyed from within its callback.
 class KeyRepeat {
 public:
     struct Settings {
         /// Zero for no repeats at all.
         std::chrono::milliseconds delay{0};
         std::chrono::milliseconds interval{0};
-        /// One bit per key, lowest first: whether it repeats.
+        /// Whether each key repeats: one bit per key, the lowest bit first.
         std::array<std::uint8_t, 32> keys{};
     };
 
-    /// Calls `onRepeat` for each repeat; a late one is not made up for. The queue outlives the object.
+    /// Calls `onRepeat` for each repeat; missed repeats are skipped. The queue outlives the object.
     KeyRepeat(EpollMainQueue& queue, std::function<void(std::uint8_t key)> onRepeat);
 
     void setSettings(const Settings& settings);

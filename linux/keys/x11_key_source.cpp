@@ -14,8 +14,8 @@ namespace chimewerk {
 
 namespace {
 
-/// The opcode under which raw key events of all keyboards will come from now on; none when the server cannot
-/// send them.
+/// The opcode under which raw key events of all keyboards will come from now on; none when the
+/// server cannot send them.
 std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_window_t root) {
     const auto* const extension = xcb_get_extension_data(server, &xcb_input_id);
     if (extension == nullptr || extension->present == 0) {
@@ -97,8 +97,8 @@ private:
         }
     }
 
-    /// A release that got lost, as when another console is switched to, must not leave a key repeating for
-    /// ever: the server is asked whether the key is still down.
+    /// A release that got lost, as when another console is switched to, must not leave a key
+    /// repeating for ever: the server is asked whether the key is still down.
     void repeat(std::uint8_t key) {
         xcb_connection_t* const server = link_.server();
         const XcbReply<xcb_query_keymap_reply_t> state(

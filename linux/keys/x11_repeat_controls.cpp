@@ -1,7 +1,7 @@
 #include "linux/keys/x11_repeat_controls.h"
 
-// The header is meant for C and names a field by a keyword of C++. (The first pragma is for compilers that do
-// not know the second one's warning.)
+// The header is meant for C and names a field by a keyword of C++. (The first pragma is for
+// compilers that do not know the second one's warning.)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpragmas"
 #pragma GCC diagnostic ignored "-Wkeyword-macro"

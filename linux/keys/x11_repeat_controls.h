@@ -8,7 +8,7 @@
 
 namespace chimewerk {
 
-/// How an X server lets held keys repeat, as its keyboard extension tells. Main thread only.
+/// How an X server lets held keys repeat, read through its keyboard extension. Main thread only.
 class X11RepeatControls {
 public:
     /// Asks this server for events when the controls change.
@@ -16,7 +16,7 @@ public:
 
     bool haveChanged(const xcb_generic_event_t& event) const;
 
-    /// The controls now; no repeats when the server does not say.
+    /// Returns the present controls; no repeats when the server does not answer.
     KeyRepeat::Settings read(xcb_connection_t* server) const;
 
 private:

@@ -14,8 +14,8 @@ namespace chimewerk {
 
 namespace {
 
-/// What a process starts with that is no child of ours in anything but name: a session and standard streams
-/// of its own, and none of the signal handling that this program has made for itself.
+/// Spawn attributes for a process that outlives us: own session, /dev/null as its streams,
+/// default signals.
 class DetachedStart {
 public:
     DetachedStart() {
@@ -45,7 +45,7 @@ public:
 
 }  // namespace
 
-/// An xdg-open that has not ended yet; some stay for as long as the page is open.
+/// A running xdg-open; some run for as long as the page is open.
 struct XdgPermissionPage::Opener {
     pid_t process = -1;
     FileDescriptor end;  // readable once the process has ended

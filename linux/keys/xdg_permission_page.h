@@ -10,14 +10,14 @@
 
 namespace chimewerk {
 
-/// Shows a local page in the program that the desktop has for such pages, by way of xdg-open.
+/// Shows a local page in the desktop's program for such pages, through xdg-open.
 class XdgPermissionPage final : public PermissionPage {
 public:
     /// `file` is the absolute path of the page. The queue outlives the object.
     XdgPermissionPage(EpollMainQueue& queue, std::string file);
     ~XdgPermissionPage() override;
 
-    /// The program that shows the page is left to itself, also when this one ends.
+    /// The program that shows the page goes on when this one ends.
     void show() override;
 
 private:

@@ -14,7 +14,7 @@ struct WakeUp {
     HidUsage property;
     std::uint32_t value;
 };
-/// In this order. A tenth of a second between reports moves a needle smoothly, and hears a crossing in time.
+/// Sent in this order. Ten reports a second move the gauge smoothly and notice a crossing in time.
 constexpr std::array kWakeUps{
     WakeUp{.property = 0x0020'0316, .value = 1},    // Reporting state: all events.
     WakeUp{.property = 0x0020'0319, .value = 1},    // Power state: full power.
@@ -56,6 +56,16 @@ void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
                 first + wakeUp.value);
         reports.write(report);
     }
+}
+
+std::optional<float> decodeLidReport(std::span<const std::uint8_t> report) {
+    constexpr std::uint8_t kAngleReport = 1;
+    constexpr unsigned kAngleBits = 0x1FF;
+    if (report.size() < 3 || report[0] != kAngleReport) {
+        return std::nullopt;
+    }
+    const unsigned degrees = ((unsigned{report[2]} << 8U) | report[1]) & kAngleBits;
+    return static_cast<float>(degrees);
 }
 
 }  // namespace chimewerk

@@ -9,24 +9,30 @@
 
 namespace chimewerk {
 
-/// The lid's sensor among the collections of a HID device; none when it is not there.
+/// Returns the lid sensor among the collections of a HID device, if there is one. Any bytes of any
+/// length may be passed.
 std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportDescriptor);
 
-/// The feature reports of a HID device, each with its identifier first (0 when the device does not number
-/// them).
+/// The feature reports of a HID device, each with its identifier first (0 when the device does not
+/// number its reports).
 class HidFeatureReports {
 public:
     virtual ~HidFeatureReports() = default;
 
-    /// The whole report; empty when it cannot be read. May wait for the device.
+    /// Returns the whole report, or nothing when it cannot be read. May wait for the device.
     virtual std::vector<std::uint8_t> read(std::uint8_t reportId) = 0;
 
-    /// Sets the report; a failure is silent. May wait for the device.
+    /// Sets the report; failures are ignored. May wait for the device.
     virtual void write(const std::vector<std::uint8_t>& report) = 0;
 };
 
-/// Wakes the sensor: lets it report, turns its power on and sets how often it reports, as far as it has such
-/// settings and they can be read. What lies beside them in the same report keeps its value.
+/// Wakes the sensor: turns on reporting and full power and sets the report interval. Settings that
+/// the sensor lacks or that cannot be read are skipped, and other bits of the same report keep
+/// their values.
 void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports);
+
+/// Returns the hinge angle, 0 to 511 whole degrees, of one input report of the sensor, the report's
+/// identifier first; none when the bytes are no such report. Any bytes of any length may be passed.
+std::optional<float> decodeLidReport(std::span<const std::uint8_t> report);
 
 }  // namespace chimewerk

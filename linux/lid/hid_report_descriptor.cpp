@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint8_t kLongItem = 0xFE;
 
-// The kernel draws its lines at the same places; beyond them lies nothing but nonsense.
+// The kernel has the same limits.
 constexpr std::uint32_t kMaxReportSize = 256;
 constexpr std::uint32_t kMaxReportCount = 12288;
 constexpr std::size_t kMaxDepth = 64;
@@ -33,7 +33,7 @@ enum class Item : std::uint8_t {
     usage = 0x08,
 };
 
-/// The data of an item: up to four bytes, the lowest first.
+/// The data of an item: up to four bytes, little-endian.
 struct ItemData {
     std::span<const std::uint8_t> bytes;
 
@@ -53,8 +53,8 @@ struct ItemData {
     }
 };
 
-/// Takes the items of a descriptor in their order. Each step returns whether the descriptor makes sense so
-/// far.
+/// Takes the items of a descriptor in order. Each member function returns false when the descriptor
+/// is malformed.
 class DescriptorReader {
 public:
     bool take(Item item, ItemData data);
@@ -63,7 +63,7 @@ public:
     std::vector<HidCollection> collections() && { return std::move(collections_); }
 
 private:
-    /// What holds until it is changed.
+    /// State that holds until it is changed.
     struct Globals {
         std::uint32_t usagePage = 0;
         std::int32_t logicalMinimum = 0;
@@ -71,7 +71,7 @@ private:
         std::uint32_t reportCount = 0;
         std::uint8_t reportId = 0;
     };
-    /// A usage as it was written; a short one belongs to the page that holds where it is used.
+    /// A usage as it was written. A short one takes its page from the state where it is used.
     struct WrittenUsage {
         std::uint32_t value;
         bool isComplete;
@@ -88,7 +88,7 @@ private:
     Globals globals_;
     std::vector<Globals> pushed_;
     std::vector<WrittenUsage> usages_;
-    /// The usages of the collections that are open, the outermost first.
+    /// The usages of the open collections, the outermost first.
     std::vector<HidUsage> open_;
     std::map<std::uint8_t, std::size_t> featureBits_;
     std::vector<HidCollection> collections_;
@@ -132,10 +132,10 @@ bool DescriptorReader::take(Item item, ItemData data) {
         case Item::input:
         case Item::output:
             break;
-        default:  // Limits, units, names and the like, which change nothing here.
+        default:  // Limits, units and names, which do not matter here.
             return true;
     }
-    usages_.clear();  // They are those of one main item.
+    usages_.clear();  // They hold for one main item only.
     return sensible;
 }
 
@@ -197,7 +197,7 @@ bool DescriptorReader::takeFeature(std::uint32_t flags) {
     return true;
 }
 
-/// Cuts the next item off `rest` and takes it; a long item is skipped.
+/// Removes the next item from `rest` and passes it to `reader`; skips long items.
 bool takeItem(std::span<const std::uint8_t>& rest, DescriptorReader& reader) {
     const std::uint8_t first = rest[0];
     std::size_t header = 1;

@@ -7,20 +7,20 @@
 
 namespace chimewerk {
 
-/// A usage page in the upper half, a usage of it in the lower.
+/// The usage page in the upper 16 bits, the usage in the lower.
 using HidUsage = std::uint32_t;
 
-/// A setting of the device that can be read and written: a few bits of one of its feature reports.
+/// A setting of the device that can be read and written: some bits of one of its feature reports.
 struct HidFeature {
-    /// What is set; for a choice among several values, the usage of the collection around it.
+    /// What it sets; for a choice among several values, the usage of the collection around it.
     HidUsage usage;
     /// 0 when the device does not number its reports.
     std::uint8_t reportId;
-    /// Counted from the first bit behind the report's identifier.
+    /// Counted from the first bit after the report's identifier.
     std::size_t firstBit;
     /// 1 to 32.
     unsigned bits;
-    /// The value that means the first choice.
+    /// The value of the first choice.
     std::int32_t logicalMinimum;
     /// Whether it is a choice among several values.
     bool isChoice;
@@ -34,8 +34,8 @@ struct HidCollection {
     bool operator==(const HidCollection&) const = default;
 };
 
-/// The outermost collections that a HID report descriptor declares, with their features, in order; nothing at
-/// all when the descriptor is malformed. Any bytes may be passed. Any thread.
+/// Returns the outermost collections that a HID report descriptor declares, with their features, in
+/// order; none at all when the descriptor is malformed. Any bytes may be passed. Any thread.
 std::vector<HidCollection> readHidReportDescriptor(std::span<const std::uint8_t> descriptor);
 
 }  // namespace chimewerk

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -21,7 +22,7 @@ namespace chimewerk {
 
 namespace {
 
-/// What is left waits for the next turn of the main loop.
+/// The rest waits for the next turn of the main loop.
 constexpr int kMaxReportsPerTurn = 64;
 
 struct Candidate {
@@ -62,8 +63,8 @@ private:
     const int device_;
 };
 
-/// For reading and writing, since that is needed to wake the device; but one that may only be read may be
-/// awake.
+/// Opens the device for reading and writing, which waking it needs; else for reading alone, since
+/// it may be awake already.
 FileDescriptor openNode(const std::string& node) {
     constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
     FileDescriptor device(::open(node.c_str(), O_RDWR | kFlags));
@@ -76,8 +77,8 @@ bool HidrawLidSensorSource::isPresent() {
     return !candidates().empty();
 }
 
-bool HidrawLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
-    onReport_ = std::move(onReport);
+bool HidrawLidSensorSource::open(AngleHandler onAngle, FoundHandler onFound) {
+    onAngle_ = std::move(onAngle);
     onFound_ = std::move(onFound);
     if (watch_) {
         return true;
@@ -101,23 +102,26 @@ bool HidrawLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
 void HidrawLidSensorSource::close() {
     watch_ = nullptr;
     device_ = FileDescriptor();
-    onReport_ = nullptr;
+    onAngle_ = nullptr;
     onFound_ = nullptr;
 }
 
 void HidrawLidSensorSource::receive() {
-    // A longer report is cut; its beginning is what counts.
+    // The rest of a longer report is cut off; the angle is at its beginning.
     std::array<std::uint8_t, 64> report{};
     for (int i = 0; i < kMaxReportsPerTurn; ++i) {
         const ssize_t size = read(device_.get(), report.data(), report.size());
         if (size > 0) {
-            onReport_(std::span<const std::uint8_t>(report).first(static_cast<std::size_t>(size)));
+            const auto bytes = std::span(report).first(static_cast<std::size_t>(size));
+            if (const std::optional<float> degrees = decodeLidReport(bytes)) {
+                onAngle_(*degrees);
+            }
         } else if (size < 0 && errno == EINTR) {
             continue;
         } else if (size < 0 && errno == EAGAIN) {
             return;
-        } else {  // The device is gone. Who wants to hear of it may open or close this source.
-            const FoundHandler onFound = onFound_;
+        } else {                                    // The device is gone.
+            const FoundHandler onFound = onFound_;  // It may open or close this source.
             close();
             onFound(false);
             return;

@@ -8,27 +8,28 @@
 
 namespace chimewerk {
 
-/// A lid sensor that is a HID device: the first among the kernel's hidraw devices that has the right usage
-/// and may be opened, which needs the udev rule that comes with the program.
+/// A lid sensor that is a HID device: the first hidraw device with the right usage that may be
+/// opened, which needs the udev rule that comes with the program. Reports that hold no angle
+/// are ignored.
 ///
-/// Does not notice by itself when one is plugged in: `open()` looks again. When the device goes away the
-/// source closes itself and tells so.
+/// Does not notice when a device is plugged in: `open()` looks again. When the device is unplugged,
+/// the source closes itself and calls `onFound(false)`.
 class HidrawLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.
     explicit HidrawLidSensorSource(EpollMainQueue& queue) : queue_(queue) {}
 
-    bool open(ReportHandler onReport, FoundHandler onFound) override;
+    bool open(AngleHandler onAngle, FoundHandler onFound) override;
     void close() override;
 
-    /// Whether the machine has such a device, whoever may open it.
+    /// Whether the machine has such a device, even if it may not be opened.
     static bool isPresent();
 
 private:
     void receive();
 
     EpollMainQueue& queue_;
-    ReportHandler onReport_;
+    AngleHandler onAngle_;
     FoundHandler onFound_;
     FileDescriptor device_;
     std::unique_ptr<EpollMainQueue::Watch> watch_;

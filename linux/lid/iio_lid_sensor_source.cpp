@@ -20,12 +20,12 @@ namespace chimewerk {
 namespace {
 
 constexpr Seconds kReadInterval{0.25};
-/// Some drivers say 500 where they do not know.
-constexpr double kWidestAngle = 360.0;
+/// Some drivers report 500 when they do not know the angle.
+constexpr double kMaxAngle = 360.0;
 constexpr double kDegreesPerRadian = 180.0 / std::numbers::pi;
 constexpr std::string_view kRawSuffix = "_raw";
 
-/// The angle channels of a device, such as "in_angl" and "in_angl0", in order.
+/// Lists the angle channels of a device, such as "in_angl" and "in_angl0", in order.
 std::vector<std::string> angleChannels(const std::string& folder) {
     std::vector<std::string> channels;
     std::error_code error;
@@ -41,8 +41,8 @@ std::vector<std::string> angleChannels(const std::string& folder) {
     return channels;
 }
 
-/// The channel that is the hinge's: the one that says so, else the first of a device whose name says so.
-/// Other things have angles too.
+/// Finds the channel of the hinge: the one labelled so, else the first of a device that is named
+/// so. Other devices have angles too.
 std::optional<std::string> hingeChannel(const std::string& folder) {
     const std::vector<std::string> channels = angleChannels(folder);
     bool labelled = false;
@@ -61,7 +61,7 @@ std::optional<std::string> hingeChannel(const std::string& folder) {
                                                      : std::nullopt;
 }
 
-/// A property of one channel, else the one that the device's angle channels share.
+/// Reads a property of one channel, else the property that the device's angle channels share.
 std::optional<double> channelNumber(const std::string& folder, const std::string& channel,
                                     const char* property) {
     const auto own = readSysfsNumber(folder + '/' + channel + property);
@@ -70,14 +70,10 @@ std::optional<double> channelNumber(const std::string& folder, const std::string
 
 }  // namespace
 
-std::optional<IioHinge::Report> IioHinge::report(double raw) const {
-    const double degrees = (raw + offset) * degreesPerUnit;
-    if (!(degrees >= 0 && degrees <= kWidestAngle)) {
-        return std::nullopt;
-    }
-    const auto whole = static_cast<unsigned>(std::lround(degrees));
-    return Report{1, static_cast<std::uint8_t>(whole & 0xFFU),
-                  static_cast<std::uint8_t>(whole >> 8U)};
+std::optional<float> IioHinge::degrees(double raw) const {
+    const double angle = (raw + offset) * degreesPerUnit;
+    const bool isPossible = angle >= 0 && angle <= kMaxAngle;
+    return isPossible ? std::optional(static_cast<float>(std::round(angle))) : std::nullopt;
 }
 
 std::optional<IioHinge> findIioHinge() {
@@ -88,7 +84,7 @@ std::optional<IioHinge> findIioHinge() {
         }
         std::string raw = device.folder + '/' + *channel + std::string(kRawSuffix);
         if (access(raw.c_str(), R_OK) == 0) {
-            // Scaled values are radians; a driver without a scale has degrees already.
+            // Scaled values are in radians; without a scale, raw values are in degrees.
             const auto scale = channelNumber(device.folder, *channel, "_scale");
             return IioHinge{
                 .rawPath = std::move(raw),
@@ -99,8 +95,8 @@ std::optional<IioHinge> findIioHinge() {
     return std::nullopt;
 }
 
-bool IioLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
-    onReport_ = std::move(onReport);
+bool IioLidSensorSource::open(AngleHandler onAngle, FoundHandler onFound) {
+    onAngle_ = std::move(onAngle);
     onFound_ = std::move(onFound);
     const bool wasOpen = hinge_.has_value();
     hinge_ = findIioHinge();
@@ -115,13 +111,13 @@ bool IioLidSensorSource::open(ReportHandler onReport, FoundHandler onFound) {
 void IioLidSensorSource::close() {
     poller_.stop();
     hinge_ = std::nullopt;
-    onReport_ = nullptr;
+    onAngle_ = nullptr;
     onFound_ = nullptr;
 }
 
 void IioLidSensorSource::readAngle() {
     if (reading_) {
-        return;  // The sensor is slow; it is asked again at a later look.
+        return;  // The sensor is slow: this reading is skipped.
     }
     reading_ = true;
     worker_.post([this, path = hinge_->rawPath,
@@ -140,12 +136,11 @@ void IioLidSensorSource::take(std::optional<double> raw) {
         return;
     }
     if (raw) {
-        if (const auto report = hinge_->report(*raw)) {
-            onReport_(*report);
+        if (const auto degrees = hinge_->degrees(*raw)) {
+            onAngle_(*degrees);
         }
     } else if (access(hinge_->rawPath.c_str(), F_OK) != 0) {
-        const FoundHandler onFound =
-            onFound_;  // Who wants to hear of it may open or close this source.
+        const FoundHandler onFound = onFound_;  // It may open or close this source.
         close();
         onFound(false);
     }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -13,37 +11,33 @@
 
 namespace chimewerk {
 
-/// Where the kernel tells the angle of a hinge.
+/// Where to read the angle of a hinge, and in which unit.
 struct IioHinge {
-    using Report = std::array<std::uint8_t, 3>;
-
-    /// The file with the angle as the sensor has it.
+    /// The file with the raw value of the sensor.
     std::string rawPath;
-    /// Degrees for each unit of the raw value, once the offset has been added to it.
+    /// Degrees per unit of the raw value, after `offset` has been added to it.
     double degreesPerUnit;
     double offset;
 
-    /// The reading as the lid's HID sensor would report it; none for an angle that no lid can have.
-    std::optional<Report> report(double raw) const;
+    /// Converts a raw value to whole degrees; none for an angle that no lid can have.
+    std::optional<float> degrees(double raw) const;
 };
 
-/// The first industrial-I/O device of the machine that measures the angle of a hinge; none when there is
-/// none.
+/// Finds the machine's first industrial-I/O device that measures the angle of a hinge.
 std::optional<IioHinge> findIioHinge();
 
-/// A lid sensor that the kernel serves as an industrial-I/O device. It has no events to wait for, so it is
-/// read every 0.25 s and each reading becomes a report like those of the HID sensor; angles that no lid can
-/// have become none. The reading is done on a worker, since the kernel may have to wake the sensor for it and
-/// wait.
+/// A lid sensor that the kernel offers as an industrial-I/O device. It has no events to wait for,
+/// so it is read every 0.25 s; angles that no lid can have are skipped. A worker reads it, since
+/// the kernel may have to wake the sensor and wait.
 ///
-/// Does not notice by itself when a sensor appears: `open()` looks again. When the device goes away the
-/// source closes itself and tells so.
+/// Does not notice when a device appears: `open()` looks again. When the device disappears, the
+/// source closes itself and calls `onFound(false)`.
 class IioLidSensorSource final : public LidSensorSource {
 public:
     /// The queue outlives the source.
     explicit IioLidSensorSource(MainQueue& queue) : queue_(queue), poller_(queue) {}
 
-    bool open(ReportHandler onReport, FoundHandler onFound) override;
+    bool open(AngleHandler onAngle, FoundHandler onFound) override;
     void close() override;
 
 private:
@@ -51,7 +45,7 @@ private:
     void take(std::optional<double> raw);
 
     MainQueue& queue_;
-    ReportHandler onReport_;
+    AngleHandler onAngle_;
     FoundHandler onFound_;
     std::optional<IioHinge> hinge_;
     bool reading_ = false;

@@ -20,10 +20,10 @@ LidSensorTable::Rows LidSensorTable::rows(EpollMainQueue& queue) {
 LidSensorTable::LidSensorTable(EpollMainQueue& queue, Rows rows)
     : queue_(queue), rows_(std::move(rows)), current_(rows_.back().get()) {}
 
-bool LidSensorTable::open(ReportHandler onReport, FoundHandler onFound) {
-    onReport_ = std::move(onReport);
+bool LidSensorTable::open(AngleHandler onAngle, FoundHandler onFound) {
+    onAngle_ = std::move(onAngle);
     onFound_ = std::move(onFound);
-    // Listening begins before looking, so that nothing can come in between unseen.
+    // Watch first, then search: a device that comes in between is not missed.
     devices_ = UdevMonitor::open(queue_,
                                  {{.subsystem = "hidraw", .deviceType = nullptr},
                                   {.subsystem = "iio", .deviceType = nullptr}},
@@ -37,7 +37,7 @@ void LidSensorTable::close() {
     current_->close();
     current_ = rows_.back().get();
     found_ = false;
-    onReport_ = nullptr;
+    onAngle_ = nullptr;
     onFound_ = nullptr;
 }
 
@@ -46,7 +46,7 @@ bool LidSensorTable::choose() {
     current_ = rows_.back().get();
     bool found = false;
     for (const auto& row : rows_) {
-        if (row->open(onReport_, rowHandler())) {
+        if (row->open(onAngle_, rowHandler())) {
             current_ = row.get();
             found = true;
             break;
@@ -69,7 +69,7 @@ void LidSensorTable::chooseAgain() {
     }
 }
 
-/// A row tells from within its own work that it has lost its sensor, so the rows are looked at after that.
+/// A row calls its handler from within its own work, so the table is searched after that.
 LidSensorSource::FoundHandler LidSensorTable::rowHandler() {
     return [this](bool /*found*/) { queue_.post(lifeline_.guard([this] { chooseAgain(); })); };
 }

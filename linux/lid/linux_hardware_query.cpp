@@ -27,12 +27,9 @@ bool LinuxHardwareQuery::hasHingeSensor() {
     return HidrawLidSensorSource::isPresent() || findIioHinge().has_value();
 }
 
-std::optional<std::int32_t> LinuxHardwareQuery::integer(std::string_view name) const {
+bool LinuxHardwareQuery::supportsLidAngle() const {
     // Big-endian processors are named "aarch64_be".
-    if (name == "hw.optional.arm64" && (machine_.starts_with("aarch64") || hasHingeSensor_())) {
-        return 1;
-    }
-    return std::nullopt;
+    return machine_.starts_with("aarch64") || hasHingeSensor_();
 }
 
 }  // namespace chimewerk

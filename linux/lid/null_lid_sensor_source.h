@@ -4,10 +4,10 @@
 
 namespace chimewerk {
 
-/// For machines whose lid has no sensor: never opens, never reports.
+/// For machines whose lid has no sensor: never opens, never calls a handler.
 class NullLidSensorSource final : public LidSensorSource {
 public:
-    bool open(ReportHandler /*onReport*/, FoundHandler /*onFound*/) override { return false; }
+    bool open(AngleHandler /*onAngle*/, FoundHandler /*onFound*/) override { return false; }
     void close() override {}
 };
 

@@ -1,12 +1,18 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 #include <system_error>
 
 namespace chimewerk {
 
-/// Copies all that follows in one open file to another and brings it to the disk; shares the blocks where the
-/// file system can. `goOn` is asked often: false ends the copy with `operation_canceled`.
+/// Writes all of `bytes` at the current position of an open file. On failure returns false, and
+/// errno is set.
+bool writeAll(int file, std::string_view bytes);
+
+/// Copies the rest of one open file to another and flushes it to the disk; shares the blocks where
+/// the file system can. Calls `goOn` every few megabytes: when it returns false, the copy ends
+/// with `operation_canceled`.
 std::error_code copyFile(int from, int to, const std::function<bool()>& goOn);
 
 }  // namespace chimewerk

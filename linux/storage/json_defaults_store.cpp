@@ -97,7 +97,7 @@ void JsonDefaultsStore::flush() {
     if (!schedule_.hasUnwritten()) {
         return;
     }
-    // Behind a write that may be going on: the newest state comes last.
+    // Queued behind a write that may be running, so the newest state is written last.
     std::promise<bool> written;
     worker_.post([this, &written](const std::stop_token& /*stop*/) {
         written.set_value(file_.replace(textOf(values_)));

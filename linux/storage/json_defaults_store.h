@@ -12,16 +12,16 @@
 
 namespace chimewerk {
 
-/// The user's settings in one JSON file, "chimewerk/settings.json" in the configuration folder. It is read
-/// once and then written as a whole, on the worker, a moment after each burst of changes. Values that the
-/// program does not know stay in the file. A file that cannot be understood is set aside under another name;
-/// while the disk takes nothing, the settings live in memory, and are written as soon as it does.
+/// The user's settings in one JSON file, "chimewerk/settings.json" in the configuration folder.
+/// Reads it once; a worker writes it as a whole, a moment after each burst of changes. Values that
+/// the program does not know stay in the file. A file that cannot be parsed is set aside under
+/// another name. While writing fails, the settings live in memory, and writing is retried.
 class JsonDefaultsStore final : public DefaultsStore {
 public:
-    /// Reads the file. `configHome` is the user's configuration folder; when it is empty, nothing is read or
-    /// written. The queue outlives the store.
+    /// Reads the file. `configHome` is the user's configuration folder; if empty, nothing is read
+    /// or written. The queue outlives the store.
     JsonDefaultsStore(MainQueue& queue, const std::string& configHome);
-    /// As `flush()`.
+    /// Calls `flush()`.
     ~JsonDefaultsStore() override;
 
     void setObject(std::string_view key, std::optional<DefaultsValue> value) override;
@@ -30,12 +30,12 @@ public:
     std::shared_ptr<const void> holdWrites() override { return schedule_.hold(); }
     void keepDamaged() override;
 
-    /// Writes what is not yet written and waits for it; one attempt. For the end of the program.
+    /// Writes unwritten changes and waits for that; one attempt. For the end of the program.
     void flush();
 
 private:
     class Value;
-    /// Values never change, so that a copy of the map is the state of a moment, for any thread.
+    /// Values never change, so a copy of the map is a snapshot for any thread.
     using Values = std::map<std::string, std::shared_ptr<const Value>, std::less<>>;
 
     void load();

@@ -1,12 +1,11 @@
 #include "linux/storage/json_values.h"
 
-#include <simdjson.h>
-
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 #include <string>
+#include <utility>
 
 #include "platform/byte_text.h"
 
@@ -26,7 +25,7 @@ nlohmann::json jsonFromNumber(double value) {
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
     double shortest = 0;
     std::from_chars(digits.data(), written.ptr, shortest);
-    // For a few floats the shortest decimal, read as a double and then rounded, is their neighbour.
+    // The shortest decimal of a few floats, read as a double and rounded, is a neighbour of theirs.
     return static_cast<float>(shortest) == number ? shortest : static_cast<double>(number);
 }
 
@@ -52,45 +51,12 @@ DefaultsValue valueFromObject(const nlohmann::json& object) {
     return {std::move(dictionary)};
 }
 
-nlohmann::json jsonFromParsed(simdjson::dom::element element);
-
-nlohmann::json jsonFromParsed(const simdjson::dom::object& object) {
-    auto json = nlohmann::json::object();
-    for (const auto& [name, value] : object) {
-        json[std::string(name)] = jsonFromParsed(value);
-    }
-    return json;
-}
-
-nlohmann::json jsonFromParsed(const simdjson::dom::array& array) {
-    auto json = nlohmann::json::array();
-    for (const simdjson::dom::element value : array) {
-        json.push_back(jsonFromParsed(value));
-    }
-    return json;
-}
-
-nlohmann::json jsonFromParsed(simdjson::dom::element element) {
-    using simdjson::dom::element_type;
-    switch (element.type()) {
-        case element_type::OBJECT:
-            return jsonFromParsed(simdjson::dom::object(element));
-        case element_type::ARRAY:
-            return jsonFromParsed(simdjson::dom::array(element));
-        case element_type::STRING:
-            return std::string_view(element);
-        case element_type::BOOL:
-            return bool(element);
-        case element_type::INT64:
-            return std::int64_t(element);
-        case element_type::UINT64:
-            return std::uint64_t(element);
-        case element_type::DOUBLE:
-            return double(element);
-        case element_type::NULL_VALUE:
-            break;
-    }
-    return nullptr;
+/// Whether values are nested no deeper than `levels`.
+bool isWithin(int levels, const nlohmann::json& json) {
+    return !json.is_structured() ||
+           (levels > 0 && std::ranges::all_of(json, [levels](const nlohmann::json& value) {
+                return isWithin(levels - 1, value);
+            }));
 }
 
 }  // namespace
@@ -124,21 +90,16 @@ DefaultsValue valueFromJson(const nlohmann::json& json) {
     return json.is_object() ? valueFromObject(json) : DefaultsValue{};
 }
 
-// By the faster of the two libraries: the program cannot start before all is read.
 std::optional<nlohmann::json> parseSettings(std::string_view text) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(kByteOrderMark)) {
-        text.remove_prefix(kByteOrderMark.size());
-    }
-    // What is read will be written, value within value, and the stack has an end.
-    constexpr std::size_t kDeepest = 64;
-    simdjson::dom::parser parser;
-    simdjson::dom::object object;
-    if (parser.allocate(text.size() + simdjson::SIMDJSON_PADDING, kDeepest) != simdjson::SUCCESS ||
-        parser.parse(text.data(), text.size()).get(object) != simdjson::SUCCESS) {
+    // Settings are written by recursion, and the stack is limited.
+    constexpr int kMaxLevels = 64;
+    // The parser takes a NUL for the end of the text.
+    if (text.find('\0') != std::string_view::npos) {
         return std::nullopt;
     }
-    return jsonFromParsed(object);
+    auto json = nlohmann::json::parse(text, nullptr, false);
+    return json.is_object() && isWithin(kMaxLevels, json) ? std::optional(std::move(json))
+                                                          : std::nullopt;
 }
 
 }  // namespace chimewerk

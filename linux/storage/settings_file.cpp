@@ -5,15 +5,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <system_error>
 #include <utility>
 
 #include "linux/base/file_descriptor.h"
+#include "linux/storage/atomic_file.h"
+#include "linux/storage/file_copy.h"
 
 namespace chimewerk {
 
@@ -21,22 +21,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// More than this is no settings file, and is not taken into memory.
+/// A larger file is no settings file, and is not read into memory.
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 
-/// No more files than this are set aside.
-constexpr int kMostNames = 10000;
+/// So many files can be set aside.
+constexpr int kMaxNames = 10000;
 
 std::string nameAside(const std::string& path, int number) {
     return path + ".damaged-" + std::to_string(number);
 }
 
-/// The file that a chain of symbolic links ends at, whether it exists or not; `path` itself when the chain
-/// has no end.
+/// Returns the file at the end of a chain of symbolic links, whether it exists or not; `path`
+/// itself when the links form a circle.
 std::string followed(const std::string& path) {
-    constexpr int kMostLinks = 40;
+    constexpr int kMaxLinks = 40;
     fs::path target = path;
-    for (int i = 0; i < kMostLinks; ++i) {
+    for (int i = 0; i < kMaxLinks; ++i) {
         std::error_code error;
         const fs::path next = fs::read_symlink(target, error);
         if (error) {
@@ -51,12 +51,7 @@ std::string folderOf(const std::string& path) {
     return path.substr(0, path.rfind('/'));
 }
 
-/// What unfinished writes of this file are called, before the part that is random.
-std::string temporaryPrefix(const std::string& path) {
-    return std::string(".").append(path, path.rfind('/') + 1).append(".~");
-}
-
-/// Makes the folder and those above it, for the user alone.
+/// Creates the folder and its parents, for the user alone.
 bool makeFolder(const std::string& folder) {
     constexpr mode_t kUserOnly = 0700;
     if (folder.empty() || mkdir(folder.c_str(), kUserOnly) == 0 || errno == EEXIST) {
@@ -88,38 +83,17 @@ std::optional<std::string> readAll(const FileDescriptor& file, std::size_t expec
     }
 }
 
-bool writeAll(const FileDescriptor& file, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t count = ::write(file.get(), text.data(), text.size());
-        if (count < 0 && errno != EINTR) {
-            return false;
-        }
-        text.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
-    }
-    return fsync(file.get()) == 0;
-}
-
-/// A new file beside `target` with this text, on the disk, with the permissions of `target` if that exists.
-/// Its path, empty on failure.
-std::string writeBeside(const std::string& target, std::string_view text) {
-    std::string path = folderOf(target) + "/" + temporaryPrefix(target) + "XXXXXX";
-    const FileDescriptor file(mkostemp(path.data(), O_CLOEXEC));
-    if (!file) {
-        return {};
-    }
+/// Writes the text to the disk and gives the file the permissions that `target` has, if it exists.
+bool write(const AtomicFile& file, std::string_view text, const std::string& target) {
     struct stat present {};
     if (stat(target.c_str(), &present) == 0 && S_ISREG(present.st_mode)) {
-        // The text is worth more than its permissions: a file system without any is no reason not to write.
-        static_cast<void>(fchmod(file.get(), present.st_mode & 0777U));
+        // Some file systems have no permissions: no reason not to write.
+        static_cast<void>(fchmod(file.descriptor(), present.st_mode & 0777U));
     }
-    if (!writeAll(file, text)) {
-        unlink(path.c_str());
-        return {};
-    }
-    return path;
+    return writeAll(file.descriptor(), text) && fsync(file.descriptor()) == 0;
 }
 
-/// Renames, but never over something that is there already: then errno is EEXIST.
+/// Renames unless `to` exists; then errno is EEXIST.
 bool renameToFreeName(const std::string& from, const std::string& to) {
     if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
         return true;
@@ -127,7 +101,7 @@ bool renameToFreeName(const std::string& from, const std::string& to) {
     if (errno != EINVAL && errno != ENOSYS) {
         return false;
     }
-    // A file system that cannot promise it.
+    // The file system cannot do that in one step.
     struct stat ignored {};
     if (lstat(to.c_str(), &ignored) == 0) {
         errno = EEXIST;
@@ -139,7 +113,7 @@ bool renameToFreeName(const std::string& from, const std::string& to) {
 }  // namespace
 
 SettingsFile::Contents SettingsFile::read() const {
-    // Without waiting for a writer, in case it is a pipe.
+    // O_NONBLOCK: does not wait for a writer when it is a pipe.
     const FileDescriptor file(open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file) {
         const bool absent = errno == ENOENT || errno == ENOTDIR;
@@ -158,9 +132,9 @@ bool SettingsFile::replace(std::string_view text) {
     if (path_.empty()) {
         return true;
     }
-    if (inTheWay_) {
+    if (mustSetAside_) {
         setAside();
-        if (inTheWay_) {
+        if (mustSetAside_) {
             return false;
         }
     }
@@ -170,37 +144,27 @@ bool SettingsFile::replace(std::string_view text) {
         }
         copyFirst_ = false;
     }
-    if (!std::exchange(swept_, true)) {
-        removeLeftovers();
-    }
     const std::string target = followed(path_);
     if (!makeFolder(folderOf(target))) {
         return false;
     }
-    const std::string temporary = writeBeside(target, text);
-    if (temporary.empty()) {
-        return false;
-    }
-    if (!takePlace(temporary, target)) {
-        unlink(temporary.c_str());
-        return false;
-    }
-    return true;
+    std::error_code error;
+    AtomicFile file(folderOf(target), error);
+    return !error && write(file, text, target) && takePlace(file, target);
 }
 
-bool SettingsFile::takePlace(const std::string& temporary, const std::string& target) const {
-    bool placed = std::rename(temporary.c_str(), target.c_str()) == 0;
-    if (!placed && errno == EISDIR && moveAside()) {
-        placed = std::rename(temporary.c_str(), target.c_str()) == 0;
+bool SettingsFile::takePlace(AtomicFile& file, const std::string& target) const {
+    std::error_code error = file.takePlace(target);
+    if (error == std::errc::is_a_directory && moveAside()) {
+        error = file.takePlace(target);
     }
-    if (placed) {
-        // The new name is on the disk once the folder is. A file system that cannot tell has done what it
-        // can.
-        const FileDescriptor folder(
-            open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        static_cast<void>(fsync(folder.get()));
+    if (error) {
+        return false;
     }
-    return placed;
+    // The new name is on the disk once the folder is. Some file systems cannot flush a folder.
+    const FileDescriptor folder(open(folderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    static_cast<void>(fsync(folder.get()));
+    return true;
 }
 
 bool SettingsFile::copyAside() const {
@@ -209,7 +173,7 @@ bool SettingsFile::copyAside() const {
     if (!fs::exists(target, ignored)) {
         return true;
     }
-    for (int number = 1; number < kMostNames; ++number) {
+    for (int number = 1; number < kMaxNames; ++number) {
         std::error_code error;
         const std::string copy = nameAside(target, number);
         if (fs::copy_file(target, copy, error)) {
@@ -224,13 +188,12 @@ bool SettingsFile::copyAside() const {
 }
 
 bool SettingsFile::moveAside() const {
-    // A link to a file stays, and the file goes; whatever else a link names is not ours to move, so the link
-    // goes.
+    // A link to a file stays, and the file is moved; of a link to anything else, the link is moved.
     const std::string target = followed(path_);
     struct stat status {};
     const bool regular = stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode);
     const std::string& from = regular ? target : path_;
-    for (int number = 1; number < kMostNames; ++number) {
+    for (int number = 1; number < kMaxNames; ++number) {
         if (renameToFreeName(from, nameAside(from, number))) {
             return true;
         }
@@ -239,22 +202,6 @@ bool SettingsFile::moveAside() const {
         }
     }
     return false;
-}
-
-/// Younger ones may be another session's, which is writing now.
-void SettingsFile::removeLeftovers() const {
-    const std::string target = followed(path_);
-    const std::string prefix = temporaryPrefix(target);
-    const auto oldest = fs::file_time_type::clock::now() - std::chrono::minutes(1);
-    std::error_code error;
-    for (fs::directory_iterator entry(folderOf(target), error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code ignored;
-        if (entry->path().filename().string().starts_with(prefix) &&
-            entry->is_regular_file(ignored) && entry->last_write_time(ignored) < oldest) {
-            fs::remove(entry->path(), ignored);
-        }
-    }
 }
 
 }  // namespace chimewerk

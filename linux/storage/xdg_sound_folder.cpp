@@ -12,8 +12,8 @@
 
 #include "linux/base/file_descriptor.h"
 #include "linux/decoding/sound_file.h"
+#include "linux/storage/atomic_file.h"
 #include "linux/storage/file_copy.h"
-#include "linux/storage/unfinished_file.h"
 
 namespace chimewerk {
 
@@ -24,7 +24,7 @@ using Outcome = SoundFolder::Outcome;
 /// An outcome, or a copy that only has to take its place.
 struct Prepared {
     Outcome outcome;
-    std::shared_ptr<UnfinishedFile> copy = nullptr;
+    std::shared_ptr<AtomicFile> copy = nullptr;
 };
 
 Outcome added(const std::string& path) {
@@ -65,7 +65,7 @@ public:
         if (error) {
             return {notCopied(error)};
         }
-        UnfinishedFile::removeLeftovers(folder_);
+        AtomicFile::removeLeftovers(folder_);
         // Without waiting for a writer, in case it is a pipe.
         const FileDescriptor file(
             open(chosen.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -100,7 +100,7 @@ private:
 
     Prepared copy(const FileDescriptor& file, mode_t mode, const std::string& destination) const {
         std::error_code error;
-        auto copy = std::make_shared<UnfinishedFile>(folder_, error);
+        auto copy = std::make_shared<AtomicFile>(folder_, error);
         if (error) {
             return {notCopied(error)};
         }
@@ -160,7 +160,7 @@ XdgSoundFolder::XdgSoundFolder(MainQueue& queue, const Decoders& decoders,
                                const std::string& dataHome)
     : queue_(queue), decoders_(decoders), folder_(dataHome.empty() ? "" : dataHome + "/Chimewerk") {
     if (!folder_.empty()) {
-        UnfinishedFile::removeLeftovers(folder_);
+        AtomicFile::removeLeftovers(folder_);
     }
 }
 

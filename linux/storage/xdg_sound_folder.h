@@ -9,13 +9,13 @@
 
 namespace chimewerk {
 
-/// The folder Chimewerk in the user's data folder. A file is copied there and tried out on a thread of its
-/// own, under a name that only this program gives, and takes its place on the main thread at the very end: a
-/// copy that is given up, or that a crash cuts off, replaces nothing.
+/// The folder "Chimewerk" in the user's data folder. A worker copies a file there under a temporary
+/// name and checks that it can be played; the main thread then renames it. A copy that is cancelled
+/// or cut off by a crash replaces nothing.
 class XdgSoundFolder final : public SoundFolder {
 public:
-    /// `dataHome` as `xdgDataHome()` has it. Queue and decoders outlive the object. Removes what killed
-    /// programs have left there.
+    /// `dataHome` is the result of `xdgDataHome()`. Queue and decoders outlive the object. Removes
+    /// the leftovers of killed programs.
     XdgSoundFolder(MainQueue& queue, const Decoders& decoders, const std::string& dataHome);
 
     std::unique_ptr<Addition> add(const std::string& file, Done done) override;

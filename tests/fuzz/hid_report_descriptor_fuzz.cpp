@@ -7,7 +7,6 @@
 
 #include "linux/lid/hid_lid_sensor.h"
 #include "linux/lid/hid_report_descriptor.h"
-#include "monitors/lid_report.h"
 
 using namespace chimewerk;
 

@@ -1,42 +1,36 @@
 #pragma once
 
-#include <cstdint>
 #include <utility>
-#include <vector>
 
 #include "monitors/lid_angle_monitor.h"
 #include "support/journal.h"
 
 namespace chimewerk {
 
-/// A hinge that the test moves.
+/// A lid that the test moves.
 class FakeLidSensorSource final : public LidSensorSource, public Noting {
 public:
     /// Whether there is a sensor when the source is opened.
     bool present = true;
 
-    bool open(ReportHandler onReport, FoundHandler onFound) override {
+    bool open(AngleHandler onAngle, FoundHandler onFound) override {
         note("lid");
-        onReport_ = std::move(onReport);
+        onAngle_ = std::move(onAngle);
         onFound_ = std::move(onFound);
         return present;
     }
     void close() override {
         note("-lid");
-        onReport_ = nullptr;
+        onAngle_ = nullptr;
         onFound_ = nullptr;
     }
 
-    bool isOpen() const { return onReport_ != nullptr; }
-    void report(const std::vector<std::uint8_t>& bytes) {
-        if (onReport_) {
-            onReport_(bytes);
+    bool isOpen() const { return onAngle_ != nullptr; }
+    /// Moves the lid to this angle, in degrees.
+    void moveTo(float degrees) {
+        if (onAngle_) {
+            onAngle_(degrees);
         }
-    }
-    /// Reports an angle, 0 to 511 degrees.
-    void moveTo(int degrees) {
-        report({1, static_cast<std::uint8_t>(degrees & 0xFF),
-                static_cast<std::uint8_t>(degrees >> 8)});
     }
     /// The sensor comes or goes while the source is open.
     void setPresent(bool now) {
@@ -47,7 +41,7 @@ public:
     }
 
 private:
-    ReportHandler onReport_;
+    AngleHandler onAngle_;
     FoundHandler onFound_;
 };
 

@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-/// A machine of fake devices: in a program that runs in umockdev-wrapper, it replaces sysfs, /dev
-/// and udev's events. Empty at first.
+/// A machine of fake devices, none at first. In a program that runs in umockdev-wrapper it replaces
+/// sysfs, /dev and udev's events.
 class FakeDevices {
 public:
     using Values = std::map<std::string, std::string>;

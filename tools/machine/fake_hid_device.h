@@ -22,8 +22,8 @@ inline const std::vector<std::uint8_t> kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0x
                                                       0x85, 0x01, 0x09, 0x8A, 0x75, 0x10,
                                                       0x95, 0x01, 0x81, 0x02, 0xC0};
 
-/// A HID device of the testbed. A terminal without any manners is its hidraw node: what the device
-/// reports can be read there, and when it is unplugged that ends in an error.
+/// A fake HID device. A raw terminal is its hidraw node: what the device reports can be read there,
+/// and reading fails once it is unplugged.
 class FakeHidDevice {
 public:
     using Report = std::vector<std::uint8_t>;
@@ -33,7 +33,7 @@ public:
           path_(machine.nodePath("hidraw" + number)),
           terminal_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         if (!terminal_ || unlockpt(terminal_.get()) != 0 || ptsname(terminal_.get()) == nullptr) {
-            throw std::runtime_error("no terminal for the fake device");
+            throw std::runtime_error("a fake device needs a terminal, and there is none to be had");
         }
         termios settings{};
         tcgetattr(terminal_.get(), &settings);
@@ -53,7 +53,7 @@ public:
     void report(const Report& bytes) {
         if (write(terminal_.get(), bytes.data(), bytes.size()) !=
             static_cast<ssize_t>(bytes.size())) {
-            throw std::runtime_error("the fake device cannot report");
+            throw std::runtime_error("a fake device cannot report");
         }
     }
     void reportAngle(int degrees) {

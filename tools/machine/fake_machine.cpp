@@ -155,8 +155,9 @@ int run(const char* pipePath, char** command) {
     sigset_t before;
     const FileDescriptor signals = watchSignals(before);
     const FileDescriptor pipe = openPipe(pipePath);
-    FakeMachine machine;
+    // Before the devices start their threads.
     setenv("CHIMEWERK_MACHINE", pipePath, 1);
+    FakeMachine machine;
     const std::optional<pid_t> program = start(command, before);
     if (!pipe || !signals || !program) {
         std::cerr << "fake-machine: cannot start\n";
@@ -189,7 +190,7 @@ int main(int count, char** arguments) {
         return 2;
     }
     if (!chimewerk::isWrapped()) {
-        // Once more, with the library that replaces real devices by fake ones.
+        // Once more, with the library that puts fake devices in the place of real ones.
         std::string wrapper = "umockdev-wrapper";
         std::vector<char*> again{wrapper.data()};
         again.insert(again.end(), arguments, arguments + count);

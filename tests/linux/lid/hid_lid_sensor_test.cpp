@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,25 @@ TEST(TheHidLidSensor, IsLeftAsItIsWhereItCannotBeRead) {
     other.reports = {{1, {0, 0}}, {2, {0, 0, 0, 0}}};
     wakeLidSensor(*findLidSensor(kLidBegin + kEnd), other);
     EXPECT_EQ(other.written, std::vector<Bytes>{});
+}
+
+TEST(TheLidReport, HoldsNineBitsOfAngle) {
+    struct Case {
+        std::vector<std::uint8_t> bytes;
+        std::optional<float> angle;
+    };
+    for (const Case& c : std::vector<Case>{{{1, 0x2C, 0x01}, 300.0F},
+                                           {{1, 0x2C, 0xFF}, 300.0F},
+                                           {{1, 0x2C, 0xFE}, 44.0F},
+                                           {{1, 0xFF, 0x01, 0xFF, 0xFF}, 511.0F},
+                                           {{1, 0, 0}, 0.0F},
+                                           {{2, 90, 0}, std::nullopt},
+                                           {{0, 90, 0}, std::nullopt},
+                                           {{1, 90}, std::nullopt},
+                                           {{1}, std::nullopt},
+                                           {{}, std::nullopt}}) {
+        EXPECT_EQ(decodeLidReport(c.bytes), c.angle) << testing::PrintToString(c.bytes);
+    }
 }
 
 }  // namespace

@@ -28,11 +28,8 @@ protected:
     void SetUp() override { ASSERT_TRUE(FakeDevices::works()); }
 
     bool open() {
-        return table.open(
-            [this](std::span<const std::uint8_t> bytes) {
-                reports.emplace_back(bytes.begin(), bytes.end());
-            },
-            [this](bool found) { nowFound = found; });
+        return table.open([this](float degrees) { angles.push_back(degrees); },
+                          [this](bool found) { nowFound = found; });
     }
     /// Lets the main loop run until `condition` holds; false when it does not within 10 s.
     template <typename Condition>
@@ -47,43 +44,38 @@ protected:
     bool tells(bool found) {
         return until([&] { return nowFound == found; });
     }
-    /// The next report; none when none comes.
-    std::optional<Report> next() {
-        reports.clear();
-        return until([&] { return !reports.empty(); }) ? std::optional(reports.front())
-                                                       : std::nullopt;
+    /// The next angle; none when none comes.
+    std::optional<float> next() {
+        angles.clear();
+        return until([&] { return !angles.empty(); }) ? std::optional(angles.front())
+                                                      : std::nullopt;
     }
     std::string addHinge(const FakeDevices::Values& attributes,
                          const std::string& name = "iio:device0") {
         return machine.add("iio", name, "", attributes, {{"DEVTYPE", "iio_device"}});
     }
-    static Report angle(int degrees) {
-        return {1, static_cast<std::uint8_t>(degrees & 0xFF),
-                static_cast<std::uint8_t>(degrees >> 8)};
-    }
-
     FakeDevices machine;
     EpollMainQueue queue;
     LidSensorTable table{queue, LidSensorTable::rows(queue)};
-    std::vector<Report> reports;
+    std::vector<float> angles;
     std::optional<bool> nowFound;
 };
 
-TEST_F(TheLidSensor, IsTheFakeHidDeviceWithTheRightUsageAndReportsItsBytesAsTheyAre) {
+TEST_F(TheLidSensor, IsTheHidDeviceWithTheRightUsage) {
     FakeHidDevice mouse(machine, "0", kMouseDescriptor);
     FakeHidDevice broken(machine, "1", Report(kLidDescriptor.begin(), kLidDescriptor.end() - 1));
     FakeHidDevice lid(machine, "2", kLidDescriptor);
     ASSERT_TRUE(open());
-    mouse.report({9, 9, 9});
-    for (const Report& bytes : {angle(95), Report{2}, Report{1, 2, 3, 4, 5}}) {
-        lid.report(bytes);
-        EXPECT_EQ(next(), bytes);
-    }
+    mouse.reportAngle(9);
+    lid.reportAngle(95);
+    EXPECT_EQ(next(), 95);
+    lid.report({1, 44, 255, 4, 5});
+    EXPECT_EQ(next(), 300);
     table.close();
-    reports.clear();
-    lid.report(angle(10));
+    angles.clear();
+    lid.reportAngle(10);
     queue.dispatch();
-    EXPECT_TRUE(reports.empty());
+    EXPECT_TRUE(angles.empty());
 }
 
 TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
@@ -92,8 +84,8 @@ TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
         FakeHidDevice mouse(machine, "0", kMouseDescriptor);
         FakeHidDevice lid(machine, "1", kLidDescriptor);
         ASSERT_TRUE(tells(true));
-        lid.report(angle(i));
-        EXPECT_EQ(next(), angle(i));
+        lid.reportAngle(i);
+        EXPECT_EQ(next(), static_cast<float>(i));
         lid.unplug();
         ASSERT_TRUE(tells(false));
     }
@@ -103,16 +95,16 @@ TEST_F(TheLidSensor, GivesWayToTheNextInTheTableAndComesBack) {
     std::optional<FakeHidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
     const std::string hinge = addHinge({{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "120\n"}});
     ASSERT_TRUE(open());
-    lid->report(angle(90));
-    EXPECT_EQ(next(), angle(90));
+    lid->reportAngle(90);
+    EXPECT_EQ(next(), 90);
     lid.reset();
-    EXPECT_EQ(next(), angle(120));
+    EXPECT_EQ(next(), 120);
     lid.emplace(machine, "0", kLidDescriptor);
-    lid->report(angle(91));
-    ASSERT_TRUE(until([&] { return !reports.empty() && reports.back() == angle(91); }));
+    lid->reportAngle(91);
+    ASSERT_TRUE(until([&] { return !angles.empty() && angles.back() == 91; }));
     machine.remove(hinge);
-    lid->report(angle(92));
-    EXPECT_EQ(next(), angle(92));
+    lid->reportAngle(92);
+    EXPECT_EQ(next(), 92);
     EXPECT_EQ(nowFound, std::nullopt) << "there has always been one";
 }
 
@@ -120,7 +112,7 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
     struct Case {
         const char* what;
         FakeDevices::Values attributes;
-        int degrees;
+        float degrees;
     };
     for (const Case& c :
          std::vector<Case>{{"degrees without a scale",
@@ -144,7 +136,7 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
                            {"right round", {{"name", "lid\n"}, {"in_angl_raw", "360\n"}}, 360}}) {
         const std::string hinge = addHinge(c.attributes);
         ASSERT_TRUE(open()) << c.what;
-        EXPECT_EQ(next(), angle(c.degrees)) << c.what;
+        EXPECT_EQ(next(), c.degrees) << c.what;
         table.close();
         machine.remove(hinge);
     }
@@ -169,49 +161,48 @@ TEST_F(TheLidSensor, SkipsReadingsThatAreNoAngleAndGoesWithItsDevice) {
     for (const char* const raw : {"none\n", "45\n"}) {
         const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
         until([&] { return std::chrono::steady_clock::now() > later; });
-        EXPECT_EQ(reports.size(), 0U) << "before " << raw;
+        EXPECT_EQ(angles.size(), 0U) << "before " << raw;
         machine.set(hinge, "in_angl_raw", raw);
     }
-    EXPECT_EQ(next(), angle(45));
+    EXPECT_EQ(next(), 45);
     machine.remove(hinge);
     EXPECT_TRUE(tells(false));
 }
 
-TEST(AnIioHinge, TurnsReadingsIntoReportsUnlessNoLidCanHaveThem) {
+TEST(AnIioHinge, TurnsReadingsIntoDegreesUnlessNoLidCanHaveThem) {
     struct Case {
         double raw;
-        std::optional<IioHinge::Report> report;
+        std::optional<float> degrees;
     };
     const IioHinge hinge{.rawPath = "", .degreesPerUnit = 0.5, .offset = 10};
-    for (const Case& c : std::vector<Case>{{-10, IioHinge::Report{1, 0, 0}},
-                                           {170.9, IioHinge::Report{1, 90, 0}},
-                                           {504, IioHinge::Report{1, 1, 1}},
-                                           {710, IioHinge::Report{1, 104, 1}},
+    for (const Case& c : std::vector<Case>{{-10, 0.0F},
+                                           {170.9, 90.0F},
+                                           {504, 257.0F},
+                                           {710, 360.0F},
                                            {710.1, std::nullopt},
                                            {-10.1, std::nullopt},
                                            {1e300, std::nullopt},
                                            {std::nan(""), std::nullopt}}) {
-        EXPECT_EQ(hinge.report(c.raw), c.report) << c.raw;
+        EXPECT_EQ(hinge.degrees(c.raw), c.degrees) << c.raw;
     }
 }
 
-TEST_F(TheLidSensor, MakesTheMachineOneWhereTheEventCanWork) {
+TEST_F(TheLidSensor, MakesTheEventPossible) {
     const LinuxHardwareQuery machineToday("x86_64", LinuxHardwareQuery::hasHingeSensor);
-    EXPECT_FALSE(queryIsAppleSilicon(machineToday));
+    EXPECT_FALSE(machineToday.supportsLidAngle());
     const std::string hinge = addHinge({{"name", "lid\n"}, {"in_angl_raw", "45\n"}});
-    EXPECT_TRUE(queryIsAppleSilicon(machineToday));
+    EXPECT_TRUE(machineToday.supportsLidAngle());
     machine.remove(hinge);
-    EXPECT_FALSE(queryIsAppleSilicon(machineToday));
+    EXPECT_FALSE(machineToday.supportsLidAngle());
     const FakeHidDevice lid(machine, "0", kLidDescriptor);
-    EXPECT_TRUE(queryIsAppleSilicon(machineToday));
+    EXPECT_TRUE(machineToday.supportsLidAngle());
 }
 
 TEST(TheHardware, Is64BitArmByItsProcessorsName) {
     for (const auto& [name, is] :
          {std::pair("aarch64", true), {"aarch64_be", true}, {"armv7l", false}, {"x86_64", false}}) {
         const LinuxHardwareQuery machine(name, [] { return false; });
-        EXPECT_EQ(queryIsAppleSilicon(machine), is) << name;
-        EXPECT_EQ(machine.integer("hw.optional.other"), std::nullopt);
+        EXPECT_EQ(machine.supportsLidAngle(), is) << name;
     }
 }
 

@@ -1,14 +1,15 @@
 #include "linux/storage/settings_file.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <set>
 #include <sstream>
 
+#include "linux/storage/atomic_file.h"
 #include "support/small_disk.h"
 #include "tools/files/temporary_folder.h"
 
@@ -17,28 +18,23 @@ namespace {
 
 namespace fs = std::filesystem;
 using Finding = SettingsFile::Finding;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 class TheSettingsFile : public testing::Test {
 protected:
-    static void write(const fs::path& path, const std::string& text) {
-        std::ofstream(path) << text;
-    }
     static std::string textAt(const fs::path& path) {
         std::ostringstream text;
         text << std::ifstream(path).rdbuf();
         return text.str();
     }
-    /// What lies in the folder, by name, in order.
-    static std::string namesIn(const fs::path& folder) {
-        std::set<std::string> names;
+    static std::vector<std::string> namesIn(const fs::path& folder) {
+        std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(folder)) {
-            names.insert(entry.path().filename());
+            names.push_back(entry.path().filename());
         }
-        std::string all;
-        for (const auto& name : names) {
-            all += name + " ";
-        }
-        return all;
+        std::ranges::sort(names);
+        return names;
     }
 
     TemporaryFolder home;
@@ -47,26 +43,22 @@ protected:
     SettingsFile file{path.string()};
 };
 
-TEST_F(TheSettingsFile, IsAbsentUntilItIsWrittenFoldersIncluded) {
+TEST_F(TheSettingsFile, IsAbsentUntilItIsWrittenAndKeepsItsPermissions) {
     EXPECT_EQ(file.read().finding, Finding::absent);
     EXPECT_TRUE(file.replace("one"));
     EXPECT_EQ(file.read().text, "one");
     EXPECT_TRUE(file.replace(""));
     EXPECT_EQ(file.read().finding, Finding::text);
     EXPECT_EQ(file.read().text, "");
-    EXPECT_EQ(namesIn(folder), "s.json ");
-    EXPECT_EQ(fs::status(folder).permissions(), fs::perms::owner_all);
-    EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-}
-
-TEST_F(TheSettingsFile, KeepsItsPermissions) {
-    ASSERT_TRUE(file.replace("one"));
+    EXPECT_THAT(namesIn(folder), ElementsAre("s.json"));
+    EXPECT_EQ(fs::status(folder).permissions(), fs::perms{0700});
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms{0600});
     fs::permissions(path, fs::perms{0640});
     ASSERT_TRUE(file.replace("two"));
     EXPECT_EQ(fs::status(path).permissions(), fs::perms{0640});
 }
 
-TEST_F(TheSettingsFile, StaysALinkAndTheFileItNamesIsWritten) {
+TEST_F(TheSettingsFile, StaysALinkAndTheFileItLeadsToIsReplaced) {
     const fs::path elsewhere = home.path() / "elsewhere" / "real.json";
     fs::create_directories(folder);
     fs::create_symlink("b", path);
@@ -78,42 +70,31 @@ TEST_F(TheSettingsFile, StaysALinkAndTheFileItNamesIsWritten) {
     file.setAside();
     EXPECT_TRUE(file.replace("two"));
     EXPECT_EQ(textAt(elsewhere), "two");
-    EXPECT_EQ(namesIn(elsewhere.parent_path()), "real.json real.json.damaged-1 ");
-    EXPECT_TRUE(fs::is_symlink(path));
-    EXPECT_TRUE(fs::is_symlink(folder / "b"));
+    EXPECT_THAT(namesIn(elsewhere.parent_path()), ElementsAre("real.json", "real.json.damaged-1"));
+    EXPECT_TRUE(fs::is_symlink(path) && fs::is_symlink(folder / "b"));
 }
 
-TEST_F(TheSettingsFile, SetsEachAsideUnderANameOfItsOwn) {
-    for (const char* const text : {"one", "two", "three"}) {
-        ASSERT_TRUE(file.replace(text));
-        file.setAside();
-    }
-    EXPECT_EQ(namesIn(folder), "s.json.damaged-1 s.json.damaged-2 s.json.damaged-3 ");
-    EXPECT_EQ(textAt(path.string() + ".damaged-2"), "two");
+TEST_F(TheSettingsFile, IsSetAsideOrCopiedUnderANameOfItsOwnEachTime) {
     file.setAside();
-    EXPECT_TRUE(file.replace("four"));
-}
-
-TEST_F(TheSettingsFile, LeavesACopyOnceIfItIsAskedTo) {
     file.copyAsideFirst();
-    EXPECT_TRUE(file.replace("one"));
+    EXPECT_TRUE(file.replace("one")) << "there was nothing to keep";
+    file.setAside();
+    ASSERT_TRUE(file.replace("two"));
     file.copyAsideFirst();
     {
         const SmallDisk disk(2);
-        EXPECT_FALSE(file.replace("2"));
-        EXPECT_EQ(namesIn(folder), "s.json ");
+        EXPECT_FALSE(file.replace("3"));
+        EXPECT_THAT(namesIn(folder), ElementsAre("s.json", "s.json.damaged-1"));
     }
-    for (const char* const text : {"two", "three"}) {
+    for (const char* const text : {"three", "four"}) {
         EXPECT_TRUE(file.replace(text));
-        EXPECT_EQ(namesIn(folder), "s.json s.json.damaged-1 ");
+        EXPECT_THAT(namesIn(folder), ElementsAre("s.json", "s.json.damaged-1", "s.json.damaged-2"));
     }
-    file.copyAsideFirst();
-    EXPECT_TRUE(file.replace("four"));
     EXPECT_EQ(textAt(path.string() + ".damaged-1"), "one");
-    EXPECT_EQ(textAt(path.string() + ".damaged-2"), "three");
+    EXPECT_EQ(textAt(path.string() + ".damaged-2"), "two");
 }
 
-TEST_F(TheSettingsFile, TakesNoPipeFolderOrDeviceForItselfNorWaitsForThem) {
+TEST_F(TheSettingsFile, SetsAsidePipesFoldersAndDevicesWithoutWaitingForThem) {
     struct Case {
         const char* what;
         std::function<void()> make;
@@ -124,23 +105,22 @@ TEST_F(TheSettingsFile, TakesNoPipeFolderOrDeviceForItselfNorWaitsForThem) {
           Case{"device", [&] { fs::create_symlink("/dev/null", path); }},
           Case{"link to a folder", [&] { fs::create_directory_symlink(home.path(), path); }},
           Case{"circle", [&] { fs::create_symlink("s.json", path); }}}) {
+        SCOPED_TRACE(c.what);
         fs::remove_all(folder);
         fs::create_directories(folder);
         c.make();
-        EXPECT_EQ(file.read().finding, Finding::unreadable) << c.what;
+        EXPECT_EQ(file.read().finding, Finding::unreadable);
         file.setAside();
-        EXPECT_TRUE(file.replace("new")) << c.what;
-        EXPECT_EQ(textAt(path), "new") << c.what;
-        EXPECT_EQ(namesIn(folder), "s.json s.json.damaged-1 ") << c.what;
+        EXPECT_TRUE(file.replace("new"));
+        EXPECT_EQ(textAt(path), "new");
+        EXPECT_THAT(namesIn(folder), ElementsAre("s.json", "s.json.damaged-1"));
     }
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
-}
-
-TEST_F(TheSettingsFile, SetsAFolderAsideThatComesInItsPlaceLater) {
+    // A folder that comes in its place later.
+    fs::remove(path);
     fs::create_directories(path / "inside");
     EXPECT_TRUE(file.replace("new"));
-    EXPECT_EQ(textAt(path), "new");
-    EXPECT_TRUE(fs::exists(path.string() + ".damaged-1/inside"));
+    EXPECT_TRUE(fs::exists(path.string() + ".damaged-2/inside"));
 }
 
 TEST_F(TheSettingsFile, IsAsItWasWhenTheDiskIsFull) {
@@ -149,14 +129,14 @@ TEST_F(TheSettingsFile, IsAsItWasWhenTheDiskIsFull) {
         const SmallDisk disk(1000);
         EXPECT_FALSE(file.replace(std::string(1001, 'x')));
         EXPECT_EQ(textAt(path), "old");
-        EXPECT_EQ(namesIn(folder), "s.json ");
+        EXPECT_THAT(namesIn(folder), ElementsAre("s.json"));
         EXPECT_TRUE(file.replace(std::string(1000, 'y')));
     }
     EXPECT_TRUE(file.replace(std::string(1001, 'x')));
 }
 
 TEST_F(TheSettingsFile, IsNeverOverwrittenWhenItCouldNotBeSetAside) {
-    // The name is so long that none beside it can be longer by the mark of what is set aside.
+    // Its name is too long to be made longer.
     const fs::path longest = home.path() / std::string(246, 'n');
     SettingsFile stuck(longest.string());
     ASSERT_TRUE(stuck.replace("damaged"));
@@ -168,7 +148,7 @@ TEST_F(TheSettingsFile, IsNeverOverwrittenWhenItCouldNotBeSetAside) {
 }
 
 TEST_F(TheSettingsFile, IsNotWrittenWhereThereCanBeNoFolder) {
-    write(folder, "a file");
+    std::ofstream(folder) << "a file";
     EXPECT_EQ(file.read().finding, Finding::absent);
     EXPECT_FALSE(file.replace("new"));
     fs::remove(folder);
@@ -179,22 +159,21 @@ TEST_F(TheSettingsFile, IsNotWrittenWhereThereCanBeNoFolder) {
     EXPECT_TRUE(nowhere.replace("new"));
 }
 
-TEST_F(TheSettingsFile, SweepsUpWhatCrashesHaveLeftButNothingElse) {
-    fs::create_directories(folder);
-    const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
-    for (const char* const name :
-         {".s.json.~abcdef", "s.json.backup", ".s.json.~folder", ".t.json.~abcdef"}) {
-        if (std::string(name).ends_with("folder")) {
-            fs::create_directory(folder / name);
-        } else {
-            write(folder / name, "x");
-        }
-        fs::last_write_time(folder / name, longAgo);
+TEST_F(TheSettingsFile, RemovesWhatKilledProgramsHaveLeftButNothingElse) {
+    const std::string leftover = ".chimewerk-unfinished-abcdef";
+    const std::string subfolder = ".chimewerk-unfinished-folder";
+    fs::create_directories(folder / subfolder);
+    for (const std::string& name : {leftover, std::string("s.json.backup")}) {
+        std::ofstream(folder / name) << "x";
     }
-    write(folder / ".s.json.~recent", "x");
+    std::error_code error;
+    const AtomicFile another(folder.string(), error);
+    EXPECT_FALSE(fs::exists(folder / leftover));
     EXPECT_TRUE(file.replace("new"));
-    EXPECT_EQ(namesIn(folder),
-              ".s.json.~folder .s.json.~recent .t.json.~abcdef s.json s.json.backup ");
+    EXPECT_THAT(namesIn(folder),
+                UnorderedElementsAre(subfolder, fs::path(another.path()).filename().string(),
+                                     "s.json", "s.json.backup"))
+        << "another program is writing its file";
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <deque>
 #include <optional>
 #include <vector>
 
@@ -16,9 +18,8 @@ using testing::ElementsAre;
 
 class TheWriteSchedule : public testing::Test {
 protected:
-    /// Ends the write that goes on.
+    /// Ends the present write.
     void end(bool written) { std::exchange(done, std::nullopt).value()(written); }
-    /// Whether a write goes on now.
     bool writing() const { return done.has_value(); }
     void advance(double seconds) { queue.advance(Seconds{seconds}); }
 
@@ -43,9 +44,42 @@ TEST_F(TheWriteSchedule, WritesABurstOnceATenthOfASecondAfterItsFirstChange) {
     EXPECT_TRUE(schedule->hasUnwritten());
     end(true);
     EXPECT_FALSE(schedule->hasUnwritten());
-    advance(3600);
-    EXPECT_EQ(begun, 1);
     EXPECT_EQ(queue.queued(), 0U);
+}
+
+TEST_F(TheWriteSchedule, LeavesNoChangeUnwrittenLongerThanADelayAndTwoWrites) {
+    constexpr double kFrame = 1.0 / 60;
+    for (const double write : {0.001, 0.05, 0.3}) {
+        std::deque<WallTime> unwritten;
+        std::size_t covered = 0;  // by the write that goes on
+        WallTime ends = kDistantPast;
+        double oldest = 0;
+        for (int frame = 0; frame < 600; ++frame) {
+            unwritten.push_back(queue.now());
+            schedule->changed();
+            for (int i = 0; i < 16; ++i) {
+                const bool before = writing();
+                advance(kFrame / 16);
+                if (writing() && !before) {
+                    covered = unwritten.size();
+                    ends = queue.now() + Seconds{write};
+                } else if (writing() && queue.now() >= ends) {
+                    oldest = std::max(oldest, (queue.now() - unwritten.front()).count());
+                    unwritten.erase(unwritten.begin(), unwritten.begin() + std::ptrdiff_t(covered));
+                    end(true);
+                    covered = unwritten.size();  // when the next one has begun at once
+                    ends = queue.now() + Seconds{write};
+                }
+            }
+        }
+        EXPECT_LE(oldest, 0.1 + 2 * write + 2 * kFrame) << "writes of " << write << " s";
+        EXPECT_GT(oldest, 0.1);
+        if (writing()) {
+            end(true);
+        }
+        schedule->wroteAll();
+        advance(1);
+    }
 }
 
 TEST_F(TheWriteSchedule, HoldsADragBackUntilItsEndButNotForEver) {
@@ -127,7 +161,7 @@ TEST_F(TheWriteSchedule, TriesAgainAtTheNextChangeDuringALongWait) {
     EXPECT_EQ(begun, 0);
 }
 
-TEST_F(TheWriteSchedule, LeavesWhatIsWrittenByOtherMeans) {
+TEST_F(TheWriteSchedule, DoesNotWriteAgainWhatFlushHasWritten) {
     schedule->changed();
     schedule->wroteAll();
     advance(1);

@@ -1,4 +1,4 @@
-#include "linux/storage/unfinished_file.h"
+#include "linux/storage/atomic_file.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -16,15 +16,15 @@ namespace chimewerk {
 
 namespace {
 
-constexpr std::string_view kPrefix = ".unfinished-";
+constexpr std::string_view kPrefix = ".chimewerk-unfinished-";
 
 std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// Whether the lock has come to the file while it still had its name: somebody who removes leftovers may have
-/// been faster.
-bool lockedInPlace(int file) {
+/// Locks the file. False when another program has taken it for a leftover and removed it
+/// before that.
+bool lockInPlace(int file) {
     struct stat status {};
     return flock(file, LOCK_EX) != 0 || fstat(file, &status) != 0 || status.st_nlink > 0;
 }
@@ -41,8 +41,9 @@ void removeIfAbandoned(int folder, const char* name) {
 
 }  // namespace
 
-UnfinishedFile::UnfinishedFile(const std::string& folder, std::error_code& error) {
+AtomicFile::AtomicFile(const std::string& folder, std::error_code& error) {
     error.clear();
+    removeLeftovers(folder);
     do {
         path_ = folder + "/" + std::string(kPrefix) + "XXXXXX";
         file_ = FileDescriptor(mkostemp(path_.data(), O_CLOEXEC));
@@ -51,16 +52,16 @@ UnfinishedFile::UnfinishedFile(const std::string& folder, std::error_code& error
             path_.clear();
             return;
         }
-    } while (!lockedInPlace(file_.get()));
+    } while (!lockInPlace(file_.get()));
 }
 
-UnfinishedFile::~UnfinishedFile() {
+AtomicFile::~AtomicFile() {
     if (!path_.empty()) {
         unlink(path_.c_str());
     }
 }
 
-std::error_code UnfinishedFile::takePlace(const std::string& path) {
+std::error_code AtomicFile::takePlace(const std::string& path) {
     if (std::rename(path_.c_str(), path.c_str()) != 0) {
         return lastError();
     }
@@ -68,7 +69,7 @@ std::error_code UnfinishedFile::takePlace(const std::string& path) {
     return {};
 }
 
-void UnfinishedFile::removeLeftovers(const std::string& folder) {
+void AtomicFile::removeLeftovers(const std::string& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
     if (!entries) {
         return;
