@@ -8,7 +8,6 @@
 #include <string>
 
 #include "linux/desktop/xdg_folders.h"
-#include "support/open_descriptors.h"
 #include "support/run_queue.h"
 #include "tools/files/temporary_folder.h"
 
@@ -105,20 +104,6 @@ TEST_F(TheInotifyFolders, LetAScreenshotBeHeardAfterOneAndAHalfSecondsAlsoInAFol
     }
     EXPECT_LT(looks, 10);
     EXPECT_EQ(shots, 2);
-}
-
-TEST_F(TheInotifyFolders, StandABurstOfFiveHundredAndEndWithTheMonitor) {
-    const std::size_t before = openDescriptors();
-    monitor.start();
-    const std::size_t running = openDescriptors();
-    for (int i = 0; i < 500; ++i) {
-        save("Desktop/Screenshot " + std::to_string(i) + ".png");
-    }
-    EXPECT_TRUE(runUntil(queue, [&] { return shots > 0; }));
-    EXPECT_EQ(shots, 1);
-    EXPECT_EQ(openDescriptors(), running);
-    monitor.stop();
-    EXPECT_EQ(openDescriptors(), before);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 #include <linux/input-event-codes.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <memory>
 #include <string>
@@ -12,6 +10,7 @@
 #include "support/fake_keyboards.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
+#include "support/unprivileged.h"
 
 namespace chimewerk {
 namespace {
@@ -135,35 +134,6 @@ TEST_F(TheEventDevices, MayAllGoAndAnotherCome) {
     EXPECT_THAT(hear("event5", {KEY_A}), ElementsAre(0));
 }
 
-/// For as long as it lives, the superuser is somebody who is bound by permissions.
-class Unprivileged {
-public:
-    Unprivileged() { become(kNobody); }
-    Unprivileged(const Unprivileged&) = delete;
-    Unprivileged& operator=(const Unprivileged&) = delete;
-    ~Unprivileged() { become(kSuperuser); }
-
-    static void permit(const std::string& file, mode_t mode) {
-        become(kSuperuser);
-        chmod(file.c_str(), mode);
-        become(kNobody);
-    }
-
-private:
-    static constexpr uid_t kSuperuser = 0;
-    static constexpr uid_t kNobody = 65534;
-
-    static void become(uid_t user) {
-        uid_t real = 0;
-        uid_t effective = 0;
-        uid_t saved = 0;
-        getresuid(&real, &effective, &saved);
-        if (saved == kSuperuser) {
-            [[maybe_unused]] const int status = setresuid(user, user, kSuperuser);
-        }
-    }
-};
-
 TEST_F(TheEventDevices, AreHeardWhileTheyMayBeRead) {
     devices.plug("event0", kKeyboard);
     devices.plug("event1", kKeyboard);
@@ -200,18 +170,6 @@ TEST_F(TheEventDevices, AreSilentWhileTheTapIsDisabled) {
     tap->setEnabled(true);
     EXPECT_EQ(held(), before);
     EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
-}
-
-TEST_F(TheEventDevices, StandABurstOfFiveHundredPresses) {
-    devices.plug("event0", kKeyboard);
-    ASSERT_TRUE(listen());
-    for (int i = 0; i < 500; ++i) {
-        devices.send("event0", KEY_A, 1);
-        devices.send("event0", KEY_A, 0);
-    }
-    runReady(queue);
-    EXPECT_EQ(heard.size(), 500U);
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 0);
 }
 
 }  // namespace

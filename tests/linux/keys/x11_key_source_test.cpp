@@ -128,20 +128,6 @@ TEST_F(TheX11Keys, AreSilentWhileTheTapIsDisabled) {
     EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
 }
 
-TEST_F(TheX11Keys, StandABurstOfFiveHundredAndThenSleep) {
-    listen(source);
-    const std::size_t before = openDescriptors();
-    for (int i = 0; i < 500; ++i) {
-        x.tap(KEY_A);
-    }
-    EXPECT_TRUE(runUntil(queue, [&] { return heard.size() >= 500; }));
-    EXPECT_THAT(hear({}), ElementsAre(49));
-    x.sync();
-    runReady(queue);
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
-    EXPECT_EQ(openDescriptors(), before);
-}
-
 TEST_F(TheX11Keys, AreNotTrustedWithoutAServer) {
     X11KeySource nowhere(queue, ":4711");
     EXPECT_FALSE(nowhere.trusted());

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "support/fake_user_manager.h"
-#include "support/open_descriptors.h"
 #include "support/private_bus.h"
 #include "support/run_queue.h"
 
@@ -105,24 +104,6 @@ TEST_F(TheUnits, AreHeardOfWhenTheBusComesLateAndComesAgain) {
         bus.kill(killedBy);
         EXPECT_TRUE(runUntil(queue, [this] { return !units->hears(); }));
     }
-}
-
-TEST_F(TheUnits, StandABurstOfFiveHundredAndThenSleep) {
-    startBus();
-    listen();
-    startManager();
-    EXPECT_EQ(launched(), 0);
-    const std::size_t before = openDescriptors();
-    for (int i = 0; i < 500; ++i) {
-        manager->start("app-gnome-maps-" + std::to_string(i) + ".scope");
-    }
-    EXPECT_EQ(launched(), 500);
-    for (int i = 0; i < 500; ++i) {
-        manager->remove("app-gnome-maps-" + std::to_string(i) + ".scope");
-    }
-    EXPECT_EQ(launched(), 0);
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
-    EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST_F(TheUnits, MayBeAskedAboutWhenTheListenerGoes) {
