@@ -21,21 +21,7 @@ namespace chimewerk {
 /// The dashboard among fakes, and its widgets as a user tells them apart.
 class DashboardFixture {
 public:
-    DashboardFixture() : DashboardFixture(nullptr) {}
-    /// On this store instead of a fake one.
-    explicit DashboardFixture(DefaultsStore* store)
-        : library(store),
-          dependencies{.sounds = *library,
-                       .notifications = library.notifications,
-                       .defaults = store == nullptr ? library.defaults : *store,
-                       .files = library.sounds,
-                       .resourceFolder = "/res",
-                       .soundFolder = folder,
-                       .keys = keys,
-                       .keyPermissionPage = keys,
-                       .isAppleSilicon = false} {
-        open();
-    }
+    DashboardFixture() { open(); }
 
     /// A dashboard as after a new start of the program, on what is stored.
     void open() {
@@ -79,7 +65,15 @@ public:
         {library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
     int batteryResets = 0;
-    DashboardDependencies dependencies;
+    DashboardDependencies dependencies{.sounds = *library,
+                                       .notifications = library.notifications,
+                                       .defaults = library.defaults,
+                                       .files = library.sounds,
+                                       .resourceFolder = "/res",
+                                       .soundFolder = folder,
+                                       .keys = keys,
+                                       .keyPermissionPage = keys,
+                                       .isAppleSilicon = false};
     std::unique_ptr<DashboardWindowController> controller;
 };
 

@@ -26,7 +26,7 @@ public:
     };
 
     /// `onChange` is called with each number that the user chooses. Those of one drag are written to the
-    /// settings once, at its end. The store outlives the slider.
+    /// settings once, at its end. The library outlives the slider.
     LabeledSlider(QWidget* parent, const Settings& settings, SoundManager& sounds,
                   std::function<void(float number)> onChange);
 

@@ -61,9 +61,7 @@ std::string keyPressDesc(const DetailFacts& facts) {
 
 std::string batteryLowDesc(const DetailFacts& facts) {
     constexpr float kUnknown = 20.0F;
-    const auto battery =
-        std::find_if(facts.events.begin(), facts.events.end(),
-                     [](const SoundEvent& event) { return event.id == event_ids::kBatteryLow; });
+    const auto battery = std::ranges::find(facts.events, event_ids::kBatteryLow, &SoundEvent::id);
     return "Plays once when battery drops to or below " +
            percentText(battery == facts.events.end() ? kUnknown : battery->threshold) +
            " while unplugged. Threshold adjustable via the slider.";
@@ -140,9 +138,7 @@ std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts) {
     if (event.id == event_ids::kBatteryLow) {
         return batteryLowDesc(facts);
     }
-    const auto* const found =
-        std::find_if(std::begin(kFixedDescs), std::end(kFixedDescs),
-                     [&event](const FixedDesc& desc) { return desc.id == event.id; });
+    const auto* const found = std::ranges::find(kFixedDescs, event.id, &FixedDesc::id);
     return found == std::end(kFixedDescs) ? "" : std::string(found->text);
 }
 
