@@ -1,4 +1,4 @@
-"""The program as a screen reader has it, and a pointer and a keyboard that go where that says."""
+"""The program through the interface of screen readers, and a pointer and a keyboard that use the places it gives."""
 
 import subprocess
 import time
@@ -12,12 +12,12 @@ PATIENCE = 10.0
 
 
 def eventually(look, what, seconds=PATIENCE):
-    """What `look` returns as soon as that is true; fails when it does not become so in time."""
+    """Calls `look` until it returns something true and returns that; fails after `seconds`."""
     deadline = time.monotonic() + seconds
     while True:
         try:
             found = look()
-        except GLib.Error:  # something has gone while it was looked at
+        except GLib.Error:  # something disappeared meanwhile
             found = None
         if found:
             return found
@@ -27,7 +27,7 @@ def eventually(look, what, seconds=PATIENCE):
 
 
 def tree(accessible):
-    """The accessible and all below it."""
+    """Yields the accessible and all below it."""
     yield accessible
     for index in range(accessible.get_child_count()):
         child = accessible.get_child_at_index(index)
@@ -68,7 +68,7 @@ class Thing:
         return box.x, box.y, box.width, box.height
 
     def wait_until_placed(self):
-        """Until whoever places it has done so."""
+        """Waits until the window manager has placed it."""
         seen = []
 
         def look():
@@ -105,7 +105,7 @@ class Thing:
         return eventually(look, f"a {role} named {name}")
 
     def wait_for_lack(self, role, name=None):
-        """Until there is no such thing to be seen."""
+        """Waits until no such thing is visible."""
         eventually(lambda: not any(thing.role == role and thing.has("SHOWING") and
                                    (name is None or thing.name.startswith(name)) for thing in self.things()),
                    f"no {role} named {name}")
@@ -124,7 +124,7 @@ def type_text(text):
 
 
 def windows():
-    """All windows of the program that there are."""
+    """Returns all windows of the program."""
     found = []
     desktop = Atspi.get_desktop(0)
     for index in range(desktop.get_child_count()):
@@ -132,7 +132,7 @@ def windows():
         if application is not None and application.get_name().lower() == "chimewerk":
             application.clear_cache()
             children = [application.get_child_at_index(place) for place in range(application.get_child_count())]
-            # A window that closes meanwhile is none.
+            # None for a window that closes meanwhile.
             found += [Thing(child) for child in children if child is not None]
     return found
 

@@ -63,14 +63,15 @@ QTextCharFormat inEmojiFont(QTextCharFormat format) {
     font.setFamilies(QStringList{QStringLiteral("Noto Color Emoji")} + font.families());
     // There is no bold one.
     font.setWeight(QFont::Normal);
-    // Pictures of a fixed size are scaled by their height, which is more than the size of their font.
+    // Pictures of a fixed size are scaled by their height, which is more than the size of
+    // their font.
     font.setPixelSize(qRound(font.pixelSize() * 1.17));
     format.setFont(font);
     return format;
 }
 
-/// `spacingAbove` is what the paragraph above keeps below itself: where two meet, a document takes the larger
-/// margin of the two, and here they add up.
+/// `spacingAbove` is the spacing below the paragraph above. A document takes the larger margin
+/// where two paragraphs meet; here the two add up.
 QTextBlockFormat blockFormat(const HelpStyle& style, int spacingAbove) {
     QTextBlockFormat format;
     format.setTopMargin(spacingAbove + style.spacingBefore);
@@ -102,14 +103,14 @@ protected:
     }
 };
 
-/// Shows the guide and keeps its colours true to the appearance. Its document's paragraphs are those of the
-/// content.
+/// Shows the guide in the colours of the desktop's appearance. Its document has one block for each
+/// paragraph of the content.
 class GuideView final : public QTextEdit {
 public:
     GuideView() : colors_(&colorSchemeOf(*this)) {
         setReadOnly(true);
         setUndoRedoEnabled(false);
-        // Not by keyboard: the arrow keys would move a cursor that nobody sees instead of scrolling.
+        // Not by keyboard: the arrow keys would move an invisible cursor instead of scrolling.
         setTextInteractionFlags(Qt::TextSelectableByMouse);
         setFrameShape(QFrame::NoFrame);
         viewport()->setAutoFillBackground(false);
@@ -129,7 +130,7 @@ protected:
     }
 
 private:
-    /// Colours in place, so that what is selected and how far it is scrolled stay.
+    /// Colours the text in place, which keeps the selection and the scroll position.
     void colorText() {
         QTextCursor cursor(document());
         cursor.beginEditBlock();
@@ -145,7 +146,7 @@ private:
         cursor.endEditBlock();
     }
 
-    /// That of the colours that the text has.
+    /// The scheme that the text is coloured in.
     const ColorScheme* colors_;
 };
 
@@ -166,7 +167,7 @@ HelpWindowController::HelpWindowController() : window_(std::make_unique<QWidget>
     window_->setWindowTitle(QString::fromUtf8(kTitle));
     window_->setMinimumSize(520, 400);
     window_->resize(700, 640);
-    // A session has no screen while none is plugged in.
+    // There is no screen while none is plugged in.
     if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
         window_->move(screen->availableGeometry().center() - window_->rect().center());
     }
@@ -201,7 +202,7 @@ void HelpWindowController::buildUI() {
     rows->addWidget(guide);
     guide->setFocus();
     buildContent(*guide->document(), colorSchemeOf(*guide));
-    // Inserting leaves the cursor, and with it the view, at the end.
+    // After insertion the cursor, and with it the view, is at the end.
     guide->moveCursor(QTextCursor::Start);
 }
 
@@ -218,7 +219,7 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
 
 void HelpWindowController::buildContent(QTextDocument& document, const ColorScheme& colors) {
     QTextCursor cursor(&document);
-    // All of it is one change, and so it is laid out once.
+    // One change, so that the text is laid out once.
     cursor.beginEditBlock();
     bool isFirst = true;
     int spacingAbove = 0;
@@ -226,7 +227,7 @@ void HelpWindowController::buildContent(QTextDocument& document, const ColorSche
         const HelpStyle& style = helpStyle(paragraph.kind);
         const QTextCharFormat format = charFormat(style, helpColor(colors, paragraph.color));
         if (isFirst) {
-            // The document's margin is all that stands above it.
+            // The document's margin is the only spacing above it.
             cursor.setBlockFormat(blockFormat(style, -style.spacingBefore));
             cursor.setBlockCharFormat(format);
         } else {

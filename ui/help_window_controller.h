@@ -14,14 +14,14 @@ namespace chimewerk {
 
 struct ColorScheme;
 
-/// The guide's window: a coloured header with the name of the program, and below it a text that scrolls. It
-/// is made hidden. Closing hides it, and it keeps its place in the text for the next time. Light and dark
-/// follow the desktop.
+/// The guide's window: a coloured header with the program's name above a text that scrolls. It
+/// starts hidden; closing hides it, and it keeps its place in the text. It is light or dark as the
+/// desktop is.
 class HelpWindowController final : public Window {
 public:
     HelpWindowController();
 
-    /// Shows the window, in front of the others if the desktop lets it.
+    /// Shows the window, in front of the others if the desktop allows it.
     void showWindow() override;
 
     QWidget& window() { return *window_; }
@@ -30,7 +30,7 @@ private:
     void buildUI();
     /// Fills an empty document with the guide.
     static void buildContent(QTextDocument& document, const ColorScheme& colors);
-    /// A label of the header: white, `alpha` from 0 to 1, on one line.
+    /// Returns a label of the header: white, on one line, as opaque as `alpha`, 0 to 1.
     static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight,
                              double alpha = 1.0);
 

@@ -14,8 +14,8 @@ namespace chimewerk {
 
 namespace {
 
-/// The toolkit's ways to a display, in the order in which it would try them, and one that needs none: without
-/// it the toolkit ends a program that finds no display.
+/// The toolkit's platforms in its own order, and last the one that needs no display: without that
+/// one the toolkit ends a program that finds no display.
 QByteArray platforms() {
     const bool wayland =
         qgetenv("XDG_SESSION_TYPE") == "wayland" && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -29,7 +29,7 @@ void setUnlessGiven(const char* variable, const QByteArray& value) {
     }
 }
 
-/// The toolkit says on the terminal what a display lacks; the program has no log.
+/// Keeps the toolkit's messages off the terminal, except the one before it ends the program.
 void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
     if (type == QtFatalMsg) {
         std::fprintf(stderr, "%s\n", qPrintable(message));
@@ -41,7 +41,7 @@ std::function<void()> jobBeforeSuddenEnd;
 void runJobBeforeSuddenEnd() {
     if (jobBeforeSuddenEnd) {
         jobBeforeSuddenEnd();
-        // Nothing may be torn down under the threads that are still running.
+        // Other threads still run, so nothing may be destroyed.
         _exit(EXIT_FAILURE);
     }
 }

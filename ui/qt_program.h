@@ -9,30 +9,31 @@
 
 namespace chimewerk {
 
-/// The toolkit and its main loop. One per process, made before any other part of `ui/` and destroyed after
-/// them. Where no display can be reached the windows are shown to nobody, and all else works. Main thread
-/// only.
+/// The toolkit and its main loop. One per process, made before any other part of `ui/` and
+/// destroyed after them. Without a display the windows are painted into memory and everything else
+/// works. Main thread only.
 class QtProgram {
 public:
-    /// `arguments` as those of `main()`, which outlive the object; the toolkit takes out those that are for
-    /// it. `id` is the program's name by which a desktop knows it, such as "org.example.Program".
+    /// The arguments are those of `main()` and outlive the object; the toolkit removes its own from
+    /// them. `id` is the name by which desktops know the program, such as "org.example.Program".
     QtProgram(int& argumentCount, char** arguments, const char* id);
     QtProgram(const QtProgram&) = delete;
     QtProgram& operator=(const QtProgram&) = delete;
     ~QtProgram();
 
-    /// Runs `dispatch` whenever `descriptor` is readable, which it is to cease to be by that. Once.
+    /// Calls `dispatch` when `descriptor` becomes readable; `dispatch` must drain it. Call once.
     void attach(int descriptor, std::function<void()> dispatch);
 
     /// Runs until `quit()`, or until the desktop ends the program.
     void run() { QApplication::exec(); }
-    /// Makes `run()` return after the present event.
+    /// Makes `run()` return after the current event.
     static void quit() { QApplication::quit(); }
 
-    /// The next window that is shown comes to the front by this leave of the desktop's; empty for none.
+    /// `token` is the desktop's activation token for the next window; empty if there is none.
     static void expectActivation(const std::string& token);
 
-    /// The toolkit ends the process on the spot when the display goes away; `job` is run before.
+    /// Calls `job` before the process ends because the display went away: the toolkit calls
+    /// exit() then.
     void beforeSuddenEnd(std::function<void()> job);
 
 private:

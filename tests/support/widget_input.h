@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-// Pointer and keyboard as a window system hands them on: to a window, which finds out which of its widgets
-// they are for, and to no widget that a dialog blocks.
+// Pointer and keyboard events for a window, as a window system sends them. The window finds the
+// widget under the pointer, and a dialog blocks the other windows.
 
 /// Lets the toolkit work until the condition holds; false if it does not within 5 s.
 template <typename Condition>

@@ -41,8 +41,8 @@ protected:
         return block;
     }
 
-    /// Where the line's share of the height begins, in pixels; the line itself is as high as its fonts, and
-    /// lies so that its baseline is at four fifths of the share.
+    /// Where the line's share of the height begins, in pixels; the line itself is as high as its
+    /// fonts, and lies so that its baseline is at four fifths of the share.
     static double topOf(const QTextBlock& block, int line) {
         const QTextLine it = block.layout()->lineAt(line);
         return block.layout()->position().y() + it.y() + it.ascent() -

@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
     QApplication::setStyle(new chimewerk::ChimewerkStyle);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const QApplication application(argc, argv);
-    // A menu takes no choice for so long, lest the click that opens it choose.
+    // For this long a menu that a click has opened ignores further clicks.
     QApplication::setDoubleClickInterval(0);
     return RUN_ALL_TESTS();
 }

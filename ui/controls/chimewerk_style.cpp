@@ -12,7 +12,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The option as what the style's caller says that it is.
+/// Casts the option to the type that its element always has.
 template <typename Option>
 const Option& as(const QStyleOption* option) {
     return *qstyleoption_cast<const Option*>(option);
@@ -66,7 +66,7 @@ QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part, int 
     }
 }
 
-/// A pop-up button's menu proposes the size of the menu, not that of the item: it is no help.
+/// Worked out here because a pop-up button's menu proposes the menu's size instead of the item's.
 QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
     constexpr int kGapBeforeShortcut = 24;
     if (item.menuItemType == QStyleOptionMenuItem::Separator) {

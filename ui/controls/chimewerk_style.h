@@ -4,12 +4,12 @@
 
 namespace chimewerk {
 
-/// The name of a property of a push button: true where a click destroys something.
+/// The name of a push button's property that is true if a click destroys something.
 inline constexpr char kDestructive[] = "chimewerkDestructive";
 
-/// How the controls of all our windows look, in light and in dark, whatever the desktop's style is: rounded
-/// shapes, one accent colour, a ring around what has the keyboard. Texts show their emoji in colour. To be
-/// given to QApplication::setStyle() before the application is made, so that no other style is loaded.
+/// The style of all controls, in light and in dark, independent of the desktop's: rounded shapes,
+/// one accent colour, a ring around the widget that has the keyboard, emoji in colour. Give it to
+/// QApplication::setStyle() before the application is made, so that no other style is loaded.
 class ChimewerkStyle final : public QProxyStyle {
 public:
     ChimewerkStyle();

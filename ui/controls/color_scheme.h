@@ -27,7 +27,8 @@ struct ColorScheme {
     bool isDark() const { return this == &dark(); }
 };
 
-/// Returns the scheme that a palette was made of, or that comes nearest: its window background decides.
+/// Returns the scheme that a palette was made of, or that comes nearest: its window
+/// background decides.
 const ColorScheme& colorSchemeOf(const QPalette& palette);
 /// Returns the scheme that the widget is painted in now.
 const ColorScheme& colorSchemeOf(const QWidget& widget);

@@ -6,8 +6,8 @@
 
 namespace chimewerk {
 
-/// Places widgets below one another in their parent, each as high as it needs to be, and mirrors them
-/// where the language reads from right to left. Lengths are device-independent pixels.
+/// Places widgets below one another in their parent, each as high as it needs to be, and mirrors
+/// them where the language reads from right to left. Lengths are device-independent pixels.
 class Column {
 public:
     /// One of several widgets side by side.
@@ -15,11 +15,11 @@ public:
         QWidget& widget;
         /// Between it and the one before it.
         int gap = 0;
-        /// 0: as wide as it wants to be.
+        /// 0 for the widget's preferred width.
         int width = 0;
     };
 
-    /// Within the margins, in a parent of this width.
+    /// `parentWidth` includes the margins.
     Column(Qt::LayoutDirection direction, int parentWidth, const QMargins& margins)
         : direction_(direction),
           parentWidth_(parentWidth),
@@ -31,7 +31,7 @@ public:
     void skipTo(int bottom) { bottom_ = bottom; }
     /// As wide as the column.
     void add(QWidget& widget);
-    /// From the start of the line, all centred on the highest.
+    /// Side by side from the start of the line, vertically centred on the highest.
     void addRow(std::initializer_list<Cell> cells);
     /// At this place, which is mirrored too. Does not move what follows.
     void place(QWidget& widget, const QRect& where) const;

@@ -5,8 +5,8 @@
 
 namespace chimewerk {
 
-/// How the parts of controls are painted; `ChimewerkStyle` says when. The look is that of the option's
-/// palette, lengths are device-independent pixels. Each leaves the painter as it was.
+// Paints the parts of controls for `ChimewerkStyle`, in the colour scheme of the option's palette.
+// Lengths are device-independent pixels. Each function restores the painter's state.
 
 /// What fills a push button.
 enum class ButtonKind { plain, standard, destructive };
@@ -14,7 +14,7 @@ enum class ButtonKind { plain, standard, destructive };
 void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind);
 /// The colour of a button's title.
 QColor buttonTextColor(const QStyleOption& option, ButtonKind kind);
-/// `QStyle::State_Selected` stands for a background in the accent colour.
+/// `QStyle::State_Selected` means that the background has the accent colour.
 void paintCheckBox(QPainter& painter, const QStyleOption& option);
 void paintPopUpButton(QPainter& painter, const QStyleOption& option);
 void paintSliderGroove(QPainter& painter, const QStyleOptionSlider& option, const QRect& groove,
@@ -23,9 +23,9 @@ void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, cons
 void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
 void paintTextField(QPainter& painter, const QStyleOption& option);
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option);
-/// Around what has the keyboard, within `rect`.
+/// A ring within `rect`, around the widget that has the keyboard.
 void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect, qreal radius);
-/// Whether a ring is due: only who works with the keyboard sees it.
+/// Whether a focus ring shows: only while the user works with the keyboard.
 bool showsFocusRing(const QStyleOption& option);
 
 }  // namespace chimewerk

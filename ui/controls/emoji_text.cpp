@@ -89,7 +89,7 @@ QString elided(const QFont& font, const QString& text, int width) {
     if (textWidth(font, text) <= width) {
         return text;
     }
-    // The metrics know nothing of the wider emoji: what they think fits may have to be cut a little more.
+    // The metrics do not know the wider colour emoji, so their result may have to be cut further.
     const QFontMetrics metrics(font);
     QString shorter = metrics.elidedText(text, Qt::ElideRight, width);
     for (int less = width; textWidth(font, shorter) > width && less > 0; --less) {
@@ -113,7 +113,7 @@ void drawText(QPainter& painter, const QRect& rect, int flags, const QString& te
     option.setTextDirection(painter.layoutDirection());
     option.setWrapMode((flags & Qt::TextWordWrap) != 0 ? QTextOption::WordWrap
                                                        : QTextOption::ManualWrap);
-    // Alignment is ours, so that it takes the text for what is drawn.
+    // Lines are aligned in layLines(), by the width that is drawn.
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     layout.setTextOption(option);
     const Qt::Alignment alignment = QStyle::visualAlignment(

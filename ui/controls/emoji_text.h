@@ -7,18 +7,18 @@
 
 namespace chimewerk {
 
-/// Whether some of the text is to be shown as emoji. Text fonts have black-and-white glyphs for a few of
-/// them, and would win.
+/// Whether any part of the text is emoji.
 bool holdsEmoji(const QString& text);
 
-/// How wide the text is on one line, its emoji in colour; device-independent pixels.
+/// Returns the width of the text on one line, its emoji in colour, in device-independent pixels.
 int textWidth(const QFont& font, const QString& text);
 
-/// The text, cut short with an ellipsis at its end where it is wider than this.
+/// Returns the text, cut short with an ellipsis at its end if it is wider than `width`.
 QString elided(const QFont& font, const QString& text, int width);
 
-/// Draws as QPainter::drawText() does, with the painter's font and pen, and every emoji in colour. `flags` is
-/// an alignment, which an RTL painter mirrors, with Qt::TextWordWrap and the two mnemonic flags.
+/// Draws as QPainter::drawText() does, with the painter's font and pen, and every emoji in colour.
+/// `flags` is an alignment, which an RTL painter mirrors, with Qt::TextWordWrap and the two
+/// mnemonic flags.
 void drawText(QPainter& painter, const QRect& rect, int flags, const QString& text);
 
 }  // namespace chimewerk

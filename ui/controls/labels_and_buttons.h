@@ -7,7 +7,8 @@
 
 namespace chimewerk {
 
-// Makers of the texts and push buttons that the windows are made of. The caller gives each a parent.
+// Makers of the texts and push buttons that the windows are made of. The caller gives each
+// a parent.
 
 /// Which of the text colours a label has. It follows its window from light to dark and back.
 enum class LabelColor { label, secondary, tertiary, quaternary };

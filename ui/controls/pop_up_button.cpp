@@ -9,14 +9,14 @@
 namespace chimewerk {
 
 PopUpButton::PopUpButton() {
-    // As wide as its place, whatever its items are.
+    // The items do not influence the width.
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(1);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 void PopUpButton::showPopup() {
-    // A menu is a window of its own and would be in the desktop's colours.
+    // The menu is a window of its own, which would have the desktop's colours.
     const QPalette colors = paletteOf(colorSchemeOf(*this));
     view()->window()->setPalette(colors);
     view()->setPalette(colors);

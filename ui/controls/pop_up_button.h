@@ -4,8 +4,9 @@
 
 namespace chimewerk {
 
-/// A button that shows a choice and opens the menu of all. What is chosen changes only in that menu, by
-/// `activated()`: no turn of the wheel and no key changes it unseen.
+/// A button that shows the current choice and opens a menu of all choices. Only that menu
+/// changes the choice, and emits `activated()`; neither the wheel nor a key changes it while the
+/// menu is closed.
 class PopUpButton final : public QComboBox {
 public:
     PopUpButton();

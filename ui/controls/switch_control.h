@@ -5,12 +5,11 @@
 
 namespace chimewerk {
 
-/// A switch: a knob that slides from one end of its track to the other. To the keyboard and to those who
-/// cannot see it, it is a check box. It slides when the user moves it, and jumps when the program does.
+/// A switch: a knob on a track. It slides when the user moves it, and jumps when the program does.
+/// For the keyboard and for assistive programs it is a check box.
 class SwitchControl final : public QCheckBox {
 public:
-    /// How much wider and higher than its track it is on every side, for the ring around what has the
-    /// keyboard.
+    /// By how much it exceeds its track on every side, which is room for the focus ring.
     static constexpr int kOverhang = 3;
 
     explicit SwitchControl(QWidget* parent = nullptr);

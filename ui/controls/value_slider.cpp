@@ -14,7 +14,7 @@ namespace {
 /// The slider itself counts in tenths of the unit.
 constexpr int kFineness = 10;
 
-/// What assistive programs see of it: the toolkit's own would tell them tenths.
+/// The slider for assistive programs; the toolkit's own would give them tenths.
 class AccessibleValueSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
     explicit AccessibleValueSlider(ValueSlider* slider)
@@ -80,7 +80,7 @@ void ValueSlider::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && !knob.contains(event->position().toPoint())) {
         setSliderPosition(valueAt(event->position().toPoint().x()));
     }
-    // The knob is under the pointer now, and is dragged on from there.
+    // The knob is under the pointer now, so the drag begins there.
     QSlider::mousePressEvent(event);
 }
 

@@ -6,26 +6,26 @@
 
 namespace chimewerk {
 
-/// A horizontal slider over real numbers that are shown in a unit of their own, such as 0.0 to 1.0 as 0% to
-/// 100%. The arrow keys move by one of these units, a click moves the knob to where it was made, and
-/// assistive programs are told the number and the text that are shown.
+/// A horizontal slider over real numbers that are shown in a unit of their own, such as 0.0 to 1.0
+/// as 0% to 100%. An arrow key moves it by one unit, and a click moves the knob to the pointer.
+/// Assistive programs get the number and the text in that unit.
 class ValueSlider final : public QSlider {
 public:
     using Text = std::function<std::string(float number)>;
 
     struct Range {
-        /// In the unit that is shown.
+        /// In the shown unit.
         int minimum;
         int maximum;
-        /// What one of these units is worth.
+        /// The number that is shown as one unit.
         double unit;
     };
 
     ValueSlider(const Range& range, Text text);
 
-    /// The number that it stands at, to a tenth of the unit.
+    /// Returns its number, to a tenth of the unit.
     float number() const;
-    /// Moves it there, or as near as it can go, without telling anyone.
+    /// Moves it to this number, or as near as it can go, without emitting a signal.
     void setNumber(float number);
 
     const Range& range() const { return range_; }

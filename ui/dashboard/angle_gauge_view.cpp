@@ -134,7 +134,7 @@ void AngleGaugeView::paintEvent(QPaintEvent*) {
     for (const GaugeShape& shape : gaugeShapes({area.width(), area.height()}, state, measured)) {
         std::visit(paint, shape);
     }
-    // What is told is what is shown, and so it changes with the picture.
+    // The description changes with the picture, so that both say the same.
     const QString description = QString::fromStdString(gaugeDescription(state));
     if (accessibleDescription() != description) {
         setAccessibleDescription(description);

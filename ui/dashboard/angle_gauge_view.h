@@ -4,11 +4,11 @@
 
 namespace chimewerk {
 
-/// A half-circle dial from 0° to 180° with the lid's angle as a needle and the threshold as a mark. Setting a
-/// property does not repaint: whoever sets one calls update().
+/// A half-circle dial from 0° to 180° with the lid's angle as a needle and the threshold as a mark.
+/// Setting a property does not repaint; call update() for that.
 ///
-/// The labels reach beyond the dial's own bounds, and so the contents' margins are theirs: a dial in bounds
-/// of width x height needs a view that is `kOverhang` wider on both sides and `kOverhang` higher.
+/// The labels reach beyond the dial's bounds into the view's contents' margins: a dial of width x
+/// height needs a view that is `kOverhang` wider on both sides and `kOverhang` higher.
 class AngleGaugeView final : public QWidget {
 public:
     static constexpr int kOverhang = 8;

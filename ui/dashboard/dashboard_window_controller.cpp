@@ -90,7 +90,7 @@ void DashboardWindowController::center() {
         const QRect available = screen->availableGeometry();
         QRect place(QPoint(), kContentSize);
         place.moveCenter(available.center());
-        // On a screen that is too small for the window, its title bar stays within reach.
+        // The title bar stays on a screen that is too small for the window.
         window_.move(std::max(place.left(), available.left()),
                      std::max(place.top(), available.top()));
     }
@@ -148,8 +148,8 @@ QWidget* DashboardWindowController::buildTitleRow() {
 
     auto* const titleRow = new QWidget;
     auto* const row = new QHBoxLayout(titleRow);
-    // The title is 20 below the top and 8 above the themes. The button is centred on it, higher, and reaches
-    // into both gaps.
+    // The title is 20 below the top and 8 above the themes. The higher button is centred on it and
+    // reaches into both gaps.
     const int reach =
         std::max(0, (appearanceBtn_->sizeHint().height() - title->sizeHint().height() + 1) / 2);
     row->setContentsMargins(16, 20 - reach, 8, 8 - reach);
@@ -211,7 +211,7 @@ void DashboardWindowController::onCounterUpdated(const Notification& notificatio
     }
 }
 
-// Counts may change more often than a display shows anything: it is not painted more often than that.
+// Counts may change more often than a display is refreshed; painting is limited to that.
 void DashboardWindowController::showCounts() {
     if (newCounts_.empty()) {
         return;

@@ -16,11 +16,12 @@
 
 namespace chimewerk {
 
-/// The window that configures the events: a sidebar with the themes and a table of all events, and beside it
-/// the settings of the selected one. Keeps itself up to date, hidden or not. Main thread only.
+/// The window that configures the events: a sidebar with the themes and a table of all events, and
+/// beside it the settings of the selected event. It stays up to date while it is hidden. Main
+/// thread only.
 class DashboardWindowController final : public Window {
 public:
-    /// Makes the window without showing it. Needs the toolkit's application; all dependencies outlive it.
+    /// Makes the window without showing it. Needs the toolkit's application.
     DashboardWindowController(const DashboardDependencies& dependencies,
                               DashboardMonitors monitors);
 
@@ -48,16 +49,17 @@ private:
     const DashboardDependencies deps_;
     const DashboardMonitors monitors_;
     SoundManager& sm_;
-    /// In the events; 0 or a row of the table. Changes only with the table's selection.
+    /// The index of the selected event; 0 if no row is selected. Changes only with the
+    /// table's selection.
     std::size_t selectedIndex_ = 0;
     bool isDarkMode_;
-    /// The events whose new counts do not show yet.
+    /// Indices of the events whose new counts are not shown yet.
     std::set<std::size_t> newCounts_;
-    /// Runs for a moment after counts were shown; until it ends, newer ones wait.
+    /// Runs after counts were shown; newer counts wait until it ends.
     QTimer countPause_;
 
     QWidget window_;
-    // All that follows is the window's, which destroys it.
+    // The window owns the following widgets.
     QWidget* sidebarBgView_ = nullptr;
     QWidget* dividerView_ = nullptr;
     QPushButton* appearanceBtn_ = nullptr;

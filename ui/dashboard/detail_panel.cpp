@@ -16,19 +16,20 @@ namespace {
 constexpr int kMargin = 28;
 constexpr int kBottomMargin = 8;
 constexpr int kGaugeHeight = 130;
-/// As low as the dial may get where long texts leave no more room.
+/// The dial is lower than kGaugeHeight if long texts take its room, but not lower than this.
 constexpr int kLowestGauge = 84;
 
 }  // namespace
 
-/// Dims what it lies over, as if that were less opaque, all but the switch that ends the dimming.
+/// Dims the panel as if that were less opaque, except for the switch, which ends the dimming.
 class DetailPanel::Veil final : public QWidget {
 public:
     explicit Veil(QWidget* parent) : QWidget(parent) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         hide();
     }
-    /// `alpha` is how opaque what lies beneath looks, 0 to 1; `clear` is the area that it does not dim.
+    /// `alpha` is the opacity that the panel seems to have, 0 to 1; `clear` is the area that is
+    /// not dimmed.
     void set(double alpha, const QRect& clear) {
         alpha_ = alpha;
         clear_ = clear;
@@ -261,7 +262,8 @@ void DetailPanel::hideEvent(QHideEvent* event) {
     watch_.stop();
 }
 
-/// Nothing announces a permission, a tap or a sensor that comes or goes: while they show, they are polled.
+/// Permission, tap and sensor come and go without a notification, so they are polled while
+/// they show.
 void DetailPanel::watch() {
     const bool wanted =
         isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::threshold);
@@ -272,7 +274,7 @@ void DetailPanel::watch() {
     }
 }
 
-/// Texts begin where the controls do, whatever the direction of their own language is.
+/// Aligns texts with the controls, independent of the direction of their own language.
 void DetailPanel::alignTexts() {
     for (QLabel* const label : findChildren<QLabel*>()) {
         if ((label->alignment() & Qt::AlignHCenter) == 0) {

@@ -20,9 +20,10 @@ namespace chimewerk {
 /// The right part of the dashboard: the settings of the selected event, in boxes below one another.
 class DetailPanel final : public QWidget {
 public:
-    /// `selectedIndex` returns the index of the shown event in the sound library. `onSettingsChanged` is
-    /// called when the user has changed something that the list of events shows too; it shows the list
-    /// anew and keeps the selection. `dependencies` and `monitors` outlive the panel.
+    /// `selectedIndex` returns the index of the shown event in the sound library.
+    /// `onSettingsChanged` is called when the user has changed something that the list of events
+    /// shows too; it must update the list and keep the selection. `dependencies` and `monitors`
+    /// outlive the panel.
     DetailPanel(const DashboardDependencies& dependencies, const DashboardMonitors& monitors,
                 std::function<std::size_t()> selectedIndex,
                 std::function<void()> onSettingsChanged);
@@ -31,7 +32,7 @@ public:
     void refreshDetail();
     /// Shows how often the selected event has been triggered.
     void showCounter(std::int64_t triggerCount) { header_->showCounter(triggerCount); }
-    /// The lid's angle in degrees, whichever event is selected.
+    /// Sets the lid's angle in degrees. Any event may be selected.
     void setCurrentAngle(float degrees) { thresholdBox_->setCurrentAngle(degrees); }
 
 protected:

@@ -25,12 +25,13 @@ public:
         int gap = 0;
     };
 
-    /// `onChange` is called with each number that the user chooses. Those of one drag are written to the
-    /// settings once, at its end. The library outlives the slider.
+    /// `onChange` is called with each number that the user chooses. Those of one drag are written
+    /// to the settings once, at its end. The library outlives the slider.
     LabeledSlider(QWidget* parent, const Settings& settings, SoundManager& sounds,
                   std::function<void(float number)> onChange);
 
-    /// Shows this number, or the nearest that the slider has, and this text. Does not call `onChange`.
+    /// Shows this number, or the nearest that the slider has, and this text. Does not
+    /// call `onChange`.
     void display(float number, const std::string& text);
     void setSliderEnabled(bool enabled) { slider_->setEnabled(enabled); }
 

@@ -7,13 +7,14 @@
 
 namespace chimewerk {
 
-/// A part of the detail panel, which places its own widgets below one another. Its contents' margins
-/// are room for what reaches beyond its bounds. Lengths are device-independent pixels.
+/// A part of the detail panel that places its own widgets below one another. What reaches beyond
+/// its contents lies in its contents' margins. Lengths are device-independent pixels.
 class PanelBox : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Lays the box out within this width, its contents beginning at `corner`; returns where they end.
+    /// Lays the box out within this width, its contents beginning at `corner`; returns where
+    /// they end.
     int arrange(QPoint corner, int width);
 
 protected:

@@ -21,7 +21,7 @@ QRect selectionRect(const QRect& cell, Qt::LayoutDirection direction) {
     return QStyle::visualRect(direction, cell, cell.marginsRemoved(kSelectionMargins));
 }
 
-/// The part of a row that has this frame.
+/// Maps frames within a row to rectangles of the table.
 class Placement {
 public:
     Placement(const QRect& cell, Qt::LayoutDirection direction)
@@ -85,7 +85,7 @@ void paintLine(QPainter& painter, const QFont& font, const QColor& color, const 
              elided(font, text, rect.width()));
 }
 
-/// A long count takes the room that it needs from the hint.
+/// A long count takes its room from the hint.
 void paintHintAndBadge(QPainter& painter, const Placement& place, Qt::LayoutDirection direction,
                        const SidebarRow& row, const RowColors& colors) {
     const QFont badgeFont = monospacedDigitSystemFont(10);

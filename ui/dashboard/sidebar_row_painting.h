@@ -11,7 +11,8 @@ namespace chimewerk {
 /// Paints one row of the dashboard's table into the option's rectangle.
 void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, const SidebarRow& row);
 
-/// Where a click means the check box of the row that lies in `cell`: somewhat more than the box.
+/// Returns the area in which a click counts for the check box of the row in `cell`: a little more
+/// than the box.
 QRect sidebarCheckBoxArea(const QRect& cell, Qt::LayoutDirection direction);
 
 }  // namespace chimewerk

@@ -66,7 +66,7 @@ void SidebarTable::Delegate::paint(QPainter* painter, const QStyleOptionViewItem
 bool SidebarTable::Delegate::editorEvent(QEvent* event, QAbstractItemModel* model,
                                          const QStyleOptionViewItem& option,
                                          const QModelIndex& index) {
-    // The check box is not where the toolkit would have it: the mouse is the table's own matter.
+    // The check box is not where the toolkit expects it, so the table handles the mouse itself.
     return event->type() == QEvent::KeyPress &&
            QStyledItemDelegate::editorEvent(event, model, option, index);
 }
@@ -120,7 +120,7 @@ std::optional<int> SidebarTable::checkBoxAt(QPoint place) const {
                : std::nullopt;
 }
 
-// A click on a check box switches, and selects nothing.
+// A click on a check box switches the event and does not select the row.
 void SidebarTable::mousePressEvent(QMouseEvent* event) {
     pressedBox_ = event->button() == Qt::LeftButton ? checkBoxAt(event->pos()) : std::nullopt;
     if (!pressedBox_) {

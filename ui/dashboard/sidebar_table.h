@@ -11,12 +11,13 @@
 
 namespace chimewerk {
 
-/// The dashboard's table: one row per event, with a check box that switches it. The library is read when a
-/// row is painted; `reload()` and `reloadRow()` tell that it has changed.
+/// The dashboard's table: one row per event, with a check box that switches it. The library is read
+/// when a row is painted. Call `reload()` or `reloadRow()` after it has changed.
 class SidebarTable final : public QTableView {
 public:
     struct Callbacks {
-        /// A check box was clicked, or toggled with the keyboard: the row and the state that it asks for.
+        /// Called when a check box was clicked or toggled with the keyboard, with the state
+        /// asked for.
         std::function<void(int row, bool on)> onToggle;
         std::function<void()> onSelectionChange;
     };
@@ -24,11 +25,11 @@ public:
     /// The library outlives the table. `isAppleSilicon` as in `sidebarRow()`.
     SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Callbacks callbacks);
 
-    /// None while no row is selected.
+    /// Returns none while no row is selected.
     std::optional<int> selectedRow() const;
-    /// Shows every row anew; the selection stays.
+    /// Repaints all rows; the selection stays.
     void reload();
-    /// Shows this row anew and no other.
+    /// Repaints this row only.
     void reloadRow(int row);
 
 protected:
@@ -39,7 +40,7 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
-    /// The rows as the toolkit asks for them, their check boxes included.
+    /// The rows and their check boxes, for the toolkit.
     class Model final : public QAbstractListModel {
     public:
         Model(QObject* owner, const SoundManager& sounds, bool isAppleSilicon,
@@ -72,12 +73,12 @@ private:
         const Model& model_;
     };
 
-    /// The row whose check box is at this place of the viewport.
+    /// Returns the row whose check box is at this place of the viewport.
     std::optional<int> checkBoxAt(QPoint place) const;
 
     const Callbacks callbacks_;
     Model* const model_;
-    /// The row whose check box the mouse went down on, until it comes up.
+    /// The row whose check box the mouse was pressed on, until it is released.
     std::optional<int> pressedBox_;
 };
 

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int kTextWidth = 320;
 
-/// The sign of a warning, in the look of the windows' other pictures.
+/// Returns a warning sign in the same emoji font as the other pictures. `scale` is the screen's.
 QPixmap warningSign(qreal scale) {
     constexpr int kSide = 40;
     QPixmap pixmap(QSize(kSide, kSide) * scale);
@@ -35,7 +35,8 @@ QPixmap warningSign(qreal scale) {
     return pixmap;
 }
 
-/// The types as patterns that fit in any case: not every file dialog takes "*.wav" for "KNOCK.WAV".
+/// Returns the file types as patterns for any case: some file dialogs do not match "KNOCK.WAV"
+/// by "*.wav".
 QString nameFilter() {
     QStringList patterns;
     for (const std::string_view type : detail_texts::kSoundFileTypes) {
@@ -49,7 +50,7 @@ QString nameFilter() {
     return QStringLiteral("Sound Files (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
-/// The very bytes of the path, which need not be text; empty for what is no file of this machine.
+/// Returns the bytes of the path, which need not be text; empty if the URL is no local file.
 std::string pathOf(const QUrl& url) {
     return url.isLocalFile()
                ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1())
@@ -61,8 +62,8 @@ QUrl musicFolder() {
     return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
 }
 
-/// Says that a file is being copied, with a button that gives up. It blocks its window from the start, and
-/// appears when the copy takes longer than a moment.
+/// Says that a file is being copied and offers to cancel. It blocks its window at once and appears
+/// after half a second.
 class WaitDialog final : public QDialog {
 public:
     WaitDialog(QWidget* window, const QString& name) : QDialog(window) {
@@ -145,7 +146,7 @@ void SoundLoader::showWait(const std::string& file) {
 
 void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
     addition_.reset();
-    // Without its rejection, which would count as giving up.
+    // Deleted, not rejected: a rejection would cancel the copy.
     delete std::exchange(dialog_, nullptr).data();
     switch (outcome.kind) {
         case SoundFolder::Outcome::Kind::added:

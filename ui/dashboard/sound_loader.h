@@ -12,18 +12,19 @@
 
 namespace chimewerk {
 
-/// Lets the user choose a sound file and adds it to the sound folder. Meanwhile nothing else can be done in
-/// the window, which goes on being painted; a copy that takes long can be given up.
+/// Lets the user choose a sound file and copies it into the sound folder. Dialogs block the window
+/// meanwhile; it is still painted, and the user can cancel a copy that takes long.
 class SoundLoader final : public QObject {
 public:
     using Loaded = std::function<void(const std::string& path)>;
 
-    /// For a widget in the window that is to wait; the object is its child. The folder outlives it.
+    /// `widget` is in the window to be blocked and becomes the parent of the loader. The folder
+    /// outlives both.
     SoundLoader(QWidget& widget, SoundFolder& folder);
 
-    /// Asks for a file. `onLoaded` is called later, with the absolute path of the sound in the folder, unless
-    /// the user gives up or the file cannot be loaded, of which the user is told. Nothing while a file is
-    /// being chosen or loaded.
+    /// Asks for a file and returns at once. `onLoaded` is called later with the absolute path of
+    /// the copy; not if the user cancels, nor if the file cannot be loaded, for which a dialog says
+    /// the reason. Does nothing while a file is being chosen or loaded.
     void chooseFile(Loaded onLoaded);
 
 private:
@@ -35,9 +36,9 @@ private:
     QWidget& widget_;
     SoundFolder& folder_;
     Loaded onLoaded_;
-    /// Where the last file was chosen.
+    /// The folder in which the last file was chosen.
     QUrl lastFolder_;
-    /// What the user is busy with.
+    /// The dialog that is open, if any.
     QPointer<QDialog> dialog_;
     std::unique_ptr<SoundFolder::Addition> addition_;
 };

@@ -19,7 +19,7 @@ constexpr int kFieldWidth = 220;
 constexpr int kFieldHeight = 24;
 constexpr int kTextWidth = 300;
 
-/// A text that is broken into lines, and cut short where it is a single long word.
+/// Returns a text in up to three lines, cut in its middle if it is longer.
 QLabel* makeLines(const QString& text, int size, QFont::Weight weight, LabelColor color) {
     QLabel* const label = makeLabel(text, size, weight, color);
     const QFontMetrics metrics(label->font());
@@ -34,8 +34,8 @@ QLabel* makeLines(const QString& text, int size, QFont::Weight weight, LabelColo
     return label;
 }
 
-/// A dialog in the look of the window that it belongs to, with the texts and, below what the caller inserts,
-/// the two buttons. It destroys itself when it is closed.
+/// A dialog in the colours of its parent window: the texts, then what the caller inserts, then the
+/// two buttons. It destroys itself when it is closed.
 class Question final : public QDialog {
 public:
     Question(QWidget& parent, const DialogTexts& texts) : QDialog(parent.window()) {

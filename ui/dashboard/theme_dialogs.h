@@ -8,11 +8,11 @@
 
 namespace chimewerk {
 
-/// The questions about custom themes. Each opens a dialog that is modal to the program and returns at once;
-/// the callback comes when the user has confirmed, and never when the user has cancelled or `parent` has
-/// gone.
+// The questions about custom themes. Each function opens a dialog that blocks the program's windows
+// and returns at once. The callback is called when the user confirms; not if the user cancels or
+// `parent` is destroyed.
 
-/// Asks for a name, beginning with `value`; `placeholder` shows while the field is empty.
+/// Asks for a name. The field holds `value` at first, and shows `placeholder` while it is empty.
 void askForName(QWidget& parent, const DialogTexts& texts, const QString& value,
                 const QString& placeholder, std::function<void(const QString& name)> onConfirmed);
 

@@ -11,15 +11,15 @@
 
 namespace chimewerk {
 
-/// The dashboard's theme row: a menu of all themes and buttons that rename and delete the custom theme in
-/// use.
+/// The dashboard's theme row: a menu of all themes, and buttons to rename and delete the custom
+/// theme in use.
 class ThemePicker final : public QWidget {
 public:
-    /// `onSoundsChanged` comes after a choice that may have changed any event's sound. The library outlives
-    /// the row.
+    /// `onSoundsChanged` is called after a choice that may have changed the sound of any event. The
+    /// library outlives the row.
     ThemePicker(SoundManager& sounds, std::function<void()> onSoundsChanged);
 
-    /// Shows the library's themes and the one in use.
+    /// Shows the library's themes and which one is in use.
     void rebuildThemePopup();
 
 private:

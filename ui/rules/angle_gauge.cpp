@@ -30,7 +30,7 @@ bool hasReading(const GaugeState& state) {
     return state.sensorAvailable && std::isfinite(state.currentAngle) && state.currentAngle >= 0;
 }
 
-/// Whole degrees, truncated. What no sensor can mean is cut off where whole numbers end.
+/// Whole degrees, truncated. Values that do not fit into an integer are limited.
 std::string degrees(float angle) {
     constexpr float kLimit = 1e9F;
     return std::to_string(static_cast<int>(std::clamp(angle, -kLimit, kLimit))) + "°";

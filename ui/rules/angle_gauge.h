@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// What the gauge of the lid's angle shows. Angles are in degrees and may be anything.
+/// What the gauge of the lid's angle shows. Angles are in degrees; any value is allowed.
 struct GaugeState {
     /// Negative: no reading yet.
     float currentAngle = -1;
@@ -31,7 +31,7 @@ enum class GaugeColor { gray, orange, blue, label, tertiaryLabel, quaternaryLabe
 
 struct GaugePaint {
     GaugeColor color = GaugeColor::gray;
-    /// On top of what the colour itself lets through.
+    /// Multiplied with the colour's own opacity, 0 to 1.
     double alpha = 1;
 };
 
@@ -76,7 +76,7 @@ struct GaugeText {
     std::string text;
     GaugeFont font;
     GaugeColor color = GaugeColor::label;
-    /// The lower left corner of the box that the text was measured to fill.
+    /// The lower left corner of the text's measured box.
     GaugePoint origin;
     GaugeSize size;
 };
@@ -84,13 +84,13 @@ struct GaugeText {
 using GaugeShape = std::variant<GaugeFace, GaugeRim, GaugeLine, GaugeHub, GaugeText>;
 using MeasureGaugeText = std::function<GaugeSize(const std::string& text, const GaugeFont& font)>;
 
-/// The whole gauge, in the order of painting: later shapes lie over earlier ones. 0° is at the left end, 180°
-/// at the right end; angles beyond are not clamped. An angle that is no finite number has no needle and no
-/// mark.
+/// Returns the shapes of the gauge in the order of painting. 0° is at the left end, 180° at the
+/// right end; angles beyond are not clamped. An angle that is not a finite number has no needle and
+/// no mark.
 std::vector<GaugeShape> gaugeShapes(GaugeSize bounds, const GaugeState& state,
                                     const MeasureGaugeText& measure);
 
-/// What the gauge shows, for those who cannot see it: "112°, threshold 90°".
+/// Returns what the gauge shows, for assistive programs: "112°, threshold 90°".
 std::string gaugeDescription(const GaugeState& state);
 
 }  // namespace chimewerk

@@ -5,7 +5,7 @@
 
 namespace chimewerk {
 
-/// The stored choice between light and dark: a boolean, true for dark.
+/// The settings key of the choice between light and dark: a boolean, true for dark.
 inline constexpr char kDarkModeKey[] = "ChimewerkDarkMode";
 
 /// An opaque grey: 0 is black, 1 is white.
@@ -15,14 +15,15 @@ struct Gray {
     bool operator==(const Gray&) const = default;
 };
 
-/// What tells the dashboard's light and dark apart, beside the colours of its texts and controls.
+/// What differs between the light and the dark dashboard, beside the colours of its texts
+/// and controls.
 struct Appearance {
     bool isDark;
-    /// Of the button that switches: it names the other one.
+    /// The title of the button that switches; it names the other appearance.
     std::string buttonTitle;
-    /// None is the colour behind lists and text.
+    /// None for the colour behind lists and text.
     std::optional<Gray> sidebarBackground;
-    /// None is the colour of separators.
+    /// None for the colour of separators.
     std::optional<Gray> divider;
 };
 

@@ -16,28 +16,21 @@ inline constexpr std::string_view kAngleSection = "📐  Trigger Angle";
 inline constexpr std::string_view kBatterySection = "🪫  Alert Threshold";
 
 inline constexpr std::string_view kPermission =
-    "⚠\uFE0F  Accessibility access required. Click below to open System Settings → Privacy & "
-    "Security → "
-    "Accessibility. If Chimewerk already appears in the list, remove it (−) first, then relaunch "
-    "the app — "
-    "macOS resets permissions when the binary changes.";
+    "⚠\uFE0F  Accessibility access required. Click below to open System Settings → Privacy & Security → Accessibility. If Chimewerk already appears in the list, remove it (−) first, then relaunch the app — macOS resets permissions when the binary changes.";
 inline constexpr std::string_view kGrantButton = "Open Accessibility Settings…";
 
 inline constexpr std::string_view kLock = "🔒";
 inline constexpr std::string_view kLockTitle = "Not Supported on Intel";
 inline constexpr std::string_view kLockText =
-    "The lid angle sensor (IOKit HID) is only available on Apple Silicon Macs (M1 and later). This "
-    "feature "
-    "cannot be used on Intel-based Macs.";
+    "The lid angle sensor (IOKit HID) is only available on Apple Silicon Macs (M1 and later). This feature cannot be used on Intel-based Macs.";
 
 inline constexpr std::string_view kLoadErrorTitle = "Could Not Load Sound";
 inline constexpr std::string_view kNotASound =
-    "The file could not be read by the audio engine. Try converting it to WAV or AIFF format "
-    "first.";
-/// Goes on with the system's description of the error.
+    "The file could not be read by the audio engine. Try converting it to WAV or AIFF format first.";
+/// Followed by the system's description of the error.
 inline constexpr std::string_view kNotCopied = "Could not copy the file: ";
 
-/// The file name extensions that can be loaded, whatever the case of their letters.
+/// The file name extensions that can be loaded, in any case of letters.
 inline constexpr std::array<std::string_view, 4> kSoundFileTypes = {"mp3", "wav", "aiff", "m4a"};
 
 }  // namespace chimewerk::detail_texts

@@ -43,20 +43,16 @@ DetailBox boxOf(const SoundEvent& event, const DetailFacts& facts) {
 std::string lidAngleDesc(const DetailFacts& facts) {
     return facts.sensorFound
                ? "Plays when the lid crosses the angle threshold below (sensor active ✓)."
-               : "⚠\uFE0F Sensor not found on this Mac — requires Apple Silicon (M1 or later). "
-                 "Lid angle detection is not available on Intel Macs.";
+               : "⚠\uFE0F Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle detection is not available on Intel Macs.";
 }
 
 std::string keyPressDesc(const DetailFacts& facts) {
     if (facts.tapActive) {
-        return "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return "
-               "variants).";
+        return "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants).";
     }
     return facts.trusted
                ? "Vintage mechanical click on every keypress. Waiting for tap to initialize…"
-               : "⚠\uFE0F Accessibility access required. Click \"Open Accessibility Settings…\" "
-                 "below. If "
-                 "Chimewerk is already in the list, remove it (−) first, then relaunch the app.";
+               : "⚠\uFE0F Accessibility access required. Click \"Open Accessibility Settings…\" below. If Chimewerk is already in the list, remove it (−) first, then relaunch the app.";
 }
 
 std::string batteryLowDesc(const DetailFacts& facts) {
@@ -89,9 +85,7 @@ constexpr FixedDesc kFixedDescs[] = {
      "Plays when a new Screenshot file appears on the Desktop (Command+Shift+3/4/5)."},
     {event_ids::kAppLaunch, "Plays whenever any application finishes launching."},
     {event_ids::kTrashEmpty,
-     "Plays when the Trash is emptied. Disables the macOS Finder crumple sound while enabled so "
-     "only the "
-     "app's sound plays."},
+     "Plays when the Trash is emptied. Disables the macOS Finder crumple sound while enabled so only the app's sound plays."},
     {event_ids::kTrashAdd, "Plays when a file or folder is moved to the Trash."},
     {event_ids::kNetworkUp,
      "Plays when internet connectivity is restored (polls every 2.5 s via SCNetworkReachability)."},

@@ -12,12 +12,12 @@ namespace chimewerk {
 
 /// What decides how the panel shows an event.
 struct DetailFacts {
-    /// All events; that of the battery tells its threshold.
+    /// All events. The battery's threshold is read from here.
     const std::vector<SoundEvent>& events;
     SoundTheme currentTheme = SoundTheme::system;
     bool isCustomThemeActive = false;
     const FileSystem& files;
-    /// Where the program's own sounds are, an absolute path; empty when there is no such folder.
+    /// Where the program's own sounds are, an absolute path; empty if there is no such folder.
     std::string_view resourceFolder;
     /// Whether the lid-angle event can work on this machine.
     bool isAppleSilicon = false;
@@ -46,20 +46,20 @@ struct DetailView {
     std::string counterText;
     bool switchIsOn = false;
     bool switchIsEnabled = true;
-    /// How opaque the panel is, without its switch.
+    /// The opacity of the panel except for its switch, 0 to 1.
     double alpha = 1.0;
     DetailBox box = DetailBox::none;
     /// Whether the permission box offers to open the settings.
     bool canGrant = false;
     bool thresholdIsEnabled = false;
-    /// In degrees or percent, with its unit in the text; for the two boxes that set it.
+    /// In degrees or percent, for the two boxes that set it. The text includes the unit.
     float threshold = 0.0F;
     std::string thresholdText;
 };
 
 DetailView detailView(const SoundEvent& event, const DetailFacts& facts);
 
-/// When the event fires, in words; empty for an unknown event.
+/// Returns in words when the event triggers; empty for an unknown event.
 std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts);
 
 }  // namespace chimewerk

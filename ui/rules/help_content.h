@@ -23,19 +23,19 @@ enum class HelpKind {
 
 enum class HelpColor { label, secondaryLabel, separator, accent, tipGreen, orange };
 
-/// How a kind of paragraph looks; lengths in device-independent pixels.
+/// The style of a kind of paragraph. Lengths are device-independent pixels.
 struct HelpStyle {
     int fontSize;
     bool bold;
     HelpColor color;
-    /// Above the paragraph, in addition to what the one above keeps below itself.
+    /// Above the paragraph, in addition to the spacing below the one above.
     int spacingBefore;
     int spacingAfter;
-    /// From the left, of all lines alike.
+    /// Of all lines, from the left.
     int indent;
 };
 
-/// Below each line, in addition to what its font takes.
+/// Added to the height of each line's font.
 inline constexpr int kHelpLineSpacing = 2;
 
 const HelpStyle& helpStyle(HelpKind kind);
@@ -44,7 +44,7 @@ struct HelpParagraph {
     HelpKind kind;
     /// As shown, with its number or sign, in UTF-8 and without a line feed.
     std::string text;
-    /// That of its kind, but for the headings that have one of their own.
+    /// The colour of its kind, except for headings with one of their own.
     HelpColor color;
 };
 

@@ -15,9 +15,9 @@ struct SidebarRow {
     std::string hint;
     /// How often it was triggered; empty when never.
     std::string badge;
-    /// Opacity of the texts, 0 to 1; never that of the switch or the lock.
+    /// The opacity of the texts, 0 to 1. The switch and the lock are always opaque.
     double alpha = 1.0;
-    /// Whether the check box is set; none where a lock stands in its place.
+    /// Whether the check box is set; none if there is a lock in its place.
     std::optional<bool> isOn;
 
     bool operator==(const SidebarRow&) const = default;
@@ -31,11 +31,12 @@ bool isLocked(const SoundEvent& event, bool isAppleSilicon);
 
 SidebarRow sidebarRow(const SoundEvent& event, const SoundManager& sounds, bool isAppleSilicon);
 
-/// The row as a screen reader says it, but for its switch, which speaks for itself.
+/// Returns the row as a screen reader says it, without the state of its check box.
 std::string spokenSidebarRow(const SidebarRow& row);
 
-/// Where a part of a row is: from its left edge and from its top, in points. What a row is wider than 200
-/// goes to the name and the hint; the badge and the switch keep their distance from the right edge.
+/// Where a part of a row is, from its left edge and its top, in device-independent pixels. Width
+/// beyond 200 goes to the name and the hint; the badge and the switch keep their distance from the
+/// right edge.
 struct RowFrame {
     int x;
     int y;
@@ -56,7 +57,7 @@ struct SidebarRowLayout {
 
 inline constexpr int kSidebarRowHeight = 56;
 
-/// The layout of a row of this width, in points.
+/// Returns the layout of a row of this width in device-independent pixels.
 SidebarRowLayout sidebarRowLayout(int width);
 
 }  // namespace chimewerk

@@ -12,7 +12,7 @@ namespace {
 constexpr int kFirstBuiltIn = 1000;
 constexpr int kFirstCustom = 2000;
 constexpr int kNewTheme = 3000;
-/// Custom themes that find no tag below that of the new theme have theirs above it.
+/// Further custom themes have their tags above that of the new theme.
 constexpr int kCustomsBelowNewTheme = kNewTheme - kFirstCustom;
 
 int customTag(std::size_t position) {

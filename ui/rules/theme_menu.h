@@ -13,37 +13,38 @@ namespace chimewerk {
 struct ThemeMenuItem {
     /// Empty for a separator.
     std::string title;
-    /// What the item stands for, see `themeChoice()`; none for a separator.
+    /// Decoded by `themeChoice()`; none for a separator.
     std::optional<int> tag = std::nullopt;
 
     bool operator==(const ThemeMenuItem&) const = default;
 };
 
-/// The theme row: the menu, and which item shows. No two items have the same title.
+/// The theme row: the menu and which of its items shows. No two items have the same title.
 struct ThemeMenu {
     std::vector<ThemeMenuItem> items;
     std::size_t selected = 0;
-    /// Whether the buttons that rename and delete the theme in use are there.
+    /// Whether the buttons that rename and delete the theme in use show.
     bool showsThemeButtons = false;
 
     bool operator==(const ThemeMenu&) const = default;
 };
 
-/// The menu for what the library has now.
+/// Returns the menu for the library's current themes.
 ThemeMenu themeMenu(const SoundManager& sounds);
 
-/// What an item's tag stands for.
+/// The meaning of an item's tag.
 struct ThemeChoice {
     enum class Kind { builtIn, custom, newTheme, none };
 
     Kind kind = Kind::none;
-    /// In `kAllThemes` or in the custom themes, within their bounds.
+    /// A valid index into `kAllThemes` or the custom themes.
     std::size_t position = 0;
 
     bool operator==(const ThemeChoice&) const = default;
 };
 
-/// Among so many custom themes; `none` for a tag that no item has.
+/// Returns the meaning of a tag; `none` if no item has it. `customThemes` is the number of
+/// custom themes.
 ThemeChoice themeChoice(int tag, std::size_t customThemes);
 
 }  // namespace chimewerk

@@ -10,7 +10,7 @@ namespace chimewerk {
 namespace {
 
 QString titleOf(const MenuItem& item) {
-    // An ampersand would be taken for the mark of a mnemonic.
+    // A single ampersand would mark a mnemonic.
     return QString::fromStdString(item.title).replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 

@@ -12,7 +12,7 @@
 
 namespace chimewerk {
 
-/// The tray icon of the toolkit.
+/// The status item as the toolkit's tray icon. It appears when there is a tray.
 class QtStatusItem final : public StatusItem {
 public:
     QtStatusItem();

@@ -33,7 +33,7 @@ QPainterPath speaker() {
     return path;
 }
 
-/// The speaker in the program's violet on a rim of the opposite lightness, one of which any panel shows.
+/// Paints the speaker in dark violet with a light rim: every panel contrasts with one of the two.
 void paintSpeaker(QPainter& painter, const QRectF& place) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);

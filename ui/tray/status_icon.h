@@ -4,8 +4,8 @@
 
 namespace chimewerk {
 
-/// The program's icon for a tray: a speaker, drawn anew for each size and scale, that stands out from light
-/// and dark panels.
+/// Returns the program's tray icon: a speaker, drawn for each size and scale, visible on light and
+/// dark panels.
 QIcon makeStatusIcon();
 
 }  // namespace chimewerk

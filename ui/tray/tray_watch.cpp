@@ -17,7 +17,7 @@ namespace {
 
 constexpr auto kRegistrar = "org.kde.StatusNotifierWatcher";
 
-/// The connection to the X11 display that the program's windows are on; null where that is none.
+/// Returns the toolkit's connection to the X11 display; null if the windows are not on one.
 xcb_connection_t* x11Connection() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     return x11 == nullptr ? nullptr : x11->connection();
@@ -44,7 +44,7 @@ TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) 
     if (xcb_connection_t* const server = x11Connection()) {
         manager_ = atomNamed(server, "MANAGER");
         traySelection_ = atomNamed(server, "_NET_SYSTEM_TRAY_S0");
-        // A tray that comes is told to the root window, whose events the toolkit has asked for.
+        // A new tray sends a message to the root window, whose events the toolkit has selected.
         qApp->installNativeEventFilter(this);
     }
     const QDBusConnection bus = QDBusConnection::sessionBus();
@@ -60,7 +60,7 @@ TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) 
 }
 
 TrayWatch::~TrayWatch() {
-    // The application has gone before when it ends in disorder, and forgotten its filters.
+    // In a sudden end the application is destroyed first, with its filters.
     if (qApp != nullptr) {
         qApp->removeNativeEventFilter(this);
     }

@@ -8,12 +8,12 @@
 
 namespace chimewerk {
 
-/// Waits until the desktop has a tray: one that items register with over the session bus, or one that embeds
-/// windows on an X11 display. The toolkit decides once, when its first tray icon is made, which of the two
-/// it talks to, so that none must be made before either is there. Main thread only.
+/// Waits until the desktop has a tray: one that icons register with over the session bus, or one
+/// that embeds windows on an X11 display. The toolkit chooses between the two once, when the first
+/// icon is made, so no icon may be made before there is a tray. Main thread only.
 class TrayWatch final : private QAbstractNativeEventFilter {
 public:
-    /// `onTray` is called once: before the constructor returns when there is a tray already, else from the
+    /// `onTray` is called once: by the constructor if there is a tray already, else from the
     /// event loop.
     explicit TrayWatch(std::function<void()> onTray);
     ~TrayWatch() override;

@@ -16,7 +16,8 @@ namespace {
 
 constexpr int kOverhang = AngleGaugeView::kOverhang;
 
-/// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the lower left.
+/// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the
+/// lower left.
 std::unique_ptr<AngleGaugeView> viewOf(float angle,
                                        const ColorScheme& colors = ColorScheme::light()) {
     auto view = std::make_unique<AngleGaugeView>();

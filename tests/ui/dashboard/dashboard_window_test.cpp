@@ -25,7 +25,7 @@ using testing::IsEmpty;
 constexpr int kLidAngleRow = 3;
 constexpr int kKeyPressRow = 8;
 
-/// Notes what a widget paints anew.
+/// Records the areas that a widget paints.
 class PaintLog final : public QObject {
 public:
     explicit PaintLog(QWidget& widget) { widget.installEventFilter(this); }

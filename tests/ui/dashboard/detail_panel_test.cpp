@@ -277,7 +277,8 @@ TEST_F(TheDetailPanel, CutsNothingOffAndOverlapsNothing) {
                 EXPECT_GE(part->height(), part->hasHeightForWidth()
                                               ? part->heightForWidth(part->width())
                                               : part->sizeHint().height());
-                // The large emoji is drawn in a font that is narrower than the one it is measured by.
+                // The large emoji is drawn in a font that is narrower than the one it is
+                // measured by.
                 if (!part->hasHeightForWidth() && part->font().pixelSize() < 40) {
                     EXPECT_GE(part->width(), part->sizeHint().width());
                 }

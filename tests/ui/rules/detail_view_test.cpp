@@ -141,10 +141,7 @@ TEST_F(TheDetailView, LetsTheAngleBeSetOnlyWithASensor) {
     EXPECT_FALSE(show("lid_angle").thresholdIsEnabled);
     EXPECT_EQ(
         show("lid_angle").triggerText,
-        "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle "
-        "detection "
-        "is "
-        "not available on Intel Macs.");
+        "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle detection is not available on Intel Macs.");
 }
 
 TEST_F(TheDetailView, TellsTheBatterysThresholdInTheListNotInTheRecord) {
@@ -152,15 +149,13 @@ TEST_F(TheDetailView, TellsTheBatterysThresholdInTheListNotInTheRecord) {
     EXPECT_EQ(show("battery_low").thresholdText, "20%");
     event("battery_low").threshold = 15.9F;
     EXPECT_EQ(show("battery_low").thresholdText, "15%");
-    EXPECT_EQ(triggerDesc(copy, facts),
-              "Plays once when battery drops to or below 15% while unplugged. Threshold adjustable "
-              "via the "
-              "slider.");
+    EXPECT_EQ(
+        triggerDesc(copy, facts),
+        "Plays once when battery drops to or below 15% while unplugged. Threshold adjustable via the slider.");
     events.clear();
-    EXPECT_EQ(triggerDesc(copy, facts),
-              "Plays once when battery drops to or below 20% while unplugged. Threshold adjustable "
-              "via the "
-              "slider.");
+    EXPECT_EQ(
+        triggerDesc(copy, facts),
+        "Plays once when battery drops to or below 20% while unplugged. Threshold adjustable via the slider.");
 }
 
 TEST_F(TheDetailView, AsksForThePermissionToHearKeysOnlyWithoutIt) {
@@ -170,18 +165,15 @@ TEST_F(TheDetailView, AsksForThePermissionToHearKeysOnlyWithoutIt) {
         std::string text;
     };
     const std::string active =
-        "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return "
-        "variants).";
-    for (const auto& [tap, trusted, text] :
-         {Case{true, true, active}, Case{true, false, active},
-          Case{false, true,
-               "Vintage mechanical click on every keypress. Waiting for tap to initialize…"},
-          Case{false, false,
-               "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" "
-               "below. "
-               "If "
-               "Chimewerk "
-               "is already in the list, remove it (−) first, then relaunch the app."}}) {
+        "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants).";
+    for (
+        const auto& [tap, trusted, text] :
+        {Case{true, true, active}, Case{true, false, active},
+         Case{false, true,
+              "Vintage mechanical click on every keypress. Waiting for tap to initialize…"},
+         Case{
+             false, false,
+             "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" below. If Chimewerk is already in the list, remove it (−) first, then relaunch the app."}}) {
         facts.tapActive = tap;
         facts.trusted = trusted;
         EXPECT_EQ(show("key_press").triggerText, text) << tap << trusted;

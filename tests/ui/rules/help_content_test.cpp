@@ -31,8 +31,8 @@ std::vector<std::string> textsOf(HelpKind kind) {
     return texts;
 }
 
-// The fingerprint of all paragraphs: their kinds, colours and words. If you have changed one on purpose, the
-// failing test prints the guide and its new fingerprint.
+// The fingerprint of all paragraphs: their kinds, colours and words. If you have changed one on
+// purpose, the failing test prints the guide and its new fingerprint.
 TEST(TheGuide, HasNotChangedByAccident) {
     std::string whole;
     for (const HelpParagraph& paragraph : helpContent()) {
