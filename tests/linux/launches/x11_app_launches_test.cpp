@@ -153,7 +153,9 @@ TEST_F(TheWindows, AreNoLaunchesWhenTheirProcessIsKnownOrOursOrHeardOfElsewhere)
     client.open(ours());
     client.open(static_cast<std::uint32_t>(kInUnit));
     const auto living = static_cast<std::uint32_t>(getppid());
-    client.close(client.open(living));
+    const auto first = client.open(living);
+    EXPECT_EQ(launchesUntilNow(), 1);
+    client.close(first);
     client.open(living);  // The process lives on, so this is no launch.
     client.open(0x30000001, "_NET_WM_WINDOW_TYPE_DOCK");
     client.open(0x30000002, "_NET_WM_WINDOW_TYPE_DIALOG");
