@@ -91,25 +91,22 @@ class Sink:
         self._recorder.stdout.close()
 
 
-def brightness_at(x, y):
-    """Of one pixel of the screen, 0 to 255."""
-    pixel = subprocess.run(["ffmpeg", "-v", "error", "-f", "x11grab", "-video_size", "2x2", "-i",
-                            f"{os.environ['DISPLAY']}+{x},{y}", "-frames:v", "1", "-f", "rawvideo", "-pix_fmt", "gray",
-                            "-"], capture_output=True, check=True).stdout
-    return pixel[0]
-
-
 class TheDashboard(unittest.TestCase):
     """The program, started for each test with factory settings and its dashboard open."""
 
     def setUp(self):
         SETTINGS.unlink(missing_ok=True)
-        self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
-                                        env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
+        self.start()
         self.addCleanup(self.end)
         self.dashboard = window(DASHBOARD)
         self.row("Single Knock")
         self.dashboard.wait_until_placed()
+
+    def start(self, **changes):
+        """With these changes of the environment; None removes a variable."""
+        environment = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **changes}
+        self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
+                                        env={name: value for name, value in environment.items() if value is not None})
 
     def end(self):
         if self.program.poll() is None:
@@ -217,7 +214,7 @@ class TheDashboard(unittest.TestCase):
         self.wait_for_theme("👤 Focus")
         self.dashboard.find("push button", "Rename theme").click()
         wait_for_field()
-        keys("ctrl+a")
+        # The old name is selected, so that typing replaces it.
         type_text("Night")
         keys("Return")
         self.wait_for_theme("👤 Night")
@@ -231,18 +228,36 @@ class TheDashboard(unittest.TestCase):
         self.row("Single Knock, 🍎 Classic")
         self.dashboard.wait_for_lack("push button", "Delete theme")
 
-    def test_is_light_or_dark_and_remembers_it(self):
-        x, y = self.dashboard.point(0.9, 0.95)
-        eventually(lambda: brightness_at(x, y) > 200, "a light window")
-        self.dashboard.find("push button", "🌙  Dark").click()
-        self.dashboard.find("push button", "☀️  Light")
-        eventually(lambda: settings().get("ChimewerkDarkMode") is True, "dark in the settings")
-        eventually(lambda: brightness_at(x, y) < 80, "a dark window")
+    def toggle(self):
+        """Switches Single Knock without the pointer, and returns as soon as that is done."""
+        eventually(lambda: next((one for one in windows() if one.name == DASHBOARD), None),
+                   DASHBOARD).find("check box", "Single Knock").toggle()
+
+    def test_has_stored_a_change_that_is_followed_at_once_by_its_end(self):
+        self.toggle()
         self.end()
-        self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
-                                        env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
-        self.dashboard = window(DASHBOARD)
-        self.dashboard.find("push button", "☀️  Light")
+        self.assertIs(event_settings("slap")["enabled"], False, "lost by a signal")
+
+        display = subprocess.Popen(["Xvfb", "-displayfd", "1"], stdout=subprocess.PIPE, text=True)
+        self.addCleanup(display.stdout.close)
+        self.addCleanup(display.kill)
+        self.start(DISPLAY=":" + display.stdout.readline().strip())
+        self.toggle()
+        display.kill()
+        display.wait()
+        self.program.wait(10)
+        self.assertIs(event_settings("slap")["enabled"], True, "lost with the display")
+
+    def test_works_and_ends_in_order_without_a_place_for_its_settings(self):
+        for changes in ({"HOME": None, "XDG_CONFIG_HOME": None, "XDG_DATA_HOME": None}, {"XDG_CONFIG_HOME": "/proc"},
+                        {"XDG_CONFIG_HOME": "relative"}):
+            with self.subTest(**changes):
+                self.end()
+                self.start(**changes)
+                self.toggle()
+                self.assertIsNone(self.program.poll())
+        self.end()
+        self.assertIs(event_settings("slap")["enabled"], False, "a relative folder counts as none")
 
     def test_counts_what_happens_also_while_it_is_hidden(self):
         keys("ctrl+w")

@@ -141,10 +141,6 @@ class TheProgram(ProgramTest):
             self.assert_ends(self.start("--quit"))
             self.assertTrue(pump_until(lambda pair=pair: all(one.poll() == 0 for one in pair)))
 
-    def test_opens_what_its_first_start_asks_for(self):
-        self.start("--open-dashboard")
-        self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
-
     def test_tells_of_options_that_make_no_sense(self):
         process = subprocess.run([PROGRAM, "--open"], capture_output=True, text=True, check=False)
         self.assertEqual((process.returncode, process.stdout), (2, ""))

@@ -72,20 +72,15 @@ TEST_F(TheHelpWindow, IsAsLargeAsItShouldBe) {
 TEST_F(TheHelpWindow, PlacesTheLabelsOfItsHeader) {
     show();
     struct Row {
-        QString text;
         int fontSize;
         int spacingAbove;
         double alpha;
     };
     int bottom = 0;
     auto labels = window_.findChildren<QLabel*>();
-    for (const Row& row :
-         {Row{"🔊  Chimewerk", 30, 18, 1}, Row{"Your Mac, but louder.", 15, 5, 0.88},
-          Row{"v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary", 11, 6, 0.65}}) {
-        SCOPED_TRACE(row.text.toStdString());
-        ASSERT_FALSE(labels.empty());
+    for (const Row& row : {Row{30, 18, 1}, Row{15, 5, 0.88}, Row{11, 6, 0.65}}) {
         const QLabel& label = *labels.takeFirst();
-        EXPECT_EQ(label.text(), row.text);
+        SCOPED_TRACE(label.text().toStdString());
         EXPECT_EQ(label.font().pixelSize(), row.fontSize);
         EXPECT_EQ(label.geometry().topLeft(), QPoint(28, bottom + row.spacingAbove));
         EXPECT_NEAR(label.palette().color(QPalette::WindowText).alphaF(), row.alpha, 0.01);

@@ -251,23 +251,6 @@ TEST_F(TheDashboard, ChoosesAThemeAndLetsItBeHeard) {
     EXPECT_EQ(theme(), "🎹 Piano");
 }
 
-TEST_F(TheDashboard, MakesRenamesAndDeletesAThemeOfItsOwn) {
-    EXPECT_THROW(button("Rename theme"), std::out_of_range);
-    chooseTheme("+ New Theme…");
-    EXPECT_EQ(theme(), "🍎 Classic");
-    answer("  Focus  ", Qt::Key_Return);
-    EXPECT_EQ(theme(), "👤 Focus");
-    click(button("Rename theme"));
-    // The old name is selected, so that typing replaces it.
-    answer("Night", Qt::Key_Return);
-    EXPECT_EQ(theme(), "👤 Night");
-    click(button("Delete theme"));
-    answer("", Qt::Key_Return);
-    EXPECT_THAT(bed.library->customThemes, IsEmpty());
-    EXPECT_EQ(theme(), "🍎 Classic");
-    EXPECT_THROW(button("Delete theme"), std::out_of_range);
-}
-
 TEST_F(TheDashboard, ChangesNothingWhenAQuestionIsCancelledOrLeftBlank) {
     bed.library->createCustomTheme("Focus");
     bed.library.queue.runPosted();

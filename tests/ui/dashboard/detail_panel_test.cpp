@@ -83,20 +83,6 @@ TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
     EXPECT_EQ(bed.library.defaults.changes, changes);
 }
 
-TEST_F(TheDetailPanel, ListensToTheKeysWhileKeyPressIsOn) {
-    bed.select("key_press");
-    EXPECT_TRUE(showsTextFrom("Vintage mechanical click"));
-    click(enableSwitch());
-    EXPECT_TRUE(bed.keys.tapExists());
-    EXPECT_TRUE(showsTextFrom("Tap active ✓"));
-    click(enableSwitch());
-    EXPECT_FALSE(bed.keys.tapExists());
-    bed.select("slap");
-    click(enableSwitch());
-    click(enableSwitch());
-    EXPECT_FALSE(bed.keys.tapExists());
-}
-
 TEST_F(TheDetailPanel, FollowsAPermissionThatIsGivenElsewhere) {
     bed.keys.mayListen = false;
     bed.select("key_press");
@@ -184,16 +170,6 @@ TEST_F(TheDetailPanel, LocksTheSwitchWhereTheLidAngleCannotWork) {
     click(enableSwitch());
     EXPECT_FALSE(enableSwitch().isChecked());
     EXPECT_TRUE(bed.library.event("lid_angle").isEnabled);
-}
-
-TEST_F(TheDetailPanel, PlaysTheSoundOfAnEventThatIsOffWithoutCounting) {
-    bed.library.sounds.addNamedSound("Funk");
-    bed.library->setTheme(SoundTheme::system);
-    bed.library->setEnabled(false, "slap");
-    bed.select("slap");
-    click(button("Test Sound"));
-    EXPECT_THAT(bed.library.sounds.plays(), ElementsAre(FakeSoundService::Play{"Funk", 1.0F}));
-    EXPECT_EQ(knock.triggerCount, 0);
 }
 
 TEST_F(TheDetailPanel, LoadsAFileAndRemovesItAgain) {

@@ -1,8 +1,7 @@
 #include "ui/rules/detail_view.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <limits>
 #include <utility>
 
 #include "sound/sound_event.h"
@@ -10,6 +9,9 @@
 
 namespace chimewerk {
 namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
 
 class TheDetailView : public testing::Test {
 protected:
@@ -132,51 +134,38 @@ TEST_F(TheDetailView, LocksTheLidAngleWhereItCannotWork) {
 
 TEST_F(TheDetailView, LetsTheAngleBeSetOnlyWithASensor) {
     event("lid_angle").threshold = 47.9F;
-    EXPECT_TRUE(show("lid_angle").thresholdIsEnabled);
-    EXPECT_EQ(show("lid_angle").threshold, 47.9F);
-    EXPECT_EQ(show("lid_angle").thresholdText, "47°");
-    EXPECT_EQ(show("lid_angle").triggerText,
-              "Plays when the lid crosses the angle threshold below (sensor active ✓).");
-    facts.sensorFound = false;
-    EXPECT_FALSE(show("lid_angle").thresholdIsEnabled);
-    EXPECT_EQ(
-        show("lid_angle").triggerText,
-        "⚠️ Sensor not found on this Mac — requires Apple Silicon (M1 or later). Lid angle detection is not available on Intel Macs.");
+    for (const auto& [sensorFound, text] :
+         {std::pair{true, "Plays when the lid"}, {false, "⚠️ Sensor not found"}}) {
+        facts.sensorFound = sensorFound;
+        EXPECT_EQ(show("lid_angle").thresholdIsEnabled, sensorFound);
+        EXPECT_EQ(show("lid_angle").threshold, 47.9F);
+        EXPECT_EQ(show("lid_angle").thresholdText, "47°");
+        EXPECT_THAT(show("lid_angle").triggerText, StartsWith(text));
+    }
 }
 
-TEST_F(TheDetailView, TellsTheBatterysThresholdInTheListNotInTheRecord) {
-    SoundEvent copy = event("battery_low");
-    EXPECT_EQ(show("battery_low").thresholdText, "20%");
+TEST_F(TheDetailView, NamesTheBatterysThresholdInTheListNotInTheRecord) {
+    const SoundEvent copy = event("battery_low");
     event("battery_low").threshold = 15.9F;
     EXPECT_EQ(show("battery_low").thresholdText, "15%");
-    EXPECT_EQ(
-        triggerDesc(copy, facts),
-        "Plays once when battery drops to or below 15% while unplugged. Threshold adjustable via the slider.");
+    EXPECT_THAT(triggerDesc(copy, facts), HasSubstr(" 15% "));
     events.clear();
-    EXPECT_EQ(
-        triggerDesc(copy, facts),
-        "Plays once when battery drops to or below 20% while unplugged. Threshold adjustable via the slider.");
+    EXPECT_THAT(triggerDesc(copy, facts), HasSubstr(" 20% "));
 }
 
 TEST_F(TheDetailView, AsksForThePermissionToHearKeysOnlyWithoutIt) {
     struct Case {
         bool tap;
         bool trusted;
-        std::string text;
+        const char* text;
     };
-    const std::string active =
-        "Tap active ✓ — vintage mechanical click on every keypress (regular, Space, Return variants).";
-    for (
-        const auto& [tap, trusted, text] :
-        {Case{true, true, active}, Case{true, false, active},
-         Case{false, true,
-              "Vintage mechanical click on every keypress. Waiting for tap to initialize…"},
-         Case{
-             false, false,
-             "⚠️ Accessibility access required. Click \"Open Accessibility Settings…\" below. If Chimewerk is already in the list, remove it (−) first, then relaunch the app."}}) {
+    for (const auto& [tap, trusted, text] :
+         {Case{true, true, "Tap active ✓"}, Case{true, false, "Tap active ✓"},
+          Case{false, true, "Vintage mechanical click"},
+          Case{false, false, "⚠️ Accessibility access required."}}) {
         facts.tapActive = tap;
         facts.trusted = trusted;
-        EXPECT_EQ(show("key_press").triggerText, text) << tap << trusted;
+        EXPECT_THAT(show("key_press").triggerText, StartsWith(text)) << tap << trusted;
         EXPECT_EQ(show("key_press").canGrant, !trusted) << tap << trusted;
     }
 }
