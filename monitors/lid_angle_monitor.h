@@ -29,11 +29,12 @@ public:
     virtual void close() = 0;
 };
 
-/// Announces each angle of the lid and plays "lid_angle" when the lid crosses a threshold in either
-/// direction, at most once in 0.8 s. Main thread only; call `stop()` before the source goes away.
+/// Posts each angle of the lid and plays "lid_angle" when the lid crosses the threshold in
+/// either direction, at most once in 0.8 s. Main thread only; call `stop()` before the source
+/// is destroyed.
 class LidAngleMonitor {
 public:
-    /// All of these outlive the monitor.
+    /// All of these must outlive the monitor.
     struct Dependencies {
         MainQueue& queue;
         const Clock& clock;
@@ -53,8 +54,8 @@ public:
     /// Sets the threshold, in degrees, opens the sensor and sets `sensorFound`.
     void start(float threshold);
 
-    /// Sets the threshold, in degrees, for the samples from now on. Moving it across the lid's
-    /// present angle plays nothing.
+    /// Sets the threshold, in degrees, for the samples from now on. Moving it across the current
+    /// angle plays nothing.
     void updateThreshold(float threshold) { angleThreshold = threshold; }
 
     /// Closes the sensor. The last angle is kept for the next start, and `sensorFound` stays as
@@ -65,7 +66,7 @@ private:
     void processAngle(float angle);
 
     Dependencies deps_;
-    /// Negative until there has been a sample.
+    /// Negative until the first sample.
     float lastAngle_ = -1.0F;
     WallTime lastTrigger_ = kDistantPast;
     Lifeline lifeline_;

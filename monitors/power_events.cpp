@@ -6,9 +6,9 @@ namespace chimewerk {
 
 namespace {
 
-/// The system sleeps this long after it has said so.
+/// Delay between the sleep message and its answer.
 constexpr Seconds kSleepDelay{0.35};
-/// Devices and the sound server need a moment after a wake.
+/// Devices and the sound server need this long after a wake.
 constexpr Seconds kWakeDelay{0.5};
 
 bool isOnBattery(const PowerSourceDescription& source) {
@@ -80,7 +80,7 @@ void PowerEvents::powerChanged() {
     }
 }
 
-/// The alert counts as given even when its event is switched off.
+/// The alert counts as given even if its event is off.
 void PowerEvents::checkCharge(const PowerSourceDescription& source) {
     const SoundEvent* const event = deps_.sounds.findEvent(event_ids::kBatteryLow);
     if (source.currentCapacity && event != nullptr &&

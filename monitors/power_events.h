@@ -12,49 +12,50 @@
 
 namespace chimewerk {
 
-/// Plays what the machine's power state gives rise to: sleep and wake, which stand for closing and opening
-/// the lid, the charger, and the battery running low. After a wake it also has the microphone and the
-/// keyboard listened to anew. Main thread only.
+/// Plays the events of the machine's power state: sleep and wake, which stand for closing and
+/// opening the lid; the charger; and a low battery. After a wake it also restarts the microphone
+/// and keyboard monitors. Main thread only.
 class PowerEvents {
 public:
-    /// All of it outlives the object.
+    /// All of these must outlive the object.
     struct Dependencies {
         MainQueue& queue;
         SoundManager& sounds;
         SleepSource& system;
         PowerSources& powerSources;
-        /// Builds the microphone's listening anew.
+        /// Restarts the microphone.
         std::function<void()> restartAudio;
-        /// Builds the keyboard's listening anew; called only while "key_press" is on.
+        /// Restarts the keyboard monitor; called only while "key_press" is on.
         std::function<void()> restartKeyboardMonitor;
     };
 
     explicit PowerEvents(Dependencies dependencies) : deps_(std::move(dependencies)) {}
 
-    /// Registers for the system's power messages, until the process ends. Where there are none, sleep and
-    /// wake raise no events. Called once.
+    /// Registers for the system's power messages until the process ends. Without them, sleep and
+    /// wake play nothing. Call once.
     void setupLidDetection();
 
-    /// Handles one power message. Going to sleep is answered 0.35 s later, so that the sound has begun; a
-    /// wake needs no answer; every other message is answered at once.
+    /// Handles one power message. Going to sleep is allowed 0.35 s later, so that the sound can
+    /// begin; a wake needs no answer; every other message is answered at once.
     void handleSleepMessage(std::uint32_t messageType, std::intptr_t argument);
 
-    /// Takes the present state of the charger as the one to start from, as soon as it is known, and follows
-    /// it from then on. Plays nothing and does not look at the charge. Called once before `stop()`.
+    /// Takes the current charger state as the start, as soon as it is known, and follows
+    /// its changes. Plays nothing and does not check the charge at the start. Call once,
+    /// before `stop()`.
     void setupPowerMonitoring();
 
-    /// Looks at the first power source and plays what has happened to it.
+    /// Reads the first power source and plays the events of its changes.
     void powerChanged();
 
-    /// Lets a low battery be told again during the present discharge: its threshold has been changed.
+    /// Allows another low-battery alert during this discharge, because its threshold has changed.
     void resetBatteryLowFlag() { batteryLowFired = false; }
 
-    /// Follows the power sources no longer. The system's power messages are heard until the process ends.
+    /// Stops following the power sources. Power messages still arrive until the process ends.
     void stop() { subscription_ = nullptr; }
 
-    /// Whether the machine ran on battery at the last look.
+    /// Whether the machine ran on battery when last checked.
     bool wasOnBattery = false;
-    /// Whether the low battery has been told of during this discharge.
+    /// Whether the low-battery alert has been given during this discharge.
     bool batteryLowFired = false;
 
 private:

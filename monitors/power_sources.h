@@ -7,9 +7,9 @@
 
 namespace chimewerk {
 
-/// What a power source says of itself; each part may be missing.
+/// The state of a power source; each part may be missing.
 struct PowerSourceDescription {
-    /// Where the machine takes its power from: `kBatteryPower`, or anything else.
+    /// Where the machine takes its power from: `kBatteryPower`, or any other text.
     std::optional<std::string> state;
     /// The charge in percent, 0 to 100.
     std::optional<double> currentCapacity;
@@ -17,34 +17,35 @@ struct PowerSourceDescription {
     bool operator==(const PowerSourceDescription&) const = default;
 };
 
-/// The state of a source on which the machine runs without external power.
+/// The state when the machine runs without external power.
 inline constexpr const char* kBatteryPower = "Battery Power";
 
-/// The machine's power sources, of which the first counts. Main thread only.
+/// The machine's power sources; only the first one counts. Main thread only.
 class PowerSources {
 public:
-    /// Ends the calls when it is destroyed; must not outlive the power sources.
+    /// Ends the callbacks on destruction. Must not outlive the power sources.
     class Subscription {
     public:
         virtual ~Subscription() = default;
     };
 
     struct Callbacks {
-        /// The machine's power state is known, and was not before: this is no change. Runs within
-        /// `subscribe()` where it is known by then; otherwise later, once, and never where there is nothing
-        /// to know.
+        /// The power state is known for the first time; this is not a change. Called once: within
+        /// `subscribe()` if the state is already known, else later. Never called if there is no
+        /// state to know.
         std::function<void()> onKnown;
-        /// The first source has changed, appeared or gone, since `onKnown` or the last call.
+        /// The first source has changed, appeared or disappeared since `onKnown` or the last call.
         std::function<void()> onChange;
     };
 
     virtual ~PowerSources() = default;
 
-    /// The first source as it is now; none when there is none or it is not known yet. Returns without
-    /// waiting.
+    /// Returns the current first source, or none if there is none or it is not known yet. Does
+    /// not block.
     virtual std::optional<PowerSourceDescription> first() const = 0;
 
-    /// Makes the calls on the main thread for as long as the result lives. One subscription at a time.
+    /// Calls the callbacks on the main thread until the returned subscription is destroyed. Only
+    /// one subscription at a time.
     [[nodiscard]] virtual std::unique_ptr<Subscription> subscribe(Callbacks callbacks) = 0;
 };
 

@@ -5,8 +5,7 @@
 
 namespace chimewerk {
 
-// The types of the system's power messages that mean something to the program; every other type is a
-// question that may be answered at once.
+// The power messages that the program acts on; every other type is a question to answer at once.
 
 /// The system is about to sleep and waits for the answer.
 inline constexpr std::int64_t kIOPMSystemWillSleep = 0xE0000280;
@@ -15,20 +14,20 @@ inline constexpr std::int64_t kIOPMSystemWillPowerOn = 0xE0000320;
 /// The system is awake again.
 inline constexpr std::int64_t kIOPMSystemHasPoweredOn = 0xE0000300;
 
-/// Tells when the system goes to sleep and wakes, and lets it wait a moment. Main thread only.
+/// Reports when the system goes to sleep and wakes, and can delay sleep briefly. Main thread only.
 class SleepSource {
 public:
-    /// `argument` names the message in the answer to it.
+    /// `argument` identifies the message in `allowPowerChange()`.
     using Handler = std::function<void(std::uint32_t messageType, std::intptr_t argument)>;
 
     virtual ~SleepSource() = default;
 
-    /// Calls `handler` on the main thread for each power message, from now until the object is destroyed.
-    /// Called once. False, and no calls, where such messages cannot be had.
+    /// Calls `handler` on the main thread for each power message until the object is destroyed.
+    /// Call once. Returns false, and makes no calls, if power messages are not available.
     virtual bool registerHandler(Handler handler) = 0;
 
-    /// Answers the message that had this argument: as far as this program is concerned the system may go on.
-    /// An answer that is no longer waited for changes nothing.
+    /// Answers the message that had this argument: this program no longer holds up the power
+    /// change. A late answer has no effect.
     virtual void allowPowerChange(std::intptr_t argument) = 0;
 };
 

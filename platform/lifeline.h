@@ -5,8 +5,8 @@
 
 namespace chimewerk {
 
-/// Lets jobs that may outlive their owner find out that it is gone. A member of the owner, declared last so
-/// that it ends first:
+/// Disables jobs that outlive their owner. Make it the last member of the owner, so that it is
+/// destroyed first:
 ///
 ///     queue.postAfter(delay, lifeline_.guard([this] { release(); }));
 ///
@@ -17,6 +17,7 @@ public:
     Lifeline(const Lifeline&) = delete;
     Lifeline& operator=(const Lifeline&) = delete;
 
+    /// Wraps `function` so that calls do nothing once this object has been destroyed.
     template <typename Function>
     auto guard(Function function) const {
         return [alive = std::weak_ptr<const char>(token_),

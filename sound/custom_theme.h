@@ -12,9 +12,9 @@
 
 namespace chimewerk {
 
-/// A theme's files: event identifier to absolute file path. A missing entry and an empty one both
-/// mean that there is no file. It never changes, and its copies share one map, so a list of a
-/// thousand themes can be compared and handed to another thread at the price of their names.
+/// A theme's files: event identifier to absolute file path. A missing or empty entry means that
+/// there is no file. Immutable, and copies share one map, so comparing a list of a thousand themes
+/// or passing it to another thread is cheap.
 class ThemeSounds {
 public:
     using Map = std::map<std::string, std::string, std::less<>>;
@@ -33,25 +33,25 @@ private:
     std::shared_ptr<const Map> entries_;
 };
 
-/// A theme that the user has made and named.
+/// A theme that the user has created and named.
 struct CustomTheme {
-    /// A random UUID in canonical upper-case text; never changes.
+    /// A random UUID in upper case; never changes.
     std::string id;
     std::string name;
     ThemeSounds sounds;
 
     bool operator==(const CustomTheme&) const = default;
 
-    /// The file for this event, none when the theme has none.
+    /// Returns the file for this event, or none if the theme has none.
     std::optional<std::string> soundFor(std::string_view eventId) const;
 };
 
-/// Encodes themes as compact JSON. Texts that are not valid UTF-8, such as some file paths, are
+/// Encodes themes as compact JSON. Text that is not valid UTF-8, such as some file paths, is
 /// encoded by `textFromBytes`.
 std::string encodeCustomThemes(const std::vector<CustomTheme>& themes);
 
-/// Decodes themes from JSON: an array of objects, each with the texts "id" and "name" and with
-/// "sounds", an object of texts. None when a single element is different.
+/// Decodes themes from JSON: an array of objects, each with the strings "id" and "name" and the
+/// object "sounds", whose values are strings. Returns none if any element differs.
 std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view text);
 
 }  // namespace chimewerk

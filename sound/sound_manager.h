@@ -23,13 +23,13 @@
 
 namespace chimewerk {
 
-/// The sound library: the settings of every event, the choice of theme, and the playing of an
-/// event's sound. The program makes one and hands it on by reference. Main thread only. No
-/// operation reports an error: an unknown identifier is a no-op, and a sound that cannot be had
-/// gives way to the next one in line.
+/// The sound library: holds the settings of every event and the selected theme, and plays the
+/// events' sounds. The program creates one and passes it by reference. Main thread only. No
+/// operation reports an error: an unknown identifier has no effect, and if a sound cannot be played
+/// the next one in line is tried.
 class SoundManager {
 public:
-    /// What the library needs of its dependencies; all of it outlives the library.
+    /// The dependencies of the library; all of them must outlive it.
     struct Dependencies {
         MainQueue& queue;
         NotificationCenter& notifications;
@@ -37,13 +37,13 @@ public:
         const FileSystem& files;
         DefaultsStore& defaults;
         FileManagerSounds& fileManagerSounds;
-        /// The id of each new custom theme.
+        /// Returns the id for a new custom theme.
         std::function<std::string()> makeThemeId = randomUuid;
     };
 
-    /// Starts with the stored settings, and with the factory's where nothing usable is stored.
-    /// Stores nothing: the store stays as it is until the first change. `resourceFolder` is an
-    /// absolute path without a slash at its end, or empty when the program has no such folder.
+    /// Loads the stored settings, and the defaults where nothing usable is stored. Writes nothing
+    /// to the store until the first change. `resourceFolder` is an absolute path without a trailing
+    /// slash, or empty if the program has no such folder.
     SoundManager(std::string resourceFolder, const Dependencies& dependencies);
 
     /// The events in their fixed order. They may be changed in place, but not added, removed
@@ -56,69 +56,69 @@ public:
     /// The `id` of the selected custom theme.
     std::optional<std::string> activeCustomThemeID;
 
-    /// Whether a custom theme is selected.
+    /// Returns whether a custom theme is selected.
     bool isCustomThemeActive() const { return activeCustomThemeID.has_value(); }
-    /// The selected custom theme; null when none is selected or none has the selected id.
+    /// Returns the selected custom theme, or null if none is selected or none has the selected id.
     const CustomTheme* activeCustomTheme() const;
 
-    /// The event with this identifier, null when there is none.
+    /// Returns the event with this identifier, or null if there is none.
     SoundEvent* findEvent(std::string_view id);
     const SoundEvent* findEvent(std::string_view id) const;
-    /// Whether the event exists and is switched on.
+    /// Returns whether the event exists and is enabled.
     bool isEventEnabled(std::string_view id) const;
 
     /// Plays the event if it exists and is enabled: counts it, plays its sound and then, after the
     /// caller has returned to the main queue, posts `eventCounterUpdated`.
     void play(std::string_view id);
 
-    /// Plays the sound of the event that is passed, whatever its switch says, and counts nothing.
+    /// Plays the sound of `event`, even if it is disabled, and does not count it.
     void playEvent(const SoundEvent& event);
 
     /// Plays "key_press" if it is enabled, with the sound of the key that has this virtual
     /// key code.
     void playKey(std::int64_t keyCode);
 
-    /// Plays the theme's knock sound at a volume of 0.6, whatever the knock event's settings are;
-    /// nothing for `system` and for a theme that has no such sound.
+    /// Plays the theme's knock sound at volume 0.6, whatever the settings of the knock event. Plays
+    /// nothing for `system` and for a theme without this sound.
     void previewTheme(SoundTheme theme);
 
-    // Each of these changes the settings and stores them; those that select or delete a theme then
+    // Each of these changes the settings and stores them. Those that select or delete a theme then
     // post `themeDidChange`, after the caller has returned to the main queue. While a custom theme
-    // is selected, the events' paths are its working copy: they are written back into it when
-    // another theme is selected.
+    // is selected, the events' paths are its working copy: they are written back when another theme
+    // is selected.
 
-    /// Sets the event's file, which is then the selected custom theme's too; none removes it.
+    /// Sets the event's file, also in the selected custom theme; none removes it.
     void setPath(std::optional<std::string> path, std::string_view id);
-    /// Sets the event's volume as it is given, 0.0 to 1.0.
+    /// Sets the event's volume, 0.0 to 1.0. The value is not checked.
     void setVolume(float volume, std::string_view id);
-    /// Switches the event on or off. The file manager's own trash sounds are silent while either
-    /// trash event is on.
+    /// Switches the event on or off. The file manager's own trash sounds are off while either trash
+    /// event is on.
     void setEnabled(bool enabled, std::string_view id);
-    /// Sets the event's threshold as it is given: degrees or percent.
+    /// Sets the event's threshold, in degrees or percent. The value is not checked.
     void setThreshold(float value, std::string_view id);
 
-    /// Selects a built-in theme. All events lose their files, but for `system`, under which they
-    /// keep them.
+    /// Selects a built-in theme. Removes the files of all events, except for `system`, which
+    /// keeps them.
     void setTheme(SoundTheme theme);
-    /// Selects this custom theme and gives the events its files. It need not be one of
-    /// `customThemes`, but is then forgotten at the next start.
+    /// Selects this custom theme and gives the events its files. A theme that is not in
+    /// `customThemes` is forgotten at the next start.
     void setCustomTheme(CustomTheme theme);
-    /// Makes a custom theme without files, under this very name, and selects it.
+    /// Creates and selects a custom theme with this name and without files.
     CustomTheme createCustomTheme(std::string name);
     void renameCustomTheme(std::string_view id, std::string name);
-    /// Removes every custom theme with this id. If it is the selected one, `classic` is selected
-    /// and all events lose their files. The files themselves stay.
+    /// Removes every custom theme with this id. If it is selected, `classic` is selected instead
+    /// and all events lose their files. Deletes no files.
     void deleteCustomTheme(std::string_view id);
 
-    /// Holds the writing of changes back while the result lives: for a setting that the user drags.
-    /// It is written at the end, or earlier when the drag takes long. The result may outlive the
-    /// library; it is null where the store writes nothing later.
+    /// Delays writing while the returned object lives, for a setting that the user drags. The
+    /// changes are written at the end, or earlier during a long drag. The object may outlive the
+    /// library; it is null if the store does not delay writing.
     [[nodiscard]] std::shared_ptr<const void> holdWrites() { return deps_.defaults.holdWrites(); }
 
-    /// Whether either of the two trash events is switched on.
+    /// Returns whether either trash event is enabled.
     bool isAnyTrashEventEnabled() const;
 
-    /// The sounds that were started and are not yet released.
+    /// Returns the sounds that were started and not yet released.
     const std::vector<std::shared_ptr<Sound>>& playing() const { return playing_; }
 
 private:
@@ -143,7 +143,7 @@ private:
     const std::string res_;
     std::vector<std::shared_ptr<Sound>> playing_;
     Dependencies deps_;
-    /// The custom themes as the store has them from us; none before the first time.
+    /// The custom themes as last stored by this object; none before the first time.
     std::optional<std::vector<CustomTheme>> savedThemes_;
     Lifeline lifeline_;
 };

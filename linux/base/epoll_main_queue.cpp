@@ -15,7 +15,7 @@ namespace chimewerk {
 
 namespace {
 
-// Keys under which epoll reports; watches have those from kFirstWatch on.
+// Keys by which epoll reports events; watches use kFirstWatch and above.
 constexpr std::uint64_t kWakeUp = 0;
 constexpr std::uint64_t kAlarm = 1;
 constexpr std::uint64_t kFirstWatch = 2;
@@ -38,7 +38,7 @@ void drain(const FileDescriptor& counter) {
 
 }  // namespace
 
-/// Falls due at whole multiples of its interval since the clock's beginning, so that timers whose intervals
+/// Fires at whole multiples of its interval on the monotonic clock, so that timers whose intervals
 /// are multiples of one another wake the processor together.
 class EpollMainQueue::RepeatingTimer final : public Timer,
                                              public std::enable_shared_from_this<RepeatingTimer> {
@@ -179,8 +179,8 @@ void EpollMainQueue::runPosted() {
 
 void EpollMainQueue::runDue() {
     drain(alarm_);
-    armedFor_ = MonotonicTime::
-        min();  // What is scheduled meanwhile need not move the alarm: it is set below.
+    // Jobs scheduled by the jobs below need not move the alarm: it is set again at the end.
+    armedFor_ = MonotonicTime::min();
     const auto now = std::chrono::steady_clock::now();
     while (!delayed_.empty() && delayed_.begin()->first <= now) {
         const Job job = std::move(delayed_.extract(delayed_.begin()).mapped());

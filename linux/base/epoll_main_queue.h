@@ -13,18 +13,19 @@
 
 namespace chimewerk {
 
-/// The main loop on epoll: posted jobs, timers and readable descriptors. It runs by itself (`run()`) or
-/// inside another loop, which watches `descriptor()` and calls `dispatch()` when that is readable. All but
-/// `post()` belongs to the main thread.
+/// The main loop on epoll: posted jobs, timers and readable descriptors. It runs by itself
+/// (`run()`) or inside another loop, which watches `descriptor()` and calls `dispatch()` when it
+/// becomes readable. Only `post()` may be called from any thread; everything else belongs to the
+/// main thread.
 class EpollMainQueue final : public MainQueue {
 public:
-    /// Ends a watch when it is destroyed; must not outlive the queue.
+    /// Ends the watch on destruction. Must not outlive the queue.
     class Watch {
     public:
         virtual ~Watch() = default;
     };
 
-    /// Throws std::system_error when the system has no descriptors left.
+    /// Throws std::system_error if the system has no descriptors left.
     EpollMainQueue();
     ~EpollMainQueue() override;
 
@@ -32,13 +33,14 @@ public:
     void postAfter(Seconds delay, Job job) override;
     std::shared_ptr<Timer> every(Seconds interval, Job job) override;
 
-    /// Runs `job` on the main thread whenever `descriptor` is readable, or broken, until the result is
-    /// destroyed, which must be before the descriptor is closed. Null when the descriptor cannot be watched.
+    /// Runs `job` on the main thread whenever `descriptor` is readable or broken, until the
+    /// returned watch is destroyed. Destroy the watch before closing the descriptor. Returns null
+    /// if the descriptor cannot be watched.
     [[nodiscard]] std::unique_ptr<Watch> watch(int descriptor, Job job);
 
     /// Dispatches until `quit()` has been called.
     void run();
-    /// Makes `run()` return after the present job.
+    /// Makes `run()` return after the current job.
     void quit() { quitting_ = true; }
 
     /// Readable when there is something to dispatch.
@@ -62,7 +64,7 @@ private:
     FileDescriptor wakeUp_;
     FileDescriptor alarm_;
     bool quitting_ = false;
-    /// By moment, and for one moment in order of scheduling.
+    /// Ordered by due time; jobs due at the same time keep the order in which they were scheduled.
     std::multimap<MonotonicTime, Job> delayed_;
     MonotonicTime armedFor_ = MonotonicTime::max();
     std::map<std::uint64_t, std::shared_ptr<Job>> watched_;

@@ -17,7 +17,7 @@ public:
     }
     ~FileDescriptor();
 
-    /// The descriptor, or a negative number when there is none.
+    /// Returns the descriptor, or a negative number if there is none.
     int get() const { return descriptor_; }
     explicit operator bool() const { return descriptor_ >= 0; }
 

@@ -29,7 +29,7 @@ std::vector<std::string> InotifyFolderSource::list(const std::string& folder) co
          entry.increment(error)) {
         names.push_back(entry->path().filename().string());
     }
-    // What was read before a failure says nothing about the rest.
+    // After an error the list would be incomplete, so return none of it.
     return error ? std::vector<std::string>() : names;
 }
 

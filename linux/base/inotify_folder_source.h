@@ -5,10 +5,10 @@
 
 namespace chimewerk {
 
-/// The folders of this machine, watched with inotify: see FolderWatch for what a watch survives.
+/// Watches folders of this machine with inotify. FolderWatch describes what a watch survives.
 class InotifyFolderSource final : public FolderSource {
 public:
-    /// The queue outlives the source and its streams.
+    /// The queue must outlive the source and its streams.
     explicit InotifyFolderSource(EpollMainQueue& queue) : queue_(queue) {}
 
     std::vector<std::string> list(const std::string& folder) const override;

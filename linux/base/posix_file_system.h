@@ -4,7 +4,7 @@
 
 namespace chimewerk {
 
-/// The files of this machine.
+/// The file system of this machine.
 class PosixFileSystem final : public FileSystem {
 public:
     bool fileExists(const std::string& path) const override;

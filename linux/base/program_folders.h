@@ -4,17 +4,19 @@
 
 namespace chimewerk {
 
-/// Where the program finds what belongs to it: beside itself, in the layout of an installation, so that it
-/// can be installed, or built, anywhere. Empty when the program's own place cannot be told.
+/// The folders that belong to the program, relative to its executable in the layout of an
+/// installation. It can therefore be installed or built anywhere. All are empty if the path of the
+/// executable is unknown.
 struct ProgramFolders {
-    /// The sounds: share/chimewerk/sounds beside the folder of the program.
+    /// Sounds: share/chimewerk/sounds under the installation prefix.
     std::string sounds;
-    /// The modules: lib/chimewerk there.
+    /// Modules: lib/chimewerk.
     std::string modules;
-    /// The pages for users: share/doc/chimewerk there.
+    /// Pages for users: share/doc/chimewerk.
     std::string pages;
 };
 
+/// Returns the folders of the running program.
 ProgramFolders findProgramFolders();
 
 }  // namespace chimewerk

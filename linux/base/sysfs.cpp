@@ -15,7 +15,7 @@
 namespace chimewerk {
 
 std::optional<std::string> readSysfs(const std::string& path) {
-    // Not blocking, should something else than a file lie at the path.
+    // O_NONBLOCK in case the path names something other than a regular file.
     const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file) {
         return std::nullopt;
@@ -51,7 +51,7 @@ std::optional<double> readSysfsNumber(const std::string& path) {
     if (!text) {
         return std::nullopt;
     }
-    // Unlike the stream and strtod() functions this one keeps to the point in every language.
+    // Unlike streams and strtod(), from_chars uses a decimal point in every locale.
     double number = 0;
     const auto result = std::from_chars(text->data(), text->data() + text->size(), number);
     if (result.ec != std::errc{} || !std::isfinite(number)) {

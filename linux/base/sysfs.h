@@ -5,14 +5,14 @@
 
 namespace chimewerk {
 
-/// What the kernel tells in a small file of its sysfs, up to 4096 bytes, read anew at each call; none when it
-/// cannot be read. Any thread. May wait where the kernel asks the device.
+/// Returns the first 4096 bytes of a sysfs file, read anew at each call, or none if it cannot be
+/// read. Any thread. May block while the kernel queries the device.
 std::optional<std::string> readSysfs(const std::string& path);
 
-/// The same without the end of its line.
+/// Like `readSysfs()`, but returns only the first line, without its line end.
 std::optional<std::string> readSysfsLine(const std::string& path);
 
-/// The number that the file begins with; none when it begins with none.
+/// Returns the number at the start of the file, or none if it does not start with a finite number.
 std::optional<double> readSysfsNumber(const std::string& path);
 
 }  // namespace chimewerk

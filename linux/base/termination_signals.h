@@ -7,12 +7,12 @@
 
 namespace chimewerk {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, and makes SIGPIPE harmless. Make it
-/// before the first thread is started: threads inherit that the signals are blocked.
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, and ignores SIGPIPE. Create it
+/// before starting any thread, because threads inherit the blocked signals.
 class TerminationSignals {
 public:
-    /// `onTerminate` runs on the main thread at each of the signals. Throws std::system_error when the system
-    /// has no descriptors left.
+    /// `onTerminate` runs on the main thread for each of these signals. Throws std::system_error if
+    /// the system has no descriptors left.
     TerminationSignals(EpollMainQueue& queue, EpollMainQueue::Job onTerminate);
 
 private:

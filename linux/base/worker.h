@@ -9,16 +9,16 @@
 
 namespace chimewerk {
 
-/// One thread that does slow work, job after job, and never holds up the end of the program for longer than
-/// its present job takes to notice the stop. The thread starts with the first job.
+/// Runs slow jobs on one thread, one after another. It delays the end of the program only until the
+/// current job notices the stop. The thread starts with the first job.
 class Worker {
 public:
-    /// Runs on the worker's thread. A job that may take long looks at the token now and then and returns when
-    /// a stop is requested.
+    /// Runs on the worker thread. A long job must check the token regularly and return when a stop
+    /// is requested.
     using Job = std::function<void(const std::stop_token&)>;
 
     Worker() = default;
-    /// Drops the jobs that have not begun, asks the present one to stop and waits for it.
+    /// Discards the jobs that have not begun, requests the current one to stop and waits for it.
     ~Worker();
 
     /// Queues a job. Any thread.

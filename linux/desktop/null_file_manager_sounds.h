@@ -4,7 +4,7 @@
 
 namespace chimewerk {
 
-/// For desktops whose file manager makes no trash sounds of its own, which today are all of them.
+/// For desktops whose file manager has no trash sounds to switch off, which are all of them today.
 class NullFileManagerSounds final : public FileManagerSounds {
 public:
     void setFinderTrashSoundEnabled(bool /*enabled*/) override {}

@@ -4,7 +4,7 @@
 
 namespace chimewerk {
 
-/// What the environment says about the graphical session; empty strings for what it does not say.
+/// The environment variables that describe the graphical session; empty where not set.
 struct SessionEnvironment {
     /// $XDG_SESSION_TYPE
     std::string type;
@@ -13,11 +13,11 @@ struct SessionEnvironment {
     /// $DISPLAY
     std::string display;
 
-    /// That of this process.
+    /// Reads the environment of this process.
     static SessionEnvironment ofThisProcess();
 
-    /// Whether the X server at `display` is the session's own, and not one that serves the X11 programs of a
-    /// Wayland session and knows little of what goes on there.
+    /// Returns whether `display` is the X server of the session itself, rather than one that only
+    /// serves the X11 programs of a Wayland session.
     bool isX11() const;
 };
 

@@ -43,7 +43,7 @@ std::uint64_t microsecondsUntil(steady_clock::time_point moment) {
     return left > 0 ? static_cast<std::uint64_t>(left) : 0;
 }
 
-/// Waits until the bus has let us in; false when it does not in time.
+/// Waits until the bus connection is ready. Returns false on an error or a timeout.
 bool waitUntilReady(sd_bus* bus) {
     const auto deadline = steady_clock::now() + kBusPatience;
     while (sd_bus_is_ready(bus) <= 0) {
@@ -62,7 +62,8 @@ bool waitUntilReady(sd_bus* bus) {
     return true;
 }
 
-/// Reads the platform data that come next in the call; empty when they hold no token.
+/// Reads the platform data that come next in the call and returns their activation token; empty if
+/// they hold none.
 std::string readToken(sd_bus_message* call) {
     std::string token;
     if (sd_bus_message_enter_container(call, 'a', "{sv}") < 0) {
@@ -87,7 +88,8 @@ std::string readToken(sd_bus_message* call) {
     return token;
 }
 
-/// Left out when it is not plain text: the bus would cut off whoever sends it.
+/// Appends the token unless it is empty or not printable ASCII: the bus would disconnect the sender
+/// of such text.
 void appendToken(sd_bus_message* call, const char* key, const std::string& token) {
     const auto isPlain = [](char letter) { return letter >= ' ' && letter <= '~'; };
     if (!token.empty() && std::ranges::all_of(token, isPlain)) {
@@ -95,7 +97,8 @@ void appendToken(sd_bus_message* call, const char* key, const std::string& token
     }
 }
 
-/// Calls and waits; false when there was nobody to answer, or whoever it was left without answering.
+/// Sends the call and waits. Returns false if nobody owns the name or its owner left
+/// without answering.
 bool isAnswered(sd_bus* bus, sd_bus_message* call, std::uint64_t patience) {
     sd_bus_error error{};
     sd_bus_message* reply = nullptr;
@@ -160,7 +163,8 @@ SingleInstance::Outcome SingleInstance::claim(const LaunchRequest& request) {
     return outcome;
 }
 
-/// Whoever has the name serves the object already.
+/// Claims the name or passes the request to its owner, which has registered the object before it
+/// claimed the name.
 SingleInstance::Outcome SingleInstance::takeNameOrAsk(sd_bus* bus, const LaunchRequest& request) {
     addObject(bus);
     const auto deadline = steady_clock::now() + kInstancePatience;
@@ -181,7 +185,7 @@ SingleInstance::Outcome SingleInstance::takeNameOrAsk(sd_bus* bus, const LaunchR
     }
 }
 
-/// Null when it cannot be made.
+/// Makes the call that passes the request on. Returns null if that fails.
 BusMessage SingleInstance::makeCall(sd_bus* bus, const LaunchRequest& request) const {
     const bool isAction = !request.action.empty();
     sd_bus_message* call = nullptr;
@@ -203,8 +207,9 @@ int SingleInstance::addObject(sd_bus* bus) {
     return sd_bus_add_object_vtable(bus, nullptr, path_.c_str(), kInterface, kApplication, this);
 }
 
-/// On the connection on which the name was claimed both are in place, and nothing comes of it. Without an
-/// answer of ours, sd-bus would close the connection when somebody else has the name.
+/// Registers the object and requests the name. On the connection that `claim()` used, both are in
+/// place and this changes nothing. The empty reply handler keeps sd-bus from closing the connection
+/// when another instance owns the name.
 void SingleInstance::serve(sd_bus* bus) {
     addObject(bus);
     sd_bus_request_name_async(
@@ -212,7 +217,7 @@ void SingleInstance::serve(sd_bus* bus) {
         nullptr);
 }
 
-/// Its platform data come next in the call.
+/// Posts `onActivate` with the token from the platform data, which come next in the call.
 int SingleInstance::activate(sd_bus_message* call) {
     queue_.post(lifeline_.guard([this, token = readToken(call)] { callbacks_.onActivate(token); }));
     return sd_bus_reply_method_return(call, "");
@@ -222,7 +227,7 @@ int SingleInstance::onActivate(sd_bus_message* call, sd_bus_error* /*error*/) {
     return activate(call);
 }
 
-/// The program has no documents: whatever it is to open, it shows itself.
+/// The program has no documents, so "Open" only shows it.
 int SingleInstance::onOpen(sd_bus_message* call, sd_bus_error* /*error*/) {
     sd_bus_message_skip(call, "as");
     return activate(call);

@@ -10,24 +10,24 @@
 
 namespace chimewerk {
 
-/// What a launch of the program asks of the instance that runs already.
+/// A request from a new launch to the instance that is already running.
 struct LaunchRequest {
-    /// One of SingleInstance's actions; empty for showing itself.
+    /// One of the actions of SingleInstance; empty to show the dashboard.
     std::string action = {};
-    /// $XDG_ACTIVATION_TOKEN, by which the desktop lets a new window come to the front. Empty for none.
+    /// $XDG_ACTIVATION_TOKEN, which lets a new window come to the front; empty if not set.
     std::string activationToken = {};
-    /// $DESKTOP_STARTUP_ID, the same of an older kind.
+    /// $DESKTOP_STARTUP_ID, the older form of the token; empty if not set.
     std::string startupId = {};
 
-    /// With the tokens of this process.
+    /// Makes a request with the tokens from the environment of this process.
     static LaunchRequest ofThisProcess(std::string action = {});
 };
 
-/// The program's one place on the session bus: whoever owns the well-known name is the instance of this
-/// session, and serves `org.freedesktop.Application` to whoever launches the program again. When the bus goes
-/// away and comes back the name is taken anew; if another instance has it by then, this one goes on without.
-/// The name is free again when the object is destroyed, so it should go last of all. Main thread only; must
-/// not be destroyed from within a callback.
+/// Keeps the program to one instance per session. The owner of the well-known name on the session
+/// bus is that instance, and serves `org.freedesktop.Application` to later launches. When the bus
+/// goes away and comes back, the name is requested again; if another instance owns it by then, this
+/// one continues without it. The destructor releases the name, so destroy this object last. Main
+/// thread only; must not be destroyed from within a callback.
 class SingleInstance {
 public:
     static constexpr const char* kOpenDashboard = "open-dashboard";
@@ -35,29 +35,30 @@ public:
     static constexpr const char* kQuit = "quit";
 
     enum class Outcome {
-        /// This is the instance of the session.
+        /// This process is the instance of the session.
         first,
-        /// There is one already, and it has been asked.
+        /// Another instance is running and has received the request.
         alreadyRunning,
-        /// There is no bus to find out, or none that answers; this one runs as if it were the first.
+        /// There is no bus, or it does not answer; this process runs as if it were the first.
         noBus,
     };
 
-    /// They run on the main thread, later. The token is the desktop's leave to come to the front, or empty.
+    /// Called on the main thread, after the D-Bus call has been answered. `token` is the desktop's
+    /// activation token for the next window; empty if there is none.
     struct Callbacks {
         /// The program has been launched again.
         std::function<void(const std::string& token)> onActivate;
-        /// One of the actions is wanted.
+        /// An action was requested.
         std::function<void(const std::string& action, const std::string& token)> onAction;
     };
 
-    /// `id` is the name, in the form "org.example.Program"; the object's path is made from it. The queue
-    /// outlives the object.
+    /// `id` is the bus name, in the form "org.example.Program"; the object path is derived from it.
+    /// The queue must outlive the object.
     SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks);
 
-    /// Takes the name, or hands the request to the instance that has it. Called once, before the queue runs:
-    /// it waits for the bus up to 1 s, and for the other instance up to 5 s. Who is first has calls waiting
-    /// from that moment on, and they are answered as soon as the queue runs.
+    /// Claims the name, or sends the request to the instance that owns it. Call once, before the
+    /// queue runs. Waits up to 1 s for the bus and up to 5 s for the other instance. Calls that
+    /// arrive after a successful claim wait until the queue runs.
     Outcome claim(const LaunchRequest& request);
 
 private:
@@ -76,7 +77,7 @@ private:
     const std::string id_;
     const std::string path_;
     const Callbacks callbacks_;
-    /// The connection on which the name has been taken, until the link takes it over.
+    /// The connection that owns the name, until `link_` takes it over.
     std::unique_ptr<sd_bus, UnrefBus> claimed_;
     BusLink link_;
     Lifeline lifeline_;

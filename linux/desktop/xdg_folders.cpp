@@ -41,8 +41,8 @@ std::string folder(const char* variable, const char* belowHome) {
     return path;
 }
 
-/// The path that a quoted value of user-dirs.dirs stands for: absolute, or below "$HOME"; none for anything
-/// else.
+/// Returns the path of a quoted value in user-dirs.dirs: absolute, or below "$HOME". Returns none
+/// for any other value.
 std::optional<std::string> unquoted(std::string_view value) {
     constexpr std::string_view kHome = "$HOME/";
     if (!value.starts_with('"')) {

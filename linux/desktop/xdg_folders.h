@@ -6,18 +6,18 @@
 
 namespace chimewerk {
 
-/// The user's folders, absolute and without a slash at the end; the empty string when there is no home
-/// folder. Values of the environment that are not absolute count as not set.
+/// All paths are absolute and have no trailing slash; empty if there is no home folder. Environment
+/// variables that hold a relative path count as not set.
 
-/// $XDG_DATA_HOME, else .local/share in the home folder.
+/// Returns $XDG_DATA_HOME, else .local/share in the home folder.
 std::string xdgDataHome();
-/// $XDG_CONFIG_HOME, else .config in the home folder.
+/// Returns $XDG_CONFIG_HOME, else .config in the home folder.
 std::string xdgConfigHome();
-/// A folder of the user's own by its name in capitals, such as "DESKTOP", as the file user-dirs.dirs in the
-/// configuration folder places it; `fallback`, a name in the home folder, when it does not say.
+/// Returns the user folder with this name in capitals, such as "DESKTOP", from the file
+/// user-dirs.dirs in the configuration folder; else the folder `fallback` in the home folder.
 std::string xdgUserFolder(std::string_view name, std::string_view fallback);
-/// Where desktops put screenshots: the Desktop folder, the Pictures folder, and the "Screenshots" in the
-/// latter.
+/// Returns the folders where desktops save screenshots: Desktop, Pictures, and "Screenshots"
+/// in Pictures.
 std::vector<std::string> screenshotFolders();
 
 }  // namespace chimewerk

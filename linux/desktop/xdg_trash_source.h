@@ -8,11 +8,11 @@
 
 namespace chimewerk {
 
-/// The desktop's trash: the folder "Trash/files" in the user's data folder. It may be missing (nothing has
-/// been trashed yet; the count is 0), be a link, come and go. Items are counted on the worker.
+/// The desktop's trash: the folder "Trash/files" in the user's data folder. The folder may be a
+/// link, may be missing (the count is then 0), and may come and go. The worker counts the items.
 class XdgTrashSource final : public TrashSource {
 public:
-    /// `dataHome` is the user's data folder; the queue outlives the source.
+    /// `dataHome` is the user's data folder. The queue must outlive the source.
     XdgTrashSource(MainQueue& queue, const std::string& dataHome);
 
     double modificationTime() const override;

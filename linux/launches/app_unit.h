@@ -5,24 +5,24 @@
 
 namespace chimewerk {
 
-/// The desktops' naming of the systemd units that applications run in:
-/// app[-<launcher>]-<application>-<random>.scope and app[-<launcher>]-<application>[@<random>].service, where
-/// the parts have their hyphens escaped.
+/// A systemd unit that a desktop runs an application in, read from its name:
+/// app[-<launcher>]-<application>-<random>.scope or
+/// app[-<launcher>]-<application>[@<random>].service. Hyphens within the parts are escaped.
 struct AppUnit {
-    /// Empty when the name says none.
+    /// Empty if the name has none.
     std::string launcher;
     std::string application;
-    /// Started by the session at login rather than by the user.
+    /// Started at login by the session rather than by the user.
     bool autostarted = false;
 
-    /// Whether a unit of this name holds an application; slices and templates do not.
+    /// Returns whether a unit with this name runs an application; slices and templates do not.
     static bool isOne(std::string_view unitName);
-    /// For names that are one.
+    /// Parses a name for which `isOne()` is true.
     static AppUnit parse(std::string_view unitName);
 };
 
-/// Whether one of the control groups in `cgroups`, the text of a process's /proc/PID/cgroup, is the unit of
-/// an application.
+/// Returns whether one of the control groups in `cgroups`, the text of /proc/PID/cgroup, is an
+/// application's unit.
 bool isInAppUnit(std::string_view cgroups);
 
 }  // namespace chimewerk

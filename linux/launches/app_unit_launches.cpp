@@ -5,7 +5,7 @@ namespace chimewerk {
 namespace {
 
 constexpr const char* kSandbox = "flatpak";
-/// A sandbox is set up within that time.
+/// A sandbox starts within this time after its application.
 constexpr std::chrono::seconds kSandboxDelay{5};
 
 }  // namespace

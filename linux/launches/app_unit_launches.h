@@ -8,26 +8,24 @@
 
 namespace chimewerk {
 
-/// Tells which starts of units are launches of applications. Moments are those of the monotonic clock, since
-/// its beginning.
+/// Decides which unit starts are application launches. Moments are times of the monotonic clock.
 class AppUnitLaunches {
 public:
     using Moment = std::chrono::microseconds;
 
-    /// What became active before `now` is no launch.
+    /// Forgets all units; units that became active before `now` do not count as launches.
     void begin(Moment now);
 
-    /// Whether `unitName`, which has last become active at `activeSince`, has been launched since the last
-    /// time it was asked about. Not a launch: what runs since before the beginning; what the session starts
-    /// by itself at login, which are mostly background helpers, and a volley of sounds at each login would
-    /// say nothing; and the sandbox that a launched application is put into, a unit of its own for the same
-    /// application.
+    /// Returns whether `unitName`, last activated at `activeSince`, is a launch not yet reported.
+    /// Not counted: units active since before the beginning; units that the session starts at
+    /// login, which are mostly background helpers; and the sandbox of an application just launched,
+    /// which is a second unit for the same application.
     bool isLaunch(const std::string& unitName, Moment activeSince);
 
-    /// The unit is gone for good.
+    /// Forgets a unit that no longer exists.
     void forget(const std::string& unitName) { activeSince_.erase(unitName); }
 
-    /// How many units are remembered.
+    /// Returns the number of remembered units.
     std::size_t remembered() const { return activeSince_.size(); }
 
 private:

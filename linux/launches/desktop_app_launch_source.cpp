@@ -40,8 +40,8 @@ void DesktopAppLaunchSource::listen() {
     }
 }
 
-/// Tells the observers once this event has been dealt with: an observer may remove itself, and with it what
-/// speaks here.
+/// Notifies the observers after the current event, because an observer may remove itself and
+/// thereby destroy the caller.
 void DesktopAppLaunchSource::tell() {
     queue_.post(lifeline_.guard([this] {
         const auto observers = observers_;

@@ -15,13 +15,13 @@
 
 namespace chimewerk {
 
-/// Hears of launched applications in the ways that this session has: the units that desktops start
-/// applications in, and in an X11 session the first windows of processes that are in no such unit. The two go
-/// side by side, because a running systemd does not tell whether the desktop uses it: a plain window manager
-/// starts its programs by itself. Where there is neither, no launch is heard.
+/// Reports application launches from the systemd units in which desktops start applications and, in
+/// an X11 session, from the first windows of processes outside such units. Both run side by side
+/// because a running systemd does not mean that the desktop uses it: a plain window manager starts
+/// programs itself. Without either, no launches are reported.
 class DesktopAppLaunchSource final : public AppLaunchSource {
 public:
-    /// The queue outlives the source.
+    /// The queue must outlive the source.
     DesktopAppLaunchSource(EpollMainQueue& queue, SessionEnvironment environment);
 
     Token addObserver(std::function<void()> onLaunch) override;

@@ -20,8 +20,8 @@ void FirstWindows::update(const std::vector<Window>& list) {
     }
 }
 
-/// Notes the windows that are new and returns the processes that were not known before and have one for the
-/// user.
+/// Records new windows and returns the processes that were unknown before and now have a window for
+/// the user.
 std::vector<FirstWindows::Owner> FirstWindows::takeIn(const std::vector<Window>& list) {
     std::vector<Window> added;
     for (const Window window : list) {

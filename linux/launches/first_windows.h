@@ -8,25 +8,25 @@
 
 namespace chimewerk {
 
-/// Tells from the list of all windows, looked at whenever it changes, which processes have opened their first
-/// one.
+/// Finds the processes that have opened their first window, from the list of all windows each time
+/// it changes.
 class FirstWindows {
 public:
     using Window = std::uint32_t;
-    /// A process by whatever names it for as long as it lives.
+    /// Identifies a process for as long as it lives.
     using Owner = std::uint64_t;
 
     struct Facts {
-        /// None for a window that has gone already.
+        /// None if the window is already gone.
         std::optional<Owner> owner;
-        /// Whether this is a window to work in, and not a panel or the desktop itself.
+        /// Whether the user works in this window; false for panels and the desktop.
         bool isForUser = true;
     };
 
     struct Dependencies {
-        /// The facts about these windows, in their order.
+        /// Returns the facts about these windows, in the same order.
         std::function<std::vector<Facts>(const std::vector<Window>&)> factsAbout;
-        /// Whether a process without windows still lives.
+        /// Returns whether a process without windows is still running.
         std::function<bool(Owner)> lives;
         /// Called for each process that has opened its first window.
         std::function<void(Owner)> onFirstWindow;
@@ -34,13 +34,13 @@ public:
 
     explicit FirstWindows(Dependencies dependencies);
 
-    /// The owners of these windows run already; all earlier knowledge is dropped.
+    /// Forgets everything and takes the owners of these windows as already running.
     void begin(const std::vector<Window>& list);
 
-    /// This is the list now. A process that closes all its windows stays known for as long as it lives.
+    /// Compares with the new list. A process that closes all its windows stays known while it runs.
     void update(const std::vector<Window>& list);
 
-    /// How many processes are known.
+    /// Returns the number of known processes.
     std::size_t known() const { return windowsOf_.size(); }
 
 private:
@@ -49,7 +49,7 @@ private:
 
     const Dependencies deps_;
     std::map<Window, Owner> ownerOf_;
-    /// The number of windows of each known process, which may be none.
+    /// Number of windows of each known process; may be 0.
     std::map<Owner, int> windowsOf_;
 };
 

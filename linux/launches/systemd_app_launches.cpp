@@ -27,7 +27,7 @@ AppUnitLaunches::Moment now() {
 
 }  // namespace
 
-/// Asks since when a unit has been active. Lives until the answer has come.
+/// Asks when a unit became active. Lives until the answer arrives.
 struct SystemdAppLaunches::Question {
     SystemdAppLaunches& asker;
     const std::string unitName;
@@ -58,7 +58,7 @@ void SystemdAppLaunches::open(sd_bus* bus) {
     subscribe(bus);
 }
 
-/// Asks the manager to report its jobs if it is running; does not start it.
+/// Subscribes to the manager's jobs if the manager is running; does not start it.
 void SystemdAppLaunches::subscribe(sd_bus* bus) {
     launches_.begin(now());
     sd_bus_message* call = nullptr;
@@ -102,8 +102,8 @@ void SystemdAppLaunches::onUnitRemoved(sd_bus_message* signal) {
     }
 }
 
-/// The signal reports the end of a job but not whether the job was a start. The unit knows when it last
-/// became active.
+/// Asks when the unit last became active, because the signal does not say whether the job was
+/// a start.
 void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
     char* path = nullptr;
     if (sd_bus_path_encode("/org/freedesktop/systemd1/unit", unitName, &path) < 0) {
@@ -118,7 +118,7 @@ void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
                                  "ActiveEnterTimestampMonotonic") < 0) {
         return;
     }
-    // The question lives as long as the bus waits for the answer.
+    // sd-bus destroys the question together with the slot.
     sd_bus_slot_set_destroy_callback(slot,
                                      [](void* asked) { delete static_cast<Question*>(asked); });
     static_cast<void>(question.release());

@@ -9,15 +9,16 @@
 
 namespace chimewerk {
 
-/// Reports the started units of applications, from the user's systemd manager on the session bus. The bus
-/// and the manager may come late, go and come back. Main thread only; must not be destroyed from within its
-/// callback.
+/// Reports started application units, from the user's systemd manager on the session bus. The bus
+/// and the manager may come late, go away and come back. Main thread only; must not be destroyed
+/// from within its callback.
 class SystemdAppLaunches {
 public:
-    /// `onLaunch` runs on the main thread, once per started unit. The queue outlives the object.
+    /// `onLaunch` runs on the main thread, once per started unit. The queue must outlive
+    /// the object.
     SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch);
 
-    /// Returns whether the manager is there and reports its units.
+    /// Returns whether the manager is running and reports its units.
     bool hears() const { return hears_; }
 
 private:

@@ -14,7 +14,7 @@ namespace chimewerk {
 
 namespace {
 
-// An owner is a process by its number, or by one of its windows where it does not tell its number.
+// An owner is a process ID with this bit set, or the ID of a window if the process ID is unknown.
 constexpr FirstWindows::Owner kIsProcess = FirstWindows::Owner{1} << 32;
 
 xcb_get_property_cookie_t ask(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property,
@@ -24,8 +24,8 @@ xcb_get_property_cookie_t ask(xcb_connection_t* server, xcb_window_t window, xcb
 
 using Values = std::vector<std::uint32_t>;
 
-/// The 32-bit values of a property: no values for one that is missing or of another kind, nothing at all when
-/// the window has gone.
+/// Returns the 32-bit values of a property: empty if it is missing or has another format, none if
+/// the window is gone.
 std::optional<Values> answer(xcb_connection_t* server, xcb_get_property_cookie_t question) {
     const XcbReply<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(server, question, nullptr));
@@ -95,7 +95,8 @@ std::vector<FirstWindows::Window> X11AppLaunches::windows() const {
         .value_or(Values());
 }
 
-/// One round trip for all windows together; a second one for each that does not tell its process.
+/// Takes one round trip for all windows together, and more for each that does not give its
+/// process ID.
 std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
     const std::vector<FirstWindows::Window>& windows) const {
     struct Question {
@@ -123,8 +124,8 @@ std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
     return facts;
 }
 
-/// The leader of the process's windows, which may know the process; else the part of the window's number that
-/// is the same for all windows of one process.
+/// Returns the process ID that the leader window gives, else the leader itself; without a leader,
+/// the part of the window ID that all windows of one client share.
 std::optional<FirstWindows::Owner> X11AppLaunches::ownerWithoutPid(
     FirstWindows::Window window) const {
     const auto leader =

@@ -13,19 +13,19 @@
 
 namespace chimewerk {
 
-/// Takes the first window of a process in an X11 session for the launch of an application, from the list of
-/// windows that the window manager keeps. Windows of this process do not count. The server and the window
-/// manager may come late, go and come back. Main thread only; must not be destroyed from within its
-/// callbacks.
+/// Reports the first window of a process in an X11 session as an application launch, from the
+/// window manager's list of windows. Windows of this process do not count. The server and the
+/// window manager may come late, go away and come back. Main thread only; must not be destroyed
+/// from within its callbacks.
 class X11AppLaunches {
 public:
     struct Callbacks {
-        /// Whether the launch of this process is heard of in another way, and its windows say nothing new.
+        /// Returns whether launches of this process are already reported by another source.
         std::function<bool(pid_t process)> isHeardElsewhere;
         std::function<void()> onLaunch;
     };
 
-    /// `display` as in $DISPLAY. The queue outlives the object.
+    /// `display` has the form of $DISPLAY. The queue must outlive the object.
     X11AppLaunches(EpollMainQueue& queue, const std::string& display, Callbacks callbacks);
 
 private:

@@ -25,8 +25,8 @@ std::vector<UdevDevice> udevDevices(const char* subsystem) {
         const UdevDeviceHandle device(
             udev_device_new_from_syspath(udev.get(), udev_list_entry_get_name(entry)));
         if (device) {
-            udev_device* const parent =
-                udev_device_get_parent(device.get());  // Belongs to its child.
+            // The parent belongs to its child; it needs no release.
+            udev_device* const parent = udev_device_get_parent(device.get());
             devices.push_back(
                 {.folder = orEmpty(udev_device_get_syspath(device.get())),
                  .parentFolder = parent == nullptr ? "" : orEmpty(udev_device_get_syspath(parent)),

@@ -5,17 +5,17 @@
 
 namespace chimewerk {
 
-/// One device that is there now.
+/// A device that is present now.
 struct UdevDevice {
-    /// Its folder in sysfs.
+    /// Folder in sysfs.
     std::string folder;
-    /// The folder of the device that it belongs to; empty when it belongs to none.
+    /// Folder of the parent device; empty if there is none.
     std::string parentFolder;
-    /// Its file below /dev; empty when it has none.
+    /// File below /dev; empty if there is none.
     std::string node;
 };
 
-/// The devices of a subsystem, by the names of their folders. Empty when they cannot be listed.
+/// Returns the devices of a subsystem, sorted by folder; empty if they cannot be listed.
 std::vector<UdevDevice> udevDevices(const char* subsystem);
 
 }  // namespace chimewerk

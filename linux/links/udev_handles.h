@@ -6,7 +6,7 @@
 
 namespace chimewerk {
 
-/// Gives a reference to one of libudev's objects back.
+/// Releases a reference to a libudev object.
 struct UdevRelease {
     void operator()(udev* handle) const { udev_unref(handle); }
     void operator()(udev_device* handle) const { udev_device_unref(handle); }

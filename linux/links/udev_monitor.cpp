@@ -8,9 +8,9 @@ namespace chimewerk {
 
 namespace {
 
-/// Room for a hub full of devices; the kernel gives an ordinary user less.
+/// Room for the events of a hub full of devices; the kernel grants ordinary users less.
 constexpr int kReceiveBytes = 1024 * 1024;
-/// What is left waits for the next turn of the main loop.
+/// Further events wait for the next turn of the main loop.
 constexpr int kMaxEventsPerTurn = 256;
 
 }  // namespace
@@ -55,13 +55,13 @@ void UdevMonitor::receive() {
                               .isRepeated = udev_device_get_property_value(
                                                 device.get(), "SYNTH_UUID") != nullptr});
         } else if (errno == ENOBUFS) {
-            lost = true;  // The kernel says so once, and goes on with what it has kept.
+            lost = true;  // Reported once; the events that were kept follow.
         } else {
             break;
         }
     }
     if (!events.empty() || lost) {
-        const Handler handler = handler_;  // It may end this monitor.
+        const Handler handler = handler_;  // The handler may destroy this monitor.
         handler(events);
     }
 }

@@ -15,23 +15,24 @@ namespace chimewerk {
 struct UdevEvent {
     /// "add", "remove", "change" and so on.
     std::string action;
-    /// Somebody asked for the event to be repeated; nothing has happened.
+    /// The event was requested again by a program; nothing has happened.
     bool isRepeated;
 };
 
-/// Hears devices come and go, after udev's rules have been applied. Main thread only.
+/// Reports devices that come and go, after udev has applied its rules. Main thread only.
 class UdevMonitor {
 public:
     struct Filter {
         const char* subsystem;
-        /// Null for every type.
+        /// Null matches every type.
         const char* deviceType;
     };
-    /// Receives what has gathered since the last call, on the main thread; empty when events were lost
-    /// because too many came at once.
+    /// Receives the events since the last call, on the main thread. The list is empty if events
+    /// were lost because too many came at once.
     using Handler = std::function<void(std::span<const UdevEvent>)>;
 
-    /// Hears the events of devices that any of `filters` fits. Null when they cannot be heard.
+    /// Reports events of devices that match any of `filters`. Returns null if udev cannot
+    /// be reached.
     static std::unique_ptr<UdevMonitor> open(EpollMainQueue& queue,
                                              std::initializer_list<Filter> filters,
                                              Handler handler);

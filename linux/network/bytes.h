@@ -8,8 +8,8 @@
 
 namespace chimewerk {
 
-/// The value that lies at the beginning of `bytes`, in the machine's own layout and at any alignment; none
-/// when they are too few.
+/// Returns the value at the start of `bytes`, in native layout and at any alignment, or none if
+/// there are too few bytes.
 template <typename Value>
 std::optional<Value> readValue(std::span<const std::byte> bytes) {
     static_assert(std::is_trivially_copyable_v<Value>);

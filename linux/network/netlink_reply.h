@@ -7,31 +7,30 @@
 
 namespace chimewerk {
 
-/// Follows the datagrams in which the kernel answers one netlink question, and tells when and how the answer
-/// ends. Any bytes may come in.
+/// Reads the datagrams of the kernel's answer to one netlink request and determines when and how
+/// the answer ends. Accepts any bytes.
 class NetlinkReply {
 public:
     enum class State {
         /// More datagrams follow.
         unfinished,
-        /// The answer is whole.
+        /// The answer is complete.
         complete,
-        /// The answer has come to its end, but what it describes changed meanwhile: it may have gaps.
+        /// The answer has ended, but the data changed meanwhile, so it may have gaps.
         interrupted,
-        /// The kernel refuses to answer.
+        /// The kernel refused the request.
         refused,
-        /// The kernel lost something, or the bytes make no sense. What further comes of this answer is of no
-        /// use.
+        /// The kernel lost data, or the bytes are malformed. Discard the rest of this answer.
         failed,
     };
-    /// Receives the type and the bytes behind the header of each message that is part of the answer.
+    /// Receives the type and the payload of each message of the answer.
     using Visitor = std::function<void(std::uint16_t type, std::span<const std::byte> body)>;
 
-    /// `sequence` is the number that the question carried; messages with another one are left-overs of an
-    /// earlier answer.
+    /// `sequence` is the number of the request. Messages with another number are left over from an
+    /// earlier answer and are skipped.
     NetlinkReply(std::uint32_t sequence, Visitor visit);
 
-    /// Takes the next datagram; `cut` when it was longer than what was kept of it.
+    /// Reads the next datagram. `cut` says that it was truncated on receipt.
     State take(std::span<const std::byte> datagram, bool cut);
 
 private:

@@ -1,6 +1,6 @@
 #include "linux/network/rtnetlink_messages.h"
 
-// The kernel's headers want this one first.
+// The kernel headers below need this one first.
 #include <sys/socket.h>
 
 #include <linux/if.h>
@@ -20,7 +20,7 @@ namespace {
 
 using Bytes = std::span<const std::byte>;
 
-/// Calls `visit(type, value)` for each attribute, up to one that makes no sense.
+/// Calls `visit(type, value)` for each attribute and stops at a malformed one.
 template <typename Visit>
 void eachAttribute(Bytes bytes, Visit visit) {
     while (const auto header = readValue<rtattr>(bytes)) {
@@ -37,8 +37,7 @@ bool isDown(unsigned nextHopFlags) {
     return (nextHopFlags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0;
 }
 
-/// Reads the part of a route that says where packets leave: the route itself, or one of several next hops in
-/// it.
+/// Reads the outgoing link and gateway of a route, or of one of the next hops in it.
 void appendHop(Bytes attributes, std::uint32_t link, bool isDefault, std::vector<RouteHop>& hops) {
     bool hasGateway = false;
     eachAttribute(attributes, [&](int type, Bytes value) {
@@ -92,7 +91,7 @@ void appendHops(std::span<const std::byte> message, std::vector<RouteHop>& hops)
     std::uint32_t table = route->rtm_table;
     Bytes multipath;
     eachAttribute(attributes, [&](int type, Bytes value) {
-        if (type == RTA_TABLE) {  // The header has room for the small table numbers only.
+        if (type == RTA_TABLE) {  // The header holds small table numbers only.
             table = readValue<std::uint32_t>(value).value_or(table);
         } else if (type == RTA_MULTIPATH) {
             multipath = value;
@@ -113,7 +112,7 @@ std::optional<LinkState> readLink(std::span<const std::byte> message) {
     if (!link) {
         return std::nullopt;
     }
-    // IFF_RUNNING is missing as long as a link with carrier waits for its log-in.
+    // IFF_RUNNING is not set while a link with carrier waits for authentication.
     constexpr unsigned kNeeded = IFF_UP | IFF_RUNNING | IFF_LOWER_UP;
     LinkState state{.usable = (link->ifi_flags & (kNeeded | IFF_LOOPBACK)) == kNeeded,
                     .isTunnel = false};

@@ -9,35 +9,36 @@
 
 namespace chimewerk {
 
-/// A next hop that leads further than the link's own network.
+/// A next hop that leads beyond the network of its link.
 struct RouteHop {
-    /// The index of the link it leaves through.
+    /// Index of the outgoing link.
     std::uint32_t link;
-    /// Whether the route leads to everywhere; otherwise it leads to a router, and to some place behind it.
+    /// Whether it belongs to a default route; otherwise it goes through a gateway to some
+    /// other network.
     bool isDefault;
     bool operator==(const RouteHop&) const = default;
 };
 
-/// What counts of a link.
+/// The properties of a link that matter for reachability.
 struct LinkState {
-    /// It is up and has carrier, and leads out of the machine.
+    /// Up, has carrier, and is not the loopback link.
     bool usable;
-    /// It has no wire of its own: its packets travel inside those of another link.
+    /// Its packets travel inside those of another link.
     bool isTunnel;
     bool operator==(const LinkState&) const = default;
 };
 
-/// Appends the next hops of the route in the body of an RTM_NEWROUTE message; none for a route that rejects
-/// its packets or that lies in the table of the machine's own addresses, and none whose link is down. Ignores
-/// bytes that make no sense.
+/// Appends the next hops of the route in the body of an RTM_NEWROUTE message. Skips routes that
+/// reject packets, routes in the table of local addresses, hops whose link is down, and
+/// malformed bytes.
 void appendHops(std::span<const std::byte> message, std::vector<RouteHop>& hops);
 
-/// The link in the body of an RTM_NEWLINK message; none when the bytes make no sense.
+/// Returns the link in the body of an RTM_NEWLINK message, or none if the bytes are malformed.
 std::optional<LinkState> readLink(std::span<const std::byte> message);
 
-/// Whether these hops lead to the wider network: a default route through a link with carrier. A tunnel always
-/// claims to have one; a default route through it counts as long as another link leads to a router. `linkAt`
-/// is asked at most once for each link.
+/// Returns whether these hops reach the wider network, that is, whether a default route uses a link
+/// with carrier. A tunnel always reports carrier, so a default route through a tunnel counts only
+/// while another usable link leads to a gateway. Calls `linkAt` at most once per link.
 bool leadsOut(std::span<const RouteHop> hops,
               const std::function<LinkState(std::uint32_t link)>& linkAt);
 

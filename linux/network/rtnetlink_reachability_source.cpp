@@ -11,7 +11,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The kernel fills its datagrams to half of this at most.
+/// The kernel fills datagrams to at most half of this.
 constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
 /// About ten thousand routes, or ten milliseconds.
 constexpr int kMaxDatagrams = 64;
@@ -33,7 +33,8 @@ FileDescriptor openRouteSocket() {
     FileDescriptor opened(
         socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
     if (opened) {
-        // Lets the kernel leave out what the question does not ask for; one that cannot is filtered here.
+        // Lets the kernel filter the dump. Older kernels send everything, and `appendHops()`
+        // filters it.
         const int on = 1;
         setsockopt(opened.get(), SOL_NETLINK, NETLINK_GET_STRICT_CHK, &on, sizeof on);
     }
@@ -113,7 +114,7 @@ LinkState RtnetlinkReachabilitySource::askLink(std::uint32_t index) {
                 }
             });
     }
-    // A link that is gone since its route was read is refused.
+    // The kernel refuses the request if the link has vanished since its route was read.
     return link.value_or(LinkState{.usable = false, .isTunnel = false});
 }
 
@@ -127,14 +128,14 @@ NetlinkReply::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> 
         state = receive(answer);
     }
     if (state == State::failed || state == State::unfinished) {
-        socket_ =
-            FileDescriptor();  // What is left in it, or still to come, belongs to no later question.
+        // Discards the rest of the answer, which must not reach a later request.
+        socket_ = FileDescriptor();
     }
     return state;
 }
 
-/// A dump is produced as it is read, and everything else before `send()` returns: there is never anything to
-/// wait for.
+/// Never blocks: the kernel produces a dump as it is read, and any other answer before
+/// `send()` returns.
 NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& answer) {
     for (int i = 0; i < kMaxDatagrams; ++i) {
         iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};

@@ -12,14 +12,15 @@
 
 namespace chimewerk {
 
-/// The kernel's routes and links, of IPv4 and IPv6, asked anew at each call over one socket. The network can
-/// be reached when there is a default route through a link that is up and has carrier; see `leadsOut()`.
+/// Queries the kernel's IPv4 and IPv6 routes and links at each call, over one socket. The
+/// network is reachable if there is a default route through a link that is up and has carrier;
+/// see `leadsOut()`.
 ///
-/// Routes of every table but that of the machine's own addresses count, since a VPN keeps its default route
-/// in a table of its own. Where the kernel cannot be asked (no socket to be had, nothing sensible answered)
-/// the network cannot be reached; the next call tries again with a new socket. An answer that changes in the
-/// middle is asked for again, and taken as it is when it keeps changing. A machine with more routes than a
-/// call should look at is judged by the first.
+/// Counts routes of every table except that of local addresses, because a VPN keeps its default
+/// route in a table of its own. If the kernel cannot be queried, the network counts as unreachable
+/// and the next call tries again with a new socket. A dump that changes while it is read is
+/// requested again, and used as it is if it keeps changing. On machines with very many routes only
+/// the first ones count.
 class RtnetlinkReachabilitySource final : public ReachabilitySource {
 public:
     void open() override;

@@ -112,7 +112,7 @@ TEST_F(TheKeyboardMonitor, HearsNothingAfterAStopAndAgainAfterAStart) {
     EXPECT_TRUE(hears());
 }
 
-TEST_F(TheKeyboardMonitor, EnablesATapThatTheSystemHasCutOff) {
+TEST_F(TheKeyboardMonitor, ReenablesATapThatTheSystemDisabled) {
     monitor.start();
     for (int i = 0; i < 3; ++i) {
         keys.disableTap();

@@ -33,7 +33,7 @@ protected:
             std::make_unique<KnockDetector>(library.queue, microphone, [this] { return now; });
         detector->onKnock = [this] { library->play("slap"); };
     }
-    /// Buffers with these peaks, one after another; tells how many knocks were counted for them.
+    /// Feeds buffers with these peaks one after another and returns the number of knocks counted.
     int hear(const std::vector<float>& peaks, std::chrono::nanoseconds apart = kBuffer) {
         const auto before = library.event("slap").triggerCount;
         for (const float peak : peaks) {
@@ -60,7 +60,7 @@ struct Case {
     float threshold = 0.7F;
 };
 
-TEST_F(TheKnockDetector, TakesALoudPeakAfterQuietForAKnockButNoneSoonAfter) {
+TEST_F(TheKnockDetector, CountsALoudPeakAfterQuietButNoneSoonAfter) {
     const float above = std::nextafter(0.7F, 1.0F);
     const Case cases[] = {
         {"one loud buffer", {0.8F}, 1, 0.2F},
@@ -199,7 +199,7 @@ TEST_F(TheKnockDetector, StaysSilentWhenTheEngineDoesNotStartAndListensAfterARes
     EXPECT_EQ(microphone.taps(), 0U);
 }
 
-TEST(ThePeakMagnitude, IsFoundWhereverItIsAmongWhateverElse) {
+TEST(ThePeakMagnitude, IsFoundAtAnyPosition) {
     for (const std::size_t length : {1U, 3U, 15U, 16U, 17U, 64U, 512U, 515U}) {
         for (std::size_t at = 0; at < length; ++at) {
             for (const float around : {0.25F, -0.0F, kNaN, -kNaN}) {

@@ -18,8 +18,8 @@ constexpr std::optional<float> kNone;
 
 using Readings = std::vector<std::optional<float>>;
 
-/// The first reading is the one at the start, each further one is one tick later. What fires at a tick: '+'
-/// for up, '-' for down, '.' for nothing.
+/// The first reading is taken at the start, each further one a tick later. Each tick yields '+' for
+/// up, '-' for down, '.' for nothing.
 struct Case {
     const char* what;
     Readings readings;
@@ -68,7 +68,7 @@ TEST_F(TheBrightnessMonitor, ComparesWithTheLevelOfTheLastEvent) {
     }
 }
 
-TEST_F(TheBrightnessMonitor, TakesTheLevelAtEachStartForReferenceAndRestsInBetween) {
+TEST_F(TheBrightnessMonitor, TakesTheLevelAtEachStartAsReferenceAndRestsInBetween) {
     display.level = 0.9F;
     monitor.start();
     display.level = 0.1F;

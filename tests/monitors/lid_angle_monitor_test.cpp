@@ -54,7 +54,7 @@ TEST_F(TheLidAngleMonitor, PlaysWhenTheLidReachesTheThresholdFromEitherSide) {
     EXPECT_EQ(announced, (std::vector<float>{80, 95, 85, 90, 92, 90, 90, 10, 359}));
 }
 
-TEST_F(TheLidAngleMonitor, LosesACrossingWithin800MillisecondsOfTheLastPlay) {
+TEST_F(TheLidAngleMonitor, IgnoresACrossingWithin800MillisecondsOfTheLastPlay) {
     monitor.start(90.0F);
     moves(80);
     EXPECT_TRUE(moves(100));

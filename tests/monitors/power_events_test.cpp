@@ -22,8 +22,8 @@ PowerSourceDescription mains(std::optional<double> percent) {
     return {.state = "AC Power", .currentCapacity = percent};
 }
 
-/// A machine whose charger, battery and sleep are the test's. Each event has a file of its own, so that what
-/// is heard tells its name; restarts are written down beside it.
+/// A machine whose charger, battery and sleep the test controls. Each event has its own file, so
+/// that the sound identifies it; restarts are logged too.
 class ThePowerEvents : public testing::Test {
 protected:
     ThePowerEvents() {
@@ -35,7 +35,7 @@ protected:
         }
     }
 
-    /// What has happened since the last call.
+    /// Returns the sounds and restarts since the last call.
     std::string heard() {
         const auto& plays = library.sounds.plays();
         for (; played < plays.size(); ++played) {
@@ -43,7 +43,7 @@ protected:
         }
         return std::exchange(log, "");
     }
-    /// What is heard after the first source has changed.
+    /// Returns the sounds after the first source has changed.
     std::string after(std::optional<PowerSourceDescription> change) {
         powerSources.change(std::move(change));
         return heard();
@@ -72,7 +72,7 @@ private:
     void heardSoFar(const std::string& restart) { log = heard() + restart + " "; }
 };
 
-TEST_F(ThePowerEvents, TellTheChargerAndOnceForEachDischargeTheLowBattery) {
+TEST_F(ThePowerEvents, PlayTheChargerAndTheLowBatteryOncePerDischarge) {
     powerSources.source = mains(50);
     power->setupPowerMonitoring();
     struct Step {
@@ -100,7 +100,7 @@ TEST_F(ThePowerEvents, TellTheChargerAndOnceForEachDischargeTheLowBattery) {
     EXPECT_EQ(after(battery(10)), "battery_low ");
 }
 
-TEST_F(ThePowerEvents, StartFromTheStateThatIsFoundOrIsFoundOutLater) {
+TEST_F(ThePowerEvents, StartFromTheStateThatIsKnownNowOrLater) {
     for (const bool isKnown : {true, false}) {
         for (const auto& found : {battery(15), battery({}), mains(15)}) {
             power->wasOnBattery = power->batteryLowFired = false;
@@ -119,7 +119,7 @@ TEST_F(ThePowerEvents, StartFromTheStateThatIsFoundOrIsFoundOutLater) {
     }
 }
 
-TEST_F(ThePowerEvents, AreSilentAboutWhatASourceDoesNotSay) {
+TEST_F(ThePowerEvents, PlayNothingForMissingProperties) {
     power->setupPowerMonitoring();
     EXPECT_EQ(after({}), "");
     EXPECT_EQ(after(battery({})), "charger_disconnect ");
@@ -147,7 +147,7 @@ TEST_F(ThePowerEvents, FollowThePowerWhileTheirEventsAreOff) {
     EXPECT_EQ(after(mains(14)), "charger_connect ");
 }
 
-TEST_F(ThePowerEvents, DelaySleepUntilTheSoundHasBegunAndNothingElse) {
+TEST_F(ThePowerEvents, DelayOnlySleepUntilTheSoundHasBegun) {
     power->setupLidDetection();
     EXPECT_EQ(afterSending(kIOPMSystemWillSleep, -7), "lid_close ");
     advance(0.349);
@@ -166,7 +166,7 @@ TEST_F(ThePowerEvents, DelaySleepUntilTheSoundHasBegunAndNothingElse) {
     EXPECT_TRUE(system.allowed.empty());
 }
 
-TEST_F(ThePowerEvents, RestartWhatListensHalfASecondAfterTheWake) {
+TEST_F(ThePowerEvents, RestartTheMonitorsHalfASecondAfterTheWake) {
     power->setupLidDetection();
     for (const bool hearsKeys : {false, true}) {
         library.event("key_press").isEnabled = !hearsKeys;
@@ -179,7 +179,7 @@ TEST_F(ThePowerEvents, RestartWhatListensHalfASecondAfterTheWake) {
     }
 }
 
-TEST_F(ThePowerEvents, LeaveThePowerSourcesButNotTheSleepWhenStopped) {
+TEST_F(ThePowerEvents, IgnorePowerSourcesButNotSleepWhenStopped) {
     powerSources.source = mains(50);
     power->setupLidDetection();
     power->setupPowerMonitoring();

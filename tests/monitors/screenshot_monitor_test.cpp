@@ -19,7 +19,7 @@ protected:
     TheScreenshotMonitor() {
         monitor.onScreenshot = [this] { ++shots; };
     }
-    /// The shots since the last call, once everything has settled.
+    /// Returns the screenshots since the last call, after everything has settled.
     int settle() {
         queue.advance(Seconds{1.6});
         return std::exchange(shots, 0);
@@ -59,7 +59,7 @@ TEST_F(TheScreenshotMonitor, FiresOncePerBurstOneLatencyAfterItsBeginning) {
     EXPECT_EQ(settle(), 1);
 }
 
-TEST_F(TheScreenshotMonitor, NeverLosesTheLastChangeOfAnUnendingBurst) {
+TEST_F(TheScreenshotMonitor, NeverLosesTheLastChangeOfAnEndlessBurst) {
     monitor.start();
     for (int i = 0; i < 500; ++i) {
         folders.add(kDesktop, "noise" + std::to_string(i));
@@ -82,7 +82,7 @@ TEST_F(TheScreenshotMonitor, TakesWhatIsThereAtTheStartAsKnown) {
     EXPECT_EQ(settle(), 0);
 }
 
-TEST_F(TheScreenshotMonitor, CountsARenamedAndARemadeScreenshotAsNew) {
+TEST_F(TheScreenshotMonitor, CountsARenamedAndARecreatedScreenshotAsNew) {
     folders.add(kDesktop, kShot);
     monitor.start();
     folders.remove(kDesktop, kShot);
@@ -94,7 +94,7 @@ TEST_F(TheScreenshotMonitor, CountsARenamedAndARemadeScreenshotAsNew) {
     EXPECT_EQ(settle(), 1);
 }
 
-TEST_F(TheScreenshotMonitor, JudgesEachFolderByItselfAndOnceEvenIfItIsNamedTwice) {
+TEST_F(TheScreenshotMonitor, ChecksEachFolderSeparatelyAndOnceEvenIfNamedTwice) {
     folders.add(kPictures, kShot);
     monitor.start();
     EXPECT_EQ(folders.streams(), 2U);
@@ -106,7 +106,7 @@ TEST_F(TheScreenshotMonitor, JudgesEachFolderByItselfAndOnceEvenIfItIsNamedTwice
     EXPECT_EQ(settle(), 2);
 }
 
-TEST_F(TheScreenshotMonitor, FiresForWhatAFolderHoldsThatCanBeListedAgain) {
+TEST_F(TheScreenshotMonitor, FiresForNewFilesWhenAFolderCanBeListedAgain) {
     folders.add(kDesktop, kShot);
     monitor.start();
     auto contents = folders.takeAway(kDesktop);
@@ -125,7 +125,7 @@ TEST_F(TheScreenshotMonitor, LooksWheneverItIsAskedTo) {
     EXPECT_EQ(shots, 1);
 }
 
-TEST_F(TheScreenshotMonitor, DropsALookThatIsStillToComeWhenItIsStopped) {
+TEST_F(TheScreenshotMonitor, DropsAPendingLookWhenStopped) {
     monitor.stop();  // Before any start.
     monitor.start();
     folders.add(kDesktop, kShot);

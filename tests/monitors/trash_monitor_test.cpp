@@ -10,8 +10,8 @@
 namespace chimewerk {
 namespace {
 
-/// A monitor that has been started on a trash with `items` in it. What fires is appended to `fired`: '+' for
-/// an add, '0' for an empty.
+/// A monitor that has been started on a trash with `items` in it. What fires is appended to
+/// `fired`: '+' for an add, '0' for an empty.
 class TheTrashMonitor : public testing::Test {
 protected:
     void startWith(std::int64_t items) {
@@ -72,7 +72,7 @@ TEST_F(TheTrashMonitor, SpacesAddsByMoreThanASecondAndFollowsTheCountMeanwhile) 
     EXPECT_EQ(fired, "++0");  // Empties are not spaced.
 }
 
-TEST_F(TheTrashMonitor, TakesAChangeForAnAddWhenNoCountComesInThreeSeconds) {
+TEST_F(TheTrashMonitor, TreatsAChangeAsAnAddWhenNoCountComesInThreeSeconds) {
     startWith(5);
     trash.countsAtOnce = false;
     trash.change(-5);
@@ -117,7 +117,7 @@ TEST_F(TheTrashMonitor, WaitsForACountThatDoesNotFinish) {
     EXPECT_EQ(fired, "+");
 }
 
-TEST_F(TheTrashMonitor, TakesALateCountOverTheDeadline) {
+TEST_F(TheTrashMonitor, PrefersALateCountToTheDeadline) {
     startWith(2);
     trash.countsAtOnce = false;
     trash.change(-2);
@@ -153,7 +153,7 @@ TEST_F(TheTrashMonitor, TreatsATrashThatComesAndGoesLikeAnyChange) {
     EXPECT_EQ(fired, "+0");
 }
 
-TEST_F(TheTrashMonitor, StopsLookingButTakesTheCountUnderWay) {
+TEST_F(TheTrashMonitor, StopsLookingButUsesThePendingCount) {
     startWith(3);
     trash.countsAtOnce = false;
     trash.change(-3);

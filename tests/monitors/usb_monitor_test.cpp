@@ -25,7 +25,7 @@ protected:
     int connects = 0;
 };
 
-TEST_F(TheUsbMonitor, TellsArrivalsFromStartToStopAndAfterTheSourceHasReturned) {
+TEST_F(TheUsbMonitor, ReportsArrivalsWhileStartedAfterTheSourceHasReturned) {
     monitor.stop();
     EXPECT_EQ(plugAndRun(), 0);
     monitor.start();
@@ -43,7 +43,7 @@ TEST_F(TheUsbMonitor, TellsArrivalsFromStartToStopAndAfterTheSourceHasReturned) 
     EXPECT_EQ(plugAndRun(), 2);
 }
 
-TEST_F(TheUsbMonitor, IsNotSetUpWhereArrivalsCannotBeHeard) {
+TEST_F(TheUsbMonitor, IsNotSetUpWhereArrivalsAreNotReported) {
     devices.works = false;
     monitor.start();
     EXPECT_FALSE(monitor.isSetup);

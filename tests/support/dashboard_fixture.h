@@ -18,12 +18,12 @@
 
 namespace chimewerk {
 
-/// The dashboard among fakes, and its widgets as a user tells them apart.
+/// The dashboard with fake dependencies, and access to its widgets by what the user sees.
 class DashboardFixture {
 public:
     DashboardFixture() { open(); }
 
-    /// A dashboard as after a new start of the program, on what is stored.
+    /// Makes the dashboard anew from the stored settings, as after a restart.
     void open() {
         controller.reset();
         controller = std::make_unique<DashboardWindowController>(
@@ -44,13 +44,13 @@ public:
     QTableView& table() { return *window().findChild<QTableView*>(); }
     QComboBox& themes() { return *window().findChild<QComboBox*>(); }
 
-    /// Selects an event, and shows it as it is now if it is selected already.
+    /// Selects an event; refreshes the panel if it is already selected.
     void select(std::string_view id) {
         const auto event = std::ranges::find(library->events, id, &SoundEvent::id);
         table().clearSelection();
         table().selectRow(static_cast<int>(event - library->events.begin()));
     }
-    /// Whether a label shows exactly this text.
+    /// Returns whether a label shows exactly this text.
     bool shows(const std::string& text) {
         return std::ranges::any_of(window().findChildren<QLabel*>(), [&text](QLabel* label) {
             return label->text().toStdString() == text && label->isVisible();

@@ -11,11 +11,11 @@
 
 namespace chimewerk {
 
-/// A service on the system bus that python-dbusmock plays, in a process of its own, by what it knows of the
-/// real one. The test talks to it over a connection of its own.
+/// A service on the system bus, played by python-dbusmock in a separate process and therefore
+/// independent of our code. The test controls it over a connection of its own.
 class FakeBusService {
 public:
-    /// `templateName` is one of dbusmock's; the service is there when `isThere()`.
+    /// `templateName` is a dbusmock template; check `isThere()` before use.
     FakeBusService(const std::string& templateName, std::string name, std::string path)
         : name_(std::move(name)),
           path_(std::move(path)),
@@ -29,7 +29,7 @@ public:
         return eventually(
             [this] { return sd_bus_get_name_creds(bus_.get(), name_.c_str(), 0, nullptr) >= 0; });
     }
-    /// Calls one of its methods and waits; null when that fails.
+    /// Calls a method and waits for the reply; returns null on failure.
     template <typename... Arguments>
     BusMessage call(const char* interface, const char* method, const char* types,
                     Arguments... arguments) {

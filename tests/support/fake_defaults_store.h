@@ -8,14 +8,14 @@
 
 namespace chimewerk {
 
-/// Settings in memory, and a count of the changes. A program that ends and starts again is a new
-/// sound library on the same store.
+/// Settings in memory, and the number of changes. A restart of the program is a new sound library
+/// on the same store.
 class FakeDefaultsStore final : public DefaultsStore {
 public:
     DefaultsDictionary values;
-    /// How often anything was set or removed.
+    /// Number of values set or removed.
     int changes = 0;
-    /// How often something was found damaged.
+    /// Number of damaged values reported.
     int damages = 0;
 
     void setObject(std::string_view key, std::optional<DefaultsValue> value) override {

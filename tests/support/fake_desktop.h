@@ -22,11 +22,11 @@ public:
         onActivate = std::move(onActivated);
     }
 
-    /// The menu as text, an entry after another: [d] the key equivalent, (x) or ( ) the mark, {...}
-    /// the submenu, - a separator, # an entry that cannot be chosen.
+    /// Returns the menu as text, one entry after another: [d] key equivalent, (x) or ( ) mark,
+    /// {...} submenu, - separator, # disabled entry.
     std::string text() const { return textOf(*menu); }
 
-    /// Has the user choose the entry with this title.
+    /// Chooses the entry with this title as the user would.
     void choose(std::string_view title) { find(*menu, title)->action(); }
 
     const Menu* menu = nullptr;

@@ -10,7 +10,7 @@
 
 namespace chimewerk {
 
-/// Folders of names. Every change is told at once to whoever watches.
+/// Folders that hold only names. Each change is reported to the watchers at once.
 class FakeFolderSource final : public FolderSource, public Noting {
 public:
     bool canWatch = true;
@@ -38,7 +38,7 @@ public:
         folders_[folder].erase(name);
         tell(folder);
     }
-    /// Makes the folder unlistable and hands back what is in it.
+    /// Makes the folder unlistable and returns its contents.
     std::set<std::string> takeAway(const std::string& folder) {
         auto contents = std::move(folders_.extract(folder).mapped());
         tell(folder);

@@ -7,12 +7,12 @@
 
 namespace chimewerk {
 
-/// Keys that the test presses, and a permission that it gives and takes. It is also the page that
-/// asks for it.
+/// A keyboard on which the test presses keys, and a permission that it grants and revokes. Also the
+/// page that asks for the permission.
 class FakeKeySource final : public KeySource, public PermissionPage, public Noting {
 public:
     bool mayListen = true;
-    /// Whether a tap can be had although listening is permitted.
+    /// Whether a tap can be created when listening is permitted.
     bool tapsCanBeMade = true;
 
     int pagesShown = 0;
@@ -31,13 +31,13 @@ public:
     }
     void show() override { ++pagesShown; }
 
-    /// Presses a key; nobody hears it unless there is an enabled tap.
+    /// Presses a key; it is reported only if a tap is enabled.
     void press(std::int64_t keyCode) {
         if (tap_ != nullptr && tap_->enabled) {
             tap_->callbacks.onKeyDown(keyCode);
         }
     }
-    /// Cuts the tap off, as the system may do at any time.
+    /// Disables the tap, as the system may do at any time.
     void disableTap() {
         tap_->enabled = false;
         tap_->callbacks.onDisabled();

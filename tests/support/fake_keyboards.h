@@ -22,8 +22,8 @@
 
 namespace chimewerk {
 
-/// The event devices of a machine whose /dev/input is made up: umockdev, in whose wrapper the test program
-/// runs, answers for them what they can do, and pipes carry what they tell.
+/// The event devices of a machine with a fake /dev/input. The test program runs in umockdev's
+/// wrapper, which answers for the devices' abilities; pipes carry their events.
 class FakeKeyboards {
 public:
     FakeKeyboards() : bed_(umockdev_testbed_new()) { std::signal(SIGPIPE, SIG_IGN); }
@@ -33,7 +33,7 @@ public:
 
     /// Adds the event device `name` with these keys and buttons. It may have been there before.
     void plug(const std::string& name, const std::vector<unsigned>& keys) {
-        // The testbed takes each name once; the device gets its own when it is complete.
+        // The testbed accepts each name once; the device gets its own when it is complete.
         const std::string made = "/dev/input/made" + std::to_string(++made_);
         const std::string answersFile = answers_ / ("answers" + std::to_string(made_));
         std::ofstream(answersFile) << "@DEV " << made << '\n' << answers(keys);
@@ -43,7 +43,7 @@ public:
         mkfifo((root() + made).c_str(), 0600);
         std::filesystem::rename(root() + made, file(name));
     }
-    /// The device is gone: who reads it is told so, and its file vanishes.
+    /// Removes the device: readers get an error and its file vanishes.
     void unplug(const std::string& name) {
         pipeTo(name);
         pipes_.erase(name);
@@ -52,7 +52,8 @@ public:
     /// The file of the device on the real machine.
     std::string file(const std::string& name) const { return root() + "/dev/input/" + name; }
 
-    /// Lets other users see the devices; whether they may read one is up to its file.
+    /// Makes the devices visible to other users; each file's permissions decide whether they can
+    /// be read.
     void letOthersIn() const {
         using std::filesystem::perms;
         for (const char* const folder :
@@ -65,7 +66,7 @@ public:
         }
     }
 
-    /// The device tells of a key: 1 down, 2 repeated, 0 up. Lost when nobody listens.
+    /// Sends a key event: 1 down, 2 repeated, 0 up. Lost if nobody reads.
     void send(const std::string& name, unsigned code, int value) {
         std::array<input_event, 2> events{};
         events[0].type = EV_KEY;
@@ -81,7 +82,7 @@ private:
                                                             g_free);
         return path.get();
     }
-    /// Can be had only while somebody reads, and is kept then.
+    /// Can be opened only while somebody reads, and is then kept open.
     int pipeTo(const std::string& name) {
         FileDescriptor& pipe = pipes_[name];
         if (!pipe) {
@@ -89,7 +90,7 @@ private:
         }
         return pipe.get();
     }
-    /// What the device answers when it is asked what it can do.
+    /// The device's answers to queries about its abilities.
     static std::string answers(const std::vector<unsigned>& keys) {
         std::vector<std::uint8_t> types(8);
         std::vector<std::uint8_t> codes(KEY_CNT / 8);
@@ -97,7 +98,7 @@ private:
         for (const unsigned key : keys) {
             codes.at(key / 8) |= static_cast<std::uint8_t>(1U << key % 8);
         }
-        // The sizes are those that libevdev asks with.
+        // The sizes that libevdev asks for.
         std::string text =
             "EVIOCGVERSION 0 01000100\nEVIOCGID 0 0300010001000100\nEVIOCGNAME(0) 4 " +
             hex({'k', 'e', 'y'}, 255) + "\nEVIOCGPROP(0) 8 " + hex({}, 8) + "\nEVIOCGBIT(0) 8 " +

@@ -15,8 +15,8 @@
 
 namespace chimewerk {
 
-/// Stands for logind on the system bus, as far as it lets programs delay sleep. It runs on the queue of the
-/// test, and its inhibitors are real: pipes whose other end it keeps.
+/// A fake logind on the system bus that lets programs delay sleep. Runs on the test's queue. Its
+/// inhibitors are real pipes whose other end it keeps.
 class FakeLogind {
 public:
     explicit FakeLogind(EpollMainQueue& queue)
@@ -25,16 +25,16 @@ public:
         link_.keepOpen();
     }
 
-    /// What was asked for last: what, who, mode.
+    /// The last request: what, who, mode.
     std::string wanted;
-    /// How often an inhibitor was asked for.
+    /// Number of inhibitor requests.
     int asked = 0;
-    /// Answers later, by `answer()`.
+    /// If set, requests wait for `answer()`.
     bool isSlow = false;
 
-    /// The inhibitors that are held.
+    /// Returns the number of inhibitors held.
     std::size_t held() const { return inhibitors_.size(); }
-    /// Answers the questions that were left waiting.
+    /// Answers the waiting requests.
     void answer() {
         for (const BusMessage& call : std::exchange(waiting_, {})) {
             grant(call.get());
@@ -48,7 +48,7 @@ private:
     static constexpr const char* kPath = "/org/freedesktop/login1";
     static constexpr const char* kManager = "org.freedesktop.login1.Manager";
 
-    /// Gone when whoever holds the other end has closed it.
+    /// Released when the other end is closed.
     struct Inhibitor {
         FileDescriptor end;
         std::unique_ptr<EpollMainQueue::Watch> watch;

@@ -11,13 +11,13 @@
 
 namespace chimewerk {
 
-/// A microphone that hears what the test gives it, once the test allows it.
+/// A microphone that receives buffers from the test once permission is granted.
 class FakeMicrophone final : public Microphone, public Noting {
 public:
     Authorization access = Authorization::authorized;
     /// Whether engines start.
     bool works = true;
-    /// Who waits for the user's answer; the test calls it.
+    /// The pending permission callback; the test calls it.
     std::function<void(bool granted)> waiting;
     std::size_t enginesMade = 0;
     std::size_t askedFrames = 0;
@@ -32,17 +32,17 @@ public:
         return std::make_unique<Engine>(*this);
     }
 
-    /// How many engines are listening.
+    /// Number of listening engines.
     std::size_t listening() const { return running_.size(); }
-    /// How many engines would call their tap if they listened.
+    /// Number of engines with a tap, listening or not.
     std::size_t taps() const { return taps_; }
-    /// Has every engine that listens hear one buffer.
+    /// Sends one buffer to every listening engine.
     void hear(AudioEngine::FirstChannel samples) {
         for (Engine* const engine : running_) {
             engine->tap(samples);
         }
     }
-    /// As before: a buffer whose peak is this.
+    /// Sends a buffer with this peak.
     void hear(float peak) {
         const std::vector<float> samples{0.0F, peak, 0.0F};
         hear(samples);

@@ -9,10 +9,11 @@
 
 namespace chimewerk {
 
-/// Power sources that the test changes. Their state is known from the start unless the test says otherwise.
+/// Power sources that the test changes. Their state is known from the start unless the test
+/// says otherwise.
 class FakePowerSources final : public PowerSources, public Noting {
 public:
-    /// The first source, which is seen once it is known.
+    /// The first source; visible once the state is known.
     std::optional<PowerSourceDescription> source;
     bool isKnown = true;
 
@@ -29,7 +30,7 @@ public:
     }
 
     bool isFollowed() const { return callbacks_.onChange != nullptr; }
-    /// The machine finds out what power it has.
+    /// Makes the power state known.
     void becomeKnown() {
         isKnown = true;
         callbacks_.onKnown();

@@ -9,12 +9,12 @@
 
 namespace chimewerk {
 
-/// A system that the test sends to sleep and wakes.
+/// A system that the test puts to sleep and wakes.
 class FakeSleepSource final : public SleepSource, public Noting {
 public:
-    /// Whether power messages can be had.
+    /// Whether power messages are available.
     bool works = true;
-    /// The arguments that were answered since they were last taken.
+    /// The arguments answered since they were last taken.
     std::vector<std::intptr_t> allowed;
 
     bool registerHandler(Handler handler) override {

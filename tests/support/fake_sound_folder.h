@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// A sound folder where a file arrives when the test says so.
+/// A sound folder whose copies finish when the test says so.
 class FakeSoundFolder final : public SoundFolder {
 public:
     std::unique_ptr<Addition> add(const std::string& file, Done done) override {
@@ -21,7 +21,7 @@ public:
 
     /// The last file that was added.
     std::string chosen;
-    /// How often one was given up.
+    /// Number of cancelled copies.
     int givenUp = 0;
 
 private:

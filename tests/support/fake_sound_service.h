@@ -11,11 +11,11 @@
 
 namespace chimewerk {
 
-/// Files and alert sounds that are only names, and a record of what was played. A path with a
-/// length can be decoded; a path without one exists but cannot.
+/// Files and alert sounds that exist by name only, and a record of what was played. A path with a
+/// length can be decoded; a path without one exists but cannot be decoded.
 class FakeSoundService final : public SoundService, public FileSystem {
 public:
-    /// One sound that was started.
+    /// A sound that was started.
     struct Play {
         /// The path, or the name of the alert sound.
         std::string source;
@@ -31,7 +31,7 @@ public:
     void addNamedSound(const std::string& name) { named_.insert(name); }
 
     const std::vector<Play>& plays() const { return plays_; }
-    /// What has been looked for in the file system, in order.
+    /// The paths looked up in the file system, in order.
     const std::vector<std::string>& lookedFor() const { return lookedFor_; }
 
     bool fileExists(const std::string& path) const override {

@@ -82,13 +82,13 @@ public:
     bool isReachable() override { return isOpen && plugged; }
 };
 
-/// A trash of numbers. Counts wait until the test answers them, unless it lets them answer
-/// by themselves.
+/// A trash that only knows its item count. Counts wait until the test answers them, unless they
+/// answer by themselves.
 class FakeTrashSource final : public TrashSource, public Noting {
 public:
     double modified = 1000.0;
     std::int64_t items = 0;
-    /// Whether a count answers at once with `items`.
+    /// Whether a count is answered at once with `items`.
     bool countsAtOnce = true;
 
     double modificationTime() const override {
@@ -106,7 +106,7 @@ public:
 
     int countsBegun = 0;
 
-    /// Puts this many items in (or takes them out) and touches the folder.
+    /// Adds this many items (removes them if negative) and touches the folder.
     void change(std::int64_t by) {
         items += by;
         modified += 1.0;
@@ -126,7 +126,7 @@ private:
 /// A machine whose USB devices the test plugs in.
 class FakeUsbArrivalSource final : public UsbArrivalSource, public Noting {
 public:
-    /// Whether arrivals can be heard.
+    /// Whether arrivals are reported.
     bool works = true;
 
     bool open(std::function<void()> arrived) override {

@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// Stands for UPower on the system bus, as far as it tells of the machine and of the display device. It runs
-/// on the queue of the test.
+/// A fake UPower on the system bus with the properties of the machine and the display device. Runs
+/// on the test's queue.
 class FakeUPower {
 public:
     using Value = std::variant<bool, unsigned, double, std::string>;
@@ -27,9 +27,9 @@ public:
 
     Properties machine;
     Properties device;
-    /// How often it was asked for either.
+    /// Number of requests for either object.
     int asked = 0;
-    /// Does not answer about the machine.
+    /// If set, requests about the machine are not answered.
     bool isSilent = false;
 
     void changeMachine(const Properties& changes) {

@@ -12,8 +12,7 @@
 
 namespace chimewerk {
 
-/// Stands for the systemd manager of the user on the session bus, as far as it tells of units. It runs on the
-/// queue of the test.
+/// A fake systemd user manager on the session bus that reports units. Runs on the test's queue.
 class FakeUserManager {
 public:
     explicit FakeUserManager(EpollMainQueue& queue)
@@ -23,10 +22,10 @@ public:
         link_.keepOpen();
     }
 
-    /// How often it was asked to tell of its jobs.
+    /// Number of subscriptions.
     int subscriptions = 0;
 
-    /// A unit becomes active, and the job that started it is done.
+    /// Activates a unit and finishes the job that started it.
     void start(const std::string& unit) {
         timespec time{};
         clock_gettime(CLOCK_MONOTONIC, &time);
@@ -35,17 +34,17 @@ public:
         tellOfNew(unit);
         tellOfJob(unit, "done");
     }
-    /// A unit is read from its file without being started.
+    /// Loads a unit from its file without starting it.
     void tellOfNew(const std::string& unit) {
         sd_bus_emit_signal(bus_, kPath, kManager, "UnitNew", "so", unit.c_str(),
                            pathOf(unit).c_str());
     }
-    /// Some job of the unit has ended: also one that stopped it, or found it running.
+    /// Reports the end of any job of the unit, including one that stopped it or found it running.
     void tellOfJob(const std::string& unit, const char* result) {
         sd_bus_emit_signal(bus_, kPath, kManager, "JobRemoved", "uoss", ++lastJob_,
                            "/org/freedesktop/systemd1/job/1", unit.c_str(), result);
     }
-    /// The unit has ended and is forgotten.
+    /// Unloads a unit that has ended.
     void remove(const std::string& unit) {
         activeSince_.erase(pathOf(unit));
         sd_bus_emit_signal(bus_, kPath, kManager, "UnitRemoved", "so", unit.c_str(),

@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// A client of an X server that presses keys there by the server's test extension, and has a focused window
-/// which takes them: without one a server that nobody looks at keeps them to itself.
+/// An X client that presses keys through the server's test extension. Its focused window receives
+/// them; without one the server may not deliver key events.
 class FakeXInput {
 public:
     explicit FakeXInput(const char* display = nullptr) : server_(xcb_connect(display, nullptr)) {
@@ -28,14 +28,14 @@ public:
 
     bool works() const { return xcb_connection_has_error(server_) == 0; }
 
-    /// By the kernel's key code.
+    /// Takes the kernel's key code.
     void press(unsigned key) { send(XCB_KEY_PRESS, key); }
     void release(unsigned key) { send(XCB_KEY_RELEASE, key); }
     void tap(unsigned key) {
         press(key);
         release(key);
     }
-    /// Returns once the server has done what it was asked to.
+    /// Returns once the server has handled all requests.
     void sync() {
         std::free(xcb_get_input_focus_reply(server_, xcb_get_input_focus(server_), nullptr));
     }

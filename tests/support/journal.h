@@ -5,18 +5,18 @@
 
 namespace chimewerk {
 
-/// What the fakes of a test note of their use, in order.
+/// Records how a test uses its fakes, in order.
 class Journal {
 public:
     void note(const char* what) { text_ += text_.empty() ? what : std::string(" ") + what; }
-    /// All since the last look.
+    /// Returns and clears all entries.
     std::string take() { return std::exchange(text_, {}); }
 
 private:
     std::string text_;
 };
 
-/// What a fake that can keep a journal derives from.
+/// Base class of fakes that can keep a journal.
 class Noting {
 public:
     Journal* journal = nullptr;

@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// How many descriptors this process has open on what has `text` in its path or kind.
+/// Returns the number of open descriptors of this process whose path or kind contains `text`.
 inline std::size_t openDescriptors(const std::string& text = "") {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {

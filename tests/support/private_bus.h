@@ -17,8 +17,8 @@
 
 namespace chimewerk {
 
-/// A message bus of the test's own, which stands in the place of the session's or the system's and may be
-/// killed. It is not there until it is started.
+/// A private message bus that replaces the session or system bus and can be killed. It does not run
+/// until started.
 class PrivateBus {
 public:
     /// `variable` names the bus: DBUS_SESSION_BUS_ADDRESS or DBUS_SYSTEM_BUS_ADDRESS.
@@ -31,7 +31,7 @@ public:
     PrivateBus& operator=(const PrivateBus&) = delete;
     ~PrivateBus() { setenv(variable_.c_str(), before_.c_str(), 1); }
 
-    /// Returns when it takes connections; false when it does not.
+    /// Returns true once the bus accepts connections, false if it does not start.
     bool start() {
         daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork",
                                                  "--address=unix:path=" + path()});

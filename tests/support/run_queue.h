@@ -40,7 +40,7 @@ inline void runReady(EpollMainQueue& queue) {
     }
 }
 
-/// Runs the queue for a while and counts how often it had something to do.
+/// Runs the queue for a while and returns how often it woke up.
 inline int wakeUpsWithin(EpollMainQueue& queue, Seconds span) {
     const auto end = std::chrono::steady_clock::now() + span;
     int wakeUps = 0;

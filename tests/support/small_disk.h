@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// While it lives, no file of this process grows beyond some size: what lies beyond is refused, as by a full
-/// disk.
+/// While it lives, no file of this process can grow beyond a size limit; writes beyond it fail as
+/// on a full disk.
 class SmallDisk {
 public:
     explicit SmallDisk(rlim_t bytes) {
@@ -32,7 +32,7 @@ private:
     }
 
     rlimit before_{};
-    // The refusal comes with a signal, which would end the process.
+    // The failure raises a signal that would end the process.
     void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
 };
 

@@ -27,22 +27,22 @@ public:
     }
 };
 
-/// A sound library among fakes, which can be ended and started again on what it has stored.
+/// A sound library with fake dependencies that can be restarted from its stored settings.
 class SoundLibrary {
 public:
     SoundLibrary() : SoundLibrary(nullptr) {}
-    /// On this store instead of a fake one.
+    /// Uses this store instead of a fake one.
     explicit SoundLibrary(DefaultsStore* store) : store_(store == nullptr ? &defaults : store) {
         restart();
     }
 
-    /// As if the program were ended and started.
+    /// Restarts the library as if the program were restarted.
     void restart() { manager_ = std::make_unique<SoundManager>("/res", dependencies()); }
     SoundManager& operator*() { return *manager_; }
     SoundManager* operator->() { return manager_.get(); }
     SoundEvent& event(std::string_view id) { return *manager_->findEvent(id); }
 
-    /// What `themeDidChange` was posted for since the last call: raw values, and "none" where there
+    /// Returns the objects of `themeDidChange` since the last call: raw values, or "none" if there
     /// was no object.
     std::vector<std::string> announced() {
         queue.runPosted();
@@ -54,7 +54,7 @@ public:
     FakeSoundService sounds;
     FakeDefaultsStore defaults;
     FakeFileManagerSounds fileManager;
-    /// The ids of the next custom themes, in turn and over again.
+    /// The ids for new custom themes, used in rotation.
     std::vector<std::string> themeIds = {"A", "B", "C"};
 
 private:

@@ -8,7 +8,7 @@
 
 namespace chimewerk {
 
-/// While it lives, root is bound by permissions too.
+/// While it lives, file permissions apply to root too.
 class Unprivileged {
 public:
     Unprivileged() { become(kNobody); }

@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// A main queue in virtual time: nothing runs but in `runPosted()` and `advance()`, and an hour
-/// passes in a moment. It is also the wall clock of the tests.
+/// A main queue in virtual time: jobs run only within `runPosted()` and `advance()`. It is also the
+/// tests' wall clock.
 class VirtualMainQueue final : public MainQueue, public Clock {
 public:
     void post(Job job) override { jobs_.emplace(now_, std::move(job)); }
@@ -31,7 +31,7 @@ public:
     /// Lets time pass, running each job at its moment.
     void advance(Seconds span) {
         const WallTime end = now_ + span;
-        // The slack takes up rounding, so that ten steps of 0.1 s reach what is due in 1 s.
+        // The tolerance absorbs rounding, so that ten steps of 0.1 s reach what is due in 1 s.
         constexpr Seconds kSlack{1e-7};
         while (!jobs_.empty() && jobs_.begin()->first <= end + kSlack) {
             auto due = jobs_.extract(jobs_.begin());

@@ -14,7 +14,7 @@ namespace chimewerk {
 // Pointer and keyboard events for a window, as a window system sends them. The window finds the
 // widget under the pointer, and a dialog blocks the other windows.
 
-/// Lets the toolkit work until the condition holds; false if it does not within 5 s.
+/// Runs the event loop until the condition holds; returns false after 5 s.
 template <typename Condition>
 bool comesTrue(Condition condition) {
     return eventually([&condition] {
@@ -52,7 +52,7 @@ inline void releaseAt(const QWidget& widget, QPoint place) {
     QApplication::processEvents();
 }
 
-/// Presses a key for the window that has the keyboard.
+/// Presses a key in the window that has keyboard focus.
 inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(QGuiApplication::focusWindow(), key, modifiers);
     QApplication::processEvents();
@@ -63,7 +63,7 @@ inline void type(const std::string& text) {
     }
 }
 
-/// All widgets of this class below `parent`, which need not have the toolkit's meta-object.
+/// Returns all widgets of this class below `parent`; the class needs no meta-object.
 template <typename Widget>
 std::vector<Widget*> childrenOf(const QWidget& parent) {
     std::vector<Widget*> found;
@@ -79,7 +79,7 @@ inline QAccessibleInterface& accessible(QWidget& widget) {
     return *QAccessible::queryAccessibleInterface(&widget);
 }
 
-/// The visible widget that assistive programs know by this name.
+/// Returns the visible widget with this accessible name.
 template <typename Widget>
 Widget& named(const QWidget& parent, const QString& name) {
     for (Widget* const each : childrenOf<Widget>(parent)) {
@@ -90,13 +90,13 @@ Widget& named(const QWidget& parent, const QString& name) {
     throw std::out_of_range(name.toStdString());
 }
 
-/// The dialog that blocks the program's windows, if it is of this class.
+/// Returns the modal dialog if it has this class.
 template <typename Dialog>
 Dialog* dialog() {
     return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
 }
 
-/// Until a dialog of this class has the keyboard.
+/// Waits until a dialog of this class has keyboard focus.
 template <typename Dialog>
 bool dialogComes() {
     return comesTrue(

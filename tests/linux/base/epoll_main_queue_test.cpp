@@ -26,7 +26,7 @@ TEST(TheMainQueue, RunsPostedJobsInOrderFromAnyThread) {
     EXPECT_EQ(ran, "abcd");
 }
 
-TEST(TheMainQueue, RunsDelayedJobsByTheirMomentAndNeverEarly) {
+TEST(TheMainQueue, RunsDelayedJobsInOrderAndNeverEarly) {
     EpollMainQueue queue;
     std::string ran;
     const auto begin = std::chrono::steady_clock::now();
@@ -62,7 +62,7 @@ TEST(TheMainQueue, LetsTimersOfMultipleIntervalsShareAWakeUp) {
     other->invalidate();
 }
 
-TEST(TheMainQueue, KeepsATimerUntilItIsInvalidatedByWhomever) {
+TEST(TheMainQueue, RunsATimerUntilInvalidatedEvenIfNobodyHoldsIt) {
     EpollMainQueue queue;
     int runs = 0;
     std::shared_ptr<Timer> timer = queue.every(Seconds{0.002}, [&] {

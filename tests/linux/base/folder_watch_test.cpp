@@ -29,14 +29,14 @@ protected:
             [this](std::string_view name) { told.insert(std::string(name)); }, report);
     }
     static void touch(const fs::path& file) { std::ofstream{file} << "x"; }
-    /// Whether a new file in the folder is told of, whatever else is told meanwhile.
+    /// Returns whether a new file in the folder is reported, ignoring other reports.
     bool hears() {
         const std::string name = "probe" + std::to_string(++probes);
         told.clear();
         touch(folder / name);
         return isTold(name);
     }
-    /// Whether this has been told since the last question. The kernel tells at once.
+    /// Returns whether this was reported since the last call. The kernel reports at once.
     bool isTold(const std::string& name) {
         runReady(queue);
         return told.erase(name) > 0;
@@ -51,13 +51,13 @@ protected:
     int probes = 0;
 };
 
-TEST_F(AFolderWatch, TellsOfNamesDirectlyInTheFolder) {
+TEST_F(AFolderWatch, ReportsNamesDirectlyInTheFolder) {
     fs::create_directory(folder / "sub");
     touch(folder / "old");
     touch(home.path() / "elsewhere");
     watch();
     touch(folder / "sub" / "inside");
-    touch(folder / "old");  // Written to: no name has come or gone.
+    touch(folder / "old");  // Only written to: no name has changed.
     fs::permissions(folder / "old", fs::perms::owner_read);
     touch(folder / "new");
     fs::rename(home.path() / "elsewhere", folder / "moved in");
@@ -66,14 +66,14 @@ TEST_F(AFolderWatch, TellsOfNamesDirectlyInTheFolder) {
     EXPECT_EQ(told, (std::set<std::string>{"new", "moved in", "old"}));
 }
 
-TEST_F(AFolderWatch, TellsOfPermissionsWhenAskedTo) {
+TEST_F(AFolderWatch, ReportsPermissionsWhenAskedTo) {
     touch(folder / "device");
     watch(FolderWatch::Report::namesAndPermissions);
     fs::permissions(folder / "device", fs::perms::owner_read);
     EXPECT_TRUE(isTold("device"));
 }
 
-TEST_F(AFolderWatch, GoesOnWhateverHappensToTheFolder) {
+TEST_F(AFolderWatch, SurvivesWhateverHappensToTheFolder) {
     const fs::path other = home.path() / "other";
     fs::create_directories(other / "folder");
     struct Case {
@@ -144,7 +144,7 @@ TEST_F(AFolderWatch, GoesOnWhateverHappensToTheFolder) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(AFolderWatch, WaitsForAFolderThatIsNotThereWithoutWakingUp) {
+TEST_F(AFolderWatch, WaitsForAMissingFolderWithoutWakingUp) {
     fs::remove_all(above);
     watch();
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
@@ -153,7 +153,7 @@ TEST_F(AFolderWatch, WaitsForAFolderThatIsNotThereWithoutWakingUp) {
     EXPECT_TRUE(hears());
 }
 
-TEST_F(AFolderWatch, LooksAgainWhereNothingTells) {
+TEST_F(AFolderWatch, RetriesWhereNothingReportsChanges) {
     const fs::path target = home.path() / "target";
     fs::remove_all(folder);
     fs::create_directory_symlink(target, folder);
@@ -172,7 +172,7 @@ TEST_F(AFolderWatch, LosesNothingWhenTheKernelQueueOverflows) {
     watch();
     touch(above / "file");
     for (int i = 0; i <= most / 2; ++i) {
-        // Two events each, of differing kinds lest the kernel merge them.
+        // Two events each, of different kinds so that the kernel does not merge them.
         ASSERT_EQ(link((above / "file").c_str(), (folder / "burst").c_str()), 0);
         ASSERT_EQ(unlink((folder / "burst").c_str()), 0);
     }

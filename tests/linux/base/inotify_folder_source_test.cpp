@@ -19,7 +19,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-/// A home folder of its own, for as long as the test runs.
+/// A temporary home folder for each test.
 class TheUsersFolders : public testing::Test {
 protected:
     TheUsersFolders() {
@@ -83,7 +83,7 @@ TEST_F(TheInotifyFolders, ListWhatIsDirectlyInside) {
     EXPECT_EQ(source.watch("relative", [] {}), nullptr);
 }
 
-TEST_F(TheInotifyFolders, LetAScreenshotBeHeardAfterOneAndAHalfSecondsAlsoInAFolderThatCameLater) {
+TEST_F(TheInotifyFolders, ReportAScreenshotAfterOneAndAHalfSecondsEvenInALaterFolder) {
     save("Desktop/Screenshot before.png");
     monitor.start();
     const auto begin = std::chrono::steady_clock::now();
@@ -98,7 +98,7 @@ TEST_F(TheInotifyFolders, LetAScreenshotBeHeardAfterOneAndAHalfSecondsAlsoInAFol
     fs::create_directories(home / "Pictures/Screenshots");
     save("Pictures/Screenshots/Screenshot.png");
     EXPECT_TRUE(runUntil(queue, [&] { return shots > 1; }));
-    // The folder above has changed too, and has its own look; then there is nothing more to do.
+    // The folder above has changed too and is listed again; after that nothing is left to do.
     int looks = 0;
     while (wakeUpsWithin(queue, Seconds{0.5}) > 0 && ++looks < 10) {
     }

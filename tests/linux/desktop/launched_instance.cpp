@@ -1,5 +1,5 @@
-// A program that wants to be the one instance of its session, for the tests: launched_instance ID LOG
-// [ACTION]. It appends to LOG what becomes of it and what it is asked, a line each.
+// A program for the tests that tries to be the only instance of its session: launched_instance ID
+// LOG [ACTION]. Appends its outcome and each request it receives to LOG, one per line.
 #include <fcntl.h>
 #include <unistd.h>
 

@@ -25,11 +25,11 @@ namespace chimewerk {
 namespace {
 
 constexpr const char* kId = "org.chimewerk.Test-Program";
-/// By then a bus that is back has been found again.
+/// A bus that came back has been found by then.
 constexpr Seconds kBusIsFound{3.3};
 using Outcome = SingleInstance::Outcome;
 
-/// An instance in the test, and others that are launched as processes of their own.
+/// One instance in the test, and others launched as separate processes.
 class TheSessionsInstance : public testing::Test {
 protected:
     ~TheSessionsInstance() override { setTokens("", ""); }
@@ -54,7 +54,7 @@ protected:
         launched.emplace_back(
             std::vector<std::string>{LAUNCHED_INSTANCE, kId, folder / "log", action});
     }
-    /// How often the launched programs have said this line.
+    /// Returns how often the launched programs have logged this line.
     long said(const std::string& wanted) {
         std::ifstream lines(folder / "log");
         long count = 0;
@@ -63,7 +63,8 @@ protected:
         }
         return count;
     }
-    /// What the instance is asked when the program is launched again, once that has been told that it runs.
+    /// Launches the program again, waits until it knows that an instance is running, and returns
+    /// the request that the instance received.
     std::string askedByLaunch(const std::string& action = "") {
         const long before = said("already");
         launch(action);
@@ -80,7 +81,7 @@ protected:
     std::list<ChildProcess> launched;
 };
 
-TEST_F(TheSessionsInstance, IsOneOfAllThatAreLaunchedAtTheSameInstant) {
+TEST_F(TheSessionsInstance, IsOneOfAllLaunchedAtTheSameTime) {
     constexpr int kLaunches = 8;
     ASSERT_TRUE(bus.start());
     for (int round = 1; round <= 5; ++round) {
@@ -97,7 +98,7 @@ TEST_F(TheSessionsInstance, IsOneOfAllThatAreLaunchedAtTheSameInstant) {
     }
 }
 
-TEST_F(TheSessionsInstance, IsAskedByEveryFurtherLaunch) {
+TEST_F(TheSessionsInstance, ReceivesARequestFromEachFurtherLaunch) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
     struct Case {
@@ -117,8 +118,8 @@ TEST_F(TheSessionsInstance, IsAskedByEveryFurtherLaunch) {
     }
 }
 
-/// Another client, which reads from the object itself what it takes.
-TEST_F(TheSessionsInstance, IsAskedByTheDesktop) {
+/// Calls the object through another client, which reads its interface by introspection.
+TEST_F(TheSessionsInstance, ReceivesRequestsFromTheDesktop) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
     const auto call = [this](std::vector<std::string> methodAndArguments) {
@@ -139,7 +140,7 @@ TEST_F(TheSessionsInstance, IsAskedByTheDesktop) {
               "activate ; ");
 }
 
-TEST_F(TheSessionsInstance, IsFollowedByALaunchThatFindsItQuitting) {
+TEST_F(TheSessionsInstance, IsReplacedByALaunchThatFindsItQuitting) {
     ASSERT_TRUE(bus.start());
     for (const int milliseconds : {0, 5, 10, 20, 100}) {
         const long before = said("first");
@@ -163,7 +164,7 @@ TEST_F(TheSessionsInstance, IsNotWaitedForForeverWhenItHangs) {
     EXPECT_EQ(log, "activate ; ");
 }
 
-TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesItsPlaceWheneverThereIsOne) {
+TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesTheNameOnceThereIsOne) {
     for (const bool hasBus : {false, true}) {
         if (hasBus) {
             ASSERT_TRUE(bus.start());
@@ -183,7 +184,7 @@ TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesItsPlaceWheneverThereIsOne) {
     ASSERT_TRUE(eventually([&] { return said("first") == 1; }));
     EXPECT_FALSE(runUntil(
         queue, [] { return false; }, Seconds{3.2}));
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{3.2}), 0);  // It has come to terms with it.
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{3.2}), 0);  // It no longer tries.
     EXPECT_EQ(askedByLaunch(), "");
 }
 

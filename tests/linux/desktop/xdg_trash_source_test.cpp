@@ -38,7 +38,7 @@ TEST_F(TheTrashFolder, IsEmptyAndWithoutATimeBeforeTheFirstUse) {
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(TheTrashFolder, ChangesItsTimeWithEachItemAndCountsThemHiddenOnesAndFoldersIncluded) {
+TEST_F(TheTrashFolder, ChangesItsTimeWithEachItemAndCountsHiddenOnesAndFolders) {
     fs::create_directories(files);
     const double empty = trash.modificationTime();
     EXPECT_GT(empty, 1e9);
@@ -64,7 +64,7 @@ TEST_F(TheTrashFolder, MayBeALinkAndMayVanish) {
     EXPECT_EQ(count(), 0);
 }
 
-TEST_F(TheTrashFolder, CannotBeCountedWhenItIsNoFolder) {
+TEST_F(TheTrashFolder, CannotBeCountedWhenItIsNotAFolder) {
     fs::create_directories(files.parent_path());
     std::ofstream(files) << "x";
     EXPECT_EQ(count(), std::nullopt);

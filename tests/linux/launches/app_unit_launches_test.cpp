@@ -8,7 +8,7 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::seconds;
 
-TEST(AnAppUnit, IsToldByItsName) {
+TEST(AnAppUnit, IsRecognizedByItsName) {
     struct Case {
         const char* name;
         bool isOne;
@@ -71,18 +71,18 @@ protected:
 TEST_F(TheAppUnitLaunches, CountEachActivationOnceAndNoneFromBeforeTheBeginning) {
     const std::string maps = "app-gnome-maps-1.scope";
     EXPECT_FALSE(launch("app-gnome-old-1.scope", seconds(90)));
-    EXPECT_FALSE(launch(maps, seconds(0)));  // It has not become active at all.
+    EXPECT_FALSE(launch(maps, seconds(0)));  // It has never become active.
     EXPECT_TRUE(launch(maps, seconds(101)));
     EXPECT_FALSE(launch(maps, seconds(101)));  // Another job of the running unit, or its stop.
     EXPECT_TRUE(launch(maps, seconds(102)));
     EXPECT_TRUE(launch("app-gnome-maps-2.scope", seconds(103)));
     EXPECT_FALSE(launch("app-nm\\x2dapplet@autostart.service", seconds(104)));
     EXPECT_FALSE(launch("dbus.service", seconds(105)));
-    launches.begin(seconds(200));  // The manager has been away.
+    launches.begin(seconds(200));  // The manager was restarted.
     EXPECT_FALSE(launch("app-gnome-maps-3.scope", seconds(150)));
 }
 
-TEST_F(TheAppUnitLaunches, TakeASandboxAndItsApplicationForOne) {
+TEST_F(TheAppUnitLaunches, CountASandboxAndItsApplicationOnce) {
     EXPECT_TRUE(launch("app-gnome-org.gnome.Maps-1.scope", seconds(101)));
     EXPECT_FALSE(launch("app-flatpak-org.gnome.Maps-2.scope", seconds(102)));
     EXPECT_TRUE(launch("app-flatpak-org.gnome.Maps-3.scope", seconds(103)));  // From a terminal.
@@ -92,7 +92,7 @@ TEST_F(TheAppUnitLaunches, TakeASandboxAndItsApplicationForOne) {
     EXPECT_TRUE(launch("app-flatpak-org.gnome.Maps-7.scope", seconds(120)));
 }
 
-TEST_F(TheAppUnitLaunches, RememberNoMoreThanWhatIsLoaded) {
+TEST_F(TheAppUnitLaunches, RememberOnlyLoadedUnits) {
     for (int i = 0; i < 500; ++i) {
         const std::string unit = "app-gnome-maps-" + std::to_string(i) + ".scope";
         EXPECT_TRUE(launch(unit, seconds(101 + i)));

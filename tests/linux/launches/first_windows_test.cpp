@@ -12,11 +12,11 @@ using testing::IsEmpty;
 using Window = FirstWindows::Window;
 using Owner = FirstWindows::Owner;
 
-/// Windows are numbered by their process: 10, 11, 12 ... belong to process 1. Windows x9 are panels,
-/// and x8 have gone before anyone could ask about them.
+/// Windows are numbered by process: 10, 11, 12 ... belong to process 1. Windows x9 are panels, and
+/// windows x8 are gone before their facts can be read.
 class TheFirstWindows : public testing::Test {
 protected:
-    /// The processes whose first window is new in this list.
+    /// Returns the processes whose first window is new in this list.
     std::vector<Owner> update(const std::vector<Window>& list) {
         launched.clear();
         windows.update(list);
@@ -48,14 +48,14 @@ TEST_F(TheFirstWindows, AreThoseOfProcessesThatHadNone) {
     EXPECT_THAT(update({10, 32, 21}), IsEmpty());
 }
 
-TEST_F(TheFirstWindows, AreNotThoseOfAProcessThatLivedOnWithoutAWindow) {
+TEST_F(TheFirstWindows, AreNotThoseOfAProcessThatKeptRunningWithoutAWindow) {
     windows.begin({});
     EXPECT_THAT(update({10}), ElementsAre(1));
     EXPECT_THAT(update({}), IsEmpty());
     EXPECT_THAT(update({10}), IsEmpty());
     dead.insert(1);
     EXPECT_THAT(update({}), IsEmpty());
-    EXPECT_THAT(update({10}), ElementsAre(1));  // Another process of the same number.
+    EXPECT_THAT(update({10}), ElementsAre(1));  // Another process with the same number.
 }
 
 TEST_F(TheFirstWindows, AreNotPanelsNorTheLaterWindowsOfAPanel) {
@@ -64,20 +64,20 @@ TEST_F(TheFirstWindows, AreNotPanelsNorTheLaterWindowsOfAPanel) {
     EXPECT_THAT(update({19, 29, 10, 20}), IsEmpty());
 }
 
-TEST_F(TheFirstWindows, AreNotThoseThatHaveGoneAlready) {
+TEST_F(TheFirstWindows, AreNotThoseAlreadyGone) {
     windows.begin({10});
     EXPECT_THAT(update({10, 18, 28}), IsEmpty());
     EXPECT_THAT(update({20, 28}), ElementsAre(2));
     EXPECT_THAT(update({20}), IsEmpty());
 }
 
-TEST_F(TheFirstWindows, AreJudgedAnewAfterABeginning) {
+TEST_F(TheFirstWindows, StartOverAfterABeginning) {
     windows.begin({10});
     windows.begin({20});
     EXPECT_THAT(update({20, 10}), ElementsAre(1));
 }
 
-TEST_F(TheFirstWindows, LeaveNothingBehindOfProcessesThatEnded) {
+TEST_F(TheFirstWindows, ForgetProcessesThatEnded) {
     windows.begin({});
     for (Window window = 10; window < 5010; window += 10) {
         EXPECT_THAT(update({window}), ElementsAre(window / 10));

@@ -16,19 +16,19 @@ namespace {
 
 constexpr const char* kMaps = "app-gnome-org.gnome.Maps-4711.scope";
 
-/// On a session bus of its own, which may be killed.
+/// A private session bus that can be killed.
 class TheUnits : public testing::Test {
 protected:
     void startBus() { ASSERT_TRUE(bus.start()); }
     void listen() {
         units.emplace(queue, [this] { ++launches; });
     }
-    /// The manager comes, and is heard.
+    /// Starts the manager and waits until it is subscribed to.
     void startManager() {
         manager.emplace(queue);
         ASSERT_TRUE(runUntil(queue, [this] { return units->hears(); }));
     }
-    /// The launches since the last call, once all is told and answered.
+    /// Returns the launches since the last call, after all signals and answers have arrived.
     int launched() {
         while (wakeUpsWithin(queue, Seconds{0.05}) > 0) {
         }
@@ -42,7 +42,7 @@ protected:
     std::optional<FakeUserManager> manager;
 };
 
-TEST_F(TheUnits, AreLaunchesWhenTheyAreStartedAndOnlyThen) {
+TEST_F(TheUnits, AreLaunchesOnlyWhenStarted) {
     startBus();
     listen();
     startManager();
@@ -50,7 +50,7 @@ TEST_F(TheUnits, AreLaunchesWhenTheyAreStartedAndOnlyThen) {
     manager->start(kMaps);
     manager->start("app-firefox@0a1b.service");
     EXPECT_EQ(launched(), 2);
-    manager->tellOfJob(kMaps, "done");  // It was to be started and ran already, or was stopped.
+    manager->tellOfJob(kMaps, "done");  // Either it was running already, or it was stopped.
     manager->tellOfNew("app-loaded.service");
     manager->tellOfJob("app-unknown.service", "done");
     manager->tellOfJob("app-failing.service", "failed");
@@ -58,11 +58,11 @@ TEST_F(TheUnits, AreLaunchesWhenTheyAreStartedAndOnlyThen) {
     manager->start("app-firefox.slice");
     manager->start("app-nm\\x2dapplet@autostart.service");
     EXPECT_EQ(launched(), 0);
-    manager->start(kMaps);  // It had ended meanwhile.
+    manager->start(kMaps);  // Started again after it had ended.
     EXPECT_EQ(launched(), 1);
 }
 
-TEST_F(TheUnits, DoNotCountWhenTheyRunFromBeforeTheStart) {
+TEST_F(TheUnits, DoNotCountWhenTheyWereRunningBefore) {
     startBus();
     manager.emplace(queue);
     launched();
@@ -74,7 +74,7 @@ TEST_F(TheUnits, DoNotCountWhenTheyRunFromBeforeTheStart) {
     EXPECT_EQ(launched(), 0);
 }
 
-TEST_F(TheUnits, AreHeardOfWhenTheManagerComesLateAndComesAgain) {
+TEST_F(TheUnits, AreReportedWhenTheManagerComesLateAndReturns) {
     startBus();
     listen();
     launched();
@@ -91,7 +91,7 @@ TEST_F(TheUnits, AreHeardOfWhenTheManagerComesLateAndComesAgain) {
     EXPECT_EQ(launched(), 1);
 }
 
-TEST_F(TheUnits, AreHeardOfWhenTheBusComesLateAndComesAgain) {
+TEST_F(TheUnits, AreReportedWhenTheBusComesLateAndReturns) {
     listen();
     for (const int killedBy : {SIGTERM, SIGKILL}) {
         EXPECT_FALSE(units->hears());

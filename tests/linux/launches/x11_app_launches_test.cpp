@@ -18,13 +18,13 @@
 namespace chimewerk {
 namespace {
 
-/// A client with windows of its own.
+/// An X11 client with its own windows.
 class Client {
 public:
     explicit Client(const char* display = nullptr) : server_(xcb_connect(display, nullptr)) {}
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
-    /// The server has taken the windows off the screen by the time this returns.
+    /// Returns once the server has removed the windows.
     ~Client() {
         for (const xcb_window_t window : opened_) {
             xcb_destroy_window(server_, window);
@@ -34,7 +34,7 @@ public:
         xcb_disconnect(server_);
     }
 
-    /// Opens a window that says it is of this process; of none for 0.
+    /// Opens a window with this process ID, or without one for 0.
     xcb_window_t open(std::uint32_t process, const char* type = nullptr) {
         const auto* const screen = xcb_setup_roots_iterator(xcb_get_setup(server_)).data;
         const xcb_window_t window = xcb_generate_id(server_);
@@ -63,7 +63,7 @@ public:
                             windows.data());
         xcb_flush(server_);
     }
-    /// Whether the window manager has taken the window in.
+    /// Returns whether the window manager lists the window.
     bool isListed(xcb_window_t window) {
         const auto root = xcb_setup_roots_iterator(xcb_get_setup(server_)).data->root;
         const XcbReply<xcb_get_property_reply_t> list(xcb_get_property_reply(
@@ -92,11 +92,11 @@ private:
     std::vector<xcb_window_t> opened_;
 };
 
-/// In the private session, with its window manager.
+/// Runs in the private session with its window manager.
 class TheWindows : public testing::Test {
 protected:
     void listen() {
-        // The windows of an earlier test must be off the list: their numbers are given out again.
+        // Wait until the windows of an earlier test are off the list: their IDs are reused.
         launchesUntilNow();
         windows.emplace(queue, std::getenv("DISPLAY"),
                         X11AppLaunches::Callbacks{
@@ -106,14 +106,16 @@ protected:
     bool launched(int times) {
         return runUntil(queue, [&] { return launches >= times; }) && launches == times;
     }
-    /// The launches since the last call, once the window manager has taken in all windows that were opened.
+    /// Returns the launches since the last call, after the window manager has listed all
+    /// opened windows.
     int launchesUntilNow() {
-        // One client for all, lest a window get the number of an earlier one that is still listed.
+        // Keep one client for all calls, so that no window gets the ID of one that is still listed.
         static Client markers;
         const auto last = markers.open(ours());
         EXPECT_TRUE(runUntil(queue, [&] { return markers.isListed(last); }));
         markers.close(last);
-        // The server tells each client by itself; our copy of the news may come a moment after the markers'.
+        // The server notifies each client separately, so our notification may arrive shortly after
+        // that of the marker window.
         wakeUpsWithin(queue, Seconds{0.03});
         return std::exchange(launches, 0);
     }
@@ -144,7 +146,7 @@ TEST_F(TheWindows, AreLaunchesWhenTheyAreTheFirstOfARealProgram) {
     EXPECT_EQ(launchesUntilNow(), 3);
 }
 
-TEST_F(TheWindows, AreNoLaunchesWhenTheirProcessIsKnownOrOursOrHeardOfElsewhere) {
+TEST_F(TheWindows, AreNotLaunchesWhenTheirProcessIsKnownOrOursOrReportedElsewhere) {
     Client client;
     client.open(0x30000000);
     launchesUntilNow();
@@ -164,7 +166,7 @@ TEST_F(TheWindows, AreNoLaunchesWhenTheirProcessIsKnownOrOursOrHeardOfElsewhere)
     EXPECT_EQ(launchesUntilNow(), 1);       // Only the one with the dialog.
 }
 
-TEST_F(TheWindows, AreToldApartByTheirClientWhenTheyDoNotTellTheirProcess) {
+TEST_F(TheWindows, AreGroupedByClientWhenTheyGiveNoProcess) {
     listen();
     Client first;
     first.open(0);
@@ -176,7 +178,7 @@ TEST_F(TheWindows, AreToldApartByTheirClientWhenTheyDoNotTellTheirProcess) {
     EXPECT_EQ(launchesUntilNow(), 1);
 }
 
-TEST_F(TheWindows, AreHeardOfByTheDesktopsSourceForAsLongAsAnyoneAsks) {
+TEST_F(TheWindows, AreReportedByTheDesktopSourceWhileItHasObservers) {
     DesktopAppLaunchSource source(
         queue, {.type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
     Client client;
@@ -201,7 +203,7 @@ TEST_F(TheWindows, AreHeardOfByTheDesktopsSourceForAsLongAsAnyoneAsks) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(TheWindows, AreNotAskedAboutInAWaylandSession) {
+TEST_F(TheWindows, AreIgnoredInAWaylandSession) {
     DesktopAppLaunchSource source(
         queue,
         {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
@@ -213,8 +215,8 @@ TEST_F(TheWindows, AreNotAskedAboutInAWaylandSession) {
     EXPECT_EQ(heard, 0);
 }
 
-/// On a server of its own, which may be killed. The test keeps the list of windows by itself: a window
-/// manager takes minutes for hundreds of them.
+/// A private X server that can be killed. The test keeps the window list itself, because a window
+/// manager takes minutes for hundreds of windows.
 class TheWindowsOfAPassingServer : public TheWindows {
 protected:
     void startServer() {
@@ -240,7 +242,7 @@ protected:
     std::optional<ChildProcess> server;
 };
 
-TEST_F(TheWindowsOfAPassingServer, AreToldApartByTheirLeader) {
+TEST_F(TheWindowsOfAPassingServer, AreGroupedByTheirLeader) {
     startServer();
     listenThere();
     Client application(kDisplay);
@@ -261,16 +263,16 @@ TEST_F(TheWindowsOfAPassingServer, AreToldApartByTheirLeader) {
     otherConnection.setClientList({one, two, three});
     EXPECT_TRUE(launched(2));
     otherConnection.setClientList({});
-    otherConnection.setClientList({one});  // The leader is still there, and so is the application.
+    otherConnection.setClientList({one});  // The leader still exists, so the application does too.
     application.set(leader, "_NET_WM_PID", XCB_ATOM_CARDINAL, ours());
     const auto four = ofLeader(application);
-    application.setClientList({one, four});  // The leader says now that the process is ours.
+    application.setClientList({one, four});  // The leader now gives our process ID.
     const auto five = application.open(0x30000001);
     application.setClientList({one, four, five});
     EXPECT_TRUE(launched(3));
 }
 
-TEST_F(TheWindowsOfAPassingServer, AreHeardOfWhenTheServerComesLateAndComesAgain) {
+TEST_F(TheWindowsOfAPassingServer, AreReportedWhenTheServerComesLateAndReturns) {
     listenThere();
     for (int i = 0; i < 2; ++i) {
         EXPECT_LE(wakeUpsWithin(queue, Seconds{1}), 1);

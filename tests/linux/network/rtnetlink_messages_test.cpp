@@ -196,7 +196,7 @@ TEST(ALink, IsUsableWhenUpWithCarrierAndATunnelByItsKind) {
     EXPECT_EQ(readLink(Bytes(3)), std::nullopt);
 }
 
-TEST(TheWayOut, IsADefaultRouteThroughALinkOrThroughATunnelThatALinkCarries) {
+TEST(TheWayOut, IsADefaultRouteThroughALinkOrATunnelOverALink) {
     constexpr RouteHop kOverLink{1, true};
     constexpr RouteHop kOverTunnel{2, true};
     constexpr RouteHop kOverDeadLink{3, true};

@@ -20,8 +20,8 @@
 namespace chimewerk {
 namespace {
 
-/// A network with two cables, near0 to far0 and near1 to far1, both plugged in; near0 and near1 have
-/// addresses.
+/// A network with two cables, near0 to far0 and near1 to far1, both plugged in; near0 and near1
+/// have addresses.
 class TheReachability : public testing::Test {
 protected:
     void SetUp() override {
@@ -42,7 +42,7 @@ protected:
         ASSERT_TRUE(PrivateNetwork::ip(arguments)) << arguments;
     }
 
-    /// The kernel notes a carrier that changes up to a second later.
+    /// The kernel may report a carrier change up to a second late.
     testing::AssertionResult becomes(bool expected) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         while (source.isReachable() != expected) {
@@ -73,20 +73,20 @@ TEST_F(TheReachability, FollowsTheCableOfADefaultRoute) {
     EXPECT_FALSE(source.isReachable());
 }
 
-TEST_F(TheReachability, CountsANetworkOfIpv6Alone) {
+TEST_F(TheReachability, CountsAnIpv6OnlyNetwork) {
     ip("-6 route add default via 2001:db8:0::2 dev near0");
     plugAndUnplug("far0");
 }
 
 TEST_F(TheReachability, SeesARouteVanishWithItsAddress) {
-    // With the address the kernel drops the route that needs it, and announces the address only.
+    // The kernel drops the route together with its address but announces only the address.
     ip("route add default dev near0 src 192.0.0.1");
     EXPECT_TRUE(becomes(true));
     ip("addr del 192.0.0.1/24 dev near0");
     EXPECT_FALSE(source.isReachable());
 }
 
-TEST_F(TheReachability, IgnoresRoutesThatRejectTheirPacketsAndThoseOfOwnAddresses) {
+TEST_F(TheReachability, IgnoresRoutesThatRejectPacketsAndThoseOfLocalAddresses) {
     for (const char* const route :
          {"unreachable default", "blackhole default", "prohibit default", "throw default",
           "default dev near0 table local", "198.51.100.0/24 via 192.0.0.2 dev near0"}) {
@@ -132,7 +132,7 @@ TEST_F(TheReachability, CountsATunnelOnlyAsLongAsACableCarriesIt) {
     ip("link set vpn0 up");
     ip("route add default dev vpn0 table 51820");
     EXPECT_FALSE(source.isReachable()) << "a tunnel through nothing";
-    // To the other end of the tunnel, as when the VPN has taken the place of the default route.
+    // A route to the other end of the tunnel, as when a VPN has replaced the default route.
     ip("route add 203.0.113.9 via 192.0.0.2 dev near0");
     plugAndUnplug("far0");
     close(tunnel);

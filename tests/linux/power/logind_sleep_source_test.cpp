@@ -21,7 +21,7 @@
 namespace chimewerk {
 namespace {
 
-/// On a system bus of its own, on which logind comes and goes as the test says.
+/// A private system bus on which logind comes and goes.
 class TheSleep : public testing::Test {
 protected:
     TheSleep() {
@@ -36,7 +36,7 @@ protected:
         logind.emplace(queue);
         ASSERT_TRUE(runUntil(queue, [this] { return logind->asked > 0; }));
     }
-    /// Lets everything happen that is under way; what has come from logind since the last call.
+    /// Runs everything that is pending and returns the messages since the last call.
     std::string settle() {
         while (wakeUpsWithin(queue, Seconds{0.03}) > 0) {
         }
@@ -46,7 +46,7 @@ protected:
         logind->prepareForSleep(begins);
         return settle();
     }
-    /// How many inhibitors are held once the message with this argument is answered.
+    /// Returns the number of inhibitors held after the message with this argument is answered.
     std::size_t heldAfterAnswering(std::intptr_t argument) {
         source.allowPowerChange(argument);
         settle();
@@ -75,11 +75,11 @@ TEST_F(TheSleep, WaitsForTheAnswerToItsMessageAndAgainAfterEachWake) {
     EXPECT_EQ(logind->asked, 4);
 }
 
-TEST_F(TheSleep, GoesOnlyByTheAnswerThatBelongsToIt) {
+TEST_F(TheSleep, IgnoresAnswersToOtherMessages) {
     startLogind();
     prepareForSleep(true);
     const std::intptr_t first = lastArgument;
-    EXPECT_EQ(prepareForSleep(false), "wake ");  // Called off before it was answered.
+    EXPECT_EQ(prepareForSleep(false), "wake ");  // Cancelled before it was answered.
     EXPECT_EQ(heldAfterAnswering(first), 1U);
     EXPECT_EQ(prepareForSleep(true) + prepareForSleep(true), "sleep sleep ");
     EXPECT_EQ(heldAfterAnswering(first), 1U);
@@ -106,7 +106,7 @@ TEST_F(TheSleep, IsNotHeldUpByAnInhibitorThatComesTooLate) {
     EXPECT_EQ(logind->asked, 2);
 }
 
-TEST_F(TheSleep, IsHeardOfWhenLogindComesLateAndComesAgain) {
+TEST_F(TheSleep, IsReportedWhenLogindComesLateAndReturns) {
     settle();
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
     const std::size_t pipes = openDescriptors("pipe:");
@@ -121,7 +121,7 @@ TEST_F(TheSleep, IsHeardOfWhenLogindComesLateAndComesAgain) {
     }
 }
 
-TEST_F(TheSleep, IsHeldUpByNobodyWhileTheBusIsAway) {
+TEST_F(TheSleep, IsNotHeldUpWhileTheBusIsAway) {
     startLogind();
     settle();
     prepareForSleep(true);
@@ -154,7 +154,7 @@ TEST_F(TheSleep, BeginsAThirdOfASecondAfterItsMessage) {
     EXPECT_EQ(library.event("lid_close").triggerCount, 1);
 }
 
-TEST_F(TheSleep, WaitsByTheAccountOfAnotherLogind) {
+TEST_F(TheSleep, WaitsAccordingToAnIndependentFakeLogind) {
     FakeBusService other("logind", "org.freedesktop.login1", "/org/freedesktop/login1");
     ASSERT_TRUE(other.isThere());
     const auto held = [&] {

@@ -26,7 +26,7 @@ using Properties = FakeUPower::Properties;
 const Properties kLaptopBattery{{"IsPresent", true}, {"Type", 2U}, {"Percentage", 50.0}};
 const Properties kNoBattery{{"IsPresent", false}, {"Type", 0U}, {"Percentage", 0.0}};
 
-/// On a system bus of its own, on which UPower comes and goes as the test says.
+/// A private system bus on which UPower comes and goes.
 class ThePowerSources : public testing::Test {
 protected:
     ThePowerSources() { EXPECT_TRUE(bus.start()); }
@@ -50,7 +50,7 @@ protected:
         }
         return text.str();
     }
-    /// What has been told since the last call, once everything under way has happened.
+    /// Returns the callbacks since the last call, after running everything that is pending.
     std::string told() {
         while (wakeUpsWithin(queue, Seconds{0.1}) > 0) {
         }
@@ -65,7 +65,7 @@ protected:
     std::unique_ptr<PowerSources::Subscription> following;
 };
 
-TEST_F(ThePowerSources, TellEachChangeOnceAndTheStartApart) {
+TEST_F(ThePowerSources, ReportEachChangeOnceAndTheStartSeparately) {
     startUPower(true);
     follow();
     EXPECT_EQ(shown(), "none");
@@ -99,7 +99,7 @@ TEST_F(ThePowerSources, AreNoneOnAMachineWithoutBatteryUntilItGetsOne) {
     EXPECT_EQ(told(), "change none; ");
 }
 
-TEST_F(ThePowerSources, MayKeepTheirStateOrTheirChargeToThemselves) {
+TEST_F(ThePowerSources, MayLackTheirStateOrTheirCharge) {
     upower.emplace(queue, Properties{}, Properties{{"IsPresent", true}, {"Type", 2U}});
     follow();
     EXPECT_EQ(told(), "known ? ?; ");
@@ -110,7 +110,7 @@ TEST_F(ThePowerSources, MayKeepTheirStateOrTheirChargeToThemselves) {
     EXPECT_EQ(told(), "change Battery Power 50; ");
 }
 
-TEST_F(ThePowerSources, HoldWhileUPowerIsAwayAndTellOnlyWhatHasChangedMeanwhile) {
+TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     follow();
     EXPECT_EQ(told(), "");
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
@@ -122,7 +122,7 @@ TEST_F(ThePowerSources, HoldWhileUPowerIsAwayAndTellOnlyWhatHasChangedMeanwhile)
     startUPower(true);
     EXPECT_EQ(told(), "");
     upower.reset();
-    // It says what is new before it has said everything.
+    // A changed signal arrives before the full answer.
     upower.emplace(queue, Properties{{"OnBattery", false}}, kLaptopBattery).isSilent = true;
     EXPECT_EQ(told(), "");
     upower->changeDevice({{"Percentage", 7.0}});
@@ -132,8 +132,8 @@ TEST_F(ThePowerSources, HoldWhileUPowerIsAwayAndTellOnlyWhatHasChangedMeanwhile)
     EXPECT_EQ(told(), "change AC Power ?; ");
 }
 
-/// The bus starts UPower for whoever asks it; one that has been ended is to stay away.
-TEST_F(ThePowerSources, StartUPowerOnceAndLeaveItAloneWhenItHasGone) {
+/// The bus starts UPower on request; once stopped it must stay stopped.
+TEST_F(ThePowerSources, StartUPowerOnceAndNotAgainAfterItStopped) {
     const TemporaryFolder data;
     const std::string services = data / "dbus-1/services";
     std::filesystem::create_directories(services);
@@ -160,7 +160,7 @@ TEST_F(ThePowerSources, StartUPowerOnceAndLeaveItAloneWhenItHasGone) {
     EXPECT_EQ(starts(), 1U);
 }
 
-TEST_F(ThePowerSources, HoldWhileTheBusIsAway) {
+TEST_F(ThePowerSources, KeepTheirStateWhileTheBusIsAway) {
     startUPower(true);
     follow();
     EXPECT_EQ(told(), "known Battery Power 50; ");
@@ -173,7 +173,7 @@ TEST_F(ThePowerSources, HoldWhileTheBusIsAway) {
     EXPECT_EQ(told(), "change AC Power 50; ");
 }
 
-TEST_F(ThePowerSources, AreThoseOfAnotherUPowerToo) {
+TEST_F(ThePowerSources, WorkWithAnIndependentFakeUPower) {
     follow();
     std::optional<FakeBusService> other;
     const auto comes = [&](bool onBattery) {
