@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "linux/launches/app_unit.h"
+#include "linux/launches/app_unit_launches.h"
 
 namespace chimewerk {
 
