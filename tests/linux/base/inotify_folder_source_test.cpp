@@ -8,7 +8,6 @@
 #include <string>
 
 #include "linux/desktop/xdg_folders.h"
-#include "support/run_queue.h"
 #include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
@@ -60,16 +59,11 @@ TEST_F(TheUsersFolders, AreWhereTheUserHasPlacedThem) {
 
 class TheInotifyFolders : public TheUsersFolders {
 protected:
-    TheInotifyFolders() {
-        fs::create_directory(home / "Desktop");
-        monitor.onScreenshot = [this] { ++shots; };
-    }
+    TheInotifyFolders() { fs::create_directory(home / "Desktop"); }
     void save(const std::string& name) const { std::ofstream(home / name) << "image"; }
 
     EpollMainQueue queue;
     InotifyFolderSource source{queue};
-    ScreenshotMonitor monitor{queue, source, screenshotFolders()};
-    int shots = 0;
 };
 
 TEST_F(TheInotifyFolders, ListWhatIsDirectlyInside) {
@@ -81,29 +75,6 @@ TEST_F(TheInotifyFolders, ListWhatIsDirectlyInside) {
     EXPECT_THAT(source.list(home / "missing"), IsEmpty());
     EXPECT_THAT(source.list(home / "Desktop/file"), IsEmpty());
     EXPECT_EQ(source.watch("relative", [] {}), nullptr);
-}
-
-TEST_F(TheInotifyFolders, ReportAScreenshotAfterOneAndAHalfSecondsEvenInALaterFolder) {
-    save("Desktop/Screenshot before.png");
-    monitor.start();
-    const auto begin = std::chrono::steady_clock::now();
-    save("Desktop/Screenshot 1.png");
-    save("Desktop/Screenshot 2.png");
-    EXPECT_TRUE(runUntil(queue, [&] { return shots > 0; }));
-    const Seconds took = std::chrono::steady_clock::now() - begin;
-    EXPECT_GE(took, Seconds{1.5});
-    EXPECT_LT(took, Seconds{2.5});
-    EXPECT_EQ(shots, 1);
-
-    fs::create_directories(home / "Pictures/Screenshots");
-    save("Pictures/Screenshots/Screenshot.png");
-    EXPECT_TRUE(runUntil(queue, [&] { return shots > 1; }));
-    // The folder above has changed too and is listed again; after that nothing is left to do.
-    int looks = 0;
-    while (wakeUpsWithin(queue, Seconds{0.5}) > 0 && ++looks < 10) {
-    }
-    EXPECT_LT(looks, 10);
-    EXPECT_EQ(shots, 2);
 }
 
 }  // namespace

@@ -166,21 +166,14 @@ TEST_F(TheWindows, AreNotLaunchesWhenTheirProcessIsKnownOrOursOrReportedElsewher
     EXPECT_EQ(launchesUntilNow(), 1);       // Only the one with the dialog.
 }
 
-TEST_F(TheWindows, AreGroupedByClientWhenTheyGiveNoProcess) {
-    listen();
-    Client first;
-    first.open(0);
-    EXPECT_EQ(launchesUntilNow(), 1);
-    first.open(0);
-    EXPECT_EQ(launchesUntilNow(), 0);
-    Client second;
-    second.open(0);
-    EXPECT_EQ(launchesUntilNow(), 1);
-}
-
-TEST_F(TheWindows, AreReportedByTheDesktopSourceWhileItHasObservers) {
+TEST_F(TheWindows, AreReportedByTheDesktopSourceOfAnX11SessionWhileItHasObservers) {
     DesktopAppLaunchSource source(
         queue, {.type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
+    DesktopAppLaunchSource wayland(
+        queue,
+        {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
+    int inWayland = 0;
+    wayland.addObserver([&] { ++inWayland; });
     Client client;
     client.open(0x30000003);
     launchesUntilNow();
@@ -201,18 +194,7 @@ TEST_F(TheWindows, AreReportedByTheDesktopSourceWhileItHasObservers) {
     source.removeObserver(one);
     source.removeObserver(one);
     EXPECT_EQ(openDescriptors(), before);
-}
-
-TEST_F(TheWindows, AreIgnoredInAWaylandSession) {
-    DesktopAppLaunchSource source(
-        queue,
-        {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
-    int heard = 0;
-    source.addObserver([&] { ++heard; });
-    Client client;
-    client.open(0x30000006);
-    launchesUntilNow();
-    EXPECT_EQ(heard, 0);
+    EXPECT_EQ(inWayland, 0);
 }
 
 /// A private X server that can be killed. The test keeps the window list itself, because a window

