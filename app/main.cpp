@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The composition root: makes the parts, connects them and runs the main loop. The parts know one
 // another by the interfaces that they are given here.
 #include <cstdio>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What it costs to keep the dashboard up to date while keys are pressed. Needs a display: run it in
 // tools/session.
 #include <benchmark/benchmark.h>

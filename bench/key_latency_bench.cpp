@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The time from a key press to the first sample at the sink, of the programs that are named, in
 // turns. Runs in a private session; `key_latency` beside this file calls it.
 #include <xcb/xcb.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What one buffer of the microphone costs the thread that it comes on, beside what it costs to read
 // its samples at all, and to copy them.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The time from the call to the first sample at the sink: ours, and three other ways to play a
 // short sound, in turns. Runs in a private session; `latency` beside this file calls it.
 #include <pulse/pulseaudio.h>

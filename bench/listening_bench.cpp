@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What listening for knocks costs the sound server's client thread: processor time and wake-ups a
 // second, over so many seconds as the argument says. Needs a private session.
 #include <algorithm>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The least that a tray program on this toolkit is: an icon with a menu that can end it.
 // A yardstick.
 #include <QApplication>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a play costs the main thread, up to the hand-over to the sound server.
 #include <benchmark/benchmark.h>
 

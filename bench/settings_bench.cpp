@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a large collection of custom themes costs: at the start, and at each change while the
 // program runs.
 #include <benchmark/benchmark.h>

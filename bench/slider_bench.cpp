@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What it costs to drag a slider of the dashboard: per move, in frames, and in writes of
 // the settings.
 #include <time.h>

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # Language level, warnings and sanitizers, the same for every target.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux_storage platform [SEEDS folder] [WORDS dictionary]):
 # a libFuzzer program of these sources, and a test of CTest that runs it for a few seconds: 20,000 inputs that begin
 # from those in the folder. The sources may include the headers of the layers and of tests/support. The program is built

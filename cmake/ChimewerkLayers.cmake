@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # One static library per folder. A folder's headers can be included as "folder/header.h" by exactly those targets
 # that link its library: the include path holds one link per library, not the source root, so an include of a
 # folder that is not linked, an upward one above all, does not compile.

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # The package; packaging/make-package makes it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME chimewerk)

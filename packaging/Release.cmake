@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # Sets release_date, release_time (seconds since 1970) and package_release.
 #
 # The changelog is the one place with the date of a version. It dates the package, too, as Debian does it, so that the

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
 # Runs during an installation, when the prefix is known.
 set(program "${CMAKE_INSTALL_PREFIX}/bin/chimewerk")
 set(command "${program}")

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // How an event becomes a sound: the switch, the count, the search for a file, the start,
 // the release.
 #include <algorithm>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What is stored between two runs, and how it is read back even when it is damaged.
 #include <algorithm>
 #include <utility>

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """The program through the interface of screen readers, and a pointer and a keyboard that use the places it gives."""
 
 import subprocess

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "linux/decoding/decoder.h"
 
 #include "linux/decoding/m4a_module.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "linux/desktop/xdg_trash_source.h"
 
 #include <dirent.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "linux/keys/x11_repeat_controls.h"
 
 // The header is meant for C and names a field by a keyword of C++. (The first pragma is for

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "linux/network/rtnetlink_messages.h"
 
 // The kernel headers below need this one first.

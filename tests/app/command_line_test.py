@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """The options that the program answers by itself, on a machine without a display, a bus or a home."""
 import os
 import subprocess

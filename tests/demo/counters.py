@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """At the end of the demonstration: as many events as were heard must have been counted in the dashboard.
 
     counters.py PROGRAM      with the events in $DEMO_HEARD

@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """What is installed must be understood by desktops, work from anywhere, and make a package that nobody complains about."""
 
 import configparser

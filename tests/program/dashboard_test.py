@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Drives the windows of the program as a user does, with a pointer and a keyboard, and compares what the settings file,
 the sink and the screen say. In a session of tools/session:
 

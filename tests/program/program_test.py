@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Starts the program as a user's desktop does and looks at it from outside. In a session of tools/session:
 
     program_test.py PROGRAM

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """A tray of the kind that items register with over the session bus, with a client of their menus."""
 
 import re

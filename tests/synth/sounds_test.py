@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Holds the built sounds to the limits of docs/sounds.md, and shows that each measure sees the fault it is for."""
 
 import sys

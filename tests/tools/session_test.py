@@ -1,4 +1,7 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Tests of tools/session: it returns the command's status, two sessions do not meet, and nothing of one is left."""
 
 import os

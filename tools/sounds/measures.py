@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 Chimewerk developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Measures sounds: levels, spectrum, likeness, and the limits that the built sounds keep.
 
 Samples are numpy arrays of mono samples at 48 kHz, full scale ±1. Levels are in decibels. Shares nothing with the

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The module that decodes M4A with FFmpeg's libraries. It has one C function, so that the program itself is not
 // linked with these libraries.
 extern "C" {

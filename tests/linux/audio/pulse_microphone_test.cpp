@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Knocks on the way through a real sound server. Needs a private session.
 #include "linux/audio/pulse_microphone.h"
 

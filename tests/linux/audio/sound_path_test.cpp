@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The way from a sound file to the loudspeaker, on a real sound server whose sink is recorded.
 // Needs a private session.
 #include <gtest/gtest.h>

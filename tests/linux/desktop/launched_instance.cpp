@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A program for the tests that tries to be the only instance of its session: launched_instance ID
 // LOG [ACTION]. Appends its outcome and each request it receives to LOG, one per line.
 #include <fcntl.h>

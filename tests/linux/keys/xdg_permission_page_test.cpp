@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "linux/keys/xdg_permission_page.h"
 
 #include <gtest/gtest.h>

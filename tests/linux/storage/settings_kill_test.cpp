@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A program that stores settings without pause is killed at random moments, again and again.
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Random sessions of a user: the sound library on the real store must do what a small model of the
 // rules does, also when the program is restarted and when what is stored is damaged in between.
 #include <gtest/gtest.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The recorder against the server's own account of when it played something. Needs a
 // private session.
 #include "tools/recorder/sink_recorder.h"
