@@ -8,8 +8,8 @@
 #include "linux/base/sysfs.h"
 #include "linux/lid/hid_lid_sensor.h"
 
-/// For udev's rules: succeeds when the file that is named holds the report descriptor of a lid's hinge
-/// sensor.
+/// For udev's rules: succeeds when the file that is named holds the report descriptor of a lid's
+/// hinge sensor.
 int main(int count, char** arguments) {
     if (count != 2) {
         return 2;

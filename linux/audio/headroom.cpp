@@ -16,8 +16,8 @@ constexpr std::size_t kChannels = 2;
 constexpr std::int64_t kSlack = 2;
 /// Just below the full range, so that rounding does not take a sum beyond it.
 constexpr float kFull = 0.98F;
-/// The factors by which a gain may rise and fall from one block to the next. A faster change would be heard as
-/// a distortion.
+/// The factors by which a gain may rise and fall from one block to the next. A faster change would
+/// be heard as a distortion.
 constexpr float kRise = 1.5F;
 constexpr float kFall = 2.0F;
 /// Where a gain starts to rise from silence.
@@ -38,8 +38,8 @@ std::vector<float> peaksOf(std::span<const float> stereo) {
     return peaks;
 }
 
-/// Returns the highest level that each block may have if the start is wrong by up to `kSlack` blocks. The result
-/// starts that many blocks before `peaks` and ends that many after them.
+/// Returns the highest level that each block may have if the start is wrong by up to `kSlack`
+/// blocks. The result starts that many blocks before `peaks` and ends that many after them.
 std::vector<float> withSlack(const std::vector<float>& peaks) {
     std::vector<float> reach(peaks.size() + 2 * kSlack, 0.0F);
     for (std::size_t i = 0; i < peaks.size(); ++i) {
@@ -63,7 +63,8 @@ void smooth(std::vector<float>& gains) {
 /// Applies one gain per block, interpolated from the middle of one block to the middle of the next.
 void applyGains(std::span<float> stereo, const std::vector<float>& gains) {
     for (std::size_t frame = 0; frame * kChannels < stereo.size(); ++frame) {
-        // A gain moves towards a neighbour's only if that is lower, so no block gets more than its own gain.
+        // A gain moves towards a neighbour's only if that is lower, so no block gets more than its
+        // own gain.
         const std::size_t block = frame / Headroom::kBlock;
         const float position = static_cast<float>(frame % Headroom::kBlock) / Headroom::kBlock;
         const bool early = position < 0.5F;

@@ -13,10 +13,10 @@ namespace chimewerk {
 
 /// Keeps the sum of all sounds that play at once within full scale.
 ///
-/// The sound server adds up the sounds and clips the sum, which crackles. But it is known what will play in the
-/// next seconds: every sound reserves its level, in blocks of 5 ms, when it starts. A sound that starts while
-/// others play gets, block by block, what is left of the range, and so swells as they fade. A sound that starts
-/// in silence stays as it is.
+/// The sound server adds up the sounds and clips the sum, which crackles. But it is known what will
+/// play in the next seconds: every sound reserves its level, in blocks of 5 ms, when it starts. A
+/// sound that starts while others play gets, block by block, what is left of the range, and so
+/// swells as they fade. A sound that starts in silence stays as it is.
 ///
 /// Has no clock and no lock. Time is in frames at the output rate and only goes forward.
 class Headroom {
@@ -26,9 +26,10 @@ public:
     /// How far ahead levels can be reserved, in blocks (20 s). Levels beyond are not reserved.
     static constexpr std::size_t kHorizon = 4096;
 
-    /// Scales the stereo frames in place so that, played from frame `start` on, they fit beside the levels that
-    /// are reserved, and reserves theirs. `start` may be wrong by 10 ms; calls come in about the order of their
-    /// starts. The frames take at most `ceiling` (0 to 1) of the full range.
+    /// Scales the stereo frames in place so that, played from frame `start` on, they fit beside
+    /// the levels that are reserved, and reserves theirs. `start` may be wrong by 10 ms; calls
+    /// come in about the order of their starts. The frames take at most `ceiling` (0 to 1) of the
+    /// full range.
     void fit(std::span<float> stereo, std::int64_t start, float ceiling = 1.0F);
 
 private:

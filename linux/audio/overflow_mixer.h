@@ -10,8 +10,8 @@
 
 namespace chimewerk {
 
-/// Adds up the sounds that have no stream of their own. Their levels have been fitted into the range before (see
-/// headroom.h), so the sum needs no limit. Has no lock and no clock.
+/// Adds up the sounds that have no stream of their own. Their levels have been fitted into the
+/// range before (see headroom.h), so the sum needs no limit. Has no lock and no clock.
 class OverflowMixer {
 public:
     /// Adds a sound. If it is not `complete`, more frames follow through `append()`.
@@ -19,8 +19,8 @@ public:
     /// Appends the next frames of a sound; does nothing if the sound is not there.
     void append(std::uint64_t voice, std::span<const float> stereo, bool complete);
 
-    /// Replaces `stereo` with the sum of the next frames of all sounds. A sound that ends, or whose next frames
-    /// are missing, adds silence. Complete sounds are removed at their end.
+    /// Replaces `stereo` with the sum of the next frames of all sounds. A sound that ends, or whose
+    /// next frames are missing, adds silence. Complete sounds are removed at their end.
     void mix(std::span<float> stereo);
 
     bool empty() const { return voices_.empty(); }

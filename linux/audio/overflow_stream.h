@@ -18,8 +18,8 @@
 
 namespace chimewerk {
 
-/// Plays the voices for which the pool has no stream: mixes them here and sends the sum through one stream, which
-/// is made for the first of them. Used under the connection's lock.
+/// Plays the voices for which the pool has no stream: mixes them here and sends the sum through one
+/// stream, which is made for the first of them. Used under the connection's lock.
 class OverflowStream {
 public:
     /// Calls `quiet` when all voices have been heard. `connection` and `parts` outlive this.

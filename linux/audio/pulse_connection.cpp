@@ -140,7 +140,8 @@ void PulseConnection::connect(pa_context_flags_t flags) {
             static_cast<PulseConnection*>(user)->dispatch(event);
         },
         this);
-    // A failure may have been reported to the state callback already, which then has dropped the context.
+    // A failure may have been reported to the state callback already, which then has dropped
+    // the context.
     if (pa_context_connect(context_.get(), nullptr, flags, nullptr) < 0 && context_) {
         drop();
         retryLater();
@@ -167,8 +168,8 @@ void PulseConnection::onStateChange() {
     }
 }
 
-/// Subscribes to the events of all clients together. It comes before a client reads the server's state, so that
-/// no change is missed.
+/// Subscribes to the events of all clients together. It comes before a client reads the server's
+/// state, so that no change is missed.
 void PulseConnection::subscribe() {
     auto mask = PA_SUBSCRIPTION_MASK_NULL;
     for (const PulseClient* const client : clients_) {

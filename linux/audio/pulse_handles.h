@@ -18,8 +18,9 @@ struct PulseDeleter {
     void operator()(pa_proplist* properties) const { pa_proplist_free(properties); }
 };
 
-/// Owns an object of libpulse, or is null. What runs for the object is stopped before its handle goes: a
-/// context or a stream is disconnected, an operation cancelled if its callback must not come.
+/// Owns an object of libpulse, or is null. What runs for the object is stopped before its
+/// handle goes: a context or a stream is disconnected, an operation cancelled if its callback
+/// must not come.
 template <typename Object>
 using PulseHandle = std::unique_ptr<Object, PulseDeleter>;
 

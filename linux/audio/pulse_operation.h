@@ -10,8 +10,9 @@
 
 namespace chimewerk {
 
-/// A request to the sound server that has not been answered. Its callback does not come any more once this
-/// is destroyed or holds another request. Used, and destroyed, under the connection's lock.
+/// A request to the sound server that has not been answered. Its callback does not come any
+/// more once this is destroyed or holds another request. Used, and destroyed, under the
+/// connection's lock.
 class PulseOperation {
 public:
     PulseOperation() = default;
@@ -19,8 +20,8 @@ public:
     PulseOperation& operator=(const PulseOperation&) = delete;
     ~PulseOperation() { reset(nullptr); }
 
-    /// Takes ownership of `operation` and cancels the one before it. Returns false if `operation` is null,
-    /// because the request could not be made.
+    /// Takes ownership of `operation` and cancels the one before it. Returns false if `operation`
+    /// is null, because the request could not be made.
     bool reset(pa_operation* operation) {
         if (operation_) {
             pa_operation_cancel(operation_.get());
@@ -33,9 +34,9 @@ private:
     PulseHandle<pa_operation> operation_;
 };
 
-/// A query of the server's state, of one or more requests after each other, that is repeated when the state
-/// may have changed. Only one runs at a time: any number of changes before its end lead to one more. Used
-/// under the connection's lock.
+/// A query of the server's state, of one or more requests after each other, that is repeated when
+/// the state may have changed. Only one runs at a time: any number of changes before its end lead
+/// to one more. Used under the connection's lock.
 class PulseQuery {
 public:
     /// `start` makes the first request.
@@ -49,7 +50,8 @@ public:
             start_();
         }
     }
-    /// Takes ownership of the query's next request. Returns false if it is null: it could not be made.
+    /// Takes ownership of the query's next request. Returns false if it is null: it could not
+    /// be made.
     bool request(pa_operation* operation) { return operation_.reset(operation); }
     /// Ends the query: its last request has been answered, or the next one could not be made.
     void finish() {

@@ -12,9 +12,9 @@
 
 namespace chimewerk {
 
-/// The volume of the sound server's default sink as mixers show it: 1 is 100 %, and more counts as 1. The server
-/// reports changes, so `volume()` asks nobody. Muting does not change the volume. Without a server or a sink
-/// there is no volume.
+/// The volume of the sound server's default sink as mixers show it: 1 is 100 %, and more counts as
+/// 1. The server reports changes, so `volume()` asks nobody. Muting does not change the volume.
+/// Without a server or a sink there is no volume.
 class PulseOutputVolumeSource final : public OutputVolumeSource, public PulseClient {
 public:
     /// The connection outlives the source.

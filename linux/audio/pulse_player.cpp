@@ -75,7 +75,8 @@ void PulsePlayer::shrinkLater() {
     }
 }
 
-/// Frees what a burst of sounds has needed, unless sounds are playing: the end of the last one calls again.
+/// Frees what a burst of sounds has needed, unless sounds are playing: the end of the last one
+/// calls again.
 void PulsePlayer::shrink() {
     if (!pool_.isQuiet() || !overflow_.isQuiet()) {
         return;

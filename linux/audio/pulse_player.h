@@ -15,13 +15,16 @@
 
 namespace chimewerk {
 
-/// Plays sounds on the sound server: through a pool of streams, and those beyond the pool through one stream
-/// that mixes them. What a burst of sounds has needed is freed once it has been quiet for a while.
+/// Plays sounds on the sound server: through a pool of streams, and those beyond the pool through
+/// one stream that mixes them. What a burst of sounds has needed is freed once it has been quiet
+/// for a while.
 ///
-/// `play()` belongs to the main thread; the rest runs under the connection's lock, mostly on its thread.
+/// `play()` belongs to the main thread; the rest runs under the connection's lock, mostly on
+/// its thread.
 class PulsePlayer final : public PulseClient {
 public:
-    /// The connection outlives the player. `quietBeforeShrinking` is how long it is quiet before memory is freed.
+    /// The connection outlives the player. `quietBeforeShrinking` is how long it is quiet before
+    /// memory is freed.
     explicit PulsePlayer(
         PulseConnection& connection,
         std::chrono::milliseconds quietBeforeShrinking = std::chrono::milliseconds(4000));
@@ -29,8 +32,8 @@ public:
     PulsePlayer& operator=(const PulsePlayer&) = delete;
     ~PulsePlayer() override;
 
-    /// Starts the sound and returns at once. `volume` is from 0 to 1. Without a server or a device the sound
-    /// waits for one, for a second.
+    /// Starts the sound and returns at once. `volume` is from 0 to 1. Without a server or a device
+    /// the sound waits for one, for a second.
     void play(std::shared_ptr<SoundFile> sound, float volume);
 
     void onServerFound(pa_context& context) override;

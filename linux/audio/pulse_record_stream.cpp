@@ -14,11 +14,11 @@ PulseRecordStream& self(void* user) {
     return *static_cast<PulseRecordStream*>(user);
 }
 
-// Without remapping and remixing the server sends the first channel only, by its number; PipeWire goes by the
-// channel's name. A plain mono stream would get the average of all channels. With early requests the source
-// delivers fragments of the length that is asked for; without, or if it may adjust them, it delivers up to two
-// seconds at a time. A stream that is not moved ends with its source; the next source is chosen here, and is
-// never a sink's monitor.
+// Without remapping and remixing the server sends the first channel only, by its number; PipeWire
+// goes by the channel's name. A plain mono stream would get the average of all channels. With early
+// requests the source delivers fragments of the length that is asked for; without, or if it may
+// adjust them, it delivers up to two seconds at a time. A stream that is not moved ends with its
+// source; the next source is chosen here, and is never a sink's monitor.
 constexpr auto kFlags =
     static_cast<pa_stream_flags_t>(PA_STREAM_EARLY_REQUESTS | PA_STREAM_NO_REMAP_CHANNELS |
                                    PA_STREAM_NO_REMIX_CHANNELS | PA_STREAM_DONT_MOVE);

@@ -14,16 +14,17 @@
 
 namespace chimewerk {
 
-/// Records the first channel of one source of the sound server, at the source's rate. Used, and destroyed,
-/// under the connection's lock; the callbacks come under it too, and never from the constructor.
+/// Records the first channel of one source of the sound server, at the source's rate. Used,
+/// and destroyed, under the connection's lock; the callbacks come under it too, and never from
+/// the constructor.
 class PulseRecordStream {
 public:
     struct Callbacks {
-        /// Samples have come, at most as many at once as were asked for; none stands for samples that the
-        /// server has lost.
+        /// Samples have come, at most as many at once as were asked for; none stands for samples
+        /// that the server has lost.
         std::function<void(std::optional<std::span<const float>>)> heard;
-        /// The stream has ended for good: the server ended it, or it could not be made. The callback may
-        /// destroy the stream.
+        /// The stream has ended for good: the server ended it, or it could not be made. The
+        /// callback may destroy the stream.
         std::function<void()> ended;
     };
 

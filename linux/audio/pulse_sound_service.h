@@ -14,8 +14,8 @@ namespace chimewerk {
 /// Sounds from files and from a folder of alert sounds, played through PulseAudio or PipeWire.
 class PulseSoundService final : public SoundService {
 public:
-    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. `decoders` and `player` outlive the service
-    /// and its sounds.
+    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. `decoders` and `player`
+    /// outlive the service and its sounds.
     PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder);
 
     std::shared_ptr<Sound> soundFromFile(const std::string& path) override;

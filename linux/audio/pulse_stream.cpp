@@ -56,8 +56,9 @@ bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const auto latency = static_cast<std::uint32_t>(
         pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
-    // Playing starts with the first frame. A pre-buffer of 0 would start as fast, but the server would never
-    // count the stream as run dry: it would play silence and never report the stream as drained.
+    // Playing starts with the first frame. A pre-buffer of 0 would start as fast, but the server
+    // would never count the stream as run dry: it would play silence and never report the stream
+    // as drained.
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
                                 .tlength = latency,
                                 .prebuf = kFrameSize,

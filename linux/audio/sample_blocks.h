@@ -10,8 +10,8 @@
 
 namespace chimewerk {
 
-/// Divides samples that come in pieces of any length into blocks of one length. Copies only blocks that span
-/// several pieces, and allocates only in its constructor.
+/// Divides samples that come in pieces of any length into blocks of one length. Copies only blocks
+/// that span several pieces, and allocates only in its constructor.
 class SampleBlocks {
 public:
     /// `length` is at least 1.

@@ -12,7 +12,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Streams that are kept while it is quiet: enough for a few sounds at once without waiting for the server.
+/// Streams that are kept while it is quiet: enough for a few sounds at once without waiting for
+/// the server.
 constexpr std::size_t kQuietStreams = 3;
 /// A server allows a few hundred streams, for all programs together.
 constexpr std::size_t kMostStreams = 24;
@@ -20,8 +21,8 @@ constexpr unsigned kLatencyMilliseconds = 10;
 /// How long a voice waits for a stream.
 constexpr auto kPatience = 1s;
 constexpr std::size_t kMostWaiting = 64;
-/// A voice that has not been heard this long after it should have been will not be: the device has stopped. Its
-/// stream is then reused.
+/// A voice that has not been heard this long after it should have been will not be: the device has
+/// stopped. Its stream is then reused.
 constexpr auto kOverdue = 2s;
 constexpr auto kRefillInterval = 300ms;
 

@@ -19,9 +19,10 @@
 
 namespace chimewerk {
 
-/// Streams that are connected beforehand and corked, which costs nothing while it is quiet. A voice takes one of
-/// them, is written to it and uncorks it; when it has been heard the stream is corked again. The pool grows with
-/// the voices that play at once, up to a limit. Used under the connection's lock.
+/// Streams that are connected beforehand and corked, which costs nothing while it is quiet. A voice
+/// takes one of them, is written to it and uncorks it; when it has been heard the stream is corked
+/// again. The pool grows with the voices that play at once, up to a limit. Used under the
+/// connection's lock.
 class StreamPool {
 public:
     /// Calls `quiet` when a stream has become idle. `connection` and `parts` outlive the pool.
@@ -33,9 +34,9 @@ public:
     /// Destroys all streams, with the voices that play on them; those that wait for a stream stay.
     void clear();
 
-    /// Plays the voice on an idle stream, or keeps it until there is one, for a second at most: then nobody would
-    /// know any more what it was for. Returns false, and leaves the voice as it is, if as many voices play as the
-    /// pool may have streams.
+    /// Plays the voice on an idle stream, or keeps it until there is one, for a second at most:
+    /// then nobody would know any more what it was for. Returns false, and leaves the voice as it
+    /// is, if as many voices play as the pool may have streams.
     bool start(Voice& voice);
     /// Plays the next part of a long sound. Returns false if the pool does not play this voice.
     bool deliver(std::uint64_t voice, std::span<float> stereo, bool last);

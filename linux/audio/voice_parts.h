@@ -17,16 +17,17 @@
 
 namespace chimewerk {
 
-/// Prepares the parts in which sounds are handed to the server: fits their levels beside each other, and decodes
-/// the parts after the first one on a worker. Used under the connection's lock; destroyed without it, because
-/// that waits for the worker.
+/// Prepares the parts in which sounds are handed to the server: fits their levels beside each
+/// other, and decodes the parts after the first one on a worker. Used under the connection's lock;
+/// destroyed without it, because that waits for the worker.
 class VoiceParts {
 public:
     /// Long sounds are handed to the server in parts of half a second, up to about this much ahead.
     static constexpr std::int64_t kAheadFrames = kOutputRate;
     static constexpr std::chrono::seconds kAhead{1};
 
-    /// Receives the part that `decodeNext()` has asked for; `last` if no more parts follow. Lock held.
+    /// Receives the part that `decodeNext()` has asked for; `last` if no more parts follow.
+    /// Lock held.
     using Deliver = std::function<void(std::uint64_t voice, std::span<float> stereo, bool last)>;
 
     VoiceParts(PulseConnection& connection, Deliver deliver)

@@ -15,15 +15,16 @@
 
 namespace chimewerk {
 
-/// Reports the names that come into a folder and leave it. It follows the path when the folder is deleted and
-/// made again, replaced by a link or another folder, unmounted, or missing at first. While the folder is
-/// missing, the nearest folder above it is watched; only where that reports nothing (a dangling link, a
-/// folder that may not be read) does the watch look at intervals. It costs nothing while nothing happens. A
-/// file system mounted over the folder goes unnoticed until the folder underneath changes. Main thread only;
-/// must not be destroyed from within its notice.
+/// Reports the names that come into a folder and leave it. It follows the path when the folder is
+/// deleted and made again, replaced by a link or another folder, unmounted, or missing at first.
+/// While the folder is missing, the nearest folder above it is watched; only where that reports
+/// nothing (a dangling link, a folder that may not be read) does the watch look at intervals. It
+/// costs nothing while nothing happens. A file system mounted over the folder goes unnoticed until
+/// the folder underneath changes. Main thread only; must not be destroyed from within its notice.
 class FolderWatch {
 public:
-    /// `name` came, left or was replaced. Empty if the folder itself has changed, and with it any name.
+    /// `name` came, left or was replaced. Empty if the folder itself has changed, and with it
+    /// any name.
     using Notice = std::function<void(std::string_view name)>;
 
     enum class Report {
@@ -32,7 +33,8 @@ public:
         namesAndPermissions,
     };
 
-    /// `path` is absolute. The queue outlives the watch. `interval` lies between two looks for the folder.
+    /// `path` is absolute. The queue outlives the watch. `interval` lies between two looks for
+    /// the folder.
     FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
                 Report report = Report::names, Seconds interval = Retry::kInterval);
 

@@ -10,8 +10,9 @@
 
 namespace chimewerk {
 
-/// Looks again, after an interval, for something that nothing announces: a server, a folder. A member of the
-/// owner, declared last so that it ends first. Main thread only; the queue outlives it.
+/// Looks again, after an interval, for something that nothing announces: a server, a folder. A
+/// member of the owner, declared last so that it ends first. Main thread only; the queue
+/// outlives it.
 class Retry {
 public:
     static constexpr Seconds kInterval{3.0};

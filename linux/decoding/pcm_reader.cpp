@@ -53,7 +53,8 @@ std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
 std::size_t PcmReader::readConverted(std::span<float> stereo) {
     std::size_t done = resampler_->read(stereo);
     while (done * kOutputChannels + 1 < stereo.size() && !ended_) {
-        // Decodes only what the missing frames are made of: decoding more would delay the start of a sound.
+        // Decodes only what the missing frames are made of: decoding more would delay the start of
+        // a sound.
         const std::size_t wanted = stereo.size() / kOutputChannels - done;
         const auto source = wanted * static_cast<std::size_t>(decoder_->rate()) / kOutputRate + 64;
         own_.resize(std::min(source, kDecodeFrames) * kOutputChannels);

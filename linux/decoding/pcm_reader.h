@@ -17,14 +17,15 @@ namespace chimewerk {
 inline constexpr int kOutputRate = 48000;
 inline constexpr int kOutputChannels = 2;
 
-/// Converts the frames of a decoder, of any rate and number of channels, into the output form. Samples that are
-/// not numbers become silence. Used by one thread at a time.
+/// Converts the frames of a decoder, of any rate and number of channels, into the output form.
+/// Samples that are not numbers become silence. Used by one thread at a time.
 class PcmReader {
 public:
     /// Returns null if the decoder's rate cannot be converted.
     static std::unique_ptr<PcmReader> over(std::unique_ptr<Decoder> decoder);
 
-    /// Writes up to `stereo.size() / 2` frames and returns their number; fewer only at the sound's end.
+    /// Writes up to `stereo.size() / 2` frames and returns their number; fewer only at the
+    /// sound's end.
     std::size_t read(std::span<float> stereo);
 
     const Decoder& decoder() const { return *decoder_; }

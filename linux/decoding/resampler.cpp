@@ -16,12 +16,13 @@ namespace {
 
 /// How many source frames make one result frame. If the rate is lowered, it is more in proportion.
 constexpr std::size_t kTaps = 32;
-/// How many filters there are for positions between two source frames; positions between two filters are
-/// interpolated.
+/// How many filters there are for positions between two source frames; positions between two
+/// filters are interpolated.
 constexpr std::size_t kPhases = 256;
 /// The window's shape: about 80 dB of attenuation.
 constexpr double kKaiserBeta = 8.0;
-/// The end of the pass band, relative to half of the lower rate: the filter needs some room to fall off.
+/// The end of the pass band, relative to half of the lower rate: the filter needs some room to
+/// fall off.
 constexpr double kPassBand = 0.93;
 
 /// The modified Bessel function of the first kind of order 0, by its series.
@@ -41,8 +42,8 @@ double sinc(double x) {
 
 }  // namespace
 
-/// Row p holds the taps for a result frame that is p / kPhases after the left one of the two middle source
-/// frames.
+/// Row p holds the taps for a result frame that is p / kPhases after the left one of the two middle
+/// source frames.
 struct Resampler::Filter {
     std::size_t taps;
     std::vector<float> rows;

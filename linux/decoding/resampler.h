@@ -10,9 +10,10 @@
 
 namespace chimewerk {
 
-/// Converts stereo from one rate to another by a windowed sinc, fast enough that the head of a sound takes a
-/// fraction of a millisecond. The filters are made at the first use of a rate and kept until the process ends.
-/// Frame 0 of the result is frame 0 of the source: there is no delay. Used by one thread at a time.
+/// Converts stereo from one rate to another by a windowed sinc, fast enough that the head of a
+/// sound takes a fraction of a millisecond. The filters are made at the first use of a rate and
+/// kept until the process ends. Frame 0 of the result is frame 0 of the source: there is no delay.
+/// Used by one thread at a time.
 class Resampler {
 public:
     /// The source rates that can be converted, in frames per second.
@@ -28,8 +29,8 @@ public:
     /// Ends the source: no more frames follow.
     void end();
 
-    /// Writes up to `stereo.size() / 2` frames of the result and returns their number. If that is less than fits,
-    /// it needs more of the source, or the result has ended.
+    /// Writes up to `stereo.size() / 2` frames of the result and returns their number. If that is
+    /// less than fits, it needs more of the source, or the result has ended.
     std::size_t read(std::span<float> stereo);
 
 private:

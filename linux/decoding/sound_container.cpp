@@ -35,9 +35,9 @@ bool hasTag(std::span<const std::byte> bytes, std::size_t at, std::string_view t
 /// At most this many chunks are inspected before the sound.
 constexpr int kMostChunks = 64;
 
-/// Finds the chunk with the samples in a RIFF or IFF file and returns whether it reaches past the file's end.
-/// Programs that write to a pipe leave a length of zero, or one close to the largest possible: such a file is
-/// complete.
+/// Finds the chunk with the samples in a RIFF or IFF file and returns whether it reaches past the
+/// file's end. Programs that write to a pipe leave a length of zero, or one close to the largest
+/// possible: such a file is complete.
 bool chunksAreTruncated(const ReadAt& readAt, std::uint64_t size, std::string_view samples,
                         ByteOrder order) {
     constexpr std::uint32_t kUnknownLength = 0x7FF00000;

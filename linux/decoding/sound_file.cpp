@@ -16,11 +16,12 @@ namespace chimewerk {
 namespace {
 
 constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 30U;
-/// How many bytes after the tags are read to decode the head from, at first, and again if those are too few.
+/// How many bytes after the tags are read to decode the head from, at first, and again if those are
+/// too few.
 constexpr std::uint64_t kFirstBytes = std::uint64_t{256} * 1024;
 constexpr std::uint64_t kMoreBytes = 16 * kFirstBytes;
-/// A sound of up to a second is decoded completely. The head of a longer one lasts until the thread that decodes
-/// the rest gets its turn on a busy machine.
+/// A sound of up to a second is decoded completely. The head of a longer one lasts until the thread
+/// that decodes the rest gets its turn on a busy machine.
 constexpr std::size_t kShortFrames = kOutputRate;
 constexpr std::size_t kHeadFrames = kOutputRate / 5;
 
@@ -72,7 +73,8 @@ bool SoundFile::decodeHead() {
     return false;
 }
 
-/// Decodes the head from the file's first `visible` bytes. Returns false if they are too few for it.
+/// Decodes the head from the file's first `visible` bytes. Returns false if they are too few
+/// for it.
 bool SoundFile::decodeHeadFrom(std::size_t visible) {
     if (!begin(visible)) {
         return false;
@@ -110,8 +112,8 @@ bool SoundFile::begin(std::size_t visible) {
     }
     VisibleFile file{.bytes = bytes_, .size = size_};
     if (container_.isMp3) {
-        // The decoder looks for as many frames as the size allows, and prints an error if the table of contents
-        // states more bytes than it finds.
+        // The decoder looks for as many frames as the size allows, and prints an error if the table
+        // of contents states more bytes than it finds.
         file.size = visible;
         patchTableOfContents(visible - static_cast<std::size_t>(container_.audioStart));
     }

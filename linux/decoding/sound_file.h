@@ -17,23 +17,24 @@
 
 namespace chimewerk {
 
-/// An open sound file whose head is decoded, so that even a long one can start at once. `readRest()` reads and
-/// decodes what follows the head, on the thread that calls it.
+/// An open sound file whose head is decoded, so that even a long one can start at once.
+/// `readRest()` reads and decodes what follows the head, on the thread that calls it.
 class SoundFile {
 public:
-    /// Returns null if `path` is not a regular file, or one that is empty, has 1 GiB or more, is truncated, has
-    /// no known format or no frame of sound. Never waits, as opening a FIFO would.
+    /// Returns null if `path` is not a regular file, or one that is empty, has 1 GiB or more, is
+    /// truncated, has no known format or no frame of sound. Never waits, as opening a FIFO would.
     static std::unique_ptr<SoundFile> open(const Decoders& decoders, const std::string& path);
 
     /// The start of the sound, or all of it if it is short, in the output form.
     const std::vector<float>& head() const { return head_; }
     /// Returns whether the head is the whole sound.
     bool headIsAll() const { return headIsAll_; }
-    /// The length of the whole sound in seconds; an estimate for a long MP3 without a table of contents.
+    /// The length of the whole sound in seconds; an estimate for a long MP3 without a table
+    /// of contents.
     double seconds() const { return seconds_; }
 
-    /// Writes the frames after those that have been read so far and returns their number; fewer than fit only at
-    /// the end. One thread at a time; may wait for the disk.
+    /// Writes the frames after those that have been read so far and returns their number; fewer
+    /// than fit only at the end. One thread at a time; may wait for the disk.
     std::size_t readRest(std::span<float> stereo);
 
 private:

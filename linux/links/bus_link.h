@@ -45,9 +45,9 @@ struct HandlerOf<int (Owner::*)(sd_bus_message*, sd_bus_error*)> {
     using Object = Owner;
 };
 
-/// The sd-bus handler that calls this member function of the object that is its user data. Use it as
-/// `callMember<&Source::onSignal>` with `this` as user data. A member that returns nothing lets other
-/// handlers see the message too; another one returns what sd-bus expects.
+/// The sd-bus handler that calls this member function of the object that is its user data. Use it
+/// as `callMember<&Source::onSignal>` with `this` as user data. A member that returns nothing lets
+/// other handlers see the message too; another one returns what sd-bus expects.
 template <auto method>
 int callMember(sd_bus_message* message, void* user, [[maybe_unused]] sd_bus_error* error) {
     auto& object = *static_cast<typename HandlerOf<decltype(method)>::Object*>(user);
@@ -62,15 +62,17 @@ int callMember(sd_bus_message* message, void* user, [[maybe_unused]] sd_bus_erro
 /// Calls `handler` with each change of the owner of `name` on the bus, until the bus is closed.
 void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler,
                        void* user);
-/// Returns the new owner that such a message names, empty if there is none; null if it cannot be read.
+/// Returns the new owner that such a message names, empty if there is none; null if it cannot
+/// be read.
 const char* readNewOwner(sd_bus_message* signal);
 
-/// A connection to a message bus that survives the end of the bus: the link then looks for the bus at
-/// intervals and opens it again. Calls and matches on it are sd-bus's own; they must not wait for answers.
-/// Main thread only; must not be destroyed from within a callback.
+/// A connection to a message bus that survives the end of the bus: the link then looks for the bus
+/// at intervals and opens it again. Calls and matches on it are sd-bus's own; they must not wait
+/// for answers. Main thread only; must not be destroyed from within a callback.
 class BusLink {
 public:
-    /// Opens the bus as sd_bus_open_user and sd_bus_open_system do: without waiting; negative on failure.
+    /// Opens the bus as sd_bus_open_user and sd_bus_open_system do: without waiting; negative
+    /// on failure.
     using Opener = std::function<int(sd_bus** bus)>;
 
     struct Callbacks {

@@ -23,14 +23,14 @@ struct FreeReply {
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeReply>;
 
-/// A connection to an X server that survives the end of the server: the link then looks for the server at
-/// intervals and opens it again. (xcb, because Xlib ends the program with the server.) Main thread only;
-/// must not be destroyed from within its callbacks.
+/// A connection to an X server that survives the end of the server: the link then looks for the
+/// server at intervals and opens it again. (xcb, because Xlib ends the program with the server.)
+/// Main thread only; must not be destroyed from within its callbacks.
 class X11Link {
 public:
     struct Callbacks {
-        /// The server is there. Asks it for events; returns false if this server cannot send them, which
-        /// closes the link until the next look.
+        /// The server is there. Asks it for events; returns false if this server cannot send them,
+        /// which closes the link until the next look.
         std::function<bool(xcb_connection_t* server, xcb_window_t root)> onOpen;
         /// An event, or an error of a request without a reply. May make requests with replies.
         std::function<void(const xcb_generic_event_t& event)> onEvent;
@@ -38,8 +38,8 @@ public:
         std::function<void()> onLost = {};
     };
 
-    /// `display` as in $DISPLAY. The queue outlives the link. `interval` lies between two looks for the
-    /// server.
+    /// `display` as in $DISPLAY. The queue outlives the link. `interval` lies between two looks for
+    /// the server.
     X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks,
             Seconds interval = Retry::kInterval);
     ~X11Link();
@@ -56,8 +56,8 @@ public:
     xcb_connection_t* server() const { return server_.get(); }
     xcb_window_t root() const { return root_; }
 
-    /// Calls `onEvent` for the events that have come. Call it after waiting for a reply outside `onEvent`:
-    /// events that came with the reply do not make the connection readable again.
+    /// Calls `onEvent` for the events that have come. Call it after waiting for a reply outside
+    /// `onEvent`: events that came with the reply do not make the connection readable again.
     void handleEvents();
 
 private:

@@ -12,11 +12,11 @@
 
 namespace chimewerk {
 
-/// Sleep and wake, from logind on the system bus. A delay inhibitor is held all the time, so that a sleep
-/// waits for the answer to its message. Answering closes the inhibitor; it is taken again after the wake,
-/// after a cancelled sleep, and when logind or the bus has come back. An answer counts only for the sleep
-/// that its message belongs to. Without an inhibitor sleep and wake are still reported. Without logind
-/// nothing happens until it comes. Main thread only.
+/// Sleep and wake, from logind on the system bus. A delay inhibitor is held all the time, so that a
+/// sleep waits for the answer to its message. Answering closes the inhibitor; it is taken again
+/// after the wake, after a cancelled sleep, and when logind or the bus has come back. An answer
+/// counts only for the sleep that its message belongs to. Without an inhibitor sleep and wake are
+/// still reported. Without logind nothing happens until it comes. Main thread only.
 class LogindSleepSource final : public SleepSource {
 public:
     /// The queue outlives the source.

@@ -13,13 +13,14 @@
 
 namespace chimewerk {
 
-/// UPower's composite display device as the only power source: whether the machine runs on battery, and its
-/// charge. UPower's signals keep it current, so reading it asks nobody. A machine without a battery has no
-/// source.
+/// UPower's composite display device as the only power source: whether the machine runs on battery,
+/// and its charge. UPower's signals keep it current, so reading it asks nobody. A machine without a
+/// battery has no source.
 ///
-/// The state is known once a source has been found, so a machine found running on battery, however late, has
-/// run on battery from the start. While UPower or the bus is away the last state stays valid; only what they
-/// report on their return can be a change. The first question starts UPower. Main thread only.
+/// The state is known once a source has been found, so a machine found running on battery, however
+/// late, has run on battery from the start. While UPower or the bus is away the last state stays
+/// valid; only what they report on their return can be a change. The first question starts UPower.
+/// Main thread only.
 class UPowerPowerSources final : public PowerSources {
 public:
     /// The queue outlives the object.

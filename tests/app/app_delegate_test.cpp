@@ -64,8 +64,8 @@ protected:
         queue.runPosted();
     }
 
-    /// Has every event that a monitor hears of happen once, and returns which of them were counted, in the
-    /// table's order.
+    /// Has every event that a monitor hears of happen once, and returns which of them were counted,
+    /// in the table's order.
     std::string heard() {
         for (SoundEvent& event : manager.events) {
             event.triggerCount = 0;

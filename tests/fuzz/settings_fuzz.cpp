@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Whatever a settings file holds, the program starts, and what it then stores it reads back as it was.
+// Whatever a settings file holds, the program starts, and what it then stores it reads back as
+// it was.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

@@ -121,7 +121,8 @@ void SinkRecorder::forgetRenderedAhead() {
 }
 
 void SinkRecorder::resumed() {
-    // A sink that was suspended because nobody played stays suspended, and will be live when it resumes.
+    // A sink that was suspended because nobody played stays suspended, and will be live when
+    // it resumes.
     if (pa_stream_is_suspended(stream_.get()) > 0) {
         setState(State::Live);
     }

@@ -19,14 +19,15 @@
 
 namespace chimewerk {
 
-/// Records what a sink of the sound server plays, through the sink's monitor, with the times at which it was
-/// played.
+/// Records what a sink of the sound server plays, through the sink's monitor, with the times at
+/// which it was played.
 ///
-/// A frame's time is the moment at which the sink plays it. With a sink without hardware it is right within a
-/// millisecond on a quiet machine, except in one case: a player that starts while the sink has rendered a block of
-/// silence ahead replaces the silence in the sink, but not in the recording. The recording then lacks its first
-/// milliseconds, at most a block of 5 ms, and it seems to start that much later. The recorder asks the sink for
-/// blocks of 5 ms; while it runs, players that would get longer ones are served as quickly.
+/// A frame's time is the moment at which the sink plays it. With a sink without hardware it is
+/// right within a millisecond on a quiet machine, except in one case: a player that starts while
+/// the sink has rendered a block of silence ahead replaces the silence in the sink, but not in the
+/// recording. The recording then lacks its first milliseconds, at most a block of 5 ms, and it
+/// seems to start that much later. The recorder asks the sink for blocks of 5 ms; while it runs,
+/// players that would get longer ones are served as quickly.
 ///
 /// All functions are called from one thread, which need not be the one that made the recorder.
 class SinkRecorder {
@@ -44,21 +45,22 @@ public:
     SinkRecorder& operator=(const SinkRecorder&) = delete;
     ~SinkRecorder();
 
-    /// Connects and waits until the blocks arrive live, which takes some tenths of a second. A sink without players
-    /// may have rendered two seconds ahead; it is suspended for a moment to make it drop them. Returns false if
-    /// that fails or takes longer than `timeout`. Called again, it continues the recording after a pause.
+    /// Connects and waits until the blocks arrive live, which takes some tenths of a second. A sink
+    /// without players may have rendered two seconds ahead; it is suspended for a moment to make it
+    /// drop them. Returns false if that fails or takes longer than `timeout`. Called again, it
+    /// continues the recording after a pause.
     [[nodiscard]] bool start(std::chrono::milliseconds timeout = std::chrono::seconds(10));
     void stop();
-    /// Returns whether it records: from a successful `start()` to `stop()`, or until the server or the sink goes
-    /// away.
+    /// Returns whether it records: from a successful `start()` to `stop()`, or until the server or
+    /// the sink goes away.
     bool isRecording() const;
 
-    /// Waits until everything played before `time` is recorded. Returns false if that takes longer than `timeout`
-    /// or the recorder stops recording.
+    /// Waits until everything played before `time` is recorded. Returns false if that takes longer
+    /// than `timeout` or the recorder stops recording.
     [[nodiscard]] bool waitUntilRecorded(
         SteadyTime time, std::chrono::milliseconds timeout = std::chrono::seconds(5)) const;
-    /// Waits for a sound that `firstSoundAfter()` would return, at most until everything played before `deadline`
-    /// is recorded.
+    /// Waits for a sound that `firstSoundAfter()` would return, at most until everything played
+    /// before `deadline` is recorded.
     std::optional<SteadyTime> waitForSound(SteadyTime after, float threshold,
                                            SteadyTime deadline) const;
 
@@ -97,8 +99,8 @@ private:
     const std::string sink_;
     const Suspending suspending_;
 
-    // From pa_threaded_mainloop_start to _stop only the library's thread uses these. The main loop comes first,
-    // because the others use it until they are destroyed.
+    // From pa_threaded_mainloop_start to _stop only the library's thread uses these. The main loop
+    // comes first, because the others use it until they are destroyed.
     std::unique_ptr<pa_threaded_mainloop, MainloopDeleter> mainloop_;
     std::unique_ptr<pa_context, ContextDeleter> context_;
     std::unique_ptr<pa_stream, StreamDeleter> stream_;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The module that decodes M4A with FFmpeg's libraries. It has one C function, so that the program itself is not
-// linked with these libraries.
+// The module that decodes M4A with FFmpeg's libraries. It has one C function, so that the program
+// itself is not linked with these libraries.
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -152,7 +152,8 @@ private:
         return frame_ && packet_ && swr_init(converter) >= 0;
     }
 
-    /// Fills `ready_` with the next frames. Returns false at the end of the sound and where it is damaged.
+    /// Fills `ready_` with the next frames. Returns false at the end of the sound and where it
+    /// is damaged.
     bool decodeMore() {
         while (true) {
             const int received = avcodec_receive_frame(codec_.get(), frame_.get());
@@ -213,7 +214,8 @@ private:
 
 }  // namespace
 
-/// The module's only function: returns a decoder for the file, whose bytes must outlive it, or null.
+/// The module's only function: returns a decoder for the file, whose bytes must outlive it,
+/// or null.
 extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(
     const VisibleFile* file);
 

@@ -41,7 +41,8 @@ protected:
         tap->setEnabled(true);
         runReady(queue);
     }
-    /// What is heard when these keys go down and up. Space ends it, so that silence needs no waiting for.
+    /// What is heard when these keys go down and up. Space ends it, so that silence needs no
+    /// waiting for.
     std::vector<std::int64_t> hear(const std::vector<unsigned>& keys) {
         heard.clear();
         for (const unsigned key : keys) {

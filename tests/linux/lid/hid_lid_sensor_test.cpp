@@ -102,8 +102,8 @@ public:
     }
 };
 
-/// Reporting state and power state are choices, of three bits that count from 1 and of a byte that counts
-/// from 0; the interval lies in a second report behind a sensitivity.
+/// Reporting state and power state are choices, of three bits that count from 1 and of a byte that
+/// counts from 0; the interval lies in a second report behind a sensitivity.
 const Bytes kSleepyLid = kLidBegin + reportId(1) + size(3) + count(1) + logicalMinimum(1) +
                          usage(0x16, 0x03) + kLogical + usage(0x40, 0x08) + usage(0x41, 0x08) +
                          kChoice + kEnd + size(5) + kPadding + logicalMinimum(0) + size(8) +
