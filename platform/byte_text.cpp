@@ -19,8 +19,8 @@ bool continues(unsigned byte) {
     return (byte & 0xC0U) == 0x80U;
 }
 
-/// The length of the UTF-8 sequence at `at`, 0 when it is none: truncated, overlong, a surrogate,
-/// out of range.
+/// Returns the length in bytes of the UTF-8 sequence at `at`; 0 if the sequence is invalid:
+/// truncated, overlong, a surrogate or out of range.
 std::size_t sequenceLength(std::string_view bytes, std::size_t at) {
     const unsigned lead = byteAt(bytes, at);
     if (lead < 0x80) {
@@ -53,8 +53,7 @@ bool isUtf8(std::string_view bytes) {
     return true;
 }
 
-/// The bytes whose numbers are the characters of this UTF-8; none when a character is no
-/// byte's number.
+/// Converts UTF-8 text to bytes, one for each character; none if a character is above U+00FF.
 std::optional<std::string> narrowed(std::string_view text) {
     std::string bytes;
     for (std::size_t at = 0; at < text.size(); ++at) {
@@ -74,8 +73,8 @@ std::optional<std::string> narrowed(std::string_view text) {
 }  // namespace
 
 std::string textFromBytes(std::string bytes) {
-    // What begins with the mark takes the long way too: unmarked, it would be taken for marked when
-    // it is read.
+    // Bytes that begin with the mark are encoded too. Otherwise they would be decoded when they
+    // are read.
     if (!bytes.starts_with(kMark) && isUtf8(bytes)) {
         return bytes;
     }

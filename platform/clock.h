@@ -12,7 +12,7 @@ namespace chimewerk {
 /// A moment of the wall clock, in seconds since 1970-01-01 UTC, with fractions.
 using WallTime = std::chrono::time_point<std::chrono::system_clock, Seconds>;
 
-/// Earlier than anything that happens; any span since then is longer than every rule asks for.
+/// Earlier than any event; the time since then is longer than any rule requires.
 inline constexpr WallTime kDistantPast{Seconds{-62135769600.0}};
 
 /// The wall clock. Any thread.

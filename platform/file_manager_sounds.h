@@ -10,8 +10,8 @@ class FileManagerSounds {
 public:
     virtual ~FileManagerSounds() = default;
 
-    /// Lets the file manager's own trash sounds be heard (true), or silences them while the program
-    /// plays its own (false). Main thread; failures are silent.
+    /// Switches the file manager's own trash sounds on (true), or off while the program plays its
+    /// own (false). Main thread; failures are silent.
     virtual void setFinderTrashSoundEnabled(bool enabled) = 0;
 };
 

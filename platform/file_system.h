@@ -7,13 +7,13 @@
 
 namespace chimewerk {
 
-/// Questions about files. Any thread.
+/// Reads facts about files. Any thread.
 class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
-    /// Whether something lies at `path`, a folder included; links are followed. What cannot be
-    /// looked at does not exist.
+    /// Returns whether a file or folder exists at `path`; links are followed. False if it cannot
+    /// be examined.
     virtual bool fileExists(const std::string& path) const = 0;
 };
 

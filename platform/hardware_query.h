@@ -10,7 +10,7 @@ class HardwareQuery {
 public:
     virtual ~HardwareQuery() = default;
 
-    /// Whether the lid-angle event can work on this machine.
+    /// Returns whether the lid-angle event can work on this machine.
     virtual bool supportsLidAngle() const = 0;
 };
 

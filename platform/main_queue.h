@@ -12,8 +12,8 @@ namespace chimewerk {
 /// A length of time in seconds, with fractions.
 using Seconds = std::chrono::duration<double>;
 
-/// The handle of a repeating job. The queue keeps the job running whether or not a handle is held;
-/// only `invalidate()` ends it. Main thread only.
+/// The handle of a repeating job. The job keeps running even when no handle is held; only
+/// `invalidate()` ends it. Main thread only.
 class Timer {
 public:
     virtual ~Timer() = default;
@@ -22,26 +22,25 @@ public:
     virtual void invalidate() = 0;
 };
 
-/// The program's main loop, as its parts see it: jobs run one after another on the main thread, in
-/// the order in which they fall due.
+/// The program's main loop: runs jobs one after another on the main thread, in the order in which
+/// they fall due.
 class MainQueue {
 public:
     using Job = std::function<void()>;
 
     virtual ~MainQueue() = default;
 
-    /// Runs `job` on the main thread after the present job has returned. Any thread may call this;
-    /// jobs posted from one thread run in the order of their posting. A job that is still queued
-    /// when the queue is destroyed is destroyed without running.
+    /// Runs `job` on the main thread after the current job has returned. Any thread may call this.
+    /// Jobs posted from one thread run in the order in which they were posted. A job that is still
+    /// queued when the queue is destroyed is destroyed without running.
     virtual void post(Job job) = 0;
 
-    /// Runs `job` once, `delay` from now on a clock that never goes back, and never earlier. Main
-    /// thread only.
+    /// Runs `job` once, after `delay` on a monotonic clock, never earlier. Main thread only.
     virtual void postAfter(Seconds delay, Job job) = 0;
 
-    /// Runs `job` every `interval` until the handle is invalidated. The first run comes within half
-    /// an interval of `interval` from now: the queue may move it so that several timers share one
-    /// wake-up. Missed runs are skipped. Main thread only.
+    /// Runs `job` every `interval` until the handle is invalidated. The first run may come up to
+    /// half an interval earlier or later, so that several timers share one wake-up. Missed runs are
+    /// skipped. Main thread only.
     virtual std::shared_ptr<Timer> every(Seconds interval, Job job) = 0;
 };
 

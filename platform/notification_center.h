@@ -15,7 +15,7 @@ namespace chimewerk {
 /// An announcement to the observers of its name.
 struct Notification {
     std::string_view name;
-    /// What it is about; empty when the name says all.
+    /// The subject; empty if the name says all.
     std::any object = {};
     /// Further facts by name.
     std::map<std::string, std::any> userInfo = {};
@@ -37,13 +37,13 @@ public:
         std::shared_ptr<Observer> observer_;
     };
 
-    /// Calls `observer` for each later notification of this name, synchronously and in the order of
-    /// subscription, for as long as the result is held.
+    /// Calls `observer` for each later notification of this name, in the order of subscription,
+    /// while the returned subscription is held.
     [[nodiscard]] Subscription observe(std::string_view name, Observer observer);
 
-    /// Calls every observer of the notification's name before it returns. An observer may subscribe
-    /// and unsubscribe, itself included; an observer that subscribes during a posting is not called
-    /// for it.
+    /// Calls every observer of the notification's name, then returns. An observer may subscribe,
+    /// and may unsubscribe itself or others. An observer that subscribes during a post is not
+    /// called for that post.
     void post(const Notification& notification);
 
 private:

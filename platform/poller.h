@@ -11,19 +11,20 @@
 
 namespace chimewerk {
 
-/// Runs a job of its owner at a fixed interval. A member of the owner, declared last so that it
-/// ends first. Main thread only; the queue outlives it.
+/// Runs a job of its owner at a fixed interval. Declare it as the owner's last member, so that it
+/// is destroyed first. Main thread only; the queue must outlive it.
 class Poller {
 public:
     explicit Poller(MainQueue& queue) : queue_(queue) {}
 
-    /// Runs `look` every `interval`, never at once, until `stop()` is called or the owner is gone.
-    /// Call `stop()` before the next `start()`: only the last one can be stopped.
-    void start(Seconds interval, MainQueue::Job look) {
-        timer_ = queue_.every(interval, lifeline_.guard(std::move(look)));
+    /// Runs `job` every `interval`, first after about one interval, until `stop()` is called or
+    /// the poller is destroyed. Call `stop()` before the next `start()`: only the last job can
+    /// be stopped.
+    void start(Seconds interval, MainQueue::Job job) {
+        timer_ = queue_.every(interval, lifeline_.guard(std::move(job)));
     }
 
-    /// Ends the runs. Does nothing when not started.
+    /// Stops the job. Does nothing if none is running.
     void stop() {
         if (timer_) {
             timer_->invalidate();

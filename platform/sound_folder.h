@@ -9,28 +9,29 @@
 
 namespace chimewerk {
 
-/// The folder of the sound files that the user has loaded. Main thread only.
+/// The folder of the sound files that the user has added. Main thread only.
 class SoundFolder {
 public:
     /// The result of adding a file.
     struct Outcome {
         enum class Kind {
             added,
-            /// The folder cannot be made, or the file cannot be copied there.
+            /// The folder cannot be made, or the file cannot be copied.
             notCopied,
             /// The file holds no sound.
             notASound,
         };
         Kind kind = Kind::added;
-        /// The absolute path of the sound to play; empty unless it was added.
+        /// The absolute path of the sound to play; empty unless the file was added.
         std::string path{};
-        /// The system's description of why it was not copied, in the user's language; else empty.
+        /// The system's description of the copy error, in the user's language; empty if there
+        /// was none.
         std::string error{};
     };
     using Done = std::function<void(const Outcome& outcome)>;
 
-    /// A file that is being added. Destroying it before it is done undoes everything; `Done` is
-    /// then not called.
+    /// A file that is being added. Destroying it early undoes everything; `Done` is then
+    /// not called.
     class Addition {
     public:
         virtual ~Addition() = default;
@@ -38,10 +39,10 @@ public:
 
     virtual ~SoundFolder() = default;
 
-    /// Copies `file` into the folder under its own name, in place of a file that has that name, if
-    /// it holds a sound. A file that lies there already, by whatever path, is used where it is and
+    /// Copies `file` into the folder under its own name if it holds a sound; replaces a file of
+    /// that name. A file that is already in the folder, by whatever path, is used in place and
     /// never removed. Returns at once; `done` is called later, once, unless the addition is
-    /// destroyed before. On failure the folder is as it was.
+    /// destroyed first. On failure the folder is unchanged.
     [[nodiscard]] virtual std::unique_ptr<Addition> add(const std::string& file, Done done) = 0;
 };
 

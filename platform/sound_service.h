@@ -16,15 +16,15 @@ class Sound {
 public:
     virtual ~Sound() = default;
 
-    /// How loud it plays, 0.0 (silent) to 1.0 (as recorded); values outside are taken as the nearer
-    /// end. Takes effect at `play()`.
+    /// Sets the volume, 0.0 (silent) to 1.0 (as recorded); other values are clamped. Takes effect
+    /// at `play()`.
     virtual void setVolume(float volume) = 0;
 
-    /// Starts the sound and returns at once. Sounds that are playing go on beside it. Without an
-    /// audio server it is silent; there is no other failure.
+    /// Starts the sound and returns at once. Other sounds go on. Silent if there is no audio
+    /// server; there is no other failure.
     virtual void play() = 0;
 
-    /// The whole length of the sound.
+    /// The length of the whole sound.
     virtual Seconds duration() const = 0;
 };
 
@@ -33,12 +33,12 @@ class SoundService {
 public:
     virtual ~SoundService() = default;
 
-    /// Returns the sound in the file at `path`, read again at each call. Null when the path names
-    /// no regular file, or one that cannot be read or decoded or that holds no audio. Never waits,
-    /// whatever the path is.
+    /// Returns the sound in the file at `path`, which is read again at each call. Null if `path`
+    /// is no regular file, cannot be read or decoded, or holds no audio. Never blocks, whatever
+    /// `path` names.
     virtual std::shared_ptr<Sound> soundFromFile(const std::string& path) = 0;
 
-    /// The desktop's alert sound of this name, such as "Tink"; none for an unknown name.
+    /// Returns the alert sound of this name, such as "Tink"; null if the name is unknown.
     virtual std::shared_ptr<Sound> soundNamed(std::string_view name) = 0;
 };
 
