@@ -11,14 +11,14 @@
 
 namespace chimewerk {
 
-// The names of the sound files that come with the program. `folder` is the absolute path of the
-// folder that holds them; `soundName` is an event's identifier or the name of a key's sound. Any
-// file may be missing.
+// The paths of the sound files that come with the program. `folder` is the absolute path of
+// their folder; `soundName` is an event's identifier or the name of a key's sound. The files may
+// be missing.
 
-/// The file of `theme`, which is not `system`.
+/// Returns the path of the sound of `theme`, which must not be `system`.
 std::string themeSoundFile(std::string_view folder, SoundTheme theme, std::string_view soundName);
 
-/// The files of the default sound, the preferred one first.
+/// Returns the paths of the default sound, the preferred one first.
 std::array<std::string, 2> defaultSoundFiles(std::string_view folder, std::string_view soundName);
 
 }  // namespace chimewerk

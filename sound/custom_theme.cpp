@@ -53,7 +53,7 @@ std::string encodeCustomThemes(const std::vector<CustomTheme>& themes) {
 }
 
 std::optional<std::vector<CustomTheme>> decodeCustomThemes(std::string_view text) {
-    // The parser takes a NUL for the end of the text.
+    // The parser treats a NUL as the end of the text.
     if (text.find('\0') != std::string_view::npos) {
         return std::nullopt;
     }

@@ -7,13 +7,13 @@
 
 namespace chimewerk {
 
-/// The angle sensor's reading, on every sample. No object; user info "angle": float, degrees.
+/// Posted for each sample of the angle sensor. No object; user info "angle": float, degrees.
 inline constexpr std::string_view lidAngleDidChange = "Chimewerk.lidAngle";
 
-/// An enabled event's trigger count was increased. Object: the event identifier, a std::string.
+/// Posted when an event has been counted. Object: the event identifier, a std::string.
 inline constexpr std::string_view eventCounterUpdated = "Chimewerk.counter";
 
-/// Another theme was selected, or one was deleted. Object: the selected `SoundTheme`; none for a
+/// Posted when a theme was selected or deleted. Object: the selected `SoundTheme`; none for a
 /// custom theme.
 inline constexpr std::string_view themeDidChange = "Chimewerk.theme";
 

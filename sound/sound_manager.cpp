@@ -13,7 +13,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The first element with this `id`; null when there is none.
+/// Returns the first element with this `id`, or null.
 template <typename List>
 auto* findById(List& list, std::string_view id) {
     const auto found = std::ranges::find(list, id, &std::ranges::range_value_t<List>::id);

@@ -85,10 +85,10 @@ public:
     /// nothing for `system` and for a theme without this sound.
     void previewTheme(SoundTheme theme);
 
-    // Each of these changes the settings and stores them. Those that select or delete a theme then
+    // Each of these changes the settings and stores them. Those that select or delete a theme also
     // post `themeDidChange`, after the caller has returned to the main queue. While a custom theme
-    // is selected, the events' paths are its working copy: they are written back when another theme
-    // is selected.
+    // is selected, the events' paths are its working copy: they are written back to the theme when
+    // another theme is selected.
 
     /// Sets the event's file, also in the selected custom theme; none removes it.
     void setPath(std::optional<std::string> path, std::string_view id);
@@ -146,7 +146,7 @@ private:
     const std::string res_;
     std::vector<std::shared_ptr<Sound>> playing_;
     Dependencies deps_;
-    /// The custom themes as last stored by this object; none before the first time.
+    /// The custom themes as last stored; none before the first time.
     std::optional<std::vector<CustomTheme>> savedThemes_;
     Lifeline lifeline_;
 };

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How an event becomes a sound: the switch, the count, the search for a file, the start,
-// the release.
+// Plays events: checks the switch, counts, finds the file, starts the sound and releases it later.
 #include <algorithm>
 
 #include "sound/bundled_sounds.h"
@@ -14,11 +13,12 @@ namespace chimewerk {
 namespace {
 
 constexpr float kPreviewVolume = 0.6F;
-/// A sound is held for its duration, at least for the shortest hold, and the margin on top.
+/// A played sound is kept for its duration, or for the shortest hold if that is longer, plus
+/// the margin.
 constexpr Seconds kShortestHold{0.2};
 constexpr Seconds kHoldMargin{0.1};
 
-/// The virtual key codes that have a sound of their own.
+/// Returns the name of the sound of the key with this virtual key code.
 std::string_view keySoundName(std::int64_t keyCode) {
     constexpr std::int64_t kSpace = 49;
     constexpr std::int64_t kReturn = 36;
@@ -79,7 +79,7 @@ bool SoundManager::playOwnFile(const SoundEvent& event) {
     return event.soundPath && !event.soundPath->empty() && playFile(*event.soundPath, event.volume);
 }
 
-/// Plays the sound of this name: the selected theme's, else the default one, else the event's
+/// Plays the sound of this name from the selected theme, else the default one, else the event's
 /// alert sound.
 void SoundManager::playFromLibrary(std::string_view soundName, const SoundEvent& event) {
     if (currentTheme != SoundTheme::system && !activeCustomThemeID &&

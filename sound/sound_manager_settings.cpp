@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What is stored between two runs, and how it is read back even when it is damaged.
+// Stores the settings, and restores them even if they are damaged.
 #include <algorithm>
 #include <utility>
 
@@ -37,8 +37,8 @@ DefaultsDictionary settingsOf(const SoundEvent& event) {
             {"threshold", {static_cast<double>(event.threshold)}}};
 }
 
-/// A single value that is no dictionary, even of an unknown event, makes the settings of all events
-/// invalid.
+/// Returns whether every value is a dictionary. If one is not, even that of an unknown event, the
+/// settings of all events are ignored.
 bool holdsOnlyDictionaries(const DefaultsDictionary& settings) {
     return std::ranges::all_of(settings, [](const auto& entry) {
         return std::holds_alternative<DefaultsDictionary>(entry.second.value);

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the user can change: an event's settings, the choice of theme, the custom themes.
+// The operations that users perform: change an event's settings, select a theme, edit
+// custom themes.
 #include <utility>
 
 #include "sound/notifications.h"
@@ -60,7 +61,8 @@ void SoundManager::setTheme(SoundTheme theme) {
     announceThemeChange(theme);
 }
 
-// By value: the write-back may change the very element of `customThemes` that the caller passes.
+// By value, because `writeBackPaths()` may change the element of `customThemes` that the
+// caller passes.
 void SoundManager::setCustomTheme(CustomTheme theme) {
     writeBackPaths();
     applySounds(theme);
@@ -90,7 +92,8 @@ void SoundManager::renameCustomTheme(std::string_view id, std::string name) {
 }
 
 void SoundManager::deleteCustomTheme(std::string_view id) {
-    // The caller may pass the selected id itself, or that of the element that goes.
+    // A copy, because the caller may pass `activeCustomThemeID` or the `id` of the element to
+    // be removed.
     const std::string gone(id);
     if (activeCustomThemeID == gone) {
         activeCustomThemeID.reset();

@@ -9,7 +9,7 @@
 
 namespace chimewerk {
 
-/// The built-in themes. `system` is the absence of one: events play their own file or their
+/// The built-in themes. `system` stands for no theme: events play their own file or their
 /// alert sound.
 enum class SoundTheme { system, bit8, soft, scifi, classic, trad, piano };
 
@@ -18,13 +18,13 @@ inline constexpr std::array<SoundTheme, 7> kAllThemes = {
     SoundTheme::system,  SoundTheme::bit8, SoundTheme::soft, SoundTheme::scifi,
     SoundTheme::classic, SoundTheme::trad, SoundTheme::piano};
 
-/// The theme's name in settings and in file names, such as "8bit".
+/// Returns the theme's name in settings and file names, such as "8bit".
 std::string_view rawValue(SoundTheme theme);
 
-/// The theme with exactly this raw value, letter case included; none for any other text.
+/// Returns the theme with exactly this raw value (case-sensitive), or none.
 std::optional<SoundTheme> themeFromRawValue(std::string_view raw);
 
-/// The theme's name as the user sees it, such as "🎮 8-bit".
+/// Returns the theme's name as the user sees it, such as "🎮 8-bit".
 std::string_view displayName(SoundTheme theme);
 
 }  // namespace chimewerk

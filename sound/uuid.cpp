@@ -10,7 +10,7 @@ namespace chimewerk {
 
 std::string randomUuid() {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
-    // x: any digit; y: one of the four that mark the variant.
+    // x: any digit; y: 8, 9, A or B, which mark the variant.
     std::string uuid = "xxxxxxxx-xxxx-4xxx-yxxx-xxxxxxxxxxxx";
     std::random_device random;
     std::uniform_int_distribution<unsigned> anyDigit(0, 15);

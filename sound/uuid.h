@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// A new random (version 4) UUID in canonical upper-case text, 36 characters. Any thread.
+/// Returns a new random (version 4) UUID as 36 characters in upper case. Any thread.
 std::string randomUuid();
 
 }  // namespace chimewerk
