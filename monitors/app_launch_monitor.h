@@ -10,32 +10,32 @@
 
 namespace chimewerk {
 
-/// Reports each application of the session that is launched. Main thread only.
+/// Reports each application that is launched in the session. Main thread only.
 class AppLaunchSource {
 public:
-    /// Names one observer.
+    /// Identifies an observer.
     using Token = int;
 
     virtual ~AppLaunchSource() = default;
 
-    /// Calls `onLaunch` on the main thread, later, once for each application that is launched from
-    /// now on, until the observer is removed. What runs already does not count. Where launches
-    /// cannot be seen, it never calls.
+    /// Calls `onLaunch` on the main thread, once for each application launched from now on, until
+    /// the observer is removed. Never calls it within this function. Applications that already run
+    /// do not count. If launches cannot be detected, it is never called.
     virtual Token addObserver(std::function<void()> onLaunch) = 0;
 
-    /// Ends the observer's calls at once. Unknown tokens are ignored.
+    /// Removes the observer; it is not called again. Unknown tokens are ignored.
     virtual void removeObserver(Token token) = 0;
 };
 
-/// Reports any application being launched. Main thread only.
+/// Reports the launch of any application. Main thread only.
 class AppLaunchMonitor {
 public:
     explicit AppLaunchMonitor(AppLaunchSource& source) : source_(source) {}
 
-    /// An application has been launched.
+    /// Called when an application has been launched.
     std::function<void()> onLaunch;
 
-    /// Begins to observe. Call it once before `stop()`.
+    /// Starts observing. Call once before `stop()`.
     void start();
     void stop();
 

@@ -11,39 +11,38 @@
 
 namespace chimewerk {
 
-/// What the brightness monitor sees of the display. Main thread only.
+/// Reads the brightness of the display. Main thread only.
 class BrightnessSource {
 public:
     virtual ~BrightnessSource() = default;
 
-    /// The built-in display's brightness at this moment, 0 to 1; none when there is no such display
-    /// or it cannot be read. Returns without waiting, and is cheap enough for four calls a second.
+    /// Returns the built-in display's current brightness, 0 to 1; none if there is no such display
+    /// or it cannot be read. Does not block; cheap enough for four calls a second.
     virtual std::optional<float> brightness() = 0;
 };
 
-/// Reports the display getting brighter or darker. Compares with the level of the last event, so
-/// that slow changes add up. Main thread only.
+/// Reports that the display became brighter or darker. Compares with the level of the last event,
+/// so slow changes add up. Main thread only.
 class BrightnessMonitor {
 public:
     BrightnessMonitor(MainQueue& queue, BrightnessSource& display);
 
-    /// The brightness rose by more than 0.03 since the last event.
+    /// Called when the brightness has risen by more than 0.03 since the last event.
     std::function<void()> onUp;
-    /// The brightness fell by more than 0.03 since the last event.
+    /// Called when the brightness has fallen by more than 0.03 since the last event.
     std::function<void()> onDown;
 
-    /// Takes the present level as the reference and polls every 0.25 s. Call it once before
-    /// `stop()`.
+    /// Takes the current level as the reference and polls every 0.25 s. Call once before `stop()`.
     void start();
 
-    /// Ends the polling.
+    /// Stops polling.
     void stop() { poller_.stop(); }
 
 private:
     void poll();
 
     BrightnessSource& display_;
-    /// Negative until there has been a reading.
+    /// Negative until the first reading.
     float last_ = -1.0F;
     Poller poller_;
 };

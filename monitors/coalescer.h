@@ -11,9 +11,9 @@
 
 namespace chimewerk {
 
-/// Turns a burst of signals into one call, which comes one latency after the first signal. A signal
-/// after the call starts another one, so that a call always follows the last signal. Destroying it
-/// drops a call that is still to come. Main thread only.
+/// Merges a burst of signals into one call, made one latency after the first signal. A later signal
+/// leads to another call, so a call always follows the last signal. Destruction cancels a pending
+/// call. Main thread only.
 class Coalescer {
 public:
     Coalescer(MainQueue& queue, Seconds latency, std::function<void()> call)

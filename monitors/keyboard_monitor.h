@@ -14,72 +14,71 @@
 
 namespace chimewerk {
 
-/// What a key tap reports, on the main thread. The tap must not be destroyed from within
-/// either call.
+/// Called by a key tap on the main thread. Neither may destroy the tap.
 struct KeyTapCallbacks {
-    /// A key went down, or repeats while it is held. `keyCode` is the program's virtual key code
+    /// A key was pressed, or repeats while it is held. `keyCode` is the program's virtual key code
     /// (Space 49, Return 36, keypad Enter 76). Modifier and media keys are not reported. Called
-    /// straight from the event, without queueing.
+    /// directly from the event, without queueing.
     std::function<void(std::int64_t keyCode)> onKeyDown;
-    /// The system has disabled the tap in part or in whole. Enable it again, if need be from within
-    /// this call, to hear what can be heard.
+    /// The system has disabled the tap, at least in part. Enable it again to get the events that
+    /// are still available; this may be done within the call.
     std::function<void()> onDisabled;
 };
 
-/// Listens to the keyboards of the session. It only listens: the window with the focus gets every
-/// key as before. Ends when it is destroyed. Main thread only.
+/// Listens to the session's keyboards without consuming keys. Destruction stops it. Main
+/// thread only.
 class KeyTap {
 public:
     virtual ~KeyTap() = default;
 
-    /// Switches the reports on or off. Keyboards that are plugged in while it is enabled are heard
-    /// too. Repeated calls do no harm.
+    /// Switches the reports on or off. Keyboards plugged in while it is enabled are included.
+    /// Repeated calls have no effect.
     virtual void setEnabled(bool enabled) = 0;
 };
 
-/// Where key presses are heard. Main thread only.
+/// Gives access to key presses. Main thread only.
 class KeySource {
 public:
     virtual ~KeySource() = default;
 
-    /// Whether key presses can really be heard now. Cheap enough to be asked every second or so.
+    /// Returns whether key presses can be received now. Cheap enough for a call every second.
     virtual bool trusted() = 0;
 
-    /// A tap that is not enabled yet; null when the keys cannot be heard.
+    /// Returns a new tap, initially disabled; null if keys cannot be received.
     virtual std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) = 0;
 };
 
-/// The page that tells the user how to let the program hear the keys. Main thread only.
+/// The page that explains how to let the program receive key presses. Main thread only.
 class PermissionPage {
 public:
     virtual ~PermissionPage() = default;
 
-    /// Brings the page up and returns at once. Failures are silent.
+    /// Opens the page and returns at once. Failures are silent.
     virtual void show() = 0;
 };
 
-/// Hands every key press of the session to the sound library. Without the permission to listen it
-/// shows the user where to give it and polls for it every 1.5 s. Which key was pressed is passed on
-/// and kept nowhere. Main thread only.
+/// Passes every key press of the session to the sound library. Without permission to listen it
+/// shows the permission page and checks again every 1.5 s. Does not store which keys were pressed.
+/// Main thread only.
 class KeyboardMonitor {
 public:
     KeyboardMonitor(MainQueue& queue, KeySource& keys, PermissionPage& permissionPage,
                     SoundManager& sounds);
 
-    /// The tap, while there is one.
+    /// The tap; null while there is none.
     std::unique_ptr<KeyTap> tap;
-    /// Whether key presses are being heard.
+    /// Whether key presses are received.
     bool active = false;
 
-    /// Begins to listen, or shows the permission page and waits for the permission. Nothing when
-    /// already listening.
+    /// Starts listening, or shows the permission page and waits for permission. Does nothing if it
+    /// is already listening.
     void start();
 
-    /// Ends the listening and the waiting.
+    /// Stops listening and waiting.
     void stop();
 
-    /// Listens anew if that is permitted now; if not, ends up stopped, without a page and
-    /// without waiting.
+    /// Starts listening again if it is permitted; otherwise stops, without showing the page
+    /// or waiting.
     void restart();
 
     /// Plays the sound of the key with this virtual key code.

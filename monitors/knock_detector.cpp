@@ -12,8 +12,7 @@ namespace chimewerk {
 namespace {
 
 constexpr std::size_t kBufferFrames = 512;
-/// Only what follows on a level below this is a knock; what follows on a higher one is part of
-/// a noise.
+/// A peak counts as a knock only after a level below this; above it, the peak is part of a noise.
 constexpr float kQuietLimit = 0.25F;
 constexpr float kOldWeight = 0.75F;
 constexpr float kNewWeight = 0.25F;
@@ -24,7 +23,7 @@ KnockDetector::KnockDetector(MainQueue& queue, Microphone& microphone, std::func
     : queue_(queue), microphone_(microphone), now_(std::move(now)) {}
 
 KnockDetector::~KnockDetector() {
-    // Before any member ends that the tap uses.
+    // Ends the tap, which uses the other members, before them.
     audioEngine_ = nullptr;
 }
 

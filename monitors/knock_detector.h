@@ -14,54 +14,53 @@
 
 namespace chimewerk {
 
-/// Hears knocks on the computer's body: a loud peak that comes after a quiet stretch, and not
-/// within a moment of the knock before. Keeps no sound; each buffer becomes one number. Main thread
-/// only, but for `analyzeBuffer()` and the atomics.
+/// Detects knocks on the computer's body: a loud peak after quiet, and not within the cooldown of
+/// the last knock. Stores no sound, only one level per buffer. Main thread only, except for
+/// `analyzeBuffer()` and the atomics.
 class KnockDetector {
 public:
-    /// A moment on the steady clock. If the wall clock were put back by an hour, it would suppress
-    /// all knocks of that hour.
+    /// A moment on the steady clock. The wall clock could be set back, which would suppress all
+    /// knocks until it had caught up.
     using Time = std::chrono::steady_clock::time_point;
 
-    /// `now` may be called on any thread. Queue and microphone outlive the detector.
+    /// `now` may be called on any thread. `queue` and `microphone` must outlive the detector.
     KnockDetector(MainQueue& queue, Microphone& microphone,
                   std::function<Time()> now = std::chrono::steady_clock::now);
     KnockDetector(const KnockDetector&) = delete;
     KnockDetector& operator=(const KnockDetector&) = delete;
-    /// Ends the listening; knocks that were heard but not reported yet are dropped.
+    /// Stops listening; drops knocks that were detected but not yet reported.
     ~KnockDetector();
 
-    /// A knock was heard. Called on the main thread.
+    /// Called on the main thread when a knock was detected.
     std::function<void()> onKnock;
 
-    /// What a buffer's peak must exceed; taken from the next buffer on.
+    /// The level that a knock's peak must exceed. A change takes effect at the next buffer.
     std::atomic<float> slapThreshold = 0.7F;
 
-    /// Listens if that is allowed; if the user has not been asked yet, asks, and listens
-    /// when allowed.
+    /// Starts listening if it is permitted. If the user has not been asked yet, asks first.
     void setupMicrophoneDetection();
-    /// Listens with a new engine, replacing any that is there. One that does not start
-    /// stays silent.
+    /// Starts listening with a new engine, which replaces the old one. If it fails to start,
+    /// nothing is detected.
     void startAudio();
-    /// Gives up the engine, and listens with a new one if that is allowed now.
+    /// Stops the engine, and starts a new one if listening is permitted now.
     void restartAudio();
-    /// Ends the listening.
+    /// Stops listening.
     void stop();
 
-    /// Takes one buffer's samples, if there are any to be read: reports a knock in them, and
-    /// remembers how loud they were. Called by the engine on its thread; one call at a time.
+    /// Analyses the samples of one buffer: reports a knock and updates the remembered level. Does
+    /// nothing if there are no samples. Called on the engine's thread, one call at a time.
     void analyzeBuffer(AudioEngine::FirstChannel samples);
 
-    /// The peak level of the buffers so far, smoothed. It survives a restart.
+    /// The smoothed peak level of all buffers so far. Survives a restart.
     float previousAmplitude() const { return previousAmplitude_.load(std::memory_order_relaxed); }
-    /// When the last knock was heard; a century ago when there has been none.
+    /// When the last knock was detected; long ago if there was none.
     Time lastSlapTime() const { return lastSlapTime_.load(std::memory_order_relaxed); }
 
 private:
-    /// The least time between two knocks.
+    /// The shortest time between two knocks.
     static constexpr Seconds slapCooldown{0.08};
-    /// A century before the clock's zero; not its minimum, from which no time span could
-    /// be computed.
+    /// A century before the clock's epoch. With the clock's minimum, time differences
+    /// would overflow.
     static constexpr Time kLongAgo{-std::chrono::hours{24 * 36525}};
 
     void knocked();

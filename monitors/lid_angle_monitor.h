@@ -51,7 +51,7 @@ public:
     /// The angle whose crossing plays the event, in degrees.
     float angleThreshold = 90.0F;
 
-    /// Whether the sensor exists and could be opened. Kept up to date while the monitor is started.
+    /// Whether the sensor exists and was opened. Kept up to date while the monitor is started.
     bool sensorFound = false;
 
     /// Sets the threshold, in degrees, opens the sensor and sets `sensorFound`.
@@ -61,8 +61,7 @@ public:
     /// angle plays nothing.
     void updateThreshold(float threshold) { angleThreshold = threshold; }
 
-    /// Closes the sensor. The last angle is kept for the next start, and `sensorFound` stays as
-    /// it is.
+    /// Closes the sensor. The last angle and `sensorFound` are kept.
     void stop() { deps_.sensor.close(); }
 
 private:

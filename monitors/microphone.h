@@ -11,32 +11,32 @@
 
 namespace chimewerk {
 
-/// One listening to the microphone. Main thread only, but for the tap. Its end stops it.
+/// Records from the microphone. Destruction stops it. Main thread only, except for the tap.
 class AudioEngine {
 public:
-    /// What the tap is called with: the first channel's samples of one buffer, nominally -1 to 1,
-    /// valid during the call only; none when the buffer holds no samples that can be read as such.
+    /// The first channel's samples of one buffer, nominally -1 to 1, valid only during the call;
+    /// none if the buffer has no readable samples.
     using FirstChannel = std::optional<std::span<const float>>;
     using Tap = std::function<void(FirstChannel)>;
 
     virtual ~AudioEngine() = default;
 
-    /// Has `tap` called for each buffer of about `frames` frames that is heard while the
-    /// engine runs, one after another, on a thread of the engine's: it must not block. Call it
+    /// Sets the function to call for each buffer of about `frames` frames while the engine runs.
+    /// The calls are made one at a time on the engine's thread, so `tap` must not block. Call this
     /// before `start()`.
     virtual void installTap(std::size_t frames, Tap tap) = 0;
-    /// Ends the calls; one that is under way has ended on return.
+    /// Removes the tap; waits for a running call to end.
     virtual void removeTap() = 0;
 
-    /// Begins to listen. False when it cannot; the engine then stays silent. A microphone that is
-    /// missing, or that goes away, is no failure where the engine waits for one.
+    /// Starts recording. Returns false, and stays silent, if it cannot. A missing microphone is no
+    /// failure if the engine waits for one.
     virtual bool start() = 0;
-    /// Ends the listening; a call of the tap that is under way has ended on return.
+    /// Stops recording; waits for a running call of the tap to end.
     virtual void stop() = 0;
 };
 
-/// The machine's microphone: the permission to listen to it, and the listening. Main thread only;
-/// outlives its engines.
+/// The machine's microphone, and the permission to use it. Main thread only; must outlive
+/// its engines.
 class Microphone {
 public:
     enum class Authorization {
@@ -49,13 +49,13 @@ public:
 
     virtual ~Microphone() = default;
 
-    /// How it stands now; the user may change it at any time.
+    /// Returns the current permission. The user may change it at any time.
     virtual Authorization authorization() = 0;
 
-    /// Asks the user, and calls `answered` once, on any thread, at once or much later.
+    /// Asks the user. Calls `answered` once, on any thread, immediately or much later.
     virtual void requestAccess(std::function<void(bool granted)> answered) = 0;
 
-    /// An engine that is not listening yet.
+    /// Returns a new engine, which is not recording yet.
     virtual std::unique_ptr<AudioEngine> makeEngine() = 0;
 };
 

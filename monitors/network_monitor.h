@@ -10,38 +10,38 @@
 
 namespace chimewerk {
 
-/// What the network monitor sees of the machine's network. Main thread only.
+/// Reports whether the network can be reached. Main thread only.
 class ReachabilitySource {
 public:
     virtual ~ReachabilitySource() = default;
 
-    /// Opens what `isReachable()` needs. After a failure, `isReachable()` returns false.
+    /// Opens what `isReachable()` needs. If this fails, `isReachable()` returns false.
     virtual void open() = 0;
 
-    /// Closes it.
+    /// Closes the source. `isReachable()` then returns false.
     virtual void close() = 0;
 
-    /// Whether there is a usable way to the wider network at this moment; a way that would have to
-    /// be established first is none. False when that cannot be found out, and when the source is
-    /// not open. Sends nothing over the network and returns without waiting.
+    /// Returns whether there is now a usable route to the wider network; a connection that would
+    /// have to be established first does not count. False if that cannot be determined or the
+    /// source is not open. Sends nothing over the network and does not block.
     virtual bool isReachable() = 0;
 };
 
-/// Reports the machine gaining and losing the network. The state at the start is no event. Main
+/// Reports that the network was gained or lost. The state at the start is not reported. Main
 /// thread only.
 class NetworkMonitor {
 public:
     NetworkMonitor(MainQueue& queue, ReachabilitySource& reachability);
 
-    /// The network can be reached again.
+    /// Called when the network can be reached again.
     std::function<void()> onConnect;
-    /// The network can be reached no longer.
+    /// Called when the network can no longer be reached.
     std::function<void()> onDisconnect;
 
-    /// Takes the present state as known and polls every 2.5 s. Call it once before `stop()`.
+    /// Takes the current state as known and polls every 2.5 s. Call once before `stop()`.
     void start();
 
-    /// Ends the polling.
+    /// Stops polling and closes the source.
     void stop();
 
 private:

@@ -14,22 +14,22 @@ namespace chimewerk {
 
 namespace {
 
-// Vectors by name, because a compiler may not reorder comparisons of floating-point numbers by
-// itself, and would take one running maximum sample by sample.
+// Explicit vectors: without them the compiler keeps one running maximum, because it may not reorder
+// floating-point comparisons.
 constexpr std::size_t kLanes = 4;
 using Floats [[gnu::vector_size(kLanes * sizeof(float))]] = float;
 using Bits [[gnu::vector_size(kLanes * sizeof(float))]] = std::int32_t;
 constexpr std::int32_t kAllButSign = 0x7FFFFFFF;
 constexpr Bits kMagnitude = {kAllButSign, kAllButSign, kAllButSign, kAllButSign};
 
-/// Several at a time, so that one comparison does not wait for the one before.
+/// Several maxima at a time, so that a comparison need not wait for the one before.
 constexpr std::size_t kVectors = 4;
 constexpr std::size_t kStep = kVectors * kLanes;
 
 }  // namespace
 
 float peakMagnitude(std::span<const float> samples) {
-    // A NaN is greater than nothing, and so leaves the maximum as it is.
+    // A comparison with NaN is false, so NaN leaves the maximum unchanged.
     Floats maxima[kVectors] = {};
     for (; samples.size() >= kStep; samples = samples.subspan(kStep)) {
         Floats block[kVectors];

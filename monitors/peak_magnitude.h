@@ -7,8 +7,8 @@
 
 namespace chimewerk {
 
-/// The largest magnitude among the samples, 0 when there are none. What is not a number is passed
-/// over; what is infinite counts as the largest number, so that a level computed from it can fall
+/// Returns the largest magnitude among the samples, 0 if there are none. NaN is skipped;
+/// infinity counts as the largest finite number, so that a level computed from it can fall
 /// again. Any thread.
 float peakMagnitude(std::span<const float> samples);
 

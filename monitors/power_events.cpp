@@ -9,9 +9,9 @@ namespace chimewerk {
 
 namespace {
 
-/// Delay between the sleep message and its answer.
+/// How long to wait before answering the sleep message.
 constexpr Seconds kSleepDelay{0.35};
-/// Devices and the sound server need this long after a wake.
+/// How long devices and the audio server take to return after a wake.
 constexpr Seconds kWakeDelay{0.5};
 
 bool isOnBattery(const PowerSourceDescription& source) {
@@ -83,7 +83,7 @@ void PowerEvents::powerChanged() {
     }
 }
 
-/// The alert counts as given even if its event is off.
+/// Counts as alerted even if the event is off.
 void PowerEvents::checkCharge(const PowerSourceDescription& source) {
     const SoundEvent* const event = deps_.sounds.findEvent(event_ids::kBatteryLow);
     if (source.currentCapacity && event != nullptr &&

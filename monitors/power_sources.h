@@ -12,7 +12,7 @@ namespace chimewerk {
 
 /// The state of a power source; each part may be missing.
 struct PowerSourceDescription {
-    /// Where the machine takes its power from: `kBatteryPower`, or any other text.
+    /// The current source of power: `kBatteryPower` or any other text.
     std::optional<std::string> state;
     /// The charge in percent, 0 to 100.
     std::optional<double> currentCapacity;
@@ -20,7 +20,7 @@ struct PowerSourceDescription {
     bool operator==(const PowerSourceDescription&) const = default;
 };
 
-/// The state when the machine runs without external power.
+/// The state of a machine that runs on battery.
 inline constexpr const char* kBatteryPower = "Battery Power";
 
 /// The machine's power sources; only the first one counts. Main thread only.

@@ -18,7 +18,7 @@ ScreenshotMonitor::ScreenshotMonitor(MainQueue& queue, FolderSource& source,
                                      const std::vector<std::string>& folders)
     : queue_(queue), source_(source) {
     for (const std::string& path : folders) {
-        // A user may have set two of the folders to the same place.
+        // Two of the folders may be the same in the user's configuration.
         if (std::ranges::find(folders_, path, &Folder::path) == folders_.end()) {
             folders_.push_back({.path = path});
         }

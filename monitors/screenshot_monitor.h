@@ -18,8 +18,7 @@ namespace chimewerk {
 /// Lists folders and reports changes of their contents. Main thread only.
 class FolderSource {
 public:
-    /// Reports changes until it is destroyed. Must not be destroyed from within the call that
-    /// it makes.
+    /// Reports changes until it is destroyed. Must not be destroyed within its own callback.
     class Stream {
     public:
         virtual ~Stream() = default;
@@ -27,36 +26,35 @@ public:
 
     virtual ~FolderSource() = default;
 
-    /// The names directly inside `folder`, in no order; none when it cannot be listed.
+    /// Returns the names directly inside `folder`, in no order; empty if it cannot be listed.
     virtual std::vector<std::string> list(const std::string& folder) const = 0;
 
-    /// Calls `onChange` on the main thread soon after a name has come into `folder` or left it, and
-    /// after the folder itself has come, gone or been replaced; it need not exist. Several changes
-    /// may share a call, and a call may come without a change. Null when the folder cannot be
-    /// watched at all.
+    /// Calls `onChange` on the main thread soon after a name has appeared in `folder` or
+    /// disappeared, or after the folder itself has been created, removed or replaced; it need not
+    /// exist yet. Several changes may share a call, and a call may come without a change. Returns
+    /// null if the folder cannot be watched at all.
     virtual std::unique_ptr<Stream> watch(const std::string& folder,
                                           std::function<void()> onChange) = 0;
 };
 
-/// Reports new screenshot files in the folders where desktops put them. Main thread only.
+/// Reports new screenshot files in the folders where desktops store them. Main thread only.
 class ScreenshotMonitor {
 public:
-    /// `folders` are absolute paths. Each is judged by itself: a screenshot that is moved from one
-    /// to the other is new there.
+    /// `folders` are absolute paths. Each is checked on its own: a screenshot that is moved from
+    /// one to another is new there.
     ScreenshotMonitor(MainQueue& queue, FolderSource& source,
                       const std::vector<std::string>& folders);
 
-    /// A new screenshot file appeared: once per look at a folder, however many files there are.
+    /// Called when a check of a folder found new screenshot files; once, however many.
     std::function<void()> onScreenshot;
 
-    /// Takes what lies in the folders as known and begins to watch them. Call it once
-    /// before `stop()`.
+    /// Takes the present files as known and starts watching the folders. Call once before `stop()`.
     void start();
 
-    /// Ends the watching. What is known stays known.
+    /// Stops watching. Known files stay known.
     void stop();
 
-    /// Checks every folder for new screenshots. Reported changes lead to a check within 1.5 s.
+    /// Checks every folder for new screenshots. A reported change leads to a check within 1.5 s.
     void checkForNew();
 
 private:
@@ -65,7 +63,7 @@ private:
         std::set<std::string> knownFiles = {};
         std::unique_ptr<Coalescer> coalescer = nullptr;
         std::unique_ptr<FolderSource::Stream> stream =
-            nullptr;  // ends before the coalescer that it signals
+            nullptr;  // Destroyed before the coalescer that it signals.
     };
 
     static bool isShot(std::string_view name);
@@ -74,7 +72,8 @@ private:
 
     MainQueue& queue_;
     FolderSource& source_;
-    std::vector<Folder> folders_;  // never grows: the streams refer to its elements
+    // Not resized after construction: the streams refer to its elements.
+    std::vector<Folder> folders_;
 };
 
 }  // namespace chimewerk

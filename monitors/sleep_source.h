@@ -8,7 +8,7 @@
 
 namespace chimewerk {
 
-// The power messages that the program acts on; every other type is a question to answer at once.
+// The power messages that the program acts on. Every other type is answered at once.
 
 /// The system is about to sleep and waits for the answer.
 inline constexpr std::int64_t kIOPMSystemWillSleep = 0xE0000280;

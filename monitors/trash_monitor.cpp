@@ -10,7 +10,7 @@ namespace chimewerk {
 namespace {
 
 constexpr Seconds kPollInterval{0.5};
-/// A change that no count has decided by then is taken for an add.
+/// A change that is still undecided after this time counts as an add.
 constexpr Seconds kCountDeadline{3.0};
 constexpr Seconds kAddSpacing{1.0};
 
@@ -26,7 +26,7 @@ void TrashMonitor::start() {
 }
 
 void TrashMonitor::poll() {
-    // Any difference is a change, also a time that has gone back; equality is meant.
+    // Any difference is a change, even to an earlier time; exact comparison is intended.
     const double modified = trash_.modificationTime();
     if (modified < lastMtime_ || modified > lastMtime_) {
         lastMtime_ = modified;

@@ -14,47 +14,46 @@
 
 namespace chimewerk {
 
-/// What the trash monitor sees of the user's trash. Main thread only.
+/// Reports changes of the user's trash and counts its items. Main thread only.
 class TrashSource {
 public:
     using CountCompletion = std::function<void(std::optional<std::int64_t> count)>;
 
     virtual ~TrashSource() = default;
 
-    /// When an item last went into the trash folder or left it, in seconds since 1970-01-01
-    /// UTC; 0 when that cannot be read, as when there is no trash folder yet. Costs one look at
-    /// the folder.
+    /// Returns when an item was last added to the trash folder or removed from it, in seconds since
+    /// 1970-01-01 UTC; 0 if that cannot be read, for example if there is no trash folder yet. Costs
+    /// one file status call.
     virtual double modificationTime() const = 0;
 
-    /// Counts the items in the trash without holding up the caller and hands the number to
-    /// `completion` on the main thread, later; none when it cannot be had. A count that is under
-    /// way when the source is destroyed is given up without a completion.
+    /// Counts the items in the trash without blocking. Calls `completion` on the main thread,
+    /// later, with the number; none if it is unavailable. If the source is destroyed first,
+    /// `completion` is not called.
     virtual void countItems(CountCompletion completion) = 0;
 };
 
-/// Reports an item going into the trash and the trash being emptied. A change of the folder's time,
-/// cheap to see, opens a pending period; a count of the items, which is slow, decides it. Main
-/// thread only.
+/// Reports that an item was put into the trash and that the trash was emptied. A changed folder
+/// time, which is cheap to read, starts a pending period; a count of the items, which is slow, then
+/// decides what happened. Main thread only.
 class TrashMonitor {
 public:
     TrashMonitor(MainQueue& queue, const Clock& clock, TrashSource& trash);
 
-    /// An item went into the trash. At most once a second.
+    /// Called when an item was put into the trash, at most once a second.
     std::function<void()> onAdd;
-    /// The trash was emptied.
+    /// Called when the trash was emptied.
     std::function<void()> onEmpty;
 
-    /// Begins to poll the folder every 0.5 s. Call it once before `stop()`.
+    /// Starts polling the folder every 0.5 s. Call once before `stop()`.
     void start();
 
-    /// Ends the polling. A count that is under way still completes.
+    /// Stops polling. A running count still completes.
     void stop() { poller_.stop(); }
 
 private:
     void poll();
     void decide(std::optional<std::int64_t> count);
-    /// Whether the last add is long enough ago for another; notes this moment as the last add
-    /// if so.
+    /// Returns whether the last add was reported more than a second ago; if so, records a new one.
     bool takeAddSlot();
     void fetchCount(void (TrashMonitor::*completion)(std::optional<std::int64_t>));
     void takeFirstCount(std::optional<std::int64_t> count) { lastCount_ = count.value_or(0); }

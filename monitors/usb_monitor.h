@@ -10,36 +10,37 @@
 
 namespace chimewerk {
 
-/// What the USB monitor hears of the machine. Main thread only.
+/// Reports USB devices that are attached. Main thread only.
 class UsbArrivalSource {
 public:
     virtual ~UsbArrivalSource() = default;
 
-    /// Calls `arrived` on the main thread after USB devices were attached, from now until
-    /// `close()`; devices that are there already are left out. Several that come together may share
-    /// one call. Returns false, and never calls, when arrivals cannot be heard on this machine.
+    /// Calls `arrived` on the main thread after USB devices were attached, until `close()`. Devices
+    /// that are already present are not reported. Devices that arrive together may share a call.
+    /// Returns false, and never calls, if arrivals cannot be detected on this machine.
     virtual bool open(std::function<void()> arrived) = 0;
 
     /// Ends the calls at once.
     virtual void close() = 0;
 };
 
-/// Reports USB devices being attached. Main thread only; call `stop()` before the source goes away.
+/// Reports that USB devices were attached. Main thread only; call `stop()` before the source
+/// is destroyed.
 class USBMonitor {
 public:
     USBMonitor(MainQueue& queue, UsbArrivalSource& devices);
 
-    /// A USB device was attached, or several at once.
+    /// Called when one or more USB devices were attached.
     std::function<void()> onConnect;
 
-    /// True between a `start()` that succeeded and `stop()`; arrivals are reported only while it
-    /// is true.
+    /// Whether `start()` has succeeded and `stop()` was not called. Arrivals are reported only
+    /// while this is true.
     bool isSetup = false;
 
-    /// Begins to listen. Call it once before `stop()`.
+    /// Starts listening. Call once before `stop()`.
     void start();
 
-    /// Ends the listening.
+    /// Stops listening.
     void stop();
 
 private:
