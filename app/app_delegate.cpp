@@ -7,7 +7,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The lid's threshold in degrees when there is no event.
+/// The lid threshold in degrees if the event does not exist.
 constexpr float kDefaultLidThreshold = 90.0F;
 
 }  // namespace

@@ -32,12 +32,12 @@
 
 namespace chimewerk {
 
-/// The program at run time: owns the tray menu, the windows and the monitors, wires each monitor to
-/// the sound library, and starts and stops them in a fixed order. All monitors exist from its
-/// construction on, whether or not they are started. Main thread only.
+/// The running program: owns the tray menu, the windows and the monitors, connects each monitor to
+/// the sound library, and starts and stops them in a fixed order. All monitors exist as long as the
+/// delegate, started or not. Main thread only.
 class AppDelegate {
 public:
-    /// The monitors' sources; all of them outlive the delegate.
+    /// The monitors' sources; they must outlive the delegate.
     struct Sources {
         LidSensorSource& lidSensor;
         BrightnessSource& display;
@@ -45,7 +45,7 @@ public:
         PermissionPage& keyPermissionPage;
         OutputVolumeSource& output;
         FolderSource& folders;
-        /// Where screenshots are looked for, absolute paths.
+        /// Absolute paths of the folders that screenshots appear in.
         std::vector<std::string> screenshotFolders;
         AppLaunchSource& launches;
         TrashSource& trash;
@@ -56,7 +56,7 @@ public:
         PowerSources& powerSources;
     };
 
-    /// What the delegate needs besides; all of it outlives the delegate.
+    /// The delegate's other dependencies; they must outlive it.
     struct Dependencies {
         MainQueue& queue;
         const Clock& clock;
@@ -65,26 +65,26 @@ public:
         FileManagerSounds& fileManagerSounds;
         StatusItem& statusItem;
         WindowFactory& windows;
-        /// Makes the main loop end, soon.
+        /// Ends the main loop, soon.
         std::function<void()> terminate;
     };
 
     AppDelegate(const Dependencies& dependencies, const Sources& sources);
 
-    /// Runs the start-up sequence. Called once, when the main loop is about to run.
+    /// Starts the program. Called once, when the main loop is about to run.
     void applicationDidFinishLaunching();
 
     /// Stops everything, started or not. Called once, when the main loop has ended.
     void applicationWillTerminate();
 
-    /// The program was started once more, or asked for by its name: opens the dashboard.
+    /// Opens the dashboard. Called when the program is launched again or activated.
     bool applicationShouldHandleReopen();
 
-    /// Shows the dashboard, or the help, and brings it to the front.
+    /// Shows the window and brings it to the front.
     void openDashboard();
     void openHelp();
 
-    /// Lets the low-battery sound fire again in this discharge.
+    /// Lets the low-battery sound play again before the next charge.
     void resetBatteryLowFlag() { power_.resetBatteryLowFlag(); }
 
     LidAngleMonitor lidMonitor;
@@ -107,8 +107,8 @@ private:
     void setupNetworkMonitoring();
     void setupUSBMonitoring();
 
-    /// A callback that plays this event, one of `event_ids`, and does nothing once the delegate
-    /// is gone.
+    /// Returns a callback that plays this event, one of `event_ids`. It does nothing once the
+    /// delegate is gone.
     std::function<void()> playing(std::string_view eventId);
 
     SoundManager& sm_;
@@ -125,7 +125,7 @@ private:
     KnockDetector knocks_;
     PowerEvents power_;
     StatusMenu menu_;
-    /// Made when first opened. They use the monitors, and end before them.
+    /// Made when first opened. Declared after the monitors, which they use.
     std::unique_ptr<Window> dashboard_;
     std::unique_ptr<Window> helpWindow_;
     Lifeline lifeline_;

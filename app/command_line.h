@@ -9,7 +9,7 @@
 
 namespace chimewerk {
 
-/// What the user asks for on the command line.
+/// What the command line asks for.
 enum class Command {
     /// Start the program; if it runs already, show it.
     run,
@@ -21,11 +21,11 @@ enum class Command {
     printVersion,
 };
 
-/// Returns what these arguments, without the program's name, ask for; none when they are
-/// not understood.
+/// Returns the command that these arguments (without the program's name) give; none if they
+/// are invalid.
 std::optional<Command> parseCommandLine(std::span<char* const> arguments);
 
-/// The options in words, a line each.
+/// Returns the help on the options, one line each.
 std::string usage();
 
 }  // namespace chimewerk

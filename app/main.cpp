@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The composition root: makes the parts, connects them and runs the main loop. The parts know one
-// another by the interfaces that they are given here.
+// The composition root: makes the parts, connects them and runs the main loop. The parts know each
+// other only through interfaces.
 #include <cstdio>
 #include <span>
 #include <string>
@@ -47,7 +47,7 @@
 namespace chimewerk {
 namespace {
 
-/// What to ask of an instance that runs already; empty for showing itself.
+/// Returns the action to ask of an instance that runs already; empty to show its dashboard.
 std::string actionFor(Command command) {
     switch (command) {
         case Command::openDashboard:
@@ -71,7 +71,7 @@ void carryOut(AppDelegate& delegate, const std::string& action) {
     }
 }
 
-/// What a later launch asks of this instance. `running` is set before the queue runs.
+/// Returns the callbacks for later launches. `running` must be set before the queue runs.
 SingleInstance::Callbacks laterLaunches(AppDelegate*& running) {
     return {.onActivate =
                 [&running](const std::string& token) {
@@ -85,8 +85,7 @@ SingleInstance::Callbacks laterLaunches(AppDelegate*& running) {
                 }};
 }
 
-/// The machine as the program hears it, plays on it and stores on it. The members end in the
-/// reverse order.
+/// The real sources, outputs and stores.
 struct Machine {
     explicit Machine(EpollMainQueue& mainQueue) : queue(mainQueue) {}
 
@@ -146,7 +145,7 @@ AppDelegate::Sources sourcesOf(Machine& machine) {
             .powerSources = machine.powerSources};
 }
 
-/// The program on a machine: its rules and its windows. The members end in the reverse order.
+/// The rules and windows of the program.
 struct Program {
     Program(Machine& itsMachine, StatusItem& icon) : machine(itsMachine), statusItem(icon) {}
 
@@ -174,7 +173,7 @@ struct Program {
                          sourcesOf(machine)};
 };
 
-/// Runs the program, unless an instance runs already, which is then asked for what `command` says.
+/// Runs the program. If an instance runs already, passes `command` on to it instead.
 int run(int& argumentCount, char** arguments, Command command) {
     EpollMainQueue queue;
     const TerminationSignals signals(queue, QtProgram::quit);

@@ -13,19 +13,19 @@ namespace chimewerk {
 struct MenuItem;
 using Menu = std::vector<std::unique_ptr<MenuItem>>;
 
-/// An entry of a menu, as data. The code that shows the menu calls `action` when the user chooses
+/// A menu entry, as data. The code that shows the menu calls `action` when the user chooses
 /// the entry.
 struct MenuItem {
     /// UTF-8; empty for a separator.
     std::string title = {};
-    /// What the user's choice does; an entry without it, and without a submenu, cannot be chosen.
+    /// Called when the user chooses the entry. An entry with neither action nor submenu
+    /// is disabled.
     std::function<void()> action = {};
-    /// The character that, pressed with the desktop's command modifier, chooses the entry; empty
-    /// for none.
+    /// The key that chooses the entry together with the desktop's command modifier; empty for none.
     std::string keyEquivalent = {};
-    /// Whether it is one of several of which exactly one is marked.
+    /// Whether the entry is one of a group in which exactly one is marked.
     bool isRadio = false;
-    /// Whether it is marked.
+    /// Whether the entry is marked.
     bool isOn = false;
     Menu submenu = {};
 

@@ -9,15 +9,15 @@
 
 namespace chimewerk {
 
-/// The program's place in the desktop's tray. Main thread only.
+/// The program's icon in the desktop's tray. Main thread only.
 class StatusItem {
 public:
     virtual ~StatusItem() = default;
 
-    /// Shows the program's icon with this menu, which outlives the item: at once where the desktop
-    /// has a tray, else when it gets one, and again after a tray has been replaced. Marks are read
-    /// anew after each choice of an entry. `onActivate` runs when the icon itself is chosen, where
-    /// the tray distinguishes that from opening the menu.
+    /// Shows the icon with this menu, which must outlive the item: at once if there is a tray, else
+    /// when one appears, and again after a tray was replaced. The marks of entries are read again
+    /// after each choice. `onActivate` is called when the user clicks the icon itself, if the tray
+    /// distinguishes that from opening the menu.
     virtual void show(const Menu& menu, std::function<void()> onActivate) = 0;
 };
 

@@ -13,11 +13,11 @@ namespace chimewerk {
 /// The menu of the program's icon in the tray. Main thread only.
 class StatusMenu {
 public:
-    /// What the entries do.
+    /// The actions of the entries.
     struct Actions {
         std::function<void()> openDashboard;
         std::function<void()> openHelp;
-        /// `item` is the entry chosen, one of `sensMenuItems`.
+        /// `item` is the chosen entry, one of `sensMenuItems`.
         std::function<void(const MenuItem& item)> setSens;
         std::function<void()> terminate;
     };
@@ -27,7 +27,7 @@ public:
     const Menu& entries() const { return entries_; }
     /// The sensitivity entries: low, medium, high.
     const std::vector<MenuItem*>& sensMenuItems() const { return sensMenuItems_; }
-    /// Marks this sensitivity entry, and it alone.
+    /// Marks this sensitivity entry and no other.
     void markSensitivity(const MenuItem& chosen);
 
 private:
@@ -35,8 +35,8 @@ private:
     std::vector<MenuItem*> sensMenuItems_;
 };
 
-/// Returns how loud a knock must be at the sensitivity of this name: a peak from 0.0 to 1.0. An
-/// unknown name stands for medium sensitivity.
+/// Returns the knock threshold, a peak from 0.0 to 1.0, for this sensitivity. An unknown name
+/// stands for medium sensitivity.
 float slapThresholdFor(std::string_view sensitivity);
 
 }  // namespace chimewerk

@@ -9,12 +9,13 @@ namespace chimewerk {
 
 class AppDelegate;
 
-/// A window of the program, made and not yet shown. Closing it only hides it. Main thread only.
+/// A window of the program, initially hidden. Closing it only hides it. Main thread only.
 class Window {
 public:
     virtual ~Window() = default;
 
-    /// Shows the window as the user left it and brings it to the front, with the keyboard focus.
+    /// Shows the window as the user left it, brings it to the front and gives it the
+    /// keyboard focus.
     virtual void showWindow() = 0;
 };
 
@@ -23,7 +24,7 @@ class WindowFactory {
 public:
     virtual ~WindowFactory() = default;
 
-    /// The window that configures the events; the delegate outlives it.
+    /// Makes the window that configures the events; the delegate must outlive it.
     virtual std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) = 0;
     virtual std::unique_ptr<Window> makeHelpWindow() = 0;
 };
