@@ -17,7 +17,7 @@ namespace chimewerk {
 namespace {
 
 constexpr std::uint32_t kNames = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
-/// The path may no longer name the watched folder.
+/// After these events the path may no longer name the watched folder.
 constexpr std::uint32_t kGone = IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED | IN_UNMOUNT;
 
 }  // namespace
@@ -27,7 +27,7 @@ FolderWatch::FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
     : queue_(queue),
       path_(std::move(path)),
       notice_(std::move(notice)),
-      // IN_MASK_ADD because the folder and the one above it may be the same (a link to ".").
+      // IN_MASK_ADD because this folder and the one above may be the same (a link to ".").
       mask_(kNames | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD |
             (report == Report::namesAndPermissions ? IN_ATTRIB : 0)),
       retry_(queue, interval, [this] { lookAgain(); }) {
@@ -38,8 +38,8 @@ int FolderWatch::add(const std::string& folder) const {
     return inotify_add_watch(inotify_.get(), folder.c_str(), mask_);
 }
 
-/// Watches the folder that the path names now. A new inotify instance each time discards the
-/// reports of the old one.
+/// Watches the folder that the path names now. Uses a new inotify instance each time, which
+/// discards the events of the old one.
 void FolderWatch::attach() {
     watch_ = nullptr;
     inotify_ = FileDescriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
@@ -51,7 +51,7 @@ void FolderWatch::attach() {
         folder_ = add(path_);
     }
     if (!watch_ || (folder_ < 0 && nothingWillReport())) {
-        retry_.later();
+        retry_.schedule();
     }
 }
 

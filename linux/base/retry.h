@@ -10,22 +10,22 @@
 
 namespace chimewerk {
 
-/// Looks again, after an interval, for something that nothing announces: a server, a folder. A
-/// member of the owner, declared last so that it ends first. Main thread only; the queue
-/// outlives it.
+/// Repeats an attempt of its owner after an interval: for servers and folders whose return nothing
+/// announces. Declare it as the owner's last member, so that it is destroyed first. Main thread
+/// only; the queue must outlive it.
 class Retry {
 public:
     static constexpr Seconds kInterval{3.0};
 
-    Retry(MainQueue& queue, Seconds interval, MainQueue::Job look)
-        : queue_(queue), interval_(interval), look_(std::move(look)) {}
+    Retry(MainQueue& queue, Seconds interval, MainQueue::Job attempt)
+        : queue_(queue), interval_(interval), attempt_(std::move(attempt)) {}
 
-    /// Runs `look` once, after the interval. Does nothing while a look is already due.
-    void later() {
-        if (!std::exchange(due_, true)) {
+    /// Makes the next attempt after the interval. Does nothing if one is already scheduled.
+    void schedule() {
+        if (!std::exchange(scheduled_, true)) {
             queue_.postAfter(interval_, lifeline_.guard([this] {
-                due_ = false;
-                look_();
+                scheduled_ = false;
+                attempt_();
             }));
         }
     }
@@ -33,8 +33,8 @@ public:
 private:
     MainQueue& queue_;
     const Seconds interval_;
-    const MainQueue::Job look_;
-    bool due_ = false;
+    const MainQueue::Job attempt_;
+    bool scheduled_ = false;
     Lifeline lifeline_;
 };
 

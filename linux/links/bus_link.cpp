@@ -39,7 +39,7 @@ void BusLink::keepOpen() {
     const int status = tryToOpen();
     // A session without an address for its bus will not get one while this process lives.
     if (status < 0 && status != -ENOMEDIUM) {
-        retry_.later();
+        retry_.schedule();
     }
 }
 
@@ -63,7 +63,7 @@ int BusLink::tryToOpen() {
         return -ENOMEM;
     }
     callbacks_.onOpen(bus);
-    queue_.post(lifeline_.guard([this] { dispatch(); }));  // Sends what has been queued.
+    queue_.post(lifeline_.guard([this] { dispatch(); }));  // Sends what was queued.
     return 0;
 }
 
@@ -83,7 +83,7 @@ void BusLink::dispatch() {
     if (sd_event_get_state(loop_.get()) == SD_EVENT_ARMED && sd_event_wait(loop_.get(), 0) > 0) {
         sd_event_dispatch(loop_.get());
     }
-    // Leaves the loop armed, so that its descriptor becomes readable when there is more.
+    // Prepares the loop again, so that its descriptor becomes readable when more arrives.
     while (sd_bus_is_open(bus_.get()) > 0 && sd_event_prepare(loop_.get()) > 0) {
         sd_event_dispatch(loop_.get());
     }
@@ -92,7 +92,7 @@ void BusLink::dispatch() {
         if (callbacks_.onLost) {
             callbacks_.onLost();
         }
-        retry_.later();
+        retry_.schedule();
     }
 }
 

@@ -34,7 +34,7 @@ X11Link::~X11Link() = default;
 void X11Link::keepOpen() {
     wanted_ = true;
     if (!openOnce()) {
-        retry_.later();
+        retry_.schedule();
     }
 }
 
@@ -82,7 +82,7 @@ void X11Link::handleEvents() {
         if (callbacks_.onLost) {
             callbacks_.onLost();
         }
-        retry_.later();
+        retry_.schedule();
     }
 }
 
