@@ -182,7 +182,7 @@ void EpollMainQueue::runPosted() {
 
 void EpollMainQueue::runDue() {
     drain(alarm_);
-    // Jobs scheduled by the jobs below need not move the alarm: it is set again at the end.
+    // Set so that jobs scheduled meanwhile do not move the alarm, which is set again at the end.
     armedFor_ = MonotonicTime::min();
     const auto now = std::chrono::steady_clock::now();
     while (!delayed_.empty() && delayed_.begin()->first <= now) {

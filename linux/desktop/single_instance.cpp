@@ -180,7 +180,7 @@ SingleInstance::Outcome SingleInstance::takeNameOrAsk(sd_bus* bus, const LaunchR
         if (!call) {
             return Outcome::noBus;
         }
-        // An instance that was just quitting has left the name to us, or to another launch.
+        // That instance was quitting: its name is free, or another launch has taken it.
         const std::uint64_t patience = microsecondsUntil(deadline);
         if (patience == 0 || isAnswered(bus, call.get(), patience)) {
             return Outcome::alreadyRunning;

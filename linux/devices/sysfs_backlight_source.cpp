@@ -17,7 +17,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The place of a backlight's type in the order; none for a type that is unknown.
+/// Returns the rank of this type of backlight, 0 for the preferred one; none for an unknown type.
 std::optional<std::size_t> rankOf(std::string_view type) {
     static constexpr auto kTypes = std::to_array<std::string_view>({"firmware", "platform", "raw"});
     const auto* const found = std::ranges::find(kTypes, type);
@@ -30,7 +30,7 @@ std::optional<float> readLevel(const std::string& backlight) {
     if (!max || *max <= 0) {
         return std::nullopt;
     }
-    // Not "actual_brightness": for that the kernel asks the hardware, which may take long.
+    // Not "actual_brightness": reading that asks the hardware, which may be slow.
     const std::optional<double> now = readSysfsNumber(backlight + "/brightness");
     if (!now) {
         return std::nullopt;

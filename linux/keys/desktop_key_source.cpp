@@ -21,7 +21,7 @@ std::unique_ptr<KeySource> x11(EpollMainQueue& queue, const SessionEnvironment& 
                                : nullptr;
 }
 
-/// In order of preference. A way that cannot work in this kind of session returns null.
+/// In order of preference. Each returns null if it cannot work in this kind of session.
 constexpr std::unique_ptr<KeySource> (*kWays[])(EpollMainQueue&, const SessionEnvironment&) = {
     evdev, x11};
 

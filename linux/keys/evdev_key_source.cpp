@@ -29,19 +29,18 @@ struct FreeDevice {
     void operator()(libevdev* device) const { libevdev_free(device); }
 };
 
-/// Returns the inode at this path; 0 for none. A device that is plugged in again gets a new inode
-/// under its old name.
+/// Returns the inode of the file at this path, or 0 if there is none. A device that is plugged in
+/// again has the same name but another inode.
 ino_t fileAt(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
 }
 
-/// One keyboard that is open for reading.
+/// A keyboard that is open for reading.
 class Keyboard {
 public:
-    /// Returns null when it is no keyboard or may not be read.
+    /// Returns null if the device is no keyboard or cannot be read.
     static std::unique_ptr<Keyboard> open(const std::string& path) {
-        // Avoids opening what may not be read.
         if (access(path.c_str(), R_OK) != 0) {
             return nullptr;
         }
@@ -62,7 +61,7 @@ public:
         return fstat(descriptor_.get(), &status) == 0 ? status.st_ino : 0;
     }
 
-    /// Reports the keys pressed since the last call. Returns false when the keyboard is gone.
+    /// Reports the keys pressed since the last call. Returns false if the keyboard is gone.
     bool read(const std::function<void(std::int64_t)>& onKeyDown) {
         bool anything = false;
         input_event event{};
@@ -86,7 +85,8 @@ private:
     Keyboard(FileDescriptor descriptor, libevdev* device)
         : descriptor_(std::move(descriptor)), device_(device) {}
 
-    /// Power buttons, mice and headsets have keys, but none that types.
+    /// Returns whether the device has a key for typing. Power buttons, mice and headsets have
+    /// other keys.
     bool types() const {
         for (unsigned code = 0; code < KEY_CNT; ++code) {
             if (virtualKeyCode(code) && libevdev_has_event_code(device_.get(), EV_KEY, code) != 0) {
@@ -131,7 +131,7 @@ public:
             return;
         }
         if (!plugging_) {
-            // Before the first search, so that no keyboard is missed in between.
+            // Watch before the first search, so that a keyboard plugged in between is not missed.
             plugging_ = std::make_unique<FolderWatch>(
                 queue_, folder_,
                 [this](std::string_view name) { devicesChanged(std::string(name)); },
@@ -143,7 +143,8 @@ public:
 private:
     struct Heard {
         std::unique_ptr<Keyboard> keyboard;
-        std::unique_ptr<EpollMainQueue::Watch> watch;  // ends before the keyboard that it watches
+        // Destroyed before the keyboard that it watches.
+        std::unique_ptr<EpollMainQueue::Watch> watch;
     };
 
     void devicesChanged(const std::string& name) {
@@ -153,7 +154,7 @@ private:
         } else if (name.starts_with("event")) {
             broken_.erase(name);
             if (access((folder_ + "/" + name).c_str(), R_OK) != 0 && errno == EACCES) {
-                heard_.erase(name);  // Another user has taken over the screen.
+                heard_.erase(name);  // Another user's session is in the foreground.
             } else {
                 hear(name);
             }
@@ -184,8 +185,8 @@ private:
         heard_.insert_or_assign(name, Heard{std::move(keyboard), std::move(watch)});
     }
 
-    /// A broken device is not opened again until it changes or another takes its name: it might
-    /// open and break without end.
+    /// Closes a keyboard that has failed and reports that. It is not opened again until the device
+    /// changes or another one takes its name; otherwise it could open and fail without end.
     void lose(const std::string& name) {
         const auto lost = heard_.find(name);
         broken_.insert_or_assign(name, lost->second.keyboard->file());

@@ -17,7 +17,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The opcode under which raw key events of all keyboards will come from now on; none when the
+/// Subscribes to raw key events of all keyboards and returns their extension opcode; none if the
 /// server cannot send them.
 std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_window_t root) {
     const auto* const extension = xcb_get_extension_data(server, &xcb_input_id);
@@ -79,7 +79,7 @@ private:
         if ((event.response_type & 0x7F) != XCB_GE_GENERIC) {
             return;
         }
-        // Raw presses and releases have one layout.
+        // Raw press and release events have the same layout.
         const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
         if (raw.extension != opcode_ || raw.detail > 0xFF) {
             return;
@@ -100,8 +100,8 @@ private:
         }
     }
 
-    /// A release that got lost, as when another console is switched to, must not leave a key
-    /// repeating for ever: the server is asked whether the key is still down.
+    /// Reports a repeat if the server says that the key is still down. Otherwise its release was
+    /// missed, for example during a switch to another console, and the repetition stops.
     void repeat(std::uint8_t key) {
         xcb_connection_t* const server = link_.server();
         const XcbReply<xcb_query_keymap_reply_t> state(
@@ -112,7 +112,7 @@ private:
         } else {
             repeat_.stop();
         }
-        link_.handleEvents();  // Some may have come along with the reply.
+        link_.handleEvents();  // Events may have arrived with the reply.
     }
 
     const KeyTapCallbacks callbacks_;

@@ -3,8 +3,8 @@
 
 #include "linux/keys/x11_repeat_controls.h"
 
-// The header is meant for C and names a field by a keyword of C++. (The first pragma is for
-// compilers that do not know the second one's warning.)
+// The header is for C and uses a C++ keyword as a field name. (The first pragma is for compilers
+// that do not know the warning of the second.)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wpragmas"
 #pragma GCC diagnostic ignored "-Wkeyword-macro"
@@ -36,7 +36,7 @@ void X11RepeatControls::subscribe(xcb_connection_t* server) {
 }
 
 bool X11RepeatControls::haveChanged(const xcb_generic_event_t& event) const {
-    // Which of the extension's events it is stands where others have their detail.
+    // The extension stores the type of its event where other events have their detail.
     return event_ != 0 && (event.response_type & 0x7F) == event_ &&
            event.pad0 == XCB_XKB_CONTROLS_NOTIFY;
 }

@@ -17,7 +17,7 @@ namespace chimewerk {
 
 namespace {
 
-/// Spawn attributes for a process that outlives us: own session, /dev/null as its streams,
+/// Spawn attributes for a process that outlives this one: own session, /dev/null as its streams,
 /// default signals.
 class DetachedStart {
 public:
@@ -48,10 +48,10 @@ public:
 
 }  // namespace
 
-/// A running xdg-open; some run for as long as the page is open.
+/// A running xdg-open; it may run as long as the page is open.
 struct XdgPermissionPage::Opener {
     pid_t process = -1;
-    FileDescriptor end;  // readable once the process has ended
+    FileDescriptor end;  // A pidfd: readable once the process has ended.
     std::unique_ptr<EpollMainQueue::Watch> watch = nullptr;
 };
 

@@ -12,7 +12,7 @@ constexpr std::string_view kScope = ".scope";
 constexpr std::string_view kService = ".service";
 
 constexpr const char* kSandbox = "flatpak";
-/// A sandbox starts within this time after its application.
+/// A sandbox starts within this time of its application.
 constexpr std::chrono::seconds kSandboxDelay{5};
 
 }  // namespace

@@ -17,7 +17,7 @@ namespace chimewerk {
 
 namespace {
 
-// An owner is a process ID with this bit set, or the ID of a window if the process ID is unknown.
+// An owner is a process ID with this bit set, or a window ID if the process ID is unknown.
 constexpr FirstWindows::Owner kIsProcess = FirstWindows::Owner{1} << 32;
 
 xcb_get_property_cookie_t ask(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property,

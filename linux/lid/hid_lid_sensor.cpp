@@ -17,7 +17,7 @@ struct WakeUp {
     HidUsage property;
     std::uint32_t value;
 };
-/// Sent in this order. Ten reports a second move the gauge smoothly and notice a crossing in time.
+/// Written in this order. Ten reports a second move the gauge smoothly and show a crossing in time.
 constexpr std::array kWakeUps{
     WakeUp{.property = 0x0020'0316, .value = 1},    // Reporting state: all events.
     WakeUp{.property = 0x0020'0319, .value = 1},    // Power state: full power.

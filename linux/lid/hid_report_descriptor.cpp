@@ -56,17 +56,17 @@ struct ItemData {
     }
 };
 
-/// Takes the items of a descriptor in order. Each member function returns false when the descriptor
-/// is malformed.
+/// Processes the items of a descriptor in order. Member functions that return bool return false if
+/// the descriptor is malformed.
 class DescriptorReader {
 public:
     bool take(Item item, ItemData data);
-    /// Whether everything that was opened has been closed.
+    /// Returns whether every opened collection has been closed.
     bool isComplete() const { return open_.empty(); }
     std::vector<HidCollection> collections() && { return std::move(collections_); }
 
 private:
-    /// State that holds until it is changed.
+    /// Values that stay in force until they are changed.
     struct Globals {
         std::uint32_t usagePage = 0;
         std::int32_t logicalMinimum = 0;
@@ -74,7 +74,7 @@ private:
         std::uint32_t reportCount = 0;
         std::uint8_t reportId = 0;
     };
-    /// A usage as it was written. A short one takes its page from the state where it is used.
+    /// A usage as written. A short one gets its page from the state at the next main item.
     struct WrittenUsage {
         std::uint32_t value;
         bool isComplete;
@@ -135,10 +135,10 @@ bool DescriptorReader::take(Item item, ItemData data) {
         case Item::input:
         case Item::output:
             break;
-        default:  // Limits, units and names, which do not matter here.
+        default:  // Limits, units and names are not needed.
             return true;
     }
-    usages_.clear();  // They hold for one main item only.
+    usages_.clear();  // Usages apply to one main item only.
     return sensible;
 }
 

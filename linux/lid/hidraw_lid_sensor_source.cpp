@@ -25,7 +25,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The rest waits for the next turn of the main loop.
+/// Further reports wait for the next turn of the main loop.
 constexpr int kMaxReportsPerTurn = 64;
 
 struct Candidate {
@@ -66,7 +66,7 @@ private:
     const int device_;
 };
 
-/// Opens the device for reading and writing, which waking it needs; else for reading alone, since
+/// Opens the device for reading and writing, which is needed to wake it, or else for reading only:
 /// it may be awake already.
 FileDescriptor openNode(const std::string& node) {
     constexpr int kFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
@@ -110,7 +110,7 @@ void HidrawLidSensorSource::close() {
 }
 
 void HidrawLidSensorSource::receive() {
-    // The rest of a longer report is cut off; the angle is at its beginning.
+    // A longer report is truncated; the angle is at its beginning.
     std::array<std::uint8_t, 64> report{};
     for (int i = 0; i < kMaxReportsPerTurn; ++i) {
         const ssize_t size = read(device_.get(), report.data(), report.size());
@@ -124,7 +124,7 @@ void HidrawLidSensorSource::receive() {
         } else if (size < 0 && errno == EAGAIN) {
             return;
         } else {                                    // The device is gone.
-            const FoundHandler onFound = onFound_;  // It may open or close this source.
+            const FoundHandler onFound = onFound_;  // The handler may open or close this source.
             close();
             onFound(false);
             return;

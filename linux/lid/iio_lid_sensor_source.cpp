@@ -23,12 +23,12 @@ namespace chimewerk {
 namespace {
 
 constexpr Seconds kReadInterval{0.25};
-/// Some drivers report 500 when they do not know the angle.
+/// Some drivers report 500 when the angle is unknown.
 constexpr double kMaxAngle = 360.0;
 constexpr double kDegreesPerRadian = 180.0 / std::numbers::pi;
 constexpr std::string_view kRawSuffix = "_raw";
 
-/// Lists the angle channels of a device, such as "in_angl" and "in_angl0", in order.
+/// Returns the angle channels of a device, such as "in_angl" and "in_angl0", in order.
 std::vector<std::string> angleChannels(const std::string& folder) {
     std::vector<std::string> channels;
     std::error_code error;
@@ -44,8 +44,8 @@ std::vector<std::string> angleChannels(const std::string& folder) {
     return channels;
 }
 
-/// Finds the channel of the hinge: the one labelled so, else the first of a device that is named
-/// so. Other devices have angles too.
+/// Returns the channel labelled "hinge"; if no channel has a label, the first one of a device whose
+/// name contains "hinge" or "lid". Other devices have angle channels too.
 std::optional<std::string> hingeChannel(const std::string& folder) {
     const std::vector<std::string> channels = angleChannels(folder);
     bool labelled = false;
@@ -120,7 +120,7 @@ void IioLidSensorSource::close() {
 
 void IioLidSensorSource::readAngle() {
     if (reading_) {
-        return;  // The sensor is slow: this reading is skipped.
+        return;  // The last reading has not finished: the sensor is slow, so skip this one.
     }
     reading_ = true;
     worker_.post([this, path = hinge_->rawPath,
@@ -143,7 +143,7 @@ void IioLidSensorSource::take(std::optional<double> raw) {
             onAngle_(*degrees);
         }
     } else if (access(hinge_->rawPath.c_str(), F_OK) != 0) {
-        const FoundHandler onFound = onFound_;  // It may open or close this source.
+        const FoundHandler onFound = onFound_;  // The handler may open or close this source.
         close();
         onFound(false);
     }

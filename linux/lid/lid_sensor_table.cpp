@@ -26,7 +26,7 @@ LidSensorTable::LidSensorTable(EpollMainQueue& queue, Rows rows)
 bool LidSensorTable::open(AngleHandler onAngle, FoundHandler onFound) {
     onAngle_ = std::move(onAngle);
     onFound_ = std::move(onFound);
-    // Watch first, then search: a device that comes in between is not missed.
+    // Watch before searching, so that a device that appears in between is not missed.
     devices_ = UdevMonitor::open(queue_,
                                  {{.subsystem = "hidraw", .deviceType = nullptr},
                                   {.subsystem = "iio", .deviceType = nullptr}},
@@ -72,7 +72,8 @@ void LidSensorTable::chooseAgain() {
     }
 }
 
-/// A row calls its handler from within its own work, so the table is searched after that.
+/// Returns a handler that searches the table later, because a row may call it in the middle of its
+/// own work.
 LidSensorSource::FoundHandler LidSensorTable::rowHandler() {
     return [this](bool /*found*/) { queue_.post(lifeline_.guard([this] { chooseAgain(); })); };
 }

@@ -28,7 +28,7 @@ std::vector<UdevDevice> udevDevices(const char* subsystem) {
         const UdevDeviceHandle device(
             udev_device_new_from_syspath(udev.get(), udev_list_entry_get_name(entry)));
         if (device) {
-            // The parent belongs to its child; it needs no release.
+            // The child owns its parent, so the parent needs no release.
             udev_device* const parent = udev_device_get_parent(device.get());
             devices.push_back(
                 {.folder = orEmpty(udev_device_get_syspath(device.get())),

@@ -11,7 +11,7 @@ namespace chimewerk {
 
 namespace {
 
-/// Room for the events of a hub full of devices; the kernel grants ordinary users less.
+/// Room for the events of a hub full of devices. The kernel may grant ordinary users less.
 constexpr int kReceiveBytes = 1024 * 1024;
 /// Further events wait for the next turn of the main loop.
 constexpr int kMaxEventsPerTurn = 256;
@@ -58,7 +58,7 @@ void UdevMonitor::receive() {
                               .isRepeated = udev_device_get_property_value(
                                                 device.get(), "SYNTH_UUID") != nullptr});
         } else if (errno == ENOBUFS) {
-            lost = true;  // Reported once; the events that were kept follow.
+            lost = true;  // Events were lost: reported once; the events that were kept follow.
         } else {
             break;
         }

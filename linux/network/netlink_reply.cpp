@@ -44,7 +44,7 @@ NetlinkReply::State NetlinkReply::takeMessage(std::uint16_t type, std::uint16_t 
     switch (type) {
         case NLMSG_NOOP:
             return State::unfinished;
-        case NLMSG_DONE:  // Carries an error number if the dump broke off.
+        case NLMSG_DONE:  // Carries an error number if the dump was cut short.
             return readValue<int>(body).value_or(0) < 0 ? State::refused : end();
         case NLMSG_ERROR:  // Error number 0 is an acknowledgement.
             return readValue<int>(body).value_or(-1) == 0 ? end() : State::refused;

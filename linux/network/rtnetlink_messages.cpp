@@ -3,7 +3,7 @@
 
 #include "linux/network/rtnetlink_messages.h"
 
-// The kernel headers below need this one first.
+// The kernel headers below need this header first.
 #include <sys/socket.h>
 
 #include <linux/if.h>
@@ -94,7 +94,7 @@ void appendHops(std::span<const std::byte> message, std::vector<RouteHop>& hops)
     std::uint32_t table = route->rtm_table;
     Bytes multipath;
     eachAttribute(attributes, [&](int type, Bytes value) {
-        if (type == RTA_TABLE) {  // The header holds small table numbers only.
+        if (type == RTA_TABLE) {  // The header only holds small table numbers.
             table = readValue<std::uint32_t>(value).value_or(table);
         } else if (type == RTA_MULTIPATH) {
             multipath = value;

@@ -16,7 +16,7 @@ namespace {
 
 /// The kernel fills datagrams to at most half of this.
 constexpr std::size_t kBufferSize = std::size_t{64} * 1024;
-/// About ten thousand routes, or ten milliseconds.
+/// About ten thousand routes, which take about ten milliseconds.
 constexpr int kMaxDatagrams = 64;
 constexpr int kMaxDumps = 3;
 

@@ -56,18 +56,18 @@ void LogindSleepSource::onInhibited(sd_bus_message* reply) {
     int descriptor = -1;
     if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&
         sd_bus_message_read(reply, "h", &descriptor) >= 0) {
-        // The message closes its own.
+        // The message owns its descriptor and closes it.
         inhibitor_ = FileDescriptor(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
     }
 }
 
-/// Closes the inhibitor, and one that has been asked for and has not come yet.
+/// Closes the inhibitor, and cancels a request for one.
 void LogindSleepSource::dropInhibitor() {
     asking_ = nullptr;
     inhibitor_ = FileDescriptor();
 }
 
-/// Forgets a sleep that was under way: logind, which announced it, is gone.
+/// Forgets a sleep in progress: logind, which announced it, is gone.
 void LogindSleepSource::startOver() {
     dropInhibitor();
     isGoingToSleep_ = false;
@@ -96,7 +96,7 @@ void LogindSleepSource::onPrepareForSleep(sd_bus_message* signal) {
     }
 }
 
-/// A repeated message belongs to the same sleep.
+/// Reports the sleep. A repeated announcement belongs to the same sleep.
 void LogindSleepSource::fallAsleep() {
     if (!std::exchange(isGoingToSleep_, true)) {
         ++sleep_;
@@ -104,7 +104,7 @@ void LogindSleepSource::fallAsleep() {
     handler_(static_cast<std::uint32_t>(kIOPMSystemWillSleep), sleep_);
 }
 
-/// After a cancelled sleep the inhibitor is still held, and stays.
+/// Reports the wake, and takes a new inhibitor. After a cancelled sleep the old one is still held.
 void LogindSleepSource::wake(sd_bus* bus) {
     isGoingToSleep_ = false;
     if (!inhibitor_) {

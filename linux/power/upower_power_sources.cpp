@@ -17,11 +17,11 @@ constexpr const char* kDevicePath = "/org/freedesktop/UPower/devices/DisplayDevi
 constexpr const char* kDevice = "org.freedesktop.UPower.Device";
 constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
 
-// UPower's types of devices.
+// UPower's device types.
 constexpr unsigned kBattery = 2;
 constexpr unsigned kUninterruptiblePowerSupply = 3;
 
-/// Two messages about one change come within this time; too short to be heard.
+/// Two messages about one change arrive within this time.
 constexpr Seconds kTogether{0.05};
 
 /// Reads a variant of this type; skips a variant of another type and returns none.
@@ -114,7 +114,7 @@ void UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal) {
     }
 }
 
-/// Asks only a UPower that is there: a question would start it.
+/// Asks UPower only if it is running, because a request would start it.
 void UPowerPowerSources::onOwnerChanged(sd_bus_message* signal) {
     const char* const owner = readNewOwner(signal);
     if (owner != nullptr && *owner != '\0') {
@@ -122,7 +122,7 @@ void UPowerPowerSources::onOwnerChanged(sd_bus_message* signal) {
     }
 }
 
-/// Takes the properties of either object: those that matter have different names.
+/// Reads the properties of either object; the relevant ones have different names.
 void UPowerPowerSources::take(sd_bus_message* properties) {
     if (sd_bus_message_enter_container(properties, 'a', "{sv}") < 0) {
         return;
@@ -153,7 +153,8 @@ void UPowerPowerSources::takeOne(sd_bus_message* properties) {
     }
 }
 
-/// UPower reports the machine and the device in two messages; together they are one change.
+/// Schedules a check. UPower reports the machine and the device in two messages, which are
+/// one change.
 void UPowerPowerSources::lookLater() {
     if (!std::exchange(isLookDue_, true)) {
         queue_.postAfter(kTogether, lifeline_.guard([this] {

@@ -25,8 +25,8 @@ std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-/// Locks the file. False when another program has taken it for a leftover and removed it
-/// before that.
+/// Locks the file. Returns false if another program removed it as a leftover before the lock
+/// was taken.
 bool lockInPlace(int file) {
     struct stat status {};
     return flock(file, LOCK_EX) != 0 || fstat(file, &status) != 0 || status.st_nlink > 0;

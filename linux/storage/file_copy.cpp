@@ -14,7 +14,7 @@ namespace chimewerk {
 
 namespace {
 
-/// As much as a slow disk writes in a moment.
+/// A slow disk writes this much in about a second.
 constexpr std::size_t kPiece = std::size_t{4} << 20;
 
 std::error_code lastError() {
@@ -33,7 +33,7 @@ ssize_t copyThroughMemory(int from, int to, std::string& buffer) {
     return writeAll(to, std::string_view(buffer).substr(0, size)) ? count : -1;
 }
 
-/// Waits for this part to reach the disk, so that the wait at the end, which cannot be cancelled,
+/// Waits until this part has been written, so that the final fsync, which cannot be cancelled,
 /// is short.
 void flushPart(int to, off64_t begin, off64_t count) {
     sync_file_range(
@@ -60,7 +60,7 @@ std::error_code copyFile(int from, int to, const std::function<bool()>& goOn) {
     off64_t done = 0;
     while (goOn()) {
         // The kernel cannot copy between all file systems, and reports that in many ways; a real
-        // fault shows again in the second attempt. It also takes a file of unknown size for empty.
+        // fault shows again in the second attempt. It also treats a file of unknown size as empty.
         ssize_t count = inTheKernel ? copy_file_range(from, nullptr, to, nullptr, kPiece, 0) : 0;
         if (count <= 0) {
             inTheKernel = false;

@@ -13,7 +13,7 @@
 
 namespace chimewerk {
 
-/// One value of the file, made when it is first asked for. Any thread.
+/// A value of the file, made on first use. Any thread.
 class JsonDefaultsStore::Value {
 public:
     explicit Value(nlohmann::json json) : json_(std::move(json)) {}

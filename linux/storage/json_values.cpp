@@ -28,7 +28,8 @@ nlohmann::json jsonFromNumber(double value) {
     const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
     double shortest = 0;
     std::from_chars(digits.data(), written.ptr, shortest);
-    // The shortest decimal of a few floats, read as a double and rounded, is a neighbour of theirs.
+    // For a few floats, the shortest decimal, read as a double and rounded, gives a
+    // neighbouring float.
     return static_cast<float>(shortest) == number ? shortest : static_cast<double>(number);
 }
 
@@ -54,7 +55,7 @@ DefaultsValue valueFromObject(const nlohmann::json& object) {
     return {std::move(dictionary)};
 }
 
-/// Whether values are nested no deeper than `levels`.
+/// Returns whether values are nested at most `levels` deep.
 bool isWithin(int levels, const nlohmann::json& json) {
     return !json.is_structured() ||
            (levels > 0 && std::ranges::all_of(json, [levels](const nlohmann::json& value) {
@@ -94,9 +95,9 @@ DefaultsValue valueFromJson(const nlohmann::json& json) {
 }
 
 std::optional<nlohmann::json> parseSettings(std::string_view text) {
-    // Settings are written by recursion, and the stack is limited.
+    // Settings are written recursively, and the stack is limited.
     constexpr int kMaxLevels = 64;
-    // The parser takes a NUL for the end of the text.
+    // The parser treats a NUL as the end of the text.
     if (text.find('\0') != std::string_view::npos) {
         return std::nullopt;
     }

@@ -24,18 +24,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A larger file is no settings file, and is not read into memory.
+/// A larger file cannot be a settings file, and is not read.
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 
-/// So many files can be set aside.
+/// The largest number of files that can be set aside.
 constexpr int kMaxNames = 10000;
 
 std::string nameAside(const std::string& path, int number) {
     return path + ".damaged-" + std::to_string(number);
 }
 
-/// Returns the file at the end of a chain of symbolic links, whether it exists or not; `path`
-/// itself when the links form a circle.
+/// Returns the file at the end of a chain of symbolic links, whether or not it exists; `path`
+/// itself if the links form a circle.
 std::string followed(const std::string& path) {
     constexpr int kMaxLinks = 40;
     fs::path target = path;
@@ -54,7 +54,7 @@ std::string folderOf(const std::string& path) {
     return path.substr(0, path.rfind('/'));
 }
 
-/// Creates the folder and its parents, for the user alone.
+/// Creates the folder and its parents, accessible to the user alone.
 bool makeFolder(const std::string& folder) {
     constexpr mode_t kUserOnly = 0700;
     if (folder.empty() || mkdir(folder.c_str(), kUserOnly) == 0 || errno == EEXIST) {
@@ -86,11 +86,11 @@ std::optional<std::string> readAll(const FileDescriptor& file, std::size_t expec
     }
 }
 
-/// Writes the text to the disk and gives the file the permissions that `target` has, if it exists.
+/// Writes the text to the disk. Gives the file the permissions of `target`, if that exists.
 bool write(const AtomicFile& file, std::string_view text, const std::string& target) {
     struct stat present {};
     if (stat(target.c_str(), &present) == 0 && S_ISREG(present.st_mode)) {
-        // Some file systems have no permissions: no reason not to write.
+        // Failure is ignored: some file systems have no permissions.
         static_cast<void>(fchmod(file.descriptor(), present.st_mode & 0777U));
     }
     return writeAll(file.descriptor(), text) && fsync(file.descriptor()) == 0;
@@ -104,7 +104,7 @@ bool renameToFreeName(const std::string& from, const std::string& to) {
     if (errno != EINVAL && errno != ENOSYS) {
         return false;
     }
-    // The file system cannot do that in one step.
+    // The file system cannot do this in one step.
     struct stat ignored {};
     if (lstat(to.c_str(), &ignored) == 0) {
         errno = EEXIST;
@@ -116,7 +116,7 @@ bool renameToFreeName(const std::string& from, const std::string& to) {
 }  // namespace
 
 SettingsFile::Contents SettingsFile::read() const {
-    // O_NONBLOCK: does not wait for a writer when it is a pipe.
+    // O_NONBLOCK: if this is a pipe, does not wait for a writer.
     const FileDescriptor file(open(path_.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file) {
         const bool absent = errno == ENOENT || errno == ENOTDIR;
@@ -191,7 +191,8 @@ bool SettingsFile::copyAside() const {
 }
 
 bool SettingsFile::moveAside() const {
-    // A link to a file stays, and the file is moved; of a link to anything else, the link is moved.
+    // If the path is a link to a file, the file is moved; if it is a link to anything else, the
+    // link is moved.
     const std::string target = followed(path_);
     struct stat status {};
     const bool regular = stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode);

@@ -11,7 +11,7 @@ namespace chimewerk {
 namespace {
 
 constexpr Seconds kDelay{0.1};
-/// Together with the first wait, five seconds.
+/// With the first delay, five seconds in all.
 constexpr int kMostPutOff = 49;
 constexpr Seconds kFirstRetry{1};
 constexpr Seconds kLongestRetry{60};

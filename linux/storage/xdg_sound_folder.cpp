@@ -24,7 +24,7 @@ namespace {
 
 using Outcome = SoundFolder::Outcome;
 
-/// An outcome, or a copy that only has to take its place.
+/// An outcome; or a finished copy that only has to be renamed.
 struct Prepared {
     Outcome outcome;
     std::shared_ptr<AtomicFile> copy = nullptr;
@@ -42,7 +42,7 @@ Outcome notCopied(int error) {
     return notCopied(std::error_code(error, std::generic_category()));
 }
 
-/// 0 when it is a file that can be copied.
+/// Returns 0 if the file can be copied, else an error number.
 int whyNoFile(const FileDescriptor& file, struct stat& status) {
     if (!file || fstat(file.get(), &status) != 0) {
         return errno;
@@ -53,7 +53,7 @@ int whyNoFile(const FileDescriptor& file, struct stat& status) {
     return S_ISDIR(status.st_mode) ? EISDIR : EOPNOTSUPP;
 }
 
-/// Puts one file into the folder, but for the last step.
+/// Copies one file into the folder, except for the last step: the renaming.
 class Preparation {
 public:
     Preparation(const std::string& folder, const Decoders& decoders, std::function<bool()> goOn)
@@ -69,7 +69,7 @@ public:
             return {notCopied(error)};
         }
         AtomicFile::removeLeftovers(folder_);
-        // Without waiting for a writer, in case it is a pipe.
+        // O_NONBLOCK: if this is a pipe, does not wait for a writer.
         const FileDescriptor file(
             open(chosen.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         struct stat status {};
@@ -84,7 +84,7 @@ public:
             lstat(destination.c_str(), &there) == 0 && S_ISDIR(there.st_mode)) {
             return {notCopied(EISDIR)};
         }
-        // A film need not be copied to find out that it is no sound.
+        // Checked before copying, which may take long for a large file that is no sound.
         return isSound(chosen) ? copy(file, status.st_mode, destination) : Prepared{notASound()};
     }
 
@@ -109,7 +109,7 @@ private:
         }
         constexpr mode_t kOwner = 0600;
         constexpr mode_t kReaders = 0044;
-        // The sound is worth more than its permissions: not every file system has them.
+        // Failure is ignored: not every file system has permissions.
         static_cast<void>(fchmod(copy->descriptor(), kOwner | (mode & kReaders)));
         error = copyFile(file.get(), copy->descriptor(), goOn_);
         if (error) {
@@ -126,7 +126,7 @@ private:
     const std::function<bool()> goOn_;
 };
 
-/// The last step.
+/// Renames the copy to its final name.
 Outcome finish(const Prepared& prepared) {
     if (prepared.copy) {
         if (const std::error_code error = prepared.copy->takePlace(prepared.outcome.path)) {
@@ -142,7 +142,7 @@ class XdgSoundFolder::Running final : public Addition {
 public:
     struct State {
         std::atomic<bool> givenUp = false;
-        Done done;  // main thread only
+        Done done;  // Main thread only.
     };
 
     explicit Running(Done done) { state_->done = std::move(done); }
@@ -178,7 +178,7 @@ std::unique_ptr<SoundFolder::Addition> XdgSoundFolder::add(const std::string& fi
         queue_.post([state, prepared = std::move(prepared)] {
             if (!state->givenUp) {
                 const Outcome outcome = finish(prepared);
-                // It may destroy the addition.
+                // `done` may destroy the addition, and with it `state->done`.
                 const Done tell = std::exchange(state->done, nullptr);
                 tell(outcome);
             }
