@@ -18,8 +18,8 @@
 
 namespace chimewerk {
 
-/// Writes what a microphone hears into the FIFO of a sound server's pipe source, at the pace of the
-/// sound: silence, and knocks on demand. While nothing reads the FIFO, the sound is lost.
+/// Writes the sound of a fake microphone into the FIFO of an audio server's pipe source, in real
+/// time: silence, and knocks on demand. While nothing reads the FIFO, the sound is lost.
 class MicrophoneFeeder {
 public:
     explicit MicrophoneFeeder(std::string fifo, std::size_t rate = 48000, std::size_t channels = 1)
@@ -52,7 +52,7 @@ private:
             std::this_thread::sleep_until(due += kPace);
         }
     }
-    /// A blow that rings for about a millisecond.
+    /// Adds a blow that rings for about a millisecond.
     void strike(std::vector<float>& part) const {
         for (std::size_t i = channel_; i < part.size(); i += channels_) {
             const double seconds = static_cast<double>(i / channels_) / static_cast<double>(rate_);

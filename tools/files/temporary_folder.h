@@ -10,8 +10,7 @@
 
 namespace chimewerk {
 
-/// A new folder that is removed with its content at the end of this object.
-/// Throws std::runtime_error.
+/// A new folder that is deleted with its contents by the destructor. Throws std::runtime_error.
 class TemporaryFolder {
 public:
     TemporaryFolder() {

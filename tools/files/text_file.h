@@ -9,12 +9,12 @@
 
 namespace chimewerk {
 
-/// Returns the bytes of a file; empty when it cannot be read.
+/// Returns the bytes of a file; empty if it cannot be read.
 inline std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
-/// Makes or replaces a file.
+/// Creates or replaces a file.
 inline void writeFile(const std::string& path, const std::string& bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
 }

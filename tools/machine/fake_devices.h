@@ -15,7 +15,7 @@
 
 namespace chimewerk {
 
-/// A machine of fake devices, none at first. In a program that runs in umockdev-wrapper it replaces
+/// A set of fake devices, initially empty. In a program that runs in umockdev-wrapper it replaces
 /// sysfs, /dev and udev's events.
 class FakeDevices {
 public:
@@ -26,11 +26,11 @@ public:
     FakeDevices& operator=(const FakeDevices&) = delete;
     ~FakeDevices() { g_object_unref(bed_); }
 
-    /// Whether the testbed that exists is what the program sees, as in umockdev-wrapper; else it
-    /// sees the machine's own devices.
+    /// Returns whether this program sees the fake devices, because it runs in umockdev-wrapper.
+    /// Otherwise it sees the machine's own.
     static bool works() { return umockdev_in_mock_environment() != 0; }
 
-    /// Adds a device, announces it and returns its folder. The parent is another one's folder,
+    /// Adds a device, announces it and returns its folder. `parent` is another device's folder,
     /// or empty.
     std::string add(const std::string& subsystem, const std::string& name,
                     const std::string& parent = {}, const Values& attributes = {},
@@ -55,10 +55,10 @@ public:
     void announce(const std::string& device, const std::string& action) {
         umockdev_testbed_uevent(bed_, device.c_str(), action.c_str());
     }
-    /// Removes the device and announces that.
+    /// Removes the device and announces its removal.
     void remove(const std::string& device) { umockdev_testbed_remove_device(bed_, device.c_str()); }
 
-    /// The file of this name below /dev of the fake machine, by its path on the real one.
+    /// Returns the real path of a file of this name in the fake /dev.
     std::string nodePath(const std::string& name) {
         const std::string path = taken(umockdev_testbed_get_root_dir(bed_)) + "/dev/" + name;
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());

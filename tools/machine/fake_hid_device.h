@@ -20,13 +20,13 @@
 
 namespace chimewerk {
 
-/// How the sensor in a lid's hinge describes itself.
+/// The report descriptor of a sensor in a lid's hinge.
 inline const std::vector<std::uint8_t> kLidDescriptor{0x05, 0x20, 0x09, 0x8A, 0xA1, 0x01,
                                                       0x85, 0x01, 0x09, 0x8A, 0x75, 0x10,
                                                       0x95, 0x01, 0x81, 0x02, 0xC0};
 
-/// A fake HID device. A raw terminal is its hidraw node: what the device reports can be read there,
-/// and reading fails once it is unplugged.
+/// A fake HID device. Its hidraw node is a raw terminal: the device's reports can be read there,
+/// and reading fails once the device is unplugged.
 class FakeHidDevice {
 public:
     using Report = std::vector<std::uint8_t>;
@@ -52,7 +52,7 @@ public:
     FakeHidDevice& operator=(const FakeHidDevice&) = delete;
     ~FakeHidDevice() { unplug(); }
 
-    /// One report at a time: the next one when this one has been read.
+    /// Sends a report. The next one may be sent once this one has been read.
     void report(const Report& bytes) {
         if (write(terminal_.get(), bytes.data(), bytes.size()) !=
             static_cast<ssize_t>(bytes.size())) {

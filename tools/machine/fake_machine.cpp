@@ -39,7 +39,7 @@ constexpr const char* kUsage =
     "$CHIMEWERK_MACHINE; what is written there, a line at a time, happens:\n"
     "  lid DEGREES   brightness PERCENT   usb   network up|down\n";
 
-/// The hardware, and what can happen to it.
+/// The fake hardware, and the changes that can happen to it.
 class FakeMachine {
 public:
     FakeMachine() {
@@ -53,7 +53,7 @@ public:
         }
     }
 
-    /// Lets what the line says happen; false when it says nothing sensible.
+    /// Carries out one command line. Returns false if it is not understood or fails.
     bool carryOut(const std::string& line) {
         std::istringstream words(line);
         std::string what;
@@ -74,7 +74,7 @@ public:
     }
 
 private:
-    /// As a hand does it: through the angles between.
+    /// Moves the lid as a hand does: through the angles in between.
     bool moveLid(int target) {
         constexpr int kStep = 5;
         while (angle_ != target) {
@@ -100,8 +100,8 @@ FileDescriptor openPipe(const char* path) {
     return FileDescriptor(open(path, O_RDWR | O_CLOEXEC));
 }
 
-/// Watches for the signals that end this program, and for the one that tells that the other has
-/// ended. `before` becomes the signals that were blocked until now.
+/// Blocks the signals that are to end this program, and SIGCHLD, and returns a descriptor that
+/// reports them. `before` receives the old signal mask.
 FileDescriptor watchSignals(sigset_t& before) {
     sigset_t watched;
     sigemptyset(&watched);
@@ -123,7 +123,7 @@ std::optional<pid_t> start(char** command, const sigset_t& blocked) {
     return error == 0 ? std::optional(child) : std::nullopt;
 }
 
-/// Takes the signals that have come; the program's exit status once it has ended.
+/// Handles the signals received. Returns the program's exit status if it has ended.
 std::optional<int> takeSignals(const FileDescriptor& signals, pid_t program) {
     signalfd_siginfo received{};
     while (read(signals.get(), &received, sizeof received) > 0) {
@@ -137,7 +137,7 @@ std::optional<int> takeSignals(const FileDescriptor& signals, pid_t program) {
     return std::nullopt;
 }
 
-/// Cuts the whole lines off `text` and carries them out.
+/// Removes the complete lines from `text` and carries them out.
 void carryOutLines(FakeMachine& machine, std::string& text) {
     for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n')) {
         const std::string line = text.substr(0, end);
@@ -154,11 +154,11 @@ bool isWrapped() {
 }
 
 int run(const char* pipePath, char** command) {
-    // First of all: threads inherit that the signals are blocked.
+    // Must come first, because threads inherit the blocked signals.
     sigset_t before;
     const FileDescriptor signals = watchSignals(before);
     const FileDescriptor pipe = openPipe(pipePath);
-    // Before the devices start their threads.
+    // Must come before the devices start their threads.
     setenv("CHIMEWERK_MACHINE", pipePath, 1);
     FakeMachine machine;
     const std::optional<pid_t> program = start(command, before);
@@ -193,7 +193,7 @@ int main(int count, char** arguments) {
         return 2;
     }
     if (!chimewerk::isWrapped()) {
-        // Once more, with the library that puts fake devices in the place of real ones.
+        // Starts this program again with the library that replaces real devices by fake ones.
         std::string wrapper = "umockdev-wrapper";
         std::vector<char*> again{wrapper.data()};
         again.insert(again.end(), arguments, arguments + count);

@@ -13,12 +13,12 @@
 
 namespace chimewerk {
 
-/// A network of the test's own, empty but for a loopback link that is down. The machine's own
-/// links are out of reach of this process from then on. Needs root, or a kernel that lets
-/// everybody make namespaces.
+/// A private network namespace with only a loopback link, which is down. The process can no longer
+/// reach the machine's own links. Needs root, or a kernel that lets every user create namespaces.
 class PrivateNetwork {
 public:
-    /// Enters a new one; false where that is not allowed. A later call replaces it.
+    /// Enters a new namespace. Returns false if that is not allowed. Another call replaces
+    /// the namespace.
     static bool enter() {
         if (unshare(CLONE_NEWNET) == 0) {
             return true;
@@ -28,15 +28,15 @@ public:
         if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
             return false;
         }
-        // Without being root in there, a program that is started would lose the right to change
-        // the network.
+        // Maps this user to root in the namespace; otherwise programs started from here could not
+        // change the network.
         std::ofstream("/proc/self/setgroups") << "deny";
         std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
         std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
         return true;
     }
 
-    /// Runs the program "ip" with these arguments; false when it fails.
+    /// Runs the program "ip" with these arguments. Returns false if it fails.
     static bool ip(const std::string& arguments) {
         const int status = std::system(("ip " + arguments).c_str());
         return WIFEXITED(status) && WEXITSTATUS(status) == 0;

@@ -7,7 +7,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <unistd.h>
-// This header of the C library does not declare its functions as C functions.
+// This header of the C library lacks `extern "C"`.
 extern "C" {
 #include <sys/pidfd.h>
 }
@@ -20,7 +20,7 @@ namespace chimewerk {
 
 namespace {
 
-/// Waits for the end of a child without reaping it; false when it still runs after `timeout`.
+/// Waits for the end of a child without reaping it. Returns false if it still runs after `timeout`.
 bool endsWithin(pid_t pid, std::chrono::milliseconds timeout) {
     const int descriptor = pidfd_open(pid, 0);
     if (descriptor < 0) {

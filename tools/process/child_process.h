@@ -13,30 +13,30 @@
 
 namespace chimewerk {
 
-/// A program that runs beside this one and ends with the object. To be used from one thread.
+/// A child process that ends with this object. Use it from one thread.
 class ChildProcess {
 public:
     enum class Output { discarded, inherited };
 
     /// Starts `command[0]`, looked up in $PATH, with the other words as its arguments. `output`
-    /// says what becomes of its standard output and standard error.
+    /// applies to its standard output and standard error.
     explicit ChildProcess(const std::vector<std::string>& command,
                           Output output = Output::discarded);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess() { end(); }
 
-    /// False when there is no such program.
+    /// Returns false if the program could not be started.
     bool started() const { return pid_ > 0; }
     pid_t id() const { return pid_; }
 
-    /// Waits for the end. Returns the exit status, or 128 plus the number of the signal that ended
-    /// the process, or 127 when it was not started; nothing when it still runs after `timeout`.
-    /// Throws std::system_error when the system has no descriptors left.
+    /// Waits for the process to end. Returns its exit status; 128 plus the signal number if a
+    /// signal ended it; 127 if it was not started; none if it still runs after `timeout`. Throws
+    /// std::system_error if no descriptors are left.
     std::optional<int> waitFor(std::chrono::milliseconds timeout);
     /// Sends SIGTERM and returns at once.
     void terminate() const { send(SIGTERM); }
-    /// Sends `signal` and waits for the end. A process that still runs after 5 s is killed.
+    /// Sends `signal` and waits for the process to end. Kills it if it still runs after 5 s.
     void end(int signal = SIGTERM);
 
 private:

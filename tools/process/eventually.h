@@ -8,8 +8,8 @@
 
 namespace chimewerk {
 
-/// Checks `condition` every 10 ms until it holds; false when it does not within `patience`. For
-/// what happens in other processes.
+/// Checks `condition` every 10 ms until it holds. Returns false if it does not hold within
+/// `patience`. For events in other processes.
 template <typename Condition>
 bool eventually(Condition condition, std::chrono::milliseconds patience = std::chrono::seconds(5)) {
     const auto deadline = std::chrono::steady_clock::now() + patience;

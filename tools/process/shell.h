@@ -7,9 +7,9 @@
 
 namespace chimewerk {
 
-/// Runs a command of the shell to its end and returns its exit status.
+/// Runs a shell command, waits for its end and returns its exit status.
 int runShell(const std::string& command);
-/// Runs a command of the shell and returns what it prints, without the newlines at the end.
+/// Runs a shell command and returns its output without trailing newlines.
 std::string outputOfShell(const std::string& command);
 
 }  // namespace chimewerk

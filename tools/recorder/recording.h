@@ -17,34 +17,34 @@ namespace chimewerk {
 
 using SteadyTime = std::chrono::steady_clock::time_point;
 
-/// Places the frames of a recording in time.
+/// Computes when each frame of a recording was played.
 ///
-/// A sink without hardware renders a block when it has played the one before. The block reaches us
-/// at once and is played from then on. So frame 0 was played at the arrival of any block minus the
-/// length of all frames before that block. Many blocks come late, because of the renderer, the
-/// transport or us: not at all on a quiet machine, by milliseconds on a busy one. Some come early,
-/// by at most their length: when a player starts or stops within a block, the rest of it is
-/// rendered again with the start of the next. The lower quartile of the blocks of one second is
-/// disturbed by neither. It is computed for each second, because the sink's clock may run a little
-/// faster or slower than ours.
+/// A sink without hardware renders a block when it has played the one before. The block reaches the
+/// recorder at once and is played from then on. So frame 0 was played at the arrival of any block
+/// minus the length of all frames before that block. Many blocks arrive late, because of the
+/// renderer, the transport or the recorder: not at all on a quiet machine, by milliseconds on a
+/// busy one. Some arrive early, by at most their length: when a player starts or stops within a
+/// block, the rest of it is rendered again with the start of the next. The lower quartile of the
+/// blocks of one second is affected by neither. It is computed for each second, because the sink's
+/// clock may run a little faster or slower than the system's.
 class FrameTimeline {
 public:
     explicit FrameTimeline(int rate) : rate_(rate) {}
 
-    /// Adds a block that starts with the recording's frame number `frame`. Frames and arrivals
-    /// only grow.
+    /// Adds a block that starts with the recording's frame number `frame`. Frame numbers and
+    /// arrivals must increase.
     void blockArrived(std::int64_t frame, SteadyTime arrival);
     /// The next block follows a pause of unknown length.
     void pause() { paused_ = true; }
 
-    /// Returns when the frame was played. At least one block has arrived.
+    /// Returns when the frame was played. At least one block must have arrived.
     SteadyTime timeOf(std::int64_t frame) const;
     /// Returns the first frame below `end` that was played at `time` or later; `end` if there
     /// is none.
     std::int64_t frameAt(SteadyTime time, std::int64_t end) const;
 
 private:
-    /// A second of the recording, or less before a pause.
+    /// One second of the recording, or less before a pause.
     struct Window {
         std::int64_t first;
         bool afterPause;
@@ -59,9 +59,9 @@ private:
     bool paused_ = true;
 };
 
-/// Recognises when blocks start to arrive at the pace at which they are played. A sink that nobody
-/// recorded from may have rendered seconds ahead: it first delivers those in a burst, or nothing
-/// until they are over.
+/// Detects when blocks start to arrive as fast as they are played. A sink that nobody recorded from
+/// may have rendered seconds ahead: it first delivers those in a burst, or delivers nothing until
+/// they are over.
 class LivePace {
 public:
     explicit LivePace(int rate) : rate_(rate) {}
@@ -84,8 +84,8 @@ public:
     void append(std::span<const float> samples, SteadyTime arrival);
     void pause() { timeline_.pause(); }
 
-    /// Returns when the first frame was played, at `time` or later, of which a sample's absolute
-    /// value reaches `threshold`; 1.0 is full scale.
+    /// Returns when the first frame was played, at `time` or later, that has a sample with an
+    /// absolute value of at least `threshold`; 1.0 is full scale.
     std::optional<SteadyTime> firstSoundAfter(SteadyTime time, float threshold) const;
     /// Returns the largest absolute sample played from `begin` to before `end`; 0 if nothing was
     /// recorded then.

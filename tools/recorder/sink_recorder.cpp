@@ -121,7 +121,7 @@ void SinkRecorder::forgetRenderedAhead() {
 }
 
 void SinkRecorder::resumed() {
-    // A sink that was suspended because nobody played stays suspended, and will be live when
+    // A sink that was suspended for lack of players stays suspended. It will be live when
     // it resumes.
     if (pa_stream_is_suspended(stream_.get()) > 0) {
         setState(State::Live);
@@ -150,7 +150,7 @@ void SinkRecorder::blockArrived(const float* samples, std::size_t count, SteadyT
         if (samples != nullptr) {
             recording_.append({samples, count}, arrival);
         } else {
-            // A hole in the server's buffer lasts as long as the samples that are missing.
+            // A hole in the server's buffer: silence for as long as the missing samples.
             recording_.append(std::vector<float>(count), arrival);
         }
     } else if (pace_.blockArrived(count / Recording::kChannels, arrival)) {
@@ -181,7 +181,7 @@ bool SinkRecorder::waitUntilRecorded(SteadyTime time, std::chrono::milliseconds 
 
 std::optional<SteadyTime> SinkRecorder::waitForSound(SteadyTime after, float threshold,
                                                      SteadyTime deadline) const {
-    // Samples arrive late by a block, and later on a busy machine.
+    // Samples arrive late: by a block, or more on a busy machine.
     constexpr auto kGrace = 500ms;
     std::unique_lock guard(lock_);
     std::optional<SteadyTime> sound;

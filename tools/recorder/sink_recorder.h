@@ -64,7 +64,7 @@ public:
     std::optional<SteadyTime> waitForSound(SteadyTime after, float threshold,
                                            SteadyTime deadline) const;
 
-    // See Recording.
+    // As in Recording.
     std::optional<SteadyTime> firstSoundAfter(SteadyTime time, float threshold) const;
     float peakBetween(SteadyTime begin, SteadyTime end) const;
     std::vector<float> samples() const;
@@ -99,8 +99,8 @@ private:
     const std::string sink_;
     const Suspending suspending_;
 
-    // From pa_threaded_mainloop_start to _stop only the library's thread uses these. The main loop
-    // comes first, because the others use it until they are destroyed.
+    // While the main loop runs, only the library's thread uses these. The main loop is declared
+    // first, because the others use it until they are destroyed.
     std::unique_ptr<pa_threaded_mainloop, MainloopDeleter> mainloop_;
     std::unique_ptr<pa_context, ContextDeleter> context_;
     std::unique_ptr<pa_stream, StreamDeleter> stream_;
