@@ -23,7 +23,7 @@ using std::chrono::steady_clock;
 
 namespace {
 
-// The sink is silent to the last bit when nothing plays; this is -60 dBFS.
+// An idle sink plays exact zeros; this is -60 dBFS.
 constexpr float kThreshold = 0.001F;
 constexpr auto kQuiet = 1s;
 constexpr const char* kRecordingFile = "demo-recording.wav";
@@ -44,7 +44,7 @@ std::string heardText(milliseconds delay, float peak) {
     return text;
 }
 
-/// The factor of all deadlines, for a program that runs under a tool which makes it slow.
+/// Returns the factor for all deadlines, for a program that runs slowly under another tool.
 int patience() {
     const char* const wanted = std::getenv("DEMO_PATIENCE");
     return wanted == nullptr ? 1 : std::max(std::atoi(wanted), 1);
@@ -64,7 +64,7 @@ bool Demonstration::run() {
     if (!prepare() || !startProgram()) {
         return false;
     }
-    // A row that failed does not stop the others.
+    // A failed row does not stop the others.
     const auto failed =
         std::count_if(rows_.begin(), rows_.end(), [&](const DemoRow& row) { return !show(row); });
     const bool inspected = inspect();
@@ -73,7 +73,7 @@ bool Demonstration::run() {
     return failed == 0 && inspected && stopped && written;
 }
 
-/// Switches on every event that is shown, in the user's settings file.
+/// Writes the user's settings file: every event shown is switched on.
 bool Demonstration::writeSettings() const {
     const char* const configHome = std::getenv("XDG_CONFIG_HOME");
     if (configHome == nullptr) {
@@ -88,7 +88,7 @@ bool Demonstration::writeSettings() const {
         settings << std::exchange(separator, ", ") << '"' << row.event << "\": {\"enabled\": true}";
     }
     settings << '}';
-    // To listen to a theme other than the factory's.
+    // Selects another theme than the factory's.
     if (const char* const theme = std::getenv("DEMO_THEME"); theme != nullptr) {
         settings << ", \"ChimewerkTheme\": \"" << theme << '"';
     }
@@ -106,7 +106,7 @@ bool Demonstration::prepare() {
 bool Demonstration::startProgram() {
     running_ =
         std::make_unique<ChildProcess>(std::vector{program_}, ChildProcess::Output::inherited);
-    // It is ready when it has found the sound server.
+    // It is ready once it has connected to the audio server.
     const std::string ready =
         "pactl list clients 2>/dev/null | grep -q 'application.name = \"Chimewerk\"'";
     const auto deadline = steady_clock::now() + 20s * patience();

@@ -13,22 +13,22 @@
 
 namespace chimewerk {
 
-/// Starts the program, gives it the signals of the rows one by one and records what the sink plays.
+/// Starts the program, gives the signals of the rows one by one and records what the sink plays.
 /// Prints the result of each row.
 class Demonstration {
 public:
     Demonstration(std::string program, std::span<const DemoRow> rows)
         : program_(std::move(program)), rows_(rows) {}
 
-    /// True when every event that could be shown was heard, and the program started and ended as
-    /// it should.
+    /// Returns whether every event that could be shown was heard, and the program started and
+    /// ended correctly.
     bool run();
 
 private:
     bool prepare();
     bool writeSettings() const;
     bool startProgram();
-    /// False when the row failed.
+    /// Returns false if the row failed.
     bool show(const DemoRow& row);
     bool waitForQuiet();
     bool inspect() const;
@@ -39,7 +39,7 @@ private:
     const std::span<const DemoRow> rows_;
     SinkRecorder recorder_;
     std::unique_ptr<ChildProcess> running_;
-    /// The events that were heard, each followed by a space.
+    /// The events heard, each followed by a space.
     std::string heard_;
 };
 

@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
             rows.push_back(row);
         }
     }
-    // The signals are real: outside a private session they would go to the user's own desktop.
+    // The signals are real: outside a private session they would reach the user's own desktop.
     if (std::getenv("CHIMEWERK_SESSION") == nullptr) {
         std::fprintf(stderr, "chimewerk-demo: to be run by tools/session\n");
         return 2;

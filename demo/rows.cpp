@@ -20,7 +20,7 @@ constexpr const char* kStartPowerDaemons =
     "org.freedesktop.DBus.Peer.Ping "
     ">/dev/null 2>&1 || " POWER_DAEMONS " start";
 
-/// A tenth of a second of 32-bit float samples, the first of them loud and fading.
+/// Writes a tenth of a second of 32-bit float samples, loud at first and fading.
 constexpr const char* kMakeKnock =
     "/usr/bin/python3 -c 'import math, struct, sys; sys.stdout.buffer.write(struct.pack(\"4800f\", "
     "*(0.95 * math.exp(-t / 200) * math.cos(t / 20) for t in range(4800))))' >\"$HOME/knock.raw\"";
@@ -34,7 +34,7 @@ std::span<const DemoRow> demoRows() {
          .signal = "cat \"$HOME/knock.raw\" >\"$CHIMEWERK_MICROPHONE\"",
          .deadline = 1s,
          .preparation = kMakeKnock},
-        // The sound of the wake comes half a second after it.
+        // The sound of waking comes half a second after the signal.
         {.event = "lid_close",
          .what = "the machine goes to sleep",
          .signal = POWER_DAEMONS " sleep",
@@ -65,8 +65,8 @@ std::span<const DemoRow> demoRows() {
          .signal = "gio trash \"$HOME/chimewerk-demo\"",
          .deadline = 3s,
          .preparation = "echo demonstration >\"$HOME/chimewerk-demo\""},
-        // Emptying by name: to empty the whole trash would reach the user's trash on other
-        // volumes too.
+        // Removes by name: emptying the whole trash would also empty the user's trash on
+        // other volumes.
         {.event = "trash_empty",
          .what = "the trash is emptied",
          .signal = "gio remove trash:///chimewerk-demo",
@@ -84,7 +84,7 @@ std::span<const DemoRow> demoRows() {
          .what = "the output gets quieter",
          .signal = "pactl set-sink-volume speaker 90%",
          .deadline = 1s},
-        // The look comes 1.5 s after the change.
+        // The program checks 1.5 s after the change.
         {.event = "screenshot",
          .what = "a screenshot appears",
          .signal = "touch \"$HOME/Desktop/Screenshot from today.png\"",
@@ -114,8 +114,7 @@ std::span<const DemoRow> demoRows() {
          .signal = "echo usb >\"$CHIMEWERK_MACHINE\"",
          .deadline = 1s,
          .obstacle = kNeedsMachine},
-        // The kernel takes up to a second to note that the cable is in or out, and the program
-        // looks every 2.5 s.
+        // The kernel takes up to a second to notice the cable, and the program polls every 2.5 s.
         {.event = "network_down",
          .what = "the network cable is pulled",
          .signal = "echo 'network down' >\"$CHIMEWERK_MACHINE\"",

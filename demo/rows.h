@@ -8,24 +8,23 @@
 
 namespace chimewerk {
 
-/// One event of the demonstration: the real signal that makes the program play. The commands are
-/// run by the shell, in the private session.
+/// One event of the demonstration, with the real signal that triggers it. The commands run in a
+/// shell in the private session.
 struct DemoRow {
     const char* event;
-    /// What is done, in words for the reader of the output.
+    /// What happens, as printed.
     const char* what;
     /// Gives the signal. The delay of the sound is measured from the start of this command.
     const char* signal;
-    /// How long after the start of `signal` the sound must begin at the latest.
+    /// How long after the start of `signal` the sound may begin at the latest.
     std::chrono::milliseconds deadline;
-    /// Prints why the event cannot be shown here, or nothing when it can; no command when it
-    /// always can.
+    /// Prints why the event cannot be shown here, or nothing if it can. Empty if it always can.
     const char* obstacle = "";
-    /// Run before the program starts: makes what the signal needs.
+    /// Runs before the program starts and prepares what the signal needs.
     const char* preparation = "";
 };
 
-/// In the order in which they are shown.
+/// The rows in the order in which they are shown.
 std::span<const DemoRow> demoRows();
 
 }  // namespace chimewerk
