@@ -14,9 +14,9 @@
 
 namespace chimewerk {
 
-/// What the dashboard shows, on the real store and queue, without hardware.
+/// The dashboard's dependencies: the real store and queue, and no hardware.
 struct BenchDashboard {
-    /// As for the library.
+    /// Uses the settings in this configuration folder; stores nothing if it is empty.
     explicit BenchDashboard(const std::string& configHome = {}) : library(queue, configHome) {}
 
     EpollMainQueue queue;

@@ -15,9 +15,9 @@
 
 namespace chimewerk {
 
-/// The sound library on the real store and queue; it plays nothing.
+/// The sound library with the real store and queue; it plays nothing.
 struct BenchLibrary {
-    /// With the settings in this configuration folder; an empty one stores nothing.
+    /// Uses the settings in this configuration folder; stores nothing if it is empty.
     BenchLibrary(EpollMainQueue& queue, const std::string& configHome)
         : defaults(queue, configHome),
           sounds("/res", {.queue = queue,

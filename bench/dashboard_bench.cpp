@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What it costs to keep the dashboard up to date while keys are pressed. Needs a display: run it in
-// tools/session.
+// Measures the cost of updating the dashboard while keys are pressed. Needs a display: run it
+// in tools/session.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -32,7 +32,7 @@ public:
         throw std::out_of_range("no dashboard");
     }
     QTableView& table() const { return *window().findChild<QTableView*>(); }
-    /// Until then nothing is painted.
+    /// Waits until the window is active. Nothing is painted before.
     void awaitActivation() const {
         while (!window().isActiveWindow()) {
             QApplication::processEvents();
@@ -40,7 +40,7 @@ public:
     }
     SoundManager& sounds() { return parts_.library.sounds; }
     NotificationCenter& notifications() { return parts_.library.notifications; }
-    /// Plays the event and brings the display up to date.
+    /// Plays the event and updates the display.
     void trigger(const char* eventId) {
         sounds().play(eventId);
         parts_.queue.dispatch();
@@ -52,8 +52,7 @@ private:
     DashboardWindowController controller_{parts_.dependencies, parts_.monitors};
 };
 
-/// A trigger of an event, from the call until the display is up to date; as many a second as
-/// can be.
+/// Triggers an event and updates the display, as often as possible.
 void triggerAndPaint(benchmark::State& state, const char* eventId) {
     OpenDashboard dashboard;
     dashboard.sounds().setEnabled(true, eventId);
@@ -87,7 +86,7 @@ void hiddenWindow(benchmark::State& state) {
 }
 BENCHMARK(hiddenWindow)->Unit(benchmark::kMicrosecond);
 
-/// One row, painted each time.
+/// Repaints one row.
 void paintedRow(benchmark::State& state) {
     OpenDashboard dashboard;
     dashboard.awaitActivation();
@@ -98,7 +97,7 @@ void paintedRow(benchmark::State& state) {
 }
 BENCHMARK(paintedRow)->Unit(benchmark::kMicrosecond)->Iterations(200);
 
-/// For comparison: the whole window.
+/// Repaints the whole window, for comparison.
 void wholeWindow(benchmark::State& state) {
     OpenDashboard dashboard;
     dashboard.awaitActivation();

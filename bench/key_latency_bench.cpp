@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The time from a key press to the first sample at the sink, of the programs that are named, in
-// turns. Runs in a private session; `key_latency` beside this file calls it.
+// Measures the time from a key press to the first sample at the sink, for each named program in
+// turn. Needs a private session; `key_latency` beside this file starts it.
 #include <xcb/xcb.h>
 #include <xcb/xtest.h>
 
@@ -25,14 +25,14 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-// The sink is silent to the last bit when nothing plays.
+// An idle sink plays exact zeros.
 constexpr float kAudible = 0.002F;
 constexpr int kRounds = 3;
 constexpr int kPressesPerRound = 20;
 constexpr auto kUntilReady = 3s;
 constexpr auto kQuiet = 900ms;
 
-/// A display with a window that has the keyboard: without one, some programs hear no key.
+/// A display with a window that has the keyboard focus: without one, some programs receive no keys.
 class Keyboard {
 public:
     Keyboard() {
@@ -48,7 +48,7 @@ public:
         xcb_flush(server_.get());
     }
 
-    /// The key that is "a" everywhere.
+    /// Presses and releases the key "a".
     void press() {
         constexpr std::uint8_t kKey = 38;
         send(XCB_KEY_PRESS, kKey);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What one buffer of the microphone costs the thread that it comes on, beside what it costs to read
-// its samples at all, and to copy them.
+// Measures the cost of one microphone buffer on its thread, compared with only reading or copying
+// its samples.
 #include <benchmark/benchmark.h>
 
 #include <bit>
@@ -27,7 +27,7 @@ constexpr std::size_t kFrames = 512;
 constexpr std::size_t kMemoryBytes = std::size_t{256} << 20;
 using Buffer = std::span<const float>;
 
-/// Samples of a quiet room, as many as the benchmark asks for.
+/// Returns samples of a quiet room, as many as the benchmark asks for.
 Buffer samplesFor(const benchmark::State& state) {
     static const std::vector<float> kSamples = [] {
         std::vector<float> samples(kMemoryBytes / sizeof(float));
@@ -39,7 +39,7 @@ Buffer samplesFor(const benchmark::State& state) {
     return Buffer(kSamples).first(static_cast<std::size_t>(state.range(0)) / sizeof(float));
 }
 
-/// Hands the buffers of the samples, one after another and over again, to `analyse`.
+/// Passes the buffers of the samples to `analyse`, again and again.
 template <typename Analyse>
 void eachBuffer(benchmark::State& state, Analyse analyse) {
     const Buffer samples = samplesFor(state);
@@ -71,7 +71,7 @@ void copy(benchmark::State& state) {
     });
 }
 
-/// The same without vectors, as the rule reads.
+/// The same rule without vectors.
 void plainPeak(benchmark::State& state) {
     eachBuffer(state, [](Buffer buffer) {
         float peak = 0.0F;
@@ -94,7 +94,7 @@ void analyzeBuffer(benchmark::State& state) {
     eachBuffer(state, [&detector](Buffer buffer) { detector.analyzeBuffer(buffer); });
 }
 
-/// Every buffer is a knock, which is posted and taken from the queue.
+/// Every buffer holds a knock, which is posted to the queue and taken from it.
 void knock(benchmark::State& state) {
     EpollMainQueue queue;
     NullMicrophone microphone;
@@ -107,7 +107,7 @@ void knock(benchmark::State& state) {
     });
 }
 
-/// One buffer, which the first-level cache keeps; and so many that each comes from memory.
+/// One buffer, which stays in the first-level cache; and so many that each comes from memory.
 void fromCacheAndMemory(benchmark::internal::Benchmark* benchmark) {
     benchmark->ArgName("bytes")->Arg(kFrames * sizeof(float))->Arg(kMemoryBytes);
 }

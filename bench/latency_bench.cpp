@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The time from the call to the first sample at the sink: ours, and three other ways to play a
-// short sound, in turns. Runs in a private session; `latency` beside this file calls it.
+// Measures the time from the call to the first sample at the sink for Chimewerk and three other
+// ways to play a short sound, in turn. Needs a private session; `latency` beside this file
+// starts it.
 #include <pulse/pulseaudio.h>
 
 #include <algorithm>
@@ -34,7 +35,7 @@ constexpr float kAudible = 0.05F;
 constexpr int kRounds = 25;
 constexpr auto kQuiet = 700ms;
 
-/// One way to have the file heard.
+/// One way to play the file.
 class Way {
 public:
     virtual ~Way() = default;
@@ -56,7 +57,7 @@ private:
 
 constexpr pa_sample_spec kForm{.format = PA_SAMPLE_FLOAT32LE, .rate = 48000, .channels = 2};
 
-/// A client of the sound server with a thread of its own.
+/// A client of the audio server with its own thread.
 class Client {
 public:
     Client() {
@@ -89,7 +90,7 @@ public:
     pa_context* const context = pa_context_new(pa_threaded_mainloop_get_api(loop), "bench");
 };
 
-/// A stream that always plays, silence when there is nothing else.
+/// Plays through a stream that never stops: silence when there is no sound.
 class KeptFed final : public Way {
 public:
     explicit KeptFed(std::string path) : path_(std::move(path)) {
@@ -124,7 +125,7 @@ private:
     Client client_;
 };
 
-/// A stream made for each sound.
+/// Makes a new stream for each sound.
 class NewStream final : public Way {
 public:
     explicit NewStream(std::string path) : path_(std::move(path)) {}
@@ -200,7 +201,7 @@ void measure(SinkRecorder& recorder, std::vector<Result>& results, int rounds) {
 
 int run(const std::string& sink) {
     const TemporaryFolder folder;
-    // Loud from the first sample on.
+    // Loud from the first sample.
     const std::string shortWav = folder / "short.wav";
     writeSoundFile(shortWav, std::vector<float>(2 * 14400, 0.5F));
     const std::string mp3 = folder / "long.mp3";
@@ -220,8 +221,8 @@ int run(const std::string& sink) {
     results.push_back({"a new stream for each", std::make_unique<NewStream>(shortWav)});
     results.push_back({"paplay", std::make_unique<Paplay>(shortWav)});
     measure(recorder, results, kRounds);
-    // The long sound would go on in the others' turns: it comes after them, and each play has a
-    // player of its own.
+    // The long sound would still play during the others' turns, so it comes last, and each play has
+    // its own player.
     std::vector<Result> longSound;
     for (int round = 0; round < kRounds; ++round) {
         longSound.resize(1);

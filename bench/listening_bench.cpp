@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What listening for knocks costs the sound server's client thread: processor time and wake-ups a
-// second, over so many seconds as the argument says. Needs a private session.
+// Measures what listening for knocks costs the audio server's client thread: processor time and
+// wake-ups per second, over as many seconds as the argument says. Needs a private session.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -25,7 +25,7 @@ struct Spent {
     double wakeUps = 0;
 };
 
-/// What the thread of this name has spent since it began.
+/// Returns what the thread of this name has used since it started.
 Spent spentBy(const std::string& threadName) {
     for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
         std::string name;

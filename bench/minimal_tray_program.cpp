@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The least that a tray program on this toolkit is: an icon with a menu that can end it.
-// A yardstick.
+// The smallest tray program on this toolkit: an icon with a menu that can quit it. A yardstick.
 #include <QApplication>
 #include <QMenu>
 #include <QPixmap>

@@ -46,7 +46,7 @@ public:
     }
 };
 
-/// Runs every job at the next `runAll()`, however long its delay is. One thread.
+/// Runs every job at the next `runAll()`, whatever its delay. One thread.
 class ImpatientQueue final : public MainQueue {
 public:
     void post(Job job) override { jobs_.push_back(std::move(job)); }

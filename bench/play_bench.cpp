@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a play costs the main thread, up to the hand-over to the sound server.
+// Measures what a play costs the main thread, up to the hand-over to the audio server.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -22,7 +22,7 @@
 namespace chimewerk {
 namespace {
 
-/// Reads and decodes for real, and plays to nobody.
+/// Reads and decodes real files, but plays nothing.
 class ServerlessSoundService final : public SoundService {
 public:
     std::shared_ptr<Sound> soundFromFile(const std::string& path) override {
@@ -71,8 +71,8 @@ const TemporaryFolder& folder() {
     return made;
 }
 
-/// The path of a sound of so many seconds, made by ffmpeg where libsndfile does not write
-/// the format.
+/// Returns the path of a sound of this length. ffmpeg makes the formats that libsndfile
+/// cannot write.
 std::string soundOf(double seconds, const std::string& extension) {
     const std::string wav = folder() / (std::to_string(seconds) + ".wav");
     writeSoundFile(wav, sine(440, 0.5, seconds));

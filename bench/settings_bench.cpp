@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a large collection of custom themes costs: at the start, and at each change while the
-// program runs.
+// Measures the cost of a large collection of custom themes: at the start, and at each change while
+// the program runs.
 #include <benchmark/benchmark.h>
 #include <time.h>
 
@@ -39,7 +39,7 @@ std::vector<CustomTheme> manyThemes() {
     return themes;
 }
 
-/// A configuration folder, empty or with the many themes stored in it.
+/// A configuration folder, empty or with many themes stored in it.
 class ConfigFolder {
 public:
     explicit ConfigFolder(bool many) {
@@ -63,7 +63,7 @@ double milliseconds(const std::function<void()>& work) {
         .count();
 }
 
-/// The processor time of this thread, which other programs on the machine do not lengthen.
+/// Returns the processor time of this thread, which other programs on the machine do not affect.
 double threadMilliseconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -75,7 +75,7 @@ double quantile(std::vector<double>& values, double part) {
     return values.at(static_cast<std::size_t>(part * static_cast<double>(values.size() - 1)));
 }
 
-/// From the opening of the store to the loaded library, with and without the themes in turn.
+/// From opening the store to the loaded library, with and without the themes in turn.
 void startWithAThousandThemes(benchmark::State& state) {
     const ConfigFolder empty(false);
     const ConfigFolder many(true);
@@ -98,8 +98,8 @@ void startWithAThousandThemes(benchmark::State& state) {
 }
 BENCHMARK(startWithAThousandThemes)->Iterations(100)->Unit(benchmark::kMillisecond);
 
-/// The longest that each kind of change, and what the main loop does for it afterwards, holds up
-/// the main thread while the worker writes.
+/// Measures the longest time that each kind of change, with the main loop's work that follows,
+/// blocks the main thread while the worker writes.
 void changeAmongAThousandThemes(benchmark::State& state,
                                 const std::function<void(SoundManager&, int)>& change) {
     const ConfigFolder config(true);

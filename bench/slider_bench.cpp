@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What it costs to drag a slider of the dashboard: per move, in frames, and in writes of
+// Measures the cost of dragging a slider of the dashboard: time per move, frames, and writes of
 // the settings.
 #include <time.h>
 
@@ -43,14 +43,14 @@ void send(QWidget& widget, QEvent::Type type, double x) {
     QApplication::sendEvent(&widget, &event);
 }
 
-/// The processor time of this thread, which other programs on the machine do not lengthen.
+/// Returns the processor time of this thread, which other programs on the machine do not affect.
 double threadMilliseconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
 }
 
-/// Counts how often the file at a path has become another one.
+/// Counts how often the file at a path has been replaced.
 class Writes {
 public:
     explicit Writes(std::string path) : path_(std::move(path)) {
