@@ -13,8 +13,8 @@ namespace {
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kLn2 = 0.69314718055994530942;
 
-// Taylor series, the highest power first: sin x / x in powers of x squared up to a quarter turn,
-// and e to the x up to half an octave.
+// Taylor series, the highest power first: sin x / x in powers of x squared for up to a quarter
+// turn, and e to the x for up to half an octave.
 constexpr std::array<double, 9> kSineSeries = [] {
     std::array<double, 9> series{};
     double coefficient = 1.0;

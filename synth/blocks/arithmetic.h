@@ -5,22 +5,22 @@
 
 namespace chimewerk::synth {
 
-/// Samples per second of every sound here.
+/// Sample rate of all sounds, in hertz.
 inline constexpr double kSampleRate = 48000.0;
 
-/// The sine of an angle in turns: sine(0.25) is 1. The C library's sine and exponential differ
-/// in the last bit between versions and processors; these two do not, so the files are the
+/// Returns the sine of an angle in turns: sine(0.25) is 1. The C library's sine and exponential
+/// differ in the last bit between versions and processors; these do not, so the files are the
 /// same everywhere.
 double sine(double turns);
 double cosine(double turns);
 
-/// Two to the power of `exponent`, within 1e-12 of the true value relative to it.
+/// Returns two to the power of `exponent`, with a relative error below 1e-12.
 double powerOfTwo(double exponent);
 
-/// The factor of an amplitude that is `level` decibels above another.
+/// Returns the amplitude factor for `level` decibels.
 double decibels(double level);
 
-/// The ratio of two frequencies that are `count` equal-tempered semitones apart.
+/// Returns the frequency ratio of `count` equal-tempered semitones.
 double semitones(double count);
 
 }  // namespace chimewerk::synth

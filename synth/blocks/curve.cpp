@@ -17,7 +17,7 @@ double progress(double now, double seconds) {
     return std::clamp(now / seconds, 0.0, 1.0);
 }
 
-// Half a cosine from 0 to 1: it begins and ends without a corner, so there is no click.
+// Half a cosine from 0 to 1. It has no corner at either end, so it makes no click.
 double rise(double now, double seconds) {
     return 0.5 - 0.5 * cosine(0.5 * progress(now, seconds));
 }
@@ -31,7 +31,7 @@ Curve operator*(Curve left, Curve right) {
 }
 
 Curve glide(double from, double to, double seconds) {
-    // A logarithm by bisection: exact enough for a pitch, and the same on every machine.
+    // Finds the logarithm by bisection: exact enough for a pitch, and the same on every machine.
     double low = -40.0;
     double high = 40.0;
     for (int i = 0; i < 60; ++i) {

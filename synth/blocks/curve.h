@@ -24,28 +24,29 @@ private:
 
 Curve operator*(Curve left, Curve right);
 
-/// From one value to another in equal ratios per second, as the ear hears pitch; stays there.
-/// Both positive.
+/// Goes from one value to another in equal ratios per second, as the ear hears pitch, and stays
+/// there. Both must be positive.
 Curve glide(double from, double to, double seconds);
 
-/// From one value to another in equal steps per second; stays there.
+/// Goes from one value to another in equal steps per second, and stays there.
 Curve ramp(double from, double to, double seconds);
 
-/// One value after another, each for `secondsEach`; the last one stays. An arpeggio, when they
-/// are pitches.
+/// Takes one value after another, each for `secondsEach`, and stays at the last one. With pitches,
+/// this is an arpeggio.
 Curve steps(std::vector<double> values, double secondsEach);
 
-/// Swings around `centre` by `semitonesEachWay`, `hertz` times a second.
+/// Swings around `centre` by `semitonesEachWay` semitones, `hertz` times a second.
 Curve wobble(Curve centre, double hertz, double semitonesEachWay);
 
-/// Between 0 and 1, `hertz` times a second, beginning at 1.
+/// Swings between 1 and 1 - `depth`, `hertz` times a second, beginning at 1.
 Curve tremolo(double hertz, double depth);
 
-/// Struck: up within `attack` seconds, then down by 60 dB in every `t60` seconds.
+/// The level of a struck sound: rises within `attack` seconds, then falls by 60 dB in every
+/// `t60` seconds.
 Curve struck(double attack, double t60);
 
-/// Breathed: up within `attack`, full until `release` seconds before the end at `seconds`, then
-/// gently down to 0.
+/// The level of a blown sound: rises within `attack`, is full until `release` seconds before the
+/// end at `seconds`, then falls gently to 0.
 Curve breathed(double attack, double seconds, double release);
 
 }  // namespace chimewerk::synth

@@ -20,7 +20,7 @@ struct Bands {
     double high = 0.0;
 };
 
-// A state-variable filter, integrated by the trapezoidal rule: it stays stable while its
+// A state-variable filter, integrated by the trapezoidal rule, which stays stable while its
 // corner moves.
 class StateVariableFilter {
 public:
@@ -52,8 +52,7 @@ Sound filtered(const Sound& sound, const Curve& hertz, double q, double Bands::*
     return result;
 }
 
-// A delay line that feeds back into itself through a gentle low-pass, because walls absorb high
-// tones first.
+// A delay line with feedback through a gentle low-pass, because walls absorb high tones first.
 Sound comb(const Sound& sound, std::size_t delay, double feedback) {
     std::vector<double> line(delay, 0.0);
     double dull = 0.0;
@@ -98,8 +97,7 @@ Sound bandPass(const Sound& sound, const Curve& hertz, double q) {
 }
 
 Sound inRoom(const Sound& sound, double level, double t60, double tail) {
-    // Lengths without a common factor, so that the echoes do not fall together into a tone of
-    // their own.
+    // Delays without a common factor, so that the echoes do not add up to a tone of their own.
     constexpr std::array<std::size_t, 8> kWalls = {907, 1021, 1153, 1277, 1399, 1531, 1667, 1801};
     constexpr std::array<std::size_t, 3> kCorners = {379, 241, 113};
     const Sound dry = sound.lasting(sound.seconds() + tail);

@@ -37,9 +37,9 @@ private:
     double second_ = 0.0;
 };
 
-// The weighted power of the loudest 400 ms. A file is shorter than the standard's gated measurement
-// needs, so the sound counts as surrounded by silence. It is heard from two loudspeakers, so its
-// channel counts twice.
+// Returns the weighted power of the loudest 400 ms. The sounds are too short for the standard's
+// gated measurement, so silence is assumed around them. Both loudspeakers play the channel, so it
+// counts twice.
 double loudestPower(const Sound& sound) {
     constexpr std::size_t kWindow = 19200;
     Biquad head(1.53512485958697, -2.69169618940638, 1.19839281085285, -1.69065929318241,
@@ -60,8 +60,7 @@ double loudestPower(const Sound& sound) {
     return 2.0 * loudest / kWindow;
 }
 
-// Below the knee nothing changes; above it the few highest peaks of a hard blow bend towards
-// the ceiling.
+// Bends the highest peaks towards the ceiling. Samples below the knee do not change.
 Sound limited(Sound sound) {
     for (double& sample : sound) {
         const double size = std::abs(sample);

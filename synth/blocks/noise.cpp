@@ -27,7 +27,7 @@ Sound registerNoise(double seconds, const Curve& hertz, RegisterLoop loop) {
     unsigned bits = 1U;
     double due = 0.0;
     return rendered(seconds, [&](double now) {
-        // The share of the sample that each bit fills is averaged, so that a fast clock does not
+        // Averages the parts of the sample that each bit fills, so that a fast clock does not
         // alias harshly.
         double sum = 0.0;
         constexpr int kParts = 4;

@@ -15,9 +15,9 @@ class Random {
 public:
     explicit Random(std::uint64_t seed) : state_(seed) {}
 
-    /// Evenly distributed from 0 to below 1.
+    /// Returns a number evenly distributed from 0 to below 1.
     double fraction();
-    /// Evenly distributed from -1 to below 1.
+    /// Returns a number evenly distributed from -1 to below 1.
     double bipolar() { return 2.0 * fraction() - 1.0; }
 
 private:
@@ -32,12 +32,12 @@ Sound noise(double seconds, std::uint64_t seed);
 enum class RegisterLoop { full, short93 };
 Sound registerNoise(double seconds, const Curve& hertz, RegisterLoop loop);
 
-/// Single unequal impulses at random times, `perSecond` of them: many small and few large ones, as
-/// when paper is crumpled or wood gives way.
+/// Single impulses of different heights at random times, `perSecond` on average: many small and few
+/// large ones, as of crumpled paper or cracking wood.
 Sound crackle(double seconds, const Curve& perSecond, std::uint64_t seed);
 
-/// Impulses at a rate of `hertz` whose distance and height vary by `unrest` (0 to 1): a surface
-/// that sticks and slips.
+/// Impulses at a rate of `hertz`, with distance and height varied by `unrest` (0 to 1), like a
+/// surface that sticks and slips.
 Sound stickSlip(double seconds, const Curve& hertz, double unrest, std::uint64_t seed);
 
 }  // namespace chimewerk::synth

@@ -8,21 +8,21 @@
 
 namespace chimewerk::synth {
 
-/// Pitches are in hertz, lengths in seconds; amplitudes reach 1.
+/// A sine. Pitches are in hertz, lengths in seconds; amplitudes reach 1.
 Sound sineTone(double seconds, const Curve& hertz);
 
-/// A rectangle that is high for `duty` (0 to 1) of each period; its edges are rounded so that it
-/// does not alias.
+/// A rectangle that is high for `duty` (0 to 1) of each period. Its edges are rounded
+/// against aliasing.
 Sound pulseTone(double seconds, const Curve& hertz, const Curve& duty);
 
 /// A saw tooth with rounded edges.
 Sound sawTone(double seconds, const Curve& hertz);
 
-/// A triangle of 16 steps up and 16 down, as cheap converters of old game consoles made it.
+/// A triangle of 16 steps up and 16 down, as the converters of old game consoles made it.
 Sound steppedTriangle(double seconds, const Curve& hertz);
 
-/// A sine whose phase is modulated by another at `ratio` times its frequency, `index` radians
-/// each way.
+/// A sine whose phase is modulated by a sine of `ratio` times its frequency, by up to
+/// `index` radians.
 Sound fmTone(double seconds, const Curve& hertz, double ratio, const Curve& index);
 
 }  // namespace chimewerk::synth

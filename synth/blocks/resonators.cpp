@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kHighestMode = 18000.0;
 
-// Two poles; a unit impulse makes a sine of amplitude 1 that dies exponentially.
+// A two-pole resonator: a unit impulse makes a sine of amplitude 1 that decays exponentially.
 void addMode(Sound& sum, const Mode& mode, const Sound& force) {
     const double radius = decibels(-60.0 / (mode.t60 * kSampleRate));
     const double turns = mode.hertz / kSampleRate;

@@ -11,7 +11,7 @@
 
 namespace chimewerk::synth {
 
-/// A mono sound in the making, at any level; mastering sets the final level.
+/// A mono sound under construction, at any level; mastering sets the final level.
 class Sound {
 public:
     Sound() = default;
@@ -27,33 +27,34 @@ public:
     auto begin() const { return samples_.begin(); }
     auto end() const { return samples_.end(); }
 
-    /// Mixes `other` in from `atSeconds` on, and becomes longer if `other` ends later.
+    /// Mixes in `other` from `atSeconds` on. Extends this sound if `other` ends later.
     Sound& add(double atSeconds, const Sound& other, double gain = 1.0);
 
-    /// Cut, or extended with silence, to this length.
+    /// Returns the sound cut, or extended with silence, to this length.
     Sound lasting(double seconds) const;
 
-    /// At this or another length, with its end faded out over `release` seconds as by a damper.
+    /// Returns the sound at this length, with its end faded out over `release` seconds as by
+    /// a damper.
     Sound damped(double seconds, double release) const;
 
-    /// Scaled so that its largest sample is 1; silence stays silence.
+    /// Returns the sound scaled to a peak of 1; silence stays silence.
     Sound normalised() const;
 
 private:
     std::vector<double> samples_;
 };
 
-/// Both at once; as long as the longer of the two.
+/// Mixes both; as long as the longer one.
 Sound operator+(Sound left, const Sound& right);
-/// The sound after a silence.
+/// Returns the sound after a silence of this length.
 Sound after(double seconds, const Sound& sound);
 Sound operator*(Sound sound, double gain);
-/// Shaped by a level that changes with time.
+/// Multiplies the sound by a level that changes with time.
 Sound operator*(Sound sound, const Curve& level);
-/// Ring modulation; as long as the shorter of the two.
+/// Ring modulation; as long as the shorter one.
 Sound operator*(const Sound& left, const Sound& right);
 
-/// Calls `sampleAt(seconds)` for each sample in turn.
+/// Calls `sampleAt(seconds)` for each sample in order.
 template <typename SampleAt>
 Sound rendered(double seconds, SampleAt sampleAt) {
     Sound sound(seconds);

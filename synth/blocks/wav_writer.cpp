@@ -13,7 +13,7 @@
 namespace chimewerk::synth {
 namespace {
 
-// WAV is little-endian whatever the machine is.
+// Little-endian, as WAV requires on every machine.
 void append(std::string& bytes, std::uint32_t value, int count) {
     for (int i = 0; i < count; ++i) {
         bytes += static_cast<char>((value >> (8 * i)) & 0xFFU);

@@ -9,7 +9,7 @@
 
 namespace chimewerk::synth {
 
-/// Writes 16-bit mono samples at 48 kHz as a WAV file, which gets its name only when it is
+/// Writes 16-bit mono samples at 48 kHz as a WAV file, which appears under its name only when it is
 /// complete. Throws std::runtime_error with the file and the reason.
 void writeWav(const std::filesystem::path& path, const std::vector<std::int16_t>& samples);
 

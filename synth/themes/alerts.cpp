@@ -14,7 +14,7 @@ namespace {
 
 using namespace synth;
 
-// A plucked bass behind a filter that says "wow".
+// A plucked bass through a filter that goes "wow".
 Sound funk() {
     const auto slapBass = [](double hertz) {
         const Sound raw = sawTone(0.32, hertz) + pulseTone(0.32, hertz, 0.3);
@@ -24,7 +24,7 @@ Sound funk() {
         .damped(0.55, 0.15);
 }
 
-// A low brass, tongued and let go.
+// A low brass instrument, tongued and released.
 Sound basso() {
     const Curve hertz = glide("F2"_hz, "C2"_hz, 0.4);
     const Sound reeds = saturated(sawTone(0.6, hertz) + sawTone(0.6, hertz * 1.006), 2.0);
@@ -39,7 +39,7 @@ Sound pop() {
            sineTone(0.18, 155) * struck(0.002, 0.12) * 0.5;
 }
 
-// A throat that rolls.
+// A rolling throat.
 Sound purr() {
     const Sound roll = sineTone(0.62, wobble(170, 4, 0.8)) +
                        sineTone(0.62, wobble(340, 4, 0.8)) * 0.6 +
@@ -48,7 +48,7 @@ Sound purr() {
     return (roll + air) * tremolo(24, 0.85) * breathed(0.012, 0.62, 0.3);
 }
 
-// A wine glass, touched with a spoon.
+// A wine glass touched with a spoon.
 Sound glass() {
     const std::vector<Partial> rim = {{1.0, 1.0, 1.1},
                                       {1.004, 0.5, 0.9},
@@ -66,7 +66,7 @@ Sound blowAcross() {
     return (neck + bandPass(air, 2400, 0.8) * 0.25) * breathed(0.012, 0.7, 0.4);
 }
 
-// The smallest tap on metal.
+// A tiny tap on metal.
 Sound tink() {
     const Body triangle = {
         {2093, 0.22, 1.0}, {3520, 0.16, 0.6}, {5870, 0.1, 0.4}, {8200, 0.06, 0.25}};

@@ -7,8 +7,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The classic theme: warm bells. Their lowest partials are harmonic and the upper ones are not;
-// each dies at its own rate, the high ones first.
+// The classic theme: warm bells. Their lowest partials are harmonic, the upper ones are not; the
+// high ones die first.
 namespace chimewerk::themes {
 namespace {
 
@@ -26,7 +26,7 @@ Sound bell(double hertz) {
     return struckPartials(0.8, hertz, partials, 0.0012) + mallet(3.0 * hertz) * 0.25;
 }
 
-// A smaller bell with little below its strike tone.
+// A smaller bell, with little below its strike tone.
 Sound chime(double hertz) {
     const std::vector<Partial> partials = {
         {1.0, 1.0, 0.7}, {2.76, 0.3, 0.4}, {5.4, 0.14, 0.18}, {8.93, 0.05, 0.07}};

@@ -6,8 +6,8 @@
 #include "synth/blocks/resonators.h"
 #include "synth/themes/recipe.h"
 
-// An old keyboard: a spring buckles under each key and strikes a plate of steel; let go, it
-// snaps back.
+// An old keyboard: under each key a spring buckles and strikes a steel plate, and snaps back
+// on release.
 namespace chimewerk::themes {
 namespace {
 
@@ -38,7 +38,7 @@ Sound keyClick() {
 Sound keySpace() {
     Sound key = spring(0.72) * 0.6 + cap(0.6, 73) * 0.9;
     key.add(0.006, bottom(0.72, 1.4), 1.4);
-    // The wire that keeps the long key level rattles in its clips.
+    // The wire that keeps a long key level rattles in its clips.
     key.add(0.017, cap(0.9, 74) + bottom(2.3, 0.4), 0.3);
     key.add(0.026, cap(1.1, 75) + bottom(2.7, 0.4), 0.22);
     key.add(0.038, cap(0.8, 76) + bottom(2.0, 0.4), 0.14);

@@ -17,13 +17,13 @@ namespace {
 
 using namespace synth;
 
-// A volume register counted down from 15 to 0.
+// A volume register that counts down from 15 to 0.
 Curve countdown(double seconds) {
     return Curve(
         [=](double now) { return std::max(0.0, std::ceil(15.0 * (1.0 - now / seconds)) / 15.0); });
 }
 
-// Held at full volume and then counted down.
+// Holds full volume, then counts down.
 Curve held(double hold, double fall) {
     return Curve(
         [=, down = countdown(fall)](double now) { return now < hold ? 1.0 : down(now - hold); });
@@ -45,7 +45,7 @@ Sound clank(const Curve& hertz, double seconds) {
     return registerNoise(seconds, hertz, RegisterLoop::short93) * countdown(seconds);
 }
 
-// The lead voice: an arpeggio whose last note is held, thin at first and fuller from step to step.
+// The lead voice: an arpeggio with a held last note. It is thin at first and fuller at each step.
 Sound arpeggio(std::vector<double> notes, double each, double fall) {
     const double run = each * static_cast<double>(notes.size());
     const double seconds = run + fall;
@@ -99,7 +99,7 @@ Sound brightnessDown() {
            held(0.1, 0.16);
 }
 
-// A lead and a bass an octave below it, gliding together.
+// A lead and a bass an octave below, gliding together.
 Sound slide(double from, double to) {
     const Curve hertz = glide(from, to, 0.13);
     return pulse(hertz, 0.5, 0.2) + bass(hertz * 0.5, 0.2);

@@ -11,22 +11,23 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The piano theme: stiff strings in pairs, a felt hammer, and all other strings when the pedal
-// is down.
+// The piano theme: stiff strings in pairs, a felt hammer, and with the pedal down all
+// other strings.
 namespace chimewerk::themes {
 namespace {
 
 using namespace synth;
 
-// A stiff string's partials lie ever further above the harmonics; treble strings are the stiffest.
+// Returns the frequency ratio of a partial. In a stiff string, the partials lie ever further above
+// the harmonics; treble strings are the stiffest.
 double stretch(int partial, double hertz) {
     const double stiffness = 3.0e-4 * std::sqrt(hertz / 262.0) * hertz / 262.0;
     return partial * std::sqrt((1.0 + stiffness * partial * partial) / (1.0 + stiffness));
 }
 
-// The hammer strikes at an eighth of the string, where every eighth partial has its node, and its
-// felt swallows the high ones. The two strings of a note first swing together and lose their force
-// quickly to the bridge; what is left swings apart, and stays.
+// The hammer strikes at an eighth of the string, where every eighth partial has a node, and its
+// felt absorbs the high ones. At first the two strings of a note swing together and lose their
+// energy quickly to the bridge; the rest swings in opposition and lasts.
 std::vector<Partial> stringPartials(double hertz, double force) {
     std::vector<Partial> partials;
     const double felt = 1400.0 + 2600.0 * force;
@@ -41,7 +42,7 @@ std::vector<Partial> stringPartials(double hertz, double force) {
     return partials;
 }
 
-// The thump of key and action that comes with each note, and the felt itself.
+// The thump of key and action with each note, and the felt itself.
 Sound hammer(double hertz, double force) {
     const Body action = {{95, 0.08, 1.0}, {185, 0.06, 0.8}, {310, 0.04, 0.5}, {520, 0.03, 0.3}};
     const Sound felt =
@@ -65,7 +66,7 @@ Sound loudNote(double hertz) {
     return string(hertz, 1.0, 0.9);
 }
 
-// Notes whose key is let go: when the next one comes, or at once.
+// Notes whose key is released: when the next one comes, or at once.
 Sound legato(double hertz) {
     return string(hertz, 0.7, 0.4).damped(0.26, 0.16);
 }
@@ -76,7 +77,7 @@ Sound staccato(double hertz) {
     return string(hertz, 0.8, 0.4).damped(0.16, 0.1);
 }
 
-// With the pedal down the free strings take up what they hear and answer a moment later.
+// With the pedal down, the free strings resonate a moment later.
 Sound withPedal(const Sound& sound, double seconds) {
     Body strings;
     for (int key = -17; key <= 24; ++key) {

@@ -10,13 +10,14 @@
 
 namespace chimewerk::themes {
 
-/// How one sound is made. Its name is an event identifier, a key sound's name or an alert's name.
+/// The recipe of one sound. Its name is an event identifier, or the name of a key sound or
+/// an alert.
 struct Recipe {
     std::string_view name;
     synth::Sound (*make)();
 };
 
-/// The six themes: each has all events but the key press, and the three key sounds.
+/// The six themes: each has all events except the key press, and the three key sounds.
 std::span<const Recipe> eightBit();
 std::span<const Recipe> soft();
 std::span<const Recipe> sciFi();
@@ -24,7 +25,7 @@ std::span<const Recipe> classic();
 std::span<const Recipe> traditional();
 std::span<const Recipe> piano();
 
-/// The key sounds of no theme: an old keyboard with buckling springs.
+/// The default key sounds: an old keyboard with buckling springs.
 std::span<const Recipe> defaultKeys();
 
 /// The alerts that are found by name.

@@ -30,7 +30,7 @@ Sound zap(double from, double to, double seconds) {
            struck(0.002, 1.6 * seconds);
 }
 
-// A glassy tone of a far machine.
+// The glassy tone of a distant machine.
 Sound crystal(double hertz) {
     return fmTone(0.5, hertz, 3.51, glide(2.2, 0.05, 0.35)) * struck(0.003, 0.55);
 }
@@ -99,7 +99,7 @@ Sound brightnessDown() {
     return beam(1900, 600);
 }
 
-// The higher, the richer: `fullness` is the depth of the modulation.
+// `fullness` is the depth of the modulation, which makes the sound richer.
 Sound warp(double from, double to, const Curve& fullness) {
     return fmTone(0.22, glide(from, to, 0.14), 2.0, fullness) * breathed(0.003, 0.22, 0.1);
 }

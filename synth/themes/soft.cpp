@@ -7,8 +7,8 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The soft theme: sines that are breathed rather than struck, in the gentle intervals of D major,
-// in a soft room.
+// The soft theme: sines that swell rather than strike, in the gentle intervals of D major, in a
+// soft room.
 namespace chimewerk::themes {
 namespace {
 
@@ -16,7 +16,7 @@ using namespace synth;
 
 constexpr double kAttack = 0.012;
 
-// A pure tone with a little octave above it; two of them, hardly out of tune, so that it lives.
+// Two sines slightly out of tune, which makes them lively, with a quiet octave above.
 Sound tone(const Curve& hertz, double seconds) {
     const Sound pair = sineTone(seconds, hertz) + sineTone(seconds, hertz * 1.0017);
     const Sound octave = sineTone(seconds, hertz * 2.0);

@@ -7,7 +7,7 @@
 #include "synth/blocks/score.h"
 #include "synth/themes/recipe.h"
 
-// The traditional theme: things of wood, brass and paper, each a body with its modes and the force
+// The traditional theme: objects of wood, brass and paper, each a body with modes and the force
 // that moves it.
 namespace chimewerk::themes {
 namespace {
@@ -41,7 +41,7 @@ Sound block(double pitch) {
     return driven(resized(kWoodBlock, pitch), blow(0.5), 0.14);
 }
 
-// A dry hinge: the wood sticks and slips at `hertz`, and the door rings above it, higher the faster
+// A dry hinge: wood sticks and slips at `hertz`, and the door rings above it, higher the faster
 // it slips.
 Sound creak(const Curve& hertz, double seconds, std::uint64_t seed) {
     const Sound slips =
@@ -51,7 +51,7 @@ Sound creak(const Curve& hertz, double seconds, std::uint64_t seed) {
     return bandPass(voice, hertz * 6.5, 1.3) + voice * 0.15;
 }
 
-// Sheets rubbing and folding: a rush of small breaks in something thin.
+// Sheets that rub and fold: many small breaks in something thin.
 Sound paper(double seconds, const Curve& breaksPerSecond, double brightness, std::uint64_t seed) {
     const Body sheet = {
         {1350, 0.006, 0.6}, {2600, 0.005, 1.0}, {4300, 0.004, 1.0}, {6800, 0.003, 0.6}};
