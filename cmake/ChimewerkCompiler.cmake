@@ -19,8 +19,8 @@ if(CHIMEWERK_WERROR)
   add_compile_options(-Werror)
 endif()
 
-# What users run: hardened at no cost that can be measured, and without the paths of the machine that built it. Symbols
-# are bound when they are first used, for the sake of a quick start.
+# Release builds: hardened where that costs nothing measurable, and without paths of the build
+# machine. Symbols are bound at first use, which makes the start faster.
 add_compile_options(
   "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong>"
   "$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=;-ffile-prefix-map=${PROJECT_BINARY_DIR}/=>")
@@ -32,7 +32,7 @@ if(CHIMEWERK_SANITIZE)
   add_compile_options(-fsanitize=${CHIMEWERK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${CHIMEWERK_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # The sanitizers' checks hide from GCC that a value is always set before it is read.
+    # With sanitizers, GCC cannot see that a value is always set before it is read.
     add_compile_options(-Wno-maybe-uninitialized)
   endif()
 endif()

@@ -2,10 +2,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
 # chimewerk_fuzz_test(name SOURCES a.cpp b.cpp LAYERS linux_storage platform [SEEDS folder] [WORDS dictionary]):
-# a libFuzzer program of these sources, and a test of CTest that runs it for a few seconds: 20,000 inputs that begin
-# from those in the folder. The sources may include the headers of the layers and of tests/support. The program is built
-# by clang++, whichever compiler builds the rest. Left out without clang++ and in builds with sanitizers of their own.
-# For a longer run: tools/fuzz
+# Builds a libFuzzer program of these sources and adds a CTest test that runs it for a few seconds:
+# 20,000 inputs, starting from those in the folder. The sources may include the headers of the
+# layers and of tests/support. The program is built by clang++, whichever compiler builds the rest;
+# without clang++, and in builds with sanitizers, it is left out. For a longer run use tools/fuzz.
 find_program(CHIMEWERK_FUZZ_COMPILER clang++)
 
 function(chimewerk_fuzz_test name)
@@ -44,7 +44,7 @@ function(chimewerk_fuzz_test name)
   add_custom_target(${name}_program DEPENDS ${program})
   add_dependencies(checks ${name}_program)
 
-  # What it finds goes into a folder of its own, never into the seeds.
+  # New inputs go into a separate folder, never into the seeds.
   set(found ${program}-found)
   file(MAKE_DIRECTORY ${found})
   add_test(NAME ${name}

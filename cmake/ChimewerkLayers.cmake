@@ -1,14 +1,15 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# One static library per folder. A folder's headers can be included as "folder/header.h" by exactly those targets
-# that link its library: the include path holds one link per library, not the source root, so an include of a
-# folder that is not linked, an upward one above all, does not compile.
+# One static library per folder. Only targets that link a folder's library can include its headers,
+# as "folder/header.h": the include path holds one link per library instead of the source root, so
+# an include of any other folder, such as a higher layer, does not compile.
 #
-#   chimewerk_layer(sound SOURCES a.cpp b.cpp USES platform)
+#     chimewerk_layer(sound SOURCES a.cpp b.cpp USES platform)
 #
-# makes the target chimewerk_sound. The layers it uses are public: whoever uses this one may include those too. A
-# folder within a folder has a name with an underscore for its slash: ui_rules, included as "ui/rules/header.h".
+# makes the target chimewerk_sound. Its dependencies are public: targets that use it may include
+# their headers too. The name of a nested folder has an underscore for the slash: ui_rules, included
+# as "ui/rules/header.h".
 function(chimewerk_layer name)
   cmake_parse_arguments(LAYER "" "" "SOURCES;USES" ${ARGN})
   set(target chimewerk_${name})
@@ -33,10 +34,11 @@ function(chimewerk_layer name)
   chimewerk_check_headers(${target} ${folder})
 endfunction()
 
-# Every public header compiles alone, in the target `checks`: one translation unit per header that includes nothing else.
+# Checks, in the target `checks`, that every public header compiles alone: each gets a translation
+# unit that includes nothing else.
 function(chimewerk_check_headers target folder)
   file(GLOB headers RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} CONFIGURE_DEPENDS *.h)
-  # They are only compiled, so a sanitizer would see nothing new.
+  # These units only compile, so a build with sanitizers would show nothing new.
   if(NOT headers OR CHIMEWERK_SANITIZE)
     return()
   endif()

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# The package; packaging/make-package makes it.
+# Settings of the Debian package, which packaging/make-package builds.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME chimewerk)
 set(CPACK_PACKAGE_VENDOR Chimewerk)
@@ -17,11 +17,12 @@ charger is plugged in, the network comes back, an application starts.
 It knows 19 events. Each has its own switch, sound and volume; six themes of
 sounds come with it, and others can be made of one's own files.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Each of these is looked for while the program runs, and missed by one thing that it does.
+# The program looks for each of these at run time; without it, one feature is missing.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
   "fonts-noto-color-emoji, pipewire-pulse | pulseaudio, qt6-wayland, upower, xdg-utils")
 
-# The package's own place, whatever prefix the build is configured for; and the system's folders beside it.
+# The package installs into /usr, whatever the build's prefix, and into the system's folders
+# beside it.
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)

@@ -3,8 +3,9 @@
 #
 # Sets release_date, release_time (seconds since 1970) and package_release.
 #
-# The changelog is the one place with the date of a version. It dates the package, too, as Debian does it, so that the
-# same bytes come of a clone and of an archive without a history.
+# The changelog is the only place with the date of a version. That date is also the timestamp of
+# the package's files, as is Debian's custom, so a clone and an archive without history give the
+# same bytes.
 file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/debian/changelog changelog REGEX "^(chimewerk \\(| -- )")
 list(POP_FRONT changelog newest signed)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/debian/changelog)

@@ -8,7 +8,7 @@ if(program MATCHES "[^-A-Za-z0-9/._+]")
   set(command "\"${program}\"")
 endif()
 
-# The system's prefix has its settings beside it.
+# With the prefix /usr, settings are in /etc.
 set(settings "${CMAKE_INSTALL_PREFIX}/etc")
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   set(settings "/etc")

@@ -20,7 +20,7 @@ def eventually(look, what, seconds=PATIENCE):
     while True:
         try:
             found = look()
-        except GLib.Error:  # something disappeared meanwhile
+        except GLib.Error:  # Something disappeared meanwhile
             found = None
         if found:
             return found
@@ -139,7 +139,7 @@ def windows():
         if application is not None and application.get_name().lower() == "chimewerk":
             application.clear_cache()
             children = [application.get_child_at_index(place) for place in range(application.get_child_count())]
-            # None for a window that closes meanwhile.
+            # None for a window that is being closed.
             found += [Thing(child) for child in children if child is not None]
     return found
 

@@ -49,7 +49,7 @@ class AnInstallation(unittest.TestCase):
     def test_is_understood_by_desktops(self):
         for file in (self.desktop, self.autostart):
             with self.subTest(file=file):
-                # A hint is a fault too.
+                # Hints count as errors.
                 self.assertEqual(run("desktop-file-validate", file), "")
         run("appstreamcli", "validate", "--no-net", self.prefix / f"share/metainfo/{ID}.metainfo.xml")
 

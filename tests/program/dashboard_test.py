@@ -24,7 +24,7 @@ PROGRAM = sys.argv.pop(1)
 HOME = Path(os.environ["HOME"])
 SETTINGS = Path(os.environ["XDG_CONFIG_HOME"]) / "chimewerk" / "settings.json"
 DASHBOARD = "Chimewerk — Dashboard"
-# How far across a row its check box is.
+# The horizontal position of the check box in a row, 0 to 1.
 CHECK_BOX = 0.91
 RATE = 48000
 
@@ -131,7 +131,7 @@ class TheDashboard(unittest.TestCase):
         eventually(lambda: event_settings("slap").get("enabled") is True, "slap on in the settings")
         self.assertTrue(self.row("Single Knock").has("CHECKED"))
 
-        # By keys alone: down to the next event, and the space bar.
+        # By keyboard alone: down to the next event, then the space bar.
         self.row("Single Knock").click(0.3)
         keys("Down", "space")
         eventually(lambda: event_settings("lid_open").get("enabled") is False, "lid_open off in the settings")
@@ -156,7 +156,7 @@ class TheDashboard(unittest.TestCase):
         slider = self.dashboard.find("slider", "Volume")
         slider.drag(0.96, 0.5)
         eventually(lambda: 0.4 < event_settings("slap").get("volume", 1) < 0.6, "half the volume in the settings")
-        # Shown in whole per cent, cut off, as 32-bit floats have it.
+        # Shown in whole per cent, rounded down, as 32-bit floats give it.
         self.shows(f"{int(array.array('f', [event_settings('slap')['volume'] * 100])[0])}%")
         keys("Home")
         eventually(lambda: event_settings("slap").get("volume") == 0, "no volume in the settings")

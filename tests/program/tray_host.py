@@ -46,7 +46,8 @@ class MenuEntry:
 
     @property
     def title(self):
-        # An underscore marks the letter after it as the entry's mnemonic, and two are one.
+        # A single underscore marks the mnemonic letter after it; a double one stands for
+        # an underscore.
         return re.sub("_(.)", r"\1", self.properties.get("label", ""))
 
     def text(self):

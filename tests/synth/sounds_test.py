@@ -62,7 +62,7 @@ class TheBuiltSounds(unittest.TestCase):
             self.assertGreaterEqual(PORTRAITS[one].distance_to(PORTRAITS[other]), least, f"{one}, {other}")
 
     def test_rise_and_fall_as_their_events_do(self):
-        # About two semitones up and three down are heard even in a short sound.
+        # Even in a short sound, about two semitones up and three down can be heard.
         for event in ("lid_open", "charger_connect", "brightness_up", "volume_up", "network_up"):
             for path, samples in of_event(event).items():
                 self.assertGreaterEqual(trend(samples), 0.17, path)
@@ -132,7 +132,7 @@ class TheMeasures(unittest.TestCase):
                 (sweep(997, 997, 1, 0.1), -20, 0.05),
                 # Half of the window filled is half the power.
                 (sweep(997, 997, 0.2, 1), -3, 0.1),
-                # The ear's curve: what a low tone loses and a high one gains.
+                # The weighting reduces low tones and raises high ones.
                 (sweep(40, 40, 1, 1), -5.7, 1),
                 (sweep(8000, 8000, 1, 1), 3.3, 0.4)):
             self.assertAlmostEqual(loudness(tone), expected, delta=tolerance)

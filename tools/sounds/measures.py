@@ -18,8 +18,8 @@ SILENCE = -200.0
 FFT_SIZE = 2048
 FREQUENCIES = np.arange(FFT_SIZE // 2 + 1) * RATE / FFT_SIZE
 
-# The least distance of two portraits whose sounds nobody takes for each other. Within a theme all sounds have one
-# timbre, so their melodies must differ more.
+# The smallest distance between the portraits of two sounds that nobody confuses. Within a theme all
+# sounds share a timbre, so their melodies must differ more.
 UNLIKE = 8.0
 UNLIKE_WITHIN_A_THEME = 10.0
 
@@ -55,7 +55,8 @@ def loudness(samples):
     """The weighting of ITU-R BS.1770 over the loudest 400 ms, with silence around the file, in LUFS: the standard's
     momentary loudness at its maximum. The gated loudness of a programme has no meaning for sounds that are mostly
     shorter than one of its blocks. A mono file is heard from two loudspeakers, so its channel counts twice."""
-    # The filters still ring when the sound has ended; the rest of the silence keeps the end off the beginning.
+    # The filters still ring when the sound has ended; the rest of the silence keeps the
+    # wrapped-around end off the beginning.
     size = len(samples) + RATE // 2
     delay = np.exp(-2j * np.pi * np.arange(size // 2 + 1) / size)
     head = (np.polyval([1.19839281085285, -2.69169618940638, 1.53512485958697], delay)
@@ -166,7 +167,7 @@ class Portrait:
 
     def strokes(self):
         """How often something begins: the moments at which many bands become louder together."""
-        # Two frames apart, so that a beginning that falls between two frames counts fully.
+        # Compares frames two apart, so that an onset between two frames counts fully.
         rises = np.maximum(0, self.frames[2:] - self.frames[:-2]).mean(axis=1) >= 3
-        # The first frame is the first stroke.
+        # The first frame counts as an onset.
         return 1 + np.count_nonzero(rises & ~np.concatenate(([True], rises))[:-1])
