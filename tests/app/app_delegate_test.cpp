@@ -23,7 +23,7 @@
 namespace chimewerk {
 namespace {
 
-/// A delegate on a machine of fakes, on which each event can be made to happen.
+/// A delegate with fake dependencies, on which the test can make each event happen.
 class TheAppDelegate : public testing::Test {
 protected:
     TheAppDelegate() {
@@ -64,8 +64,8 @@ protected:
         queue.runPosted();
     }
 
-    /// Has every event that a monitor hears of happen once, and returns which of them were counted,
-    /// in the table's order.
+    /// Makes every event that has a monitor happen once. Returns the events that were counted, in
+    /// the table's order.
     std::string heard() {
         for (SoundEvent& event : manager.events) {
             event.triggerCount = 0;
@@ -142,7 +142,7 @@ TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
         "trash_empty*1 trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
     EXPECT_FALSE(keys.tapExists());
-    // The system's own messages are heard until the process ends.
+    // The system's power messages still arrive until the process ends.
     EXPECT_EQ(heard(), "lid_open*1 lid_close*1 ");
     EXPECT_FALSE(lid.isOpen());
     EXPECT_FALSE(usb.isOpen());

@@ -41,7 +41,7 @@ private:
 
 }  // namespace
 
-/// Any bytes may stand for what a HID device says of itself.
+/// Treats the input as a device's report descriptor.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::span<const std::uint8_t> bytes(data, size);
     std::size_t features = 0;

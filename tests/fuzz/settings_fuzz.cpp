@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Whatever a settings file holds, the program starts, and what it then stores it reads back as
-// it was.
+// Whatever a settings file holds, the program must start, and must read back unchanged what it
+// then stores.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -25,7 +25,7 @@ void require(bool holds, const char* what) {
     }
 }
 
-/// What the store holds after a file with this text has been read.
+/// Returns the values of the store after reading a file with this text.
 DefaultsDictionary valuesIn(std::string_view text) {
     DefaultsDictionary values;
     if (const auto json = parseSettings(text)) {

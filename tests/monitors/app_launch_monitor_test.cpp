@@ -15,7 +15,7 @@ TEST(TheAppLaunchMonitor, ReportsEachLaunchWhileItRuns) {
     AppLaunchMonitor monitor(apps);
     int launches = 0;
     monitor.start();
-    apps.launch();  // Without a callback.
+    apps.launch();  // No callback is set.
     monitor.onLaunch = [&] { ++launches; };
     apps.launch();
     apps.launch();

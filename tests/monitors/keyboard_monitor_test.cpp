@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// A monitor whose key sounds are three files of the resource folder.
+/// A monitor with three key sounds in the resource folder.
 class TheKeyboardMonitor : public testing::Test {
 protected:
     TheKeyboardMonitor() {
@@ -78,7 +78,7 @@ TEST_F(TheKeyboardMonitor, ShowsThePageAndListensWithinAPollOfThePermission) {
     EXPECT_TRUE(hears());
     queue.advance(Seconds{10});
     EXPECT_EQ(keys.tapsMade, 1);
-    EXPECT_EQ(queue.queued(), 0U);  // No poll any more.
+    EXPECT_EQ(queue.queued(), 0U);  // The polling has stopped.
 }
 
 TEST_F(TheKeyboardMonitor, ShowsThePageAgainAndReplacesThePollWhenStartedWhileWaiting) {
@@ -142,7 +142,7 @@ TEST_F(TheKeyboardMonitor, RestartsWithANewTapOrEndsStoppedWithoutAPage) {
 
     keys.mayListen = false;
     monitor.start();
-    monitor.restart();  // Ends the wait as well.
+    monitor.restart();  // Ends the waiting as well.
     keys.mayListen = true;
     pollPermission(3);
     EXPECT_FALSE(monitor.active);

@@ -24,7 +24,7 @@ constexpr auto kBuffer = 10'667us;  // 512 frames at 48 kHz.
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
-/// A detector that plays "slap" in a library of fakes.
+/// A detector that plays "slap" in a library with fake dependencies.
 class TheKnockDetector : public testing::Test {
 protected:
     TheKnockDetector() {
@@ -36,7 +36,7 @@ protected:
             std::make_unique<KnockDetector>(library.queue, microphone, [this] { return now; });
         detector->onKnock = [this] { library->play("slap"); };
     }
-    /// Feeds buffers with these peaks one after another and returns the number of knocks counted.
+    /// Sends buffers with these peaks and returns the number of knocks counted.
     int hear(const std::vector<float>& peaks, std::chrono::nanoseconds apart = kBuffer) {
         const auto before = library.event("slap").triggerCount;
         for (const float peak : peaks) {
@@ -58,7 +58,7 @@ struct Case {
     const char* what;
     std::vector<float> peaks;
     int knocks;
-    float level;  // at the end, where it matters
+    float level;  // At the end, where it matters
     std::chrono::nanoseconds apart = kBuffer;
     float threshold = 0.7F;
 };

@@ -21,8 +21,8 @@ constexpr std::optional<float> kNone;
 
 using Readings = std::vector<std::optional<float>>;
 
-/// The first reading is taken at the start, each further one a tick later. Each tick yields '+' for
-/// up, '-' for down, '.' for nothing.
+/// The first reading is made at the start, each further one a tick later. In `fires`, each tick
+/// gives '+' for up, '-' for down, '.' for nothing.
 struct Case {
     const char* what;
     Readings readings;
@@ -75,7 +75,7 @@ TEST_F(TheBrightnessMonitor, TakesTheLevelAtEachStartAsReferenceAndRestsInBetwee
     display.level = 0.9F;
     monitor.start();
     display.level = 0.1F;
-    queue.advance(kTick);  // Without a callback.
+    queue.advance(kTick);  // No callback is set.
     std::string fired;
     monitor.onUp = [&] { fired += '+'; };
     monitor.stop();

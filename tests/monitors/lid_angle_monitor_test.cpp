@@ -20,7 +20,7 @@ class TheLidAngleMonitor : public testing::Test {
 protected:
     TheLidAngleMonitor() { library.event("lid_angle").isEnabled = true; }
 
-    /// Moves the lid, a second later than before, and returns whether that played.
+    /// Moves the lid, a second later by default. Returns whether that played the event.
     bool moves(float degrees, Seconds after = Seconds{1}) {
         const std::int64_t before = plays();
         queue.advance(after);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr Seconds kPoll{2.5};
 
-/// What fires is appended to `fired`: '+' for a connection, '-' for the loss of it.
+/// Appends the calls to `fired`: '+' for a connection, '-' for its loss.
 class TheNetworkMonitor : public testing::Test {
 protected:
     TheNetworkMonitor() {

@@ -46,7 +46,7 @@ protected:
         }
         return std::exchange(log, "");
     }
-    /// Returns the sounds after the first source has changed.
+    /// Changes the first source and returns the sounds that follow.
     std::string after(std::optional<PowerSourceDescription> change) {
         powerSources.change(std::move(change));
         return heard();

@@ -22,7 +22,7 @@ protected:
     TheScreenshotMonitor() {
         monitor.onScreenshot = [this] { ++shots; };
     }
-    /// Returns the screenshots since the last call, after everything has settled.
+    /// Waits until pending checks have run and returns the screenshots since the last call.
     int settle() {
         queue.advance(Seconds{1.6});
         return std::exchange(shots, 0);

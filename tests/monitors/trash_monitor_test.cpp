@@ -13,8 +13,8 @@
 namespace chimewerk {
 namespace {
 
-/// A monitor that has been started on a trash with `items` in it. What fires is appended to
-/// `fired`: '+' for an add, '0' for an empty.
+/// A monitor that was started with `items` in the trash. Appends the calls to `fired`: '+' for an
+/// add, '0' for an emptying.
 class TheTrashMonitor : public testing::Test {
 protected:
     void startWith(std::int64_t items) {
@@ -66,13 +66,13 @@ TEST_F(TheTrashMonitor, SpacesAddsByMoreThanASecondAndFollowsTheCountMeanwhile) 
     poll();
     trash.change(1);
     poll();
-    EXPECT_EQ(fired, "+");  // The third comes exactly 1 s after the first.
+    EXPECT_EQ(fired, "+");  // The third add comes exactly 1 s after the first.
     trash.change(1);
     poll();
     EXPECT_EQ(fired, "++");
     trash.change(-4);
     poll();
-    EXPECT_EQ(fired, "++0");  // Empties are not spaced.
+    EXPECT_EQ(fired, "++0");  // Emptying has no minimum spacing.
 }
 
 TEST_F(TheTrashMonitor, TreatsAChangeAsAnAddWhenNoCountComesInThreeSeconds) {
@@ -80,7 +80,7 @@ TEST_F(TheTrashMonitor, TreatsAChangeAsAnAddWhenNoCountComesInThreeSeconds) {
     trash.countsAtOnce = false;
     trash.change(-5);
     poll();
-    // Counts that fail at once, up to exactly 3 s after the change was seen.
+    // Counts fail at once, until exactly 3 s after the change was seen.
     for (int i = 0; i < 6; ++i) {
         ASSERT_EQ(trash.waiting(), 1U);
         trash.answer(std::nullopt);
@@ -115,7 +115,7 @@ TEST_F(TheTrashMonitor, WaitsForACountThatDoesNotFinish) {
     poll(20);
     EXPECT_EQ(trash.waiting(), 1U);
     EXPECT_EQ(fired, "");
-    trash.answer(std::nullopt);  // Long past the deadline.
+    trash.answer(std::nullopt);  // Long after the deadline.
     poll();
     EXPECT_EQ(fired, "+");
 }

@@ -19,7 +19,7 @@ TEST(ByteText, LeavesUtf8AsItIsAndMarksEverythingElse) {
     }
     EXPECT_EQ(textFromBytes("/j\xFCrgen"), "\0/jürgen"s);
     EXPECT_EQ(textFromBytes("\0"s), "\0\0"s);
-    // Truncated, overlong, a surrogate, beyond the last character, a lone continuation.
+    // Truncated, overlong, a surrogate, above the last character, a lone continuation byte.
     for (const auto& bytes :
          {"\xC3"s, "\xF0\x9F\x94"s, "\xC0\xAF"s, "\xE0\x9F\x80"s, "\xF0\x8F\x80\x80"s,
           "\xED\xA0\x80"s, "\xF4\x90\x80\x80"s, "\xF5\x80\x80\x80"s, "\x80"s, "\xC3("s}) {
@@ -37,7 +37,7 @@ TEST(ByteText, GivesBackAnyBytes) {
         }
         const std::string text = textFromBytes(bytes);
         ASSERT_EQ(bytesFromText(text), bytes) << i;
-        // What it made is UTF-8 itself: beside a character no mark is added to it.
+        // The encoded text is UTF-8 itself; after a character it is returned unchanged.
         ASSERT_EQ(textFromBytes("a" + text), "a" + text) << i;
     }
 }

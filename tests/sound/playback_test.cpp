@@ -20,7 +20,7 @@ protected:
         }
     }
 
-    /// What has been played since the last call.
+    /// Returns the sounds played since the last call.
     Plays played() {
         Plays fresh(sounds.plays().begin() + static_cast<std::ptrdiff_t>(seen_),
                     sounds.plays().end());
@@ -65,7 +65,7 @@ TEST_F(Playback, IgnoresUnknownAndDisabledEvents) {
 }
 
 TEST_F(Playback, TakesTheFirstSourceThatYieldsASound) {
-    // Each source in turn is lost, from the first to the last; the next one takes over.
+    // Removes the sources from the first to the last; each time the next one plays.
     library->currentTheme = SoundTheme::bit8;
     event("slap").soundPath = "/own.ogg";
     event("slap").volume = 0.7F;

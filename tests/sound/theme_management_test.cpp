@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Path = std::optional<std::string>;
 
-/// A library whose knock has the file "/own" under the theme `soft`.
+/// A library with the theme `soft`, in which the knock has the file "/own".
 class ThemeManagement : public testing::Test {
 protected:
     ThemeManagement() {
@@ -27,7 +27,7 @@ protected:
     }
 
     Path knock() { return library.event("slap").soundPath; }
-    /// The selection in words: the id of the custom theme, else the raw value.
+    /// Returns the id of the selected custom theme, else the raw value of the built-in one.
     std::string selected() {
         EXPECT_TRUE(!library->activeCustomThemeID || library->currentTheme == SoundTheme::system);
         return library->activeCustomThemeID.value_or(std::string(rawValue(library->currentTheme)));

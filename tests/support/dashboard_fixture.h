@@ -26,7 +26,7 @@ class DashboardFixture {
 public:
     DashboardFixture() { open(); }
 
-    /// Makes the dashboard anew from the stored settings, as after a restart.
+    /// Opens a new dashboard with the stored settings, as after a restart.
     void open() {
         controller.reset();
         controller = std::make_unique<DashboardWindowController>(

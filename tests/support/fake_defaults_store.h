@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// Settings in memory, and the number of changes. A restart of the program is a new sound library
-/// on the same store.
+/// Settings in memory. For a restart of the program, create a new sound library with the
+/// same store.
 class FakeDefaultsStore final : public DefaultsStore {
 public:
     DefaultsDictionary values;

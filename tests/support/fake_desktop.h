@@ -29,7 +29,7 @@ public:
     /// {...} submenu, - separator, # disabled entry.
     std::string text() const { return textOf(*menu); }
 
-    /// Chooses the entry with this title as the user would.
+    /// Runs the action of the entry with this title. Throws std::invalid_argument if there is none.
     void choose(std::string_view title) { find(*menu, title)->action(); }
 
     const Menu* menu = nullptr;
@@ -67,7 +67,7 @@ private:
     }
 };
 
-/// Windows that only log what is done with them: "dashboard made, dashboard shown, ".
+/// Windows that only log: "dashboard made, dashboard shown, ".
 class FakeWindows final : public WindowFactory {
 public:
     std::string log;

@@ -13,7 +13,7 @@
 
 namespace chimewerk {
 
-/// Folders that hold only names. Each change is reported to the watchers at once.
+/// Folders that hold only names. Each change is reported at once.
 class FakeFolderSource final : public FolderSource, public Noting {
 public:
     bool canWatch = true;

@@ -15,7 +15,7 @@ namespace chimewerk {
 class FakeKeySource final : public KeySource, public PermissionPage, public Noting {
 public:
     bool mayListen = true;
-    /// Whether a tap can be created when listening is permitted.
+    /// Whether `createTap()` succeeds.
     bool tapsCanBeMade = true;
 
     int pagesShown = 0;
@@ -34,7 +34,7 @@ public:
     }
     void show() override { ++pagesShown; }
 
-    /// Presses a key; it is reported only if a tap is enabled.
+    /// Presses a key, which is reported only if a tap is enabled.
     void press(std::int64_t keyCode) {
         if (tap_ != nullptr && tap_->enabled) {
             tap_->callbacks.onKeyDown(keyCode);

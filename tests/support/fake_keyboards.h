@@ -52,7 +52,7 @@ public:
         pipes_.erase(name);
         std::filesystem::remove(file(name));
     }
-    /// The file of the device on the real machine.
+    /// Returns the real path of the device's file.
     std::string file(const std::string& name) const { return root() + "/dev/input/" + name; }
 
     /// Makes the devices visible to other users; each file's permissions decide whether they can
@@ -69,7 +69,7 @@ public:
         }
     }
 
-    /// Sends a key event: 1 down, 2 repeated, 0 up. Lost if nobody reads.
+    /// Sends a key event: 1 pressed, 2 repeated, 0 released. It is lost if nobody reads.
     void send(const std::string& name, unsigned code, int value) {
         std::array<input_event, 2> events{};
         events[0].type = EV_KEY;
@@ -85,7 +85,8 @@ private:
                                                             g_free);
         return path.get();
     }
-    /// Can be opened only while somebody reads, and is then kept open.
+    /// Returns the pipe's descriptor. A pipe can be opened only while it has a reader, and then
+    /// stays open.
     int pipeTo(const std::string& name) {
         FileDescriptor& pipe = pipes_[name];
         if (!pipe) {
@@ -93,7 +94,7 @@ private:
         }
         return pipe.get();
     }
-    /// The device's answers to queries about its abilities.
+    /// Returns the device's answers to queries about its abilities.
     static std::string answers(const std::vector<unsigned>& keys) {
         std::vector<std::uint8_t> types(8);
         std::vector<std::uint8_t> codes(KEY_CNT / 8);

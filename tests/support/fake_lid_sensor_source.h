@@ -13,7 +13,7 @@ namespace chimewerk {
 /// A lid that the test moves.
 class FakeLidSensorSource final : public LidSensorSource, public Noting {
 public:
-    /// Whether there is a sensor when the source is opened.
+    /// Whether a sensor is present when the source is opened.
     bool present = true;
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override {
@@ -35,7 +35,7 @@ public:
             onAngle_(degrees);
         }
     }
-    /// The sensor comes or goes while the source is open.
+    /// Makes the sensor appear or disappear while the source is open.
     void setPresent(bool now) {
         present = now;
         if (onFound_) {

@@ -14,7 +14,7 @@
 
 namespace chimewerk {
 
-/// A microphone that receives buffers from the test once permission is granted.
+/// A microphone that gets its buffers from the test.
 class FakeMicrophone final : public Microphone, public Noting {
 public:
     Authorization access = Authorization::authorized;
@@ -35,11 +35,11 @@ public:
         return std::make_unique<Engine>(*this);
     }
 
-    /// Number of listening engines.
+    /// Returns the number of running engines.
     std::size_t listening() const { return running_.size(); }
-    /// Number of engines with a tap, listening or not.
+    /// Returns the number of engines with a tap, running or not.
     std::size_t taps() const { return taps_; }
-    /// Sends one buffer to every listening engine.
+    /// Sends one buffer to every running engine.
     void hear(AudioEngine::FirstChannel samples) {
         for (Engine* const engine : running_) {
             engine->tap(samples);

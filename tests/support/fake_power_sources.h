@@ -13,10 +13,10 @@
 namespace chimewerk {
 
 /// Power sources that the test changes. Their state is known from the start unless the test
-/// says otherwise.
+/// clears `isKnown`.
 class FakePowerSources final : public PowerSources, public Noting {
 public:
-    /// The first source; visible once the state is known.
+    /// The first source; `first()` returns it while `isKnown` is set.
     std::optional<PowerSourceDescription> source;
     bool isKnown = true;
 
@@ -33,7 +33,7 @@ public:
     }
 
     bool isFollowed() const { return callbacks_.onChange != nullptr; }
-    /// Makes the power state known.
+    /// Makes the power state known and reports that.
     void becomeKnown() {
         isKnown = true;
         callbacks_.onKnown();

@@ -10,7 +10,7 @@
 
 namespace chimewerk {
 
-/// A sound folder whose copies finish when the test says so.
+/// A sound folder in which the test finishes the copies.
 class FakeSoundFolder final : public SoundFolder {
 public:
     std::unique_ptr<Addition> add(const std::string& file, Done done) override {

@@ -14,8 +14,8 @@
 
 namespace chimewerk {
 
-/// Files and alert sounds that exist by name only, and a record of what was played. A path with a
-/// length can be decoded; a path without one exists but cannot be decoded.
+/// Files and alert sounds that exist by name only, and a record of the sounds played. A path with a
+/// length can be decoded; one without exists but cannot be decoded.
 class FakeSoundService final : public SoundService, public FileSystem {
 public:
     /// A sound that was started.

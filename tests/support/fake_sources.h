@@ -20,7 +20,7 @@
 
 namespace chimewerk {
 
-/// Launches that the test makes.
+/// Launches that the test triggers.
 class FakeAppLaunchSource final : public AppLaunchSource, public Noting {
 public:
     Token addObserver(std::function<void()> onLaunch) override {
@@ -85,13 +85,13 @@ public:
     bool isReachable() override { return isOpen && plugged; }
 };
 
-/// A trash that only knows its item count. Counts wait until the test answers them, unless they
-/// answer by themselves.
+/// A trash that only knows its item count. Counts wait until the test answers them, or are answered
+/// at once.
 class FakeTrashSource final : public TrashSource, public Noting {
 public:
     double modified = 1000.0;
     std::int64_t items = 0;
-    /// Whether a count is answered at once with `items`.
+    /// Whether counts are answered at once with `items`.
     bool countsAtOnce = true;
 
     double modificationTime() const override {
@@ -126,7 +126,7 @@ private:
     std::deque<CountCompletion> waiting_;
 };
 
-/// A machine whose USB devices the test plugs in.
+/// USB devices that the test plugs in.
 class FakeUsbArrivalSource final : public UsbArrivalSource, public Noting {
 public:
     /// Whether arrivals are reported.

@@ -28,7 +28,7 @@ public:
     /// Number of subscriptions.
     int subscriptions = 0;
 
-    /// Activates a unit and finishes the job that started it.
+    /// Activates a unit and reports the end of the job that started it.
     void start(const std::string& unit) {
         timespec time{};
         clock_gettime(CLOCK_MONOTONIC, &time);
@@ -37,7 +37,7 @@ public:
         tellOfNew(unit);
         tellOfJob(unit, "done");
     }
-    /// Loads a unit from its file without starting it.
+    /// Reports a new unit that was loaded but not started.
     void tellOfNew(const std::string& unit) {
         sd_bus_emit_signal(bus_, kPath, kManager, "UnitNew", "so", unit.c_str(),
                            pathOf(unit).c_str());
@@ -88,7 +88,7 @@ private:
         if (sd_bus_message_is_method_call(call, "org.freedesktop.DBus.Properties", "Get") == 0 ||
             unit == known.end() || sd_bus_message_read(call, "ss", nullptr, &property) < 0 ||
             std::string(property) != "ActiveEnterTimestampMonotonic") {
-            return 0;  // sd-bus answers that there is no such thing.
+            return 0;  // sd-bus replies that there is no such object.
         }
         return sd_bus_reply_method_return(call, "v", "t", unit->second);
     }

@@ -11,7 +11,7 @@
 namespace chimewerk {
 
 /// An X client that presses keys through the server's test extension. Its focused window receives
-/// them; without one the server may not deliver key events.
+/// them; without a focused window the server may not deliver key events.
 class FakeXInput {
 public:
     explicit FakeXInput(const char* display = nullptr) : server_(xcb_connect(display, nullptr)) {
@@ -31,7 +31,7 @@ public:
 
     bool works() const { return xcb_connection_has_error(server_) == 0; }
 
-    /// Takes the kernel's key code.
+    /// Both take the kernel's key codes.
     void press(unsigned key) { send(XCB_KEY_PRESS, key); }
     void release(unsigned key) { send(XCB_KEY_RELEASE, key); }
     void tap(unsigned key) {

@@ -8,11 +8,11 @@
 
 namespace chimewerk {
 
-/// Records how a test uses its fakes, in order.
+/// Records the calls that a test makes on its fakes, in order.
 class Journal {
 public:
     void note(const char* what) { text_ += text_.empty() ? what : std::string(" ") + what; }
-    /// Returns and clears all entries.
+    /// Returns all entries and clears them.
     std::string take() { return std::exchange(text_, {}); }
 
 private:

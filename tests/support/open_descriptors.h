@@ -10,7 +10,7 @@
 
 namespace chimewerk {
 
-/// Returns the number of open descriptors of this process whose path or kind contains `text`.
+/// Returns the number of open descriptors of this process with `text` in their path or kind.
 inline std::size_t openDescriptors(const std::string& text = "") {
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {

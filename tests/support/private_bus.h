@@ -20,7 +20,7 @@
 
 namespace chimewerk {
 
-/// A private message bus that replaces the session or system bus and can be killed. It does not run
+/// A private message bus that replaces the session or system bus and can be killed. Not running
 /// until started.
 class PrivateBus {
 public:
@@ -34,7 +34,7 @@ public:
     PrivateBus& operator=(const PrivateBus&) = delete;
     ~PrivateBus() { setenv(variable_.c_str(), before_.c_str(), 1); }
 
-    /// Returns true once the bus accepts connections, false if it does not start.
+    /// Starts the bus. Returns whether it accepts connections.
     bool start() {
         daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork",
                                                  "--address=unix:path=" + path()});

@@ -11,7 +11,7 @@
 
 namespace chimewerk {
 
-/// Waits up to `most` for the queue to have something to run, and runs it; false when there
+/// Waits up to `most` until the queue has something to run, and runs it. Returns false if there
 /// was nothing.
 inline bool runOnce(EpollMainQueue& queue, std::chrono::milliseconds most) {
     pollfd ready{.fd = queue.descriptor(), .events = POLLIN, .revents = 0};
@@ -22,8 +22,8 @@ inline bool runOnce(EpollMainQueue& queue, std::chrono::milliseconds most) {
     return any;
 }
 
-/// Runs the queue until `done()` holds; false when it does not within `deadline`. What `done()`
-/// asks about may change without the queue's doing.
+/// Runs the queue until `done()` holds. Returns false if it does not within `deadline`. The
+/// condition may also change outside the queue.
 template <typename Predicate>
 bool runUntil(EpollMainQueue& queue, Predicate done, Seconds deadline = Seconds{10}) {
     constexpr std::chrono::milliseconds kLook{10};

@@ -10,8 +10,8 @@
 
 namespace chimewerk {
 
-/// While it lives, no file of this process can grow beyond a size limit; writes beyond it fail as
-/// on a full disk.
+/// While it exists, no file of this process can grow beyond a size limit; longer writes fail as on
+/// a full disk.
 class SmallDisk {
 public:
     explicit SmallDisk(rlim_t bytes) {
@@ -35,7 +35,7 @@ private:
     }
 
     rlimit before_{};
-    // The failure raises a signal that would end the process.
+    // Ignores the signal of a failed write, which would end the process.
     void (*handler_)(int) = std::signal(SIGXFSZ, SIG_IGN);
 };
 

@@ -11,7 +11,7 @@
 
 namespace chimewerk {
 
-/// While it lives, file permissions apply to root too.
+/// While it exists, file permissions apply to root too.
 class Unprivileged {
 public:
     Unprivileged() { become(kNobody); }

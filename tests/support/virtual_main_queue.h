@@ -14,8 +14,8 @@
 
 namespace chimewerk {
 
-/// A main queue in virtual time: jobs run only within `runPosted()` and `advance()`. It is also the
-/// tests' wall clock.
+/// A main queue in virtual time: jobs run only within `runPosted()` and `advance()`. Also serves as
+/// the wall clock.
 class VirtualMainQueue final : public MainQueue, public Clock {
 public:
     void post(Job job) override { jobs_.emplace(now_, std::move(job)); }
@@ -28,13 +28,13 @@ public:
 
     WallTime now() const override { return now_; }
 
-    /// Runs what is due now.
+    /// Runs the jobs that are due now.
     void runPosted() { advance(Seconds{0}); }
 
-    /// Lets time pass, running each job at its moment.
+    /// Advances the time and runs each job when it falls due.
     void advance(Seconds span) {
         const WallTime end = now_ + span;
-        // The tolerance absorbs rounding, so that ten steps of 0.1 s reach what is due in 1 s.
+        // Absorbs rounding, so that ten steps of 0.1 s reach a job that is due after 1 s.
         constexpr Seconds kSlack{1e-7};
         while (!jobs_.empty() && jobs_.begin()->first <= end + kSlack) {
             auto due = jobs_.extract(jobs_.begin());
@@ -44,7 +44,7 @@ public:
         now_ = std::max(now_, end);
     }
 
-    /// How many jobs are queued, timers included.
+    /// Returns the number of queued jobs, timers included.
     std::size_t queued() const { return jobs_.size(); }
 
 private:

@@ -17,7 +17,7 @@ namespace chimewerk {
 // Pointer and keyboard events for a window, as a window system sends them. The window finds the
 // widget under the pointer, and a dialog blocks the other windows.
 
-/// Runs the event loop until the condition holds; returns false after 5 s.
+/// Runs the event loop until the condition holds. Returns false after 5 s.
 template <typename Condition>
 bool comesTrue(Condition condition) {
     return eventually([&condition] {

@@ -14,7 +14,7 @@
 #include "tools/files/text_file.h"
 #include "tools/process/shell.h"
 
-// The program that makes the sounds, run as the build runs it.
+// Runs the sound synthesizer as the build does.
 namespace chimewerk::synth {
 namespace {
 
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 const fs::path kBuilt = CHIMEWERK_SOUND_DIR;
 
-/// Runs the program; returns what it prints and, on a line of its own, its exit status.
+/// Runs the program and returns its output, followed by its exit status on a separate line.
 std::string synthesize(const std::string& folder, const std::string& before = "") {
     return outputOfShell(before + " '" CHIMEWERK_SYNTH "' " + folder + " 2>&1; echo $?");
 }
@@ -37,7 +37,7 @@ std::set<std::string> filesIn(const fs::path& folder) {
     return files;
 }
 
-/// Every file that the catalogue of events and themes asks for.
+/// Returns every file that the events and themes need.
 std::set<std::string> catalogue() {
     std::set<std::string> sounds = {"key_click", "key_space", "key_return"};
     std::set<std::string> files;
@@ -46,7 +46,7 @@ std::set<std::string> catalogue() {
     }
     for (const SoundEvent& event : factoryEvents()) {
         files.insert("alerts/" + event.systemFallback + ".wav");
-        // A key press has its three sounds instead of one.
+        // A key press has three sounds instead of one.
         if (event.id != "key_press") {
             sounds.insert(event.id);
         }
@@ -79,7 +79,7 @@ TEST(TheSynthesizer, SaysWhyItCannotWriteAndLeavesNoHalfFile) {
     EXPECT_THAT(synthesize(folder / "nowhere"), testing::ContainsRegex("nowhere.*\n1$"));
     EXPECT_THAT(synthesize(""), testing::EndsWith("\n2"));
 
-    // No file may grow beyond 32 KiB, as on a full disk: the first long sound fails halfway.
+    // Limits files to 32 KiB, as on a full disk: the first long sound fails halfway.
     EXPECT_THAT(synthesize(folder.path(), "trap '' XFSZ; ulimit -f 64;"),
                 testing::ContainsRegex("cannot write " + folder.path().string() +
                                        ".*File too large.*\n1$"));

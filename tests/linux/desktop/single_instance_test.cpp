@@ -28,7 +28,7 @@ namespace chimewerk {
 namespace {
 
 constexpr const char* kId = "org.chimewerk.Test-Program";
-/// A bus that came back has been found by then.
+/// By then the returned bus has been found.
 constexpr Seconds kBusIsFound{3.3};
 using Outcome = SingleInstance::Outcome;
 
@@ -66,8 +66,8 @@ protected:
         }
         return count;
     }
-    /// Launches the program again, waits until it knows that an instance is running, and returns
-    /// the request that the instance received.
+    /// Launches the program again, waits until it has found the running instance, and returns the
+    /// request that the instance received.
     std::string askedByLaunch(const std::string& action = "") {
         const long before = said("already");
         launch(action);
@@ -121,7 +121,7 @@ TEST_F(TheSessionsInstance, ReceivesARequestFromEachFurtherLaunch) {
     }
 }
 
-/// Calls the object through another client, which reads its interface by introspection.
+/// The caller is another client, which reads the interface by introspection.
 TEST_F(TheSessionsInstance, ReceivesRequestsFromTheDesktop) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
@@ -187,7 +187,7 @@ TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesTheNameOnceThereIsOne) {
     ASSERT_TRUE(eventually([&] { return said("first") == 1; }));
     EXPECT_FALSE(runUntil(
         queue, [] { return false; }, Seconds{3.2}));
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{3.2}), 0);  // It no longer tries.
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{3.2}), 0);  // It has stopped trying.
     EXPECT_EQ(askedByLaunch(), "");
 }
 

@@ -23,7 +23,7 @@ protected:
     std::string plug(const std::string& name, const std::string& type = "usb_device") {
         return machine.add("usb", name, "", {}, {{"DEVTYPE", type}});
     }
-    /// How many calls have come since the last time.
+    /// Returns the number of calls since the last time.
     int heard() {
         for (int i = 0; i < 10; ++i) {
             queue.dispatch();

@@ -43,7 +43,7 @@ protected:
         }
         return tap != nullptr;
     }
-    /// What is heard when these keys go down and up on a device.
+    /// Presses and releases these keys on a device and returns the key codes reported.
     std::vector<std::int64_t> hear(const std::string& device, const std::vector<unsigned>& keys) {
         heard.clear();
         for (const unsigned key : keys) {
@@ -54,7 +54,8 @@ protected:
         return heard;
     }
 
-    /// How many descriptors are open on devices (on the devices' end, too) and for watching them.
+    /// Returns the number of open descriptors on devices (the devices' end included) and for
+    /// watching them.
     static std::size_t held() {
         return openDescriptors("/dev/input/") + openDescriptors("inotify");
     }

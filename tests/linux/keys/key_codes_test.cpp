@@ -65,7 +65,7 @@ TEST(TheKeyCodes, LeaveOutWhatIsNoKeyPress) {
     }
 }
 
-/// Wrong entries of the table would most likely be the same code twice.
+/// A wrong entry in the table would most likely repeat a code.
 TEST(TheKeyCodes, AreTheSameOnlyForKeysInTheSamePlace) {
     std::map<std::int64_t, int> keys;
     for (unsigned evdev = 0; evdev < KEY_CNT; ++evdev) {

@@ -25,7 +25,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// In the private session, on its X server.
+/// Uses the X server of the private session.
 class TheX11Keys : public testing::Test {
 protected:
     void SetUp() override {
@@ -41,8 +41,8 @@ protected:
         tap->setEnabled(true);
         runReady(queue);
     }
-    /// What is heard when these keys go down and up. Space ends it, so that silence needs no
-    /// waiting for.
+    /// Presses and releases these keys, then space, and returns the key codes reported. The space
+    /// ends the list, so that silence needs no waiting.
     std::vector<std::int64_t> hear(const std::vector<unsigned>& keys) {
         heard.clear();
         for (const unsigned key : keys) {
@@ -85,13 +85,13 @@ TEST_F(TheX11Keys, AreHeardPastAGrab) {
 TEST_F(TheX11Keys, RepeatWhileAKeyIsHeldAsTheServerLetsThem) {
     ASSERT_EQ(std::system("xset r rate 200 50"), 0);
     listen(source);
-    x.press(KEY_LEFTCTRL);  // Does not repeat, and is no key press.
+    x.press(KEY_LEFTCTRL);  // Does not repeat, and is not reported.
     x.press(KEY_A);
     EXPECT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.1}), 0);
     EXPECT_TRUE(runUntil(
         queue, [&] { return heard.size() == 6; }, Seconds{2}));
-    x.press(KEY_B);  // The last one repeats.
+    x.press(KEY_B);  // Only the last key repeats.
     EXPECT_TRUE(runUntil(
         queue, [&] { return heard.size() == 9; }, Seconds{2}));
     EXPECT_THAT(heard, ElementsAre(0, 0, 0, 0, 0, 0, 11, 11, 11));
@@ -106,7 +106,7 @@ TEST_F(TheX11Keys, RepeatWhileAKeyIsHeldAsTheServerLetsThem) {
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
     EXPECT_EQ(heard.size(), atRelease);
 
-    ASSERT_EQ(std::system("xset r off"), 0);  // The tap is told of the change.
+    ASSERT_EQ(std::system("xset r off"), 0);  // The server announces the change to the tap.
     runReady(queue);
     heard.clear();
     x.press(KEY_A);
@@ -140,7 +140,7 @@ TEST_F(TheX11Keys, AreNotTrustedWithoutAServer) {
     EXPECT_FALSE(nonsense.trusted());
 }
 
-/// A server that may be killed, beside that of the session.
+/// Uses another X server, which can be killed.
 TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
     const std::vector<std::string> command{"Xvfb",       ":4712",     "-screen", "0",
                                            "640x480x24", "-nolisten", "tcp",     "-noreset"};
@@ -151,7 +151,7 @@ TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
         ASSERT_TRUE(runUntil(queue, [&] { return passing.trusted(); }));
         listen(passing);
         FakeXInput keyboard(":4712");
-        keyboard.press(KEY_A);  // Held when the server dies: it must not go on repeating.
+        keyboard.press(KEY_A);  // Held when the server dies; must not go on repeating.
         ASSERT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
         server.end(SIGKILL);
     }

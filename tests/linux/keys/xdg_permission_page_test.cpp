@@ -20,7 +20,7 @@
 namespace chimewerk {
 namespace {
 
-/// With an xdg-open that writes down what it is to open.
+/// Puts a fake xdg-open first in $PATH.
 class ThePermissionPage : public testing::Test {
 protected:
     ThePermissionPage() { setenv("PATH", (folder.path().string() + ":" + path).c_str(), 1); }
@@ -35,7 +35,7 @@ protected:
         text << std::ifstream(folder / "opened").rdbuf();
         return text.str();
     }
-    /// Whether no child of this process is left, not even a dead one.
+    /// Returns whether this process has no child left, not even a zombie.
     static bool allReaped() {
         siginfo_t child{};
         return waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) < 0 && errno == ECHILD;

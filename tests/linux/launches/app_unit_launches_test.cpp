@@ -74,7 +74,7 @@ protected:
 TEST_F(TheAppUnitLaunches, CountEachActivationOnceAndNoneFromBeforeTheBeginning) {
     const std::string maps = "app-gnome-maps-1.scope";
     EXPECT_FALSE(launch("app-gnome-old-1.scope", seconds(90)));
-    EXPECT_FALSE(launch(maps, seconds(0)));  // It has never become active.
+    EXPECT_FALSE(launch(maps, seconds(0)));  // Not active yet.
     EXPECT_TRUE(launch(maps, seconds(101)));
     EXPECT_FALSE(launch(maps, seconds(101)));  // Another job of the running unit, or its stop.
     EXPECT_TRUE(launch(maps, seconds(102)));
@@ -88,7 +88,8 @@ TEST_F(TheAppUnitLaunches, CountEachActivationOnceAndNoneFromBeforeTheBeginning)
 TEST_F(TheAppUnitLaunches, CountASandboxAndItsApplicationOnce) {
     EXPECT_TRUE(launch("app-gnome-org.gnome.Maps-1.scope", seconds(101)));
     EXPECT_FALSE(launch("app-flatpak-org.gnome.Maps-2.scope", seconds(102)));
-    EXPECT_TRUE(launch("app-flatpak-org.gnome.Maps-3.scope", seconds(103)));  // From a terminal.
+    // Started from a terminal.
+    EXPECT_TRUE(launch("app-flatpak-org.gnome.Maps-3.scope", seconds(103)));
     EXPECT_TRUE(launch("app-gnome-org.gnome.Maps-4.scope", seconds(104)));
     EXPECT_TRUE(launch("app-flatpak-org.gnome.Clocks-5.scope", seconds(105)));
     EXPECT_TRUE(launch("app-gnome-org.gnome.Maps-6.scope", seconds(106)));

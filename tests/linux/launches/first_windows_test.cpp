@@ -15,11 +15,11 @@ using testing::IsEmpty;
 using Window = FirstWindows::Window;
 using Owner = FirstWindows::Owner;
 
-/// Windows are numbered by process: 10, 11, 12 ... belong to process 1. Windows x9 are panels, and
+/// Window numbers give the process: 10, 11, 12 ... belong to process 1. Windows x9 are panels;
 /// windows x8 are gone before their facts can be read.
 class TheFirstWindows : public testing::Test {
 protected:
-    /// Returns the processes whose first window is new in this list.
+    /// Returns the processes that have their first window in this list.
     std::vector<Owner> update(const std::vector<Window>& list) {
         launched.clear();
         windows.update(list);

@@ -26,7 +26,7 @@ protected:
     void listen() {
         units.emplace(queue, [this] { ++launches; });
     }
-    /// Starts the manager and waits until it is subscribed to.
+    /// Starts the manager and waits until the source has subscribed to it.
     void startManager() {
         manager.emplace(queue);
         ASSERT_TRUE(runUntil(queue, [this] { return units->hears(); }));
@@ -53,7 +53,7 @@ TEST_F(TheUnits, AreLaunchesOnlyWhenStarted) {
     manager->start(kMaps);
     manager->start("app-firefox@0a1b.service");
     EXPECT_EQ(launched(), 2);
-    manager->tellOfJob(kMaps, "done");  // Either it was running already, or it was stopped.
+    manager->tellOfJob(kMaps, "done");  // It was already running, or it was stopped.
     manager->tellOfNew("app-loaded.service");
     manager->tellOfJob("app-unknown.service", "done");
     manager->tellOfJob("app-failing.service", "failed");

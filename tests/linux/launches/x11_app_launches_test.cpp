@@ -95,7 +95,7 @@ private:
     std::vector<xcb_window_t> opened_;
 };
 
-/// Runs in the private session with its window manager.
+/// Uses the private session with its window manager.
 class TheWindows : public testing::Test {
 protected:
     void listen() {
@@ -161,11 +161,11 @@ TEST_F(TheWindows, AreNotLaunchesWhenTheirProcessIsKnownOrOursOrReportedElsewher
     const auto first = client.open(living);
     EXPECT_EQ(launchesUntilNow(), 1);
     client.close(first);
-    client.open(living);  // The process lives on, so this is no launch.
+    client.open(living);  // The process is still running, so this is no launch.
     client.open(0x30000001, "_NET_WM_WINDOW_TYPE_DOCK");
     client.open(0x30000002, "_NET_WM_WINDOW_TYPE_DIALOG");
     client.open(0x30000002);
-    client.close(client.open(0x30000000));  // Gone before it can be asked about.
+    client.close(client.open(0x30000000));  // Closed before its facts can be read.
     EXPECT_EQ(launchesUntilNow(), 1);       // Only the one with the dialog.
 }
 
@@ -248,10 +248,10 @@ TEST_F(TheWindowsOfAPassingServer, AreGroupedByTheirLeader) {
     otherConnection.setClientList({one, two, three});
     EXPECT_TRUE(launched(2));
     otherConnection.setClientList({});
-    otherConnection.setClientList({one});  // The leader still exists, so the application does too.
+    otherConnection.setClientList({one});  // The leader still exists, and so does the application.
     application.set(leader, "_NET_WM_PID", XCB_ATOM_CARDINAL, ours());
     const auto four = ofLeader(application);
-    application.setClientList({one, four});  // The leader now gives our process ID.
+    application.setClientList({one, four});  // The leader now has the process ID of this test.
     const auto five = application.open(0x30000001);
     application.setClientList({one, four, five});
     EXPECT_TRUE(launched(3));
@@ -266,7 +266,7 @@ TEST_F(TheWindowsOfAPassingServer, AreReportedWhenTheServerComesLateAndReturns) 
             Client client(kDisplay);
             const auto before = client.open(0x30000000);
             client.setClientList({before});
-            wakeUpsWithin(queue, Seconds{3.5});  // By now the server has been found.
+            wakeUpsWithin(queue, Seconds{3.5});  // By then the server has been found.
             EXPECT_EQ(launches, 0);
             const auto window = client.open(0x30000001);
             client.setClientList({before, window});

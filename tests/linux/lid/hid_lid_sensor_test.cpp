@@ -87,7 +87,7 @@ TEST(TheHidLidSensor, IsAnOutermostCollectionWithItsUsage) {
     }
 }
 
-/// A device whose feature reports hold bytes.
+/// A device with these feature reports.
 class FakeFeatureReports final : public HidFeatureReports {
 public:
     std::map<std::uint8_t, Bytes> reports;
@@ -102,8 +102,8 @@ public:
     }
 };
 
-/// Reporting state and power state are choices, of three bits that count from 1 and of a byte that
-/// counts from 0; the interval lies in a second report behind a sensitivity.
+/// A sensor with two selectors and an interval. Reporting state: three bits, counted from 1. Power
+/// state: one byte, counted from 0. Interval: in a second report, after a sensitivity.
 const Bytes kSleepyLid = kLidBegin + reportId(1) + size(3) + count(1) + logicalMinimum(1) +
                          usage(0x16, 0x03) + kLogical + usage(0x40, 0x08) + usage(0x41, 0x08) +
                          kChoice + kEnd + size(5) + kPadding + logicalMinimum(0) + size(8) +
@@ -127,7 +127,7 @@ TEST(TheHidLidSensor, IsLeftAsItIsWhereItCannotBeRead) {
     ASSERT_TRUE(sensor);
     FakeFeatureReports device;
     device.reports = {{1, {0b1010'1001}},
-                      {2, {1, 2, 3}}};  // Both are too short for one of their settings.
+                      {2, {1, 2, 3}}};  // Each is too short for one of its settings.
     wakeLidSensor(*sensor, device);
     EXPECT_EQ(device.written, (std::vector<Bytes>{{1, 0b1010'1010}}));
 

@@ -34,7 +34,7 @@ protected:
         return table.open([this](float degrees) { angles.push_back(degrees); },
                           [this](bool found) { nowFound = found; });
     }
-    /// Lets the main loop run until `condition` holds; false when it does not within 10 s.
+    /// Runs the main loop until `condition` holds. Returns false if it does not within 10 s.
     template <typename Condition>
     bool until(Condition condition) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -47,7 +47,7 @@ protected:
     bool tells(bool found) {
         return until([&] { return nowFound == found; });
     }
-    /// The next angle; none when none comes.
+    /// Returns the next angle; none if none arrives.
     std::optional<float> next() {
         angles.clear();
         return until([&] { return !angles.empty(); }) ? std::optional(angles.front())

@@ -45,7 +45,7 @@ protected:
         ASSERT_TRUE(PrivateNetwork::ip(arguments)) << arguments;
     }
 
-    /// The kernel may report a carrier change up to a second late.
+    /// Waits for this state: the kernel may report a carrier change up to a second late.
     testing::AssertionResult becomes(bool expected) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         while (source.isReachable() != expected) {
@@ -82,7 +82,8 @@ TEST_F(TheReachability, CountsAnIpv6OnlyNetwork) {
 }
 
 TEST_F(TheReachability, SeesARouteVanishWithItsAddress) {
-    // The kernel drops the route together with its address but announces only the address.
+    // The kernel removes the route together with its address, but announces only the removal of
+    // the address.
     ip("route add default dev near0 src 192.0.0.1");
     EXPECT_TRUE(becomes(true));
     ip("addr del 192.0.0.1/24 dev near0");
@@ -135,7 +136,7 @@ TEST_F(TheReachability, CountsATunnelOnlyAsLongAsACableCarriesIt) {
     ip("link set vpn0 up");
     ip("route add default dev vpn0 table 51820");
     EXPECT_FALSE(source.isReachable()) << "a tunnel through nothing";
-    // A route to the other end of the tunnel, as when a VPN has replaced the default route.
+    // A route to the other end of the tunnel, as when a VPN replaces the default route.
     ip("route add 203.0.113.9 via 192.0.0.2 dev near0");
     plugAndUnplug("far0");
     close(tunnel);

@@ -125,7 +125,7 @@ TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     startUPower(true);
     EXPECT_EQ(told(), "");
     upower.reset();
-    // A changed signal arrives before the full answer.
+    // The signal of a change arrives before the full answer.
     upower.emplace(queue, Properties{{"OnBattery", false}}, kLaptopBattery).isSilent = true;
     EXPECT_EQ(told(), "");
     upower->changeDevice({{"Percentage", 7.0}});
@@ -135,7 +135,7 @@ TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     EXPECT_EQ(told(), "change AC Power ?; ");
 }
 
-/// The bus starts UPower on request; once stopped it must stay stopped.
+/// The bus starts UPower when it is called. Once stopped, it must stay stopped.
 TEST_F(ThePowerSources, StartUPowerOnceAndNotAgainAfterItStopped) {
     const TemporaryFolder data;
     const std::string services = data / "dbus-1/services";

@@ -34,9 +34,9 @@ using testing::HasSubstr;
 class TheJsonStore : public testing::Test {
 protected:
     DefaultsStore& store() { return *opened; }
-    /// As if the program were ended and started.
+    /// Restarts the program.
     void restart() { opened.emplace(queue, home.path().string()); }
-    /// Restarts on a file with this text.
+    /// Restarts the program with this settings file.
     void restartOn(const std::string& text) {
         opened.reset();
         fs::create_directories(file.parent_path());
@@ -48,7 +48,7 @@ protected:
         text << std::ifstream(path).rdbuf();
         return text.str();
     }
-    /// Lets the program run until the file holds this; false when it does not.
+    /// Runs the queue until the file contains this text. Returns false if it never does.
     bool comesToHold(const std::string& part) {
         return runUntil(queue, [&] { return textAt(file).find(part) != std::string::npos; });
     }

@@ -119,7 +119,7 @@ TEST_F(TheSettingsFile, SetsAsidePipesFoldersAndDevicesWithoutWaitingForThem) {
         EXPECT_THAT(namesIn(folder), ElementsAre("s.json", "s.json.damaged-1"));
     }
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
-    // A folder that comes in its place later.
+    // Later, a folder takes its place.
     fs::remove(path);
     fs::create_directories(path / "inside");
     EXPECT_TRUE(file.replace("new"));
@@ -139,7 +139,7 @@ TEST_F(TheSettingsFile, IsAsItWasWhenTheDiskIsFull) {
 }
 
 TEST_F(TheSettingsFile, IsNeverOverwrittenWhenItCouldNotBeSetAside) {
-    // Its name is too long to be made longer.
+    // Its name is so long that nothing can be appended.
     const fs::path longest = home.path() / std::string(246, 'n');
     SettingsFile stuck(longest.string());
     ASSERT_TRUE(stuck.replace("damaged"));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A program that stores settings without pause is killed at random moments, again and again.
+// Kills a program that constantly stores settings, at random moments, again and again.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,7 +22,7 @@
 namespace chimewerk {
 namespace {
 
-/// Several values that belong together and take a while to write.
+/// Returns values that belong together and take a while to write.
 DefaultsDictionary stateOf(int number) {
     const std::string text = std::to_string(number);
     return {{"number", {static_cast<double>(number)}},
@@ -30,7 +30,8 @@ DefaultsDictionary stateOf(int number) {
             {"events", {DefaultsDictionary{{"slap", {DefaultsDictionary{{"path", {text}}}}}}}}};
 }
 
-/// Stores one state after another for ever, and says through the pipe which one it stores next.
+/// Stores one state after another forever. Writes the number of each into the pipe before
+/// storing it.
 [[noreturn]] void storeForEver(const std::string& home, int lastState, int pipe) {
     EpollMainQueue queue;
     JsonDefaultsStore store(queue, home);
@@ -66,10 +67,11 @@ TEST(Settings, AreWholeAndAtMostOneStateOldWheneverTheProgramIsKilled) {
         }
         say = FileDescriptor();
         int asked = 0;
-        for (int message = 0; message < 2; ++message) {  // the second: the first state is written
+        // The second message means that the first state is written.
+        for (int message = 0; message < 2; ++message) {
             ASSERT_EQ(read(said.get(), &asked, sizeof asked), sizeof asked);
         }
-        // Half of the kills at any moment, half soon after a file has been begun.
+        // Half of the kills come at any moment, half soon after a file was begun.
         std::chrono::microseconds life(random() % 30'000);
         if (kill % 2 == 0) {
             const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Random sessions of a user: the sound library on the real store must do what a small model of the
-// rules does, also when the program is restarted and when what is stored is damaged in between.
+// Random user sessions: the sound library on the real store must behave like a small model of the
+// rules, even when the program is restarted and stored settings are damaged.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -32,7 +32,7 @@ struct State {
     bool operator==(const State&) const = default;
 };
 
-/// For failures.
+/// Describes a state in failure messages.
 std::ostream& operator<<(std::ostream& out, const State& state) {
     for (const SoundEvent& e : state.events) {
         if (const auto factory = factoryEvents(); std::ranges::find(factory, e) == factory.end()) {
@@ -51,11 +51,11 @@ std::ostream& operator<<(std::ostream& out, const State& state) {
                << testing::PrintToString(state.fileManagerCalls);
 }
 
-/// The rules, with the operations of the sound library.
+/// A model of the sound library: the same operations, by the rules alone.
 class Rules {
 public:
     State now;
-    /// What the next start finds.
+    /// What the next start loads.
     State stored;
 
     void play(std::string_view id) {
@@ -180,15 +180,15 @@ private:
     int made_ = 0;
 };
 
-/// The library and the rules, side by side.
+/// The library and the model side by side.
 class Session {
 public:
     explicit Session(unsigned seed) : random_(seed) {}
 
-    /// Does something random.
+    /// Performs a random operation.
     void step() {
         rules_.now.announced.clear();
-        // Few identifiers, so that steps meet.
+        // Few identifiers, so that operations affect the same objects.
         event_ = anyOf(std::array{"slap", "usb_connect", "trash_add", "trash_empty", "no_such"});
         theme_ = anyOf(std::array{"A", "B", "C", "unlisted"});
         text_ = anyOf(std::array{"", "/a.wav", "/b.wav", "/j\xFCrgen/c.wav", "ü \"\\\n"});
@@ -246,7 +246,7 @@ private:
                 return both([&](auto& it) { it.play(event_); });
         }
     }
-    /// Restarts the program, for most kinds on damaged settings.
+    /// Restarts the program, mostly with damaged settings.
     void restart(unsigned kind) {
         if (kind == 10) {
             store_->setObject("ChimewerkCustomThemes", {{DefaultsData{"[{}]"}}});

@@ -21,7 +21,7 @@ using testing::ElementsAre;
 
 class TheWriteSchedule : public testing::Test {
 protected:
-    /// Ends the present write.
+    /// Ends the current write.
     void end(bool written) { std::exchange(done, std::nullopt).value()(written); }
     bool writing() const { return done.has_value(); }
     void advance(double seconds) { queue.advance(Seconds{seconds}); }
@@ -54,7 +54,7 @@ TEST_F(TheWriteSchedule, LeavesNoChangeUnwrittenLongerThanADelayAndTwoWrites) {
     constexpr double kFrame = 1.0 / 60;
     for (const double write : {0.001, 0.05, 0.3}) {
         std::deque<WallTime> unwritten;
-        std::size_t covered = 0;  // by the write that goes on
+        std::size_t covered = 0;  // By the write in progress
         WallTime ends = kDistantPast;
         double oldest = 0;
         for (int frame = 0; frame < 600; ++frame) {
@@ -70,7 +70,7 @@ TEST_F(TheWriteSchedule, LeavesNoChangeUnwrittenLongerThanADelayAndTwoWrites) {
                     oldest = std::max(oldest, (queue.now() - unwritten.front()).count());
                     unwritten.erase(unwritten.begin(), unwritten.begin() + std::ptrdiff_t(covered));
                     end(true);
-                    covered = unwritten.size();  // when the next one has begun at once
+                    covered = unwritten.size();  // If the next write has started at once
                     ends = queue.now() + Seconds{write};
                 }
             }

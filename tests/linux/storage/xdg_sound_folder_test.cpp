@@ -31,13 +31,13 @@ using testing::IsEmpty;
 
 class TheSoundFolder : public testing::Test {
 protected:
-    /// Makes a sound file of this length in the user's music and returns its path.
+    /// Creates a sound file of this length in the user's music folder and returns its path.
     std::string music(const std::string& name, double seconds = 0.1) const {
         fs::create_directories(home / "music");
         writeSoundFile(home / ("music/" + name), sine(440, 0.5, seconds));
         return home / ("music/" + name);
     }
-    /// A sparse sound file that takes some time to copy.
+    /// Creates a sparse sound file that takes some time to copy.
     std::string largeMusic(const std::string& name) const {
         constexpr std::uint32_t kSize = 600 << 20;
         std::string path = music(name);
@@ -83,7 +83,7 @@ TEST_F(TheSoundFolder, TakesACopyOfAFileUnderItsName) {
          {std::string("knock.wav"), std::string("a b\n.WAV"), std::string("\xff\xfe.mp3"),
           std::string(".hidden"), std::string("Ä📁.aiff"), std::string(255, 'n')}) {
         SCOPED_TRACE(name);
-        load(music(name, 0.2));  // is replaced by the later one
+        load(music(name, 0.2));  // Replaced by the later one
         const std::string path = music(name);
         const auto outcome = load(path);
         EXPECT_EQ(outcome.kind, Kind::added) << outcome.error;
@@ -187,13 +187,14 @@ TEST_F(TheSoundFolder, IsAsItWasWhenACopyIsGivenUp) {
     const std::string before = bytesOf(load(music("knock.wav")).path);
     auto addition = sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE(); });
     ASSERT_TRUE(eventually([&] { return names().size() == 2; }));
-    // Another program does not take it for a leftover.
+    // Another instance must not remove it as a leftover.
     const XdgSoundFolder another(queue, decoders, home / "data");
     EXPECT_EQ(names().size(), 2U);
     addition.reset();
     EXPECT_TRUE(runUntil(queue, [&] { return names().size() == 1; }));
     EXPECT_EQ(bytesOf(folder + "/knock.wav"), before);
-    // The next one need not wait; given up when it is done, it changes nothing either.
+    // The next copy need not wait. Cancelled when it is finished, it must not change
+    // anything either.
     addition = sounds->add(music("knock.wav", 0.3), [](const auto&) { ADD_FAILURE(); });
     pollfd posted{.fd = queue.descriptor(), .events = POLLIN, .revents = 0};
     EXPECT_EQ(poll(&posted, 1, 10'000), 1);

@@ -16,14 +16,14 @@ using std::chrono::microseconds;
 constexpr SteadyTime kStart{1000s};
 constexpr std::size_t kBlock = Recording::kRate / 200;
 
-/// How far a time is from the start, in whole microseconds.
+/// Returns the time since the start in microseconds.
 std::int64_t micros(SteadyTime time) {
     return std::chrono::round<microseconds>(time - kStart).count();
 }
 
 class ARecording : public testing::Test {
 protected:
-    /// Blocks of 5 ms arrive, each `delay(i)` after it begins to be played.
+    /// Appends blocks of 5 ms. Each arrives `delay(i)` after the start of its playback.
     template <typename Delay>
     void arrive(int blocks, Delay delay) {
         for (int i = 0; i < blocks; ++i) {
@@ -34,7 +34,8 @@ protected:
     void arrive(int blocks) {
         arrive(blocks, [](int) { return 0ms; });
     }
-    /// One block that is silent but for one sample of its 49th frame (1 ms after it begins).
+    /// Appends a block that is silent except for one sample of its 49th frame (1 ms after
+    /// its start).
     void arriveWithClick(float level) {
         std::vector<float> samples(kBlock * Recording::kChannels);
         samples[48 * Recording::kChannels + 1] = level;
@@ -83,7 +84,7 @@ TEST_F(ARecording, IsPlacedByTheBlocksThatCameInTime) {
 TEST(ThePaceOfBlocks, IsLiveOnceATenthOfASecondTookATenthOfASecond) {
     struct Case {
         const char* name;
-        /// What arrives at once, and after it nothing for as long as it is played.
+        /// The length that arrives at once; then nothing arrives until that has been played.
         std::chrono::milliseconds renderedAhead;
         std::chrono::milliseconds liveAfter;
     };

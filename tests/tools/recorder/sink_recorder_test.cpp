@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The recorder against the server's own account of when it played something. Needs a
+// Compares the recorder with the server's own account of when it played something. Needs a
 // private session.
 #include "tools/recorder/sink_recorder.h"
 
@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 constexpr int kRate = 48000;
 
 /// Plays half a second of silence, a click of this level and half a second of silence. Returns when
-/// the server says that it plays the click.
+/// the server plays the click.
 SteadyTime playClick(float level) {
     const pa_sample_spec form{PA_SAMPLE_FLOAT32NE, kRate, 1};
     const std::unique_ptr<pa_simple, decltype(&pa_simple_free)> player(
