@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""The program through the interface of screen readers, and a pointer and a keyboard that use the places it gives."""
+"""Operates the program through the interface for screen readers, with a pointer and a keyboard."""
 
 import subprocess
 import time
@@ -15,7 +15,7 @@ PATIENCE = 10.0
 
 
 def eventually(look, what, seconds=PATIENCE):
-    """Calls `look` until it returns something true and returns that; fails after `seconds`."""
+    """Calls `look` until it returns a true value and returns that. Fails after `seconds`."""
     deadline = time.monotonic() + seconds
     while True:
         try:
@@ -30,7 +30,7 @@ def eventually(look, what, seconds=PATIENCE):
 
 
 def tree(accessible):
-    """Yields the accessible and all below it."""
+    """Yields the accessible object and all its descendants."""
     yield accessible
     for index in range(accessible.get_child_count()):
         child = accessible.get_child_at_index(index)
@@ -39,7 +39,7 @@ def tree(accessible):
 
 
 class Thing:
-    """One thing on the screen."""
+    """An object on the screen."""
 
     def __init__(self, accessible):
         self._accessible = accessible
@@ -61,12 +61,12 @@ class Thing:
         return self._accessible.get_value_iface().get_current_value()
 
     def has(self, state):
-        """Whether it is in the state of this name, such as CHECKED."""
+        """Returns whether it has the state of this name, such as CHECKED."""
         self._accessible.clear_cache()
         return self._accessible.get_state_set().contains(getattr(Atspi.StateType, state))
 
     def place(self):
-        """Left, top, width and height on the screen."""
+        """Returns left, top, width and height on the screen."""
         box = self._accessible.get_extents(Atspi.CoordType.SCREEN)
         return box.x, box.y, box.width, box.height
 
@@ -80,15 +80,15 @@ class Thing:
         eventually(look, "a place")
 
     def click(self, across=0.5, down=0.5):
-        """With the pointer, at this part of its width and height."""
+        """Clicks with the pointer at this fraction of its width and height."""
         pointer("mousemove", *self.point(across, down), "click", "1")
 
     def toggle(self):
-        """By the first action of a check box, without the pointer; returns when it is done."""
+        """Runs the first action of a check box, without the pointer, and returns when that is done."""
         self._accessible.get_action_iface().do_action(0)
 
     def drag(self, begin, end):
-        """With the pointer, along its middle from one part of its width to another, in many small moves."""
+        """Drags with the pointer along its middle from one fraction of its width to another, in many small moves."""
         pointer("mousemove", *self.point(begin), "mousedown", "1")
         for step in range(1, 31):
             pointer("mousemove", *self.point(begin + (end - begin) * step / 30))
@@ -103,7 +103,7 @@ class Thing:
         return [Thing(accessible) for accessible in tree(self._accessible)]
 
     def find(self, role, name=None):
-        """The visible thing of this role whose name begins with that; fails when there is none in time."""
+        """Waits for the visible object of this role whose name begins with `name`, and returns it."""
         def look():
             for thing in self.things():
                 if thing.role == role and thing.has("SHOWING") and (name is None or thing.name.startswith(name)):
@@ -112,7 +112,7 @@ class Thing:
         return eventually(look, f"a {role} named {name}")
 
     def wait_for_lack(self, role, name=None):
-        """Waits until no such thing is visible."""
+        """Waits until no such object is visible."""
         eventually(lambda: not any(thing.role == role and thing.has("SHOWING") and
                                    (name is None or thing.name.startswith(name)) for thing in self.things()),
                    f"no {role} named {name}")
@@ -145,14 +145,14 @@ def windows():
 
 
 def window(title):
-    """The program's window with this title, once it has the keyboard; fails when that is not so in time."""
+    """Waits until the program's window with this title has the keyboard focus, and returns it."""
     def look():
         return next((one for one in windows() if one.name == title and one.has("SHOWING") and one.has("ACTIVE")), None)
     return eventually(look, f"the window {title}")
 
 
 def wait_for_field(*, gone=False):
-    """Waits until a field for text has the keyboard, or no longer; the field."""
+    """Waits until a text field has the keyboard focus, or no longer has it. Returns the field."""
     def look():
         fields = [thing for one in windows() for thing in one.things() if thing.role == "text" and thing.has("FOCUSED")]
         return not fields if gone else next(iter(fields), None)

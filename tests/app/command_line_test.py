@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""The options that the program answers by itself, on a machine without a display, a bus or a home."""
+"""Tests the options that need no display, bus or home folder."""
 import os
 import subprocess
 import sys
@@ -12,7 +12,7 @@ AWAY = ("DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_D
 
 
 def answer(*options):
-    """The exit status, the output and the errors."""
+    """Returns the exit status, the output and the errors."""
     bare = {name: value for name, value in os.environ.items() if name not in AWAY}
     ended = subprocess.run([PROGRAM, *options], env=bare, capture_output=True, text=True, timeout=20)
     return ended.returncode, ended.stdout, ended.stderr

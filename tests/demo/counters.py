@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""At the end of the demonstration: as many events as were heard must have been counted in the dashboard.
+"""Runs at the end of the demonstration: the dashboard must have counted each event that was heard.
 
     counters.py PROGRAM      with the events in $DEMO_HEARD
 """

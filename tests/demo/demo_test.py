@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""The demonstration must distinguish a program that is heard from one that is not."""
+"""The demonstration must distinguish a program that plays from one that does not."""
 
 import os
 import subprocess
@@ -16,7 +16,7 @@ FAKE_PROGRAM = str(Path(__file__).with_name("fake_program.py"))
 
 
 def demonstrate(**environment):
-    """The exit status, what was printed, and the size of the recording."""
+    """Returns the exit status, the output and the size of the recording."""
     with tempfile.TemporaryDirectory() as folder:
         result = subprocess.run([SESSION, "--", DEMO, FAKE_PROGRAM, "trash_add", "trash_empty"], cwd=folder,
                                 env={**os.environ, **environment}, stdout=subprocess.PIPE, text=True, timeout=60, check=False)

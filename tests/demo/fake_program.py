@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
 """A fake program for the tests of the demonstration: plays a sound when the number of files in the trash changes, and
-ends with the status in $FAKE_STATUS. $FAULT says what is wrong with it."""
+ends with the status in $FAKE_STATUS. $FAULT selects a fault."""
 
 import os
 import signal

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""What is installed must be understood by desktops, work from anywhere, and make a package that nobody complains about."""
+"""An installation must pass the desktop validators and work in any folder, and the package must pass its checker."""
 
 import configparser
 import os
@@ -17,7 +17,7 @@ LIMIT = 300
 
 
 def run(*command, **options):
-    """What the command says, with its failure as a failure of the test."""
+    """Returns the command's output. Fails the test if the command fails."""
     result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=LIMIT, check=False,
                             **options)
     if result.returncode != 0:

@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""Drives the windows of the program as a user does, with a pointer and a keyboard, and compares what the settings file,
-the sink and the screen say. In a session of tools/session:
+"""Drives the windows of the program as a user does, with a pointer and a keyboard, and checks the settings file,
+the sink and the screen. In a session of tools/session:
 
     dashboard_test.py PROGRAM
 """
@@ -41,7 +41,7 @@ def event_settings(event):
 
 
 def make_tone(path, hertz):
-    """A sound of a third of a second with this pitch."""
+    """Makes a sound of a third of a second with this pitch."""
     samples = array.array("h", (round(20000 * math.sin(2 * math.pi * hertz * i / RATE)) for i in range(RATE // 3)))
     with wave.open(str(path), "wb") as file:
         file.setparams((1, 2, RATE, len(samples), "NONE", ""))
@@ -65,7 +65,7 @@ class Sink:
         return array.array("f", self._bytes[:len(self._bytes) // 4 * 4])
 
     def wait_for_quiet(self):
-        """Until half a second has come that ends in quiet."""
+        """Waits for half a second that ends in silence."""
         begin = len(self._samples())
 
         def quiet():
@@ -75,7 +75,7 @@ class Sink:
         eventually(quiet, "quiet")
 
     def wait_for_tone(self):
-        """The pitch in hertz of the first sound since it was last quiet, whose first moments the recording may lack."""
+        """Waits for a sound and returns its pitch in hertz. Its first moments may be missing in the recording."""
         skipped, taken = RATE // 25, RATE // 10
 
         def heard():
@@ -106,7 +106,7 @@ class TheDashboard(unittest.TestCase):
         self.dashboard.wait_until_placed()
 
     def start(self, **changes):
-        """With these changes of the environment; None removes a variable."""
+        """Starts the program with these environment variables; None removes one."""
         environment = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **changes}
         self.program = subprocess.Popen([PROGRAM, "--open-dashboard"],
                                         env={name: value for name, value in environment.items() if value is not None})
@@ -196,7 +196,7 @@ class TheDashboard(unittest.TestCase):
         self.dashboard.wait_for_lack("push button", "Remove")
 
     def alert(self, text):
-        """Waits for the dialog with this text, until it has the keyboard."""
+        """Waits until the dialog with this text has the keyboard focus."""
         eventually(lambda: any(thing.name.startswith(text) for one in windows() if one.has("ACTIVE")
                                for thing in one.things() if thing.role == "label"), text)
 
@@ -232,7 +232,7 @@ class TheDashboard(unittest.TestCase):
         self.dashboard.wait_for_lack("push button", "Delete theme")
 
     def toggle(self):
-        """Switches Single Knock without the pointer, and returns as soon as that is done."""
+        """Toggles Single Knock without the pointer, and returns as soon as that is done."""
         eventually(lambda: next((one for one in windows() if one.name == DASHBOARD), None),
                    DASHBOARD).find("check box", "Single Knock").toggle()
 

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""Starts the program as a user's desktop does and looks at it from outside. In a session of tools/session:
+"""Starts the program as a desktop does and checks it from outside. In a session of tools/session:
 
     program_test.py PROGRAM
 """
@@ -22,7 +22,7 @@ HELP = "Chimewerk — Help & Guide"
 
 
 def windows(title):
-    """The visible windows with this title."""
+    """Returns the visible windows with this title."""
     found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"], capture_output=True,
                            text=True, check=False)
     return found.stdout.split()

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""A tray of the kind that items register with over the session bus, with a client of their menus."""
+"""A StatusNotifierItem tray on the session bus, with a client for the items' menus."""
 
 import re
 
@@ -23,7 +23,7 @@ INTROSPECTION = """<node><interface name="org.kde.StatusNotifierWatcher">
 
 
 def pump_until(condition, seconds=10.0):
-    """Dispatches what comes until the condition holds; whether it came to hold in time."""
+    """Runs the event loop until the condition holds. Returns whether it held in time."""
     context = GLib.MainContext.default()
     expired = []
     GLib.timeout_add(int(seconds * 1000), lambda: expired.append(True))
@@ -37,7 +37,7 @@ def pump_until(condition, seconds=10.0):
 
 
 class MenuEntry:
-    """One entry of a menu as the program exports it."""
+    """A menu entry as the program exports it."""
 
     def __init__(self, number, properties, children):
         self.number = number
@@ -85,14 +85,14 @@ class Item:
         return self._call(self._path, "org.freedesktop.DBus.Properties", "Get", GLib.Variant("(ss)", (ITEM, name)))[0]
 
     def menu(self):
-        """The menu as it is now, asked for as a host does before it shows it."""
+        """Requests the current menu, as a host does before showing it."""
         path = self.property("Menu")
         self._call(path, MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
         layout = self._call(path, MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))[1]
         return MenuEntry(*layout)
 
     def choose(self, title):
-        """Clicks the entry, and does not wait for what comes of it."""
+        """Clicks the entry and does not wait for the effect."""
         entry = self.menu().find(title)
         self._bus.call(self._owner, self.property("Menu"), MENU, "Event",
                        GLib.Variant("(isvu)", (entry.number, "clicked", GLib.Variant("i", 0), 0)), None,
@@ -103,7 +103,7 @@ class Item:
 
 
 class TrayHost:
-    """Owns the tray's name on the session bus from its making until `close()`."""
+    """Owns the tray's name on the session bus until `close()`."""
 
     def __init__(self):
         self._bus = Gio.bus_get_sync(Gio.BusType.SESSION)
@@ -130,7 +130,7 @@ class TrayHost:
                 "ProtocolVersion": GLib.Variant("i", 0)}[name]
 
     def wait_for_item(self):
-        """The item that has registered last; fails when none does."""
+        """Waits for an item and returns the one registered last."""
         if not pump_until(lambda: self.registered):
             raise AssertionError("nothing has registered with the tray")
         return self.registered[-1]

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""Holds the built sounds to the limits of docs/sounds.md, and shows that each measure sees the fault it is for."""
+"""Checks the built sounds against the limits of docs/sounds.md, and checks that each measure detects its fault."""
 
 import sys
 import unittest
@@ -31,7 +31,7 @@ def group(path):
 
 
 def of_event(event):
-    """The sound of an event in each of the six themes."""
+    """Returns the sound of an event in each of the six themes."""
     found = {path: samples for path, samples in BUILT.items() if path.name == f"t_{group(path)}_{event}.wav"}
     assert len(found) == 6, event
     return found
@@ -85,13 +85,13 @@ class TheBuiltSounds(unittest.TestCase):
 
 
 def sweep(start, end, seconds, amplitude):
-    """A sine whose frequency moves evenly from one pitch to another."""
+    """Returns a sine whose frequency moves evenly from one pitch to another."""
     pitch = np.geomspace(start, end, int(seconds * RATE))
     return amplitude * np.sin(2 * np.pi * (np.cumsum(pitch) - pitch) / RATE)
 
 
 def good_sound():
-    """A sound without fault, one second long."""
+    """Returns a sound without faults, one second long."""
     time = np.arange(RATE) / RATE
     return sweep(500, 500, 1, 0.5) * np.minimum(1, time / 0.002) * np.exp(-6 * time)
 

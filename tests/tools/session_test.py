@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""Tests of tools/session: it returns the command's status, two sessions do not meet, and nothing of one is left."""
+"""Tests of tools/session: it returns the command's status, sessions are separate, and nothing is left behind."""
 
 import os
 import signal
@@ -18,7 +18,7 @@ LIMIT = 30
 
 
 def processes_of(folder):
-    """The processes that were started in the session with this folder, or in one whose folder is below this one."""
+    """Returns the processes started in the session with this folder, or in one with a folder below it."""
     mark = f"CHIMEWERK_SESSION={folder}".encode()
     found = []
     for entry in Path("/proc").glob("[0-9]*"):
@@ -31,7 +31,7 @@ def processes_of(folder):
 
 
 def run(script):
-    """The exit status and the folder of a session that runs a shell script which prints nothing."""
+    """Runs a shell script that prints nothing, in a session; returns the exit status and the session's folder."""
     result = subprocess.run([TOOL, "--", "sh", "-c", f"echo $CHIMEWERK_SESSION; {script}"],
                             stdout=subprocess.PIPE, text=True, timeout=LIMIT, check=False)
     return result.returncode, result.stdout.strip()

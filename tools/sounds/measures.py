@@ -1,10 +1,10 @@
 # SPDX-FileCopyrightText: 2026 Chimewerk developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-"""Measures sounds: levels, spectrum, likeness, and the limits that the built sounds keep.
+"""Measures sounds: levels, spectrum, likeness, and the limits for the built sounds.
 
-Samples are numpy arrays of mono samples at 48 kHz, full scale ±1. Levels are in decibels. Shares nothing with the
-program that makes the sounds, so that no error of that one hides here.
+Samples are numpy arrays of mono samples at 48 kHz, full scale ±1. Levels are in decibels. Shares no code with the
+synthesizer, so that an error in one is not hidden by the same error in the other.
 """
 
 import struct
@@ -25,7 +25,8 @@ UNLIKE_WITHIN_A_THEME = 10.0
 
 
 def decode_wav(data):
-    """The samples of a WAV file's bytes; ValueError unless it is 16-bit mono PCM at 48 kHz with true sizes."""
+    """Returns the samples in a WAV file's bytes. Raises ValueError unless it is 16-bit mono PCM at 48 kHz with
+    correct sizes."""
     header = struct.Struct("<4sI4s4sIHHIIHH4sI")
     plain = (b"RIFF", len(data) - 8, b"WAVE", b"fmt ", 16, 1, 1, RATE, 2 * RATE, 2, 16, b"data", len(data) - header.size)
     if len(data) < header.size or len(data) % 2 != 0 or header.unpack_from(data) != plain:
@@ -34,7 +35,7 @@ def decode_wav(data):
 
 
 def read_wav(path):
-    """The samples of a file; ValueError or OSError with the reason."""
+    """Returns the samples of a file. Raises ValueError or OSError with the reason."""
     try:
         return decode_wav(Path(path).read_bytes())
     except ValueError as fault:
@@ -46,15 +47,16 @@ def decibels(amplitude):
 
 
 def loudest_mean_square(samples, window):
-    """Of the loudest stretch of `window` samples, with silence around the sound."""
+    """Returns the mean square of the loudest `window` samples, with silence around the sound."""
     energy = np.concatenate((np.zeros(window), np.cumsum(samples**2)))
     return np.max(energy[window:] - energy[:-window]) / window
 
 
 def loudness(samples):
-    """The weighting of ITU-R BS.1770 over the loudest 400 ms, with silence around the file, in LUFS: the standard's
-    momentary loudness at its maximum. The gated loudness of a programme has no meaning for sounds that are mostly
-    shorter than one of its blocks. A mono file is heard from two loudspeakers, so its channel counts twice."""
+    """Returns the loudness by ITU-R BS.1770 of the loudest 400 ms, with silence around the file, in LUFS: the
+    standard's
+    momentary loudness at its maximum. The gated loudness of a programme does not suit sounds that are mostly
+    shorter than one of its blocks. A mono file plays on two loudspeakers, so its channel counts twice."""
     # The filters still ring when the sound has ended; the rest of the silence keeps the
     # wrapped-around end off the beginning.
     size = len(samples) + RATE // 2
@@ -68,14 +70,14 @@ def loudness(samples):
 
 
 def longest_plateau(samples):
-    """The longest run of samples that all are at the highest or at the lowest value: a clipped sound has plateaus."""
+    """Returns the longest run of samples at the highest or the lowest value: a clipped sound has plateaus."""
     starts = np.concatenate(([0], np.flatnonzero(np.diff(samples)) + 1))
     lengths = np.diff(np.append(starts, len(samples)))
     return np.max(lengths[np.isin(samples[starts], (samples.min(), samples.max()))])
 
 
 def levels(samples):
-    """What is measured of a sound in time. `first_step` and `last_step` are the levels of the first and the last
+    """Returns measures of a sound over time. `first_step` and `last_step` are the levels of the first and the last
     sample; `ending` is the last 4 ms relative to the loudest 4 ms; `offset` is the mean relative to the peak."""
     if len(samples) == 0:
         samples = np.zeros(1)
@@ -96,7 +98,7 @@ def levels(samples):
 
 
 def faults(samples, is_key=False):
-    """What is wrong with a single sound, in words."""
+    """Returns the faults of a single sound, in words."""
     shortest, longest = (40, 140) if is_key else (150, 1200)
     found = levels(samples)
     return [fault for failed, fault in (
@@ -113,8 +115,9 @@ def faults(samples, is_key=False):
 
 
 def spectra(samples, hop, window=0.042):
-    """The power at each of FREQUENCIES, one row for every `hop` seconds, the first around the beginning of the sound.
-    Each sees `window` seconds, at most 42 ms: a longer window separates tones better, a shorter one moments."""
+    """Returns the power at each of FREQUENCIES, one row for every `hop` seconds, the first around the start of the
+    sound.
+    Each covers `window` seconds, at most 42 ms: a longer window separates tones better, a shorter one times."""
     size = min(FFT_SIZE, int(window * RATE))
     padded = np.concatenate((np.zeros(size // 2), samples, np.zeros(size)))
     frames = np.lib.stride_tricks.sliding_window_view(padded, size)[:len(samples):int(hop * RATE)]
@@ -124,7 +127,8 @@ def spectra(samples, hop, window=0.042):
 
 
 def trend(samples):
-    """How far a sound rises (positive) or falls (negative) from its first to its last third, in octaves of the centre
+    """Returns how far a sound rises (positive) or falls (negative) from its first to its last third, in octaves of
+    the centre
     of its power spectrum. Moments more than 20 dB below the loudest do not count, louder ones count more. The power
     spectrum rather than the amplitude spectrum, because it follows the tones that are heard as the pitch and not the
     many weak partials above them, which die first in nearly every sound."""
@@ -141,14 +145,15 @@ def trend(samples):
 
 
 def share_above(hertz, samples):
-    """The share (0 to 1) of the sound's power that is above a frequency."""
+    """Returns the share (0 to 1) of the sound's power above a frequency."""
     power = spectra(samples, 0.02).sum(axis=0)
     return power[FREQUENCIES > hertz].sum() / power[1:].sum()
 
 
 class Portrait:
-    """What the ear distinguishes sounds by: the level in 23 bands of a third of an octave for every 20 ms, in decibels
-    above a floor 40 dB below the sound's loudest cell. It holds melody, rhythm and timbre, and no volume."""
+    """The features by which the ear distinguishes sounds: the level in 23 bands of a third of an octave for every 20
+    ms, in decibels
+    above a floor 40 dB below the sound's loudest cell. It shows melody, rhythm and timbre, but not volume."""
 
     BANDS = np.clip(3 * np.log2(FREQUENCIES[1:] / 100) + 1.5, 0, 22).astype(int)
     BAND_OF_BIN = np.eye(23)[BANDS]
@@ -158,7 +163,8 @@ class Portrait:
         self.frames = np.maximum(0, 40 + 10 * np.log10(np.maximum(power, 1e-12) / max(power.max(), 1e-12)))
 
     def distance_to(self, other):
-        """The root mean square difference in decibels over all cells in which either sound is above its floor; 0 for a
+        """Returns the root mean square difference in decibels over all cells in which either sound is above its
+        floor; 0 for a
         copy at any volume, about 25 for sounds with nothing in common."""
         shorter, longer = sorted((self.frames, other.frames), key=len)
         squares = np.sum((longer[:len(shorter)] - shorter)**2) + np.sum(longer[len(shorter):]**2)
@@ -166,7 +172,7 @@ class Portrait:
         return np.sqrt(squares / max(cells, 1))
 
     def strokes(self):
-        """How often something begins: the moments at which many bands become louder together."""
+        """Returns the number of onsets: moments at which many bands become louder together."""
         # Compares frames two apart, so that an onset between two frames counts fully.
         rises = np.maximum(0, self.frames[2:] - self.frames[:-2]).mean(axis=1) >= 3
         # The first frame counts as an onset.
