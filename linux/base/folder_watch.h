@@ -15,16 +15,16 @@
 
 namespace chimewerk {
 
-/// Reports the names that come into a folder and leave it. It follows the path when the folder is
-/// deleted and made again, replaced by a link or another folder, unmounted, or missing at first.
-/// While the folder is missing, the nearest folder above it is watched; only where that reports
-/// nothing (a dangling link, a folder that may not be read) does the watch look at intervals. It
-/// costs nothing while nothing happens. A file system mounted over the folder goes unnoticed until
-/// the folder underneath changes. Main thread only; must not be destroyed from within its notice.
+/// Reports names that appear in a folder or disappear from it. Follows the path when the folder is
+/// deleted and created again, replaced by a link or another folder, unmounted, or missing at first.
+/// While the folder is missing, watches the nearest folder above it; if that cannot report its
+/// return (a dangling link, an unreadable folder), the watch polls. It uses no processor time while
+/// nothing happens. A file system mounted over the folder is noticed only when the folder
+/// underneath changes. Main thread only; must not be destroyed from within its notice.
 class FolderWatch {
 public:
-    /// `name` came, left or was replaced. Empty if the folder itself has changed, and with it
-    /// any name.
+    /// `name` appeared, disappeared or was replaced. Empty if the folder itself has changed, and
+    /// with it perhaps any name.
     using Notice = std::function<void(std::string_view name)>;
 
     enum class Report {
@@ -33,8 +33,8 @@ public:
         namesAndPermissions,
     };
 
-    /// `path` is absolute. The queue outlives the watch. `interval` lies between two looks for
-    /// the folder.
+    /// `path` is absolute. The queue must outlive the watch. `interval` is the time between two
+    /// polls for a missing folder.
     FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
                 Report report = Report::names, Seconds interval = Retry::kInterval);
 
@@ -51,11 +51,12 @@ private:
     const Notice notice_;
     const std::uint32_t mask_;
     FileDescriptor inotify_;
-    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the descriptor that it watches
+    // Destroyed before the descriptor that it watches.
+    std::unique_ptr<EpollMainQueue::Watch> watch_;
     int folder_ = -1;
     int above_ = -1;
     std::string pathAbove_;
-    /// The name in the folder above on the way to the folder.
+    /// The first part of the path below the folder above.
     std::string next_;
     Retry retry_;
 };

@@ -10,10 +10,10 @@
 
 namespace chimewerk {
 
-/// The kernel's backlights. Of several, uses the first that can be read: the firmware's, then the
-/// platform's, then those that drive the hardware directly.
+/// The display's brightness from the kernel's backlights. If there are several, uses the first
+/// readable one of: the firmware's, the platform's, those that drive the hardware directly.
 ///
-/// Reads everything anew at each call, so a backlight that is plugged in or out is noticed at the
+/// Reads everything again at each call, so a backlight that is plugged in or out is noticed at the
 /// next call. A machine without one has no brightness.
 class SysfsBacklightSource final : public BrightnessSource {
 public:

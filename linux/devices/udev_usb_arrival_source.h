@@ -12,12 +12,12 @@
 
 namespace chimewerk {
 
-/// USB devices as udev announces them, without their interfaces. Events that udev was asked to
-/// repeat are ignored. Without udev's events nothing arrives. When so many come at once that some
-/// are lost, the rest still counts.
+/// Reports USB devices as udev announces them, but not their interfaces. Ignores events that udev
+/// was asked to repeat. Without udev's events it reports nothing. If so many arrive at once that
+/// some events are lost, the others still count.
 class UdevUsbArrivalSource final : public UsbArrivalSource {
 public:
-    /// The queue outlives the source.
+    /// The queue must outlive the source.
     explicit UdevUsbArrivalSource(EpollMainQueue& queue) : queue_(queue) {}
 
     bool open(std::function<void()> arrived) override;

@@ -12,11 +12,11 @@
 
 namespace chimewerk {
 
-/// Hears keys in the first way that works: the kernel's event devices when they may be read, else
-/// the X server of an X11 session. Where neither works it is not trusted and makes no tap.
+/// Receives keys by the first method that works: the kernel's event devices if they are readable,
+/// else the X server of an X11 session. If neither works it is not trusted and creates no tap.
 class DesktopKeySource final : public KeySource {
 public:
-    /// The queue outlives the source and its taps.
+    /// The queue must outlive the source and its taps.
     DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment);
 
     bool trusted() override;

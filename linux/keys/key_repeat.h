@@ -20,14 +20,15 @@ namespace chimewerk {
 class KeyRepeat {
 public:
     struct Settings {
-        /// Zero for no repeats at all.
+        /// Zero for no repeats.
         std::chrono::milliseconds delay{0};
         std::chrono::milliseconds interval{0};
         /// Whether each key repeats: one bit per key, the lowest bit first.
         std::array<std::uint8_t, 32> keys{};
     };
 
-    /// Calls `onRepeat` for each repeat; missed repeats are skipped. The queue outlives the object.
+    /// Calls `onRepeat` for each repeat; missed repeats are skipped. The queue must outlive
+    /// the object.
     KeyRepeat(EpollMainQueue& queue, std::function<void(std::uint8_t key)> onRepeat);
 
     void setSettings(const Settings& settings);
@@ -42,7 +43,7 @@ private:
     Settings settings_;
     std::uint8_t held_ = 0;
     FileDescriptor timer_;
-    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the timer that it watches
+    std::unique_ptr<EpollMainQueue::Watch> watch_;  // Destroyed before the timer that it watches
 };
 
 }  // namespace chimewerk

@@ -10,17 +10,17 @@
 
 namespace chimewerk {
 
-/// Hears the keys of an X11 session, whatever window has the focus, as raw events of the X Input
-/// extension (2.1 or later, which delivers them past the grabs of other clients). Needs no
-/// permission. Reconnects when the server has gone and comes back.
+/// Receives the keys of an X11 session, whichever window has the focus, as raw events of the X
+/// Input extension (2.1 or later, which delivers them despite other clients' grabs). Needs no
+/// permission. Reconnects when the server returns.
 ///
-/// The server sends no raw events for the repeats of a held key. They are made here, at the
-/// server's own delay and rate, for the keys that it lets repeat.
+/// The server sends no raw events for the repeats of a held key. This source makes them, with the
+/// server's delay and rate, for the keys that the server repeats.
 class X11KeySource final : public KeySource {
 public:
-    /// `display` as in $DISPLAY. Not for a server that serves the X11 programs of a Wayland
-    /// session: it hears only keys that are meant for those. The queue outlives the source and
-    /// its taps.
+    /// `display` has the form of $DISPLAY. Do not use the server for the X11 programs of a Wayland
+    /// session: it receives only keys meant for those programs. The queue must outlive the source
+    /// and its taps.
     X11KeySource(EpollMainQueue& queue, std::string display);
 
     bool trusted() override;

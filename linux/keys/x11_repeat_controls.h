@@ -11,15 +11,15 @@
 
 namespace chimewerk {
 
-/// How an X server lets held keys repeat, read through its keyboard extension. Main thread only.
+/// Reads an X server's settings for key repeats, through its keyboard extension. Main thread only.
 class X11RepeatControls {
 public:
-    /// Asks this server for events when the controls change.
+    /// Requests events for changes of the settings.
     void subscribe(xcb_connection_t* server);
 
     bool haveChanged(const xcb_generic_event_t& event) const;
 
-    /// Returns the present controls; no repeats when the server does not answer.
+    /// Returns the current settings; no repeats if the server does not answer.
     KeyRepeat::Settings read(xcb_connection_t* server) const;
 
 private:

@@ -13,14 +13,14 @@
 
 namespace chimewerk {
 
-/// Shows a local page in the desktop's program for such pages, through xdg-open.
+/// Shows a local page with the desktop's default program, through xdg-open.
 class XdgPermissionPage final : public PermissionPage {
 public:
-    /// `file` is the absolute path of the page. The queue outlives the object.
+    /// `file` is the absolute path of the page. The queue must outlive the object.
     XdgPermissionPage(EpollMainQueue& queue, std::string file);
     ~XdgPermissionPage() override;
 
-    /// The program that shows the page goes on when this one ends.
+    /// The program that shows the page keeps running when this one ends.
     void show() override;
 
 private:

@@ -16,26 +16,26 @@ namespace chimewerk {
 /// length may be passed.
 std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportDescriptor);
 
-/// The feature reports of a HID device, each with its identifier first (0 when the device does not
+/// The feature reports of a HID device. Each begins with its identifier (0 if the device does not
 /// number its reports).
 class HidFeatureReports {
 public:
     virtual ~HidFeatureReports() = default;
 
-    /// Returns the whole report, or nothing when it cannot be read. May wait for the device.
+    /// Returns the whole report; empty if it cannot be read. May block on the device.
     virtual std::vector<std::uint8_t> read(std::uint8_t reportId) = 0;
 
-    /// Sets the report; failures are ignored. May wait for the device.
+    /// Writes the report; failures are ignored. May block on the device.
     virtual void write(const std::vector<std::uint8_t>& report) = 0;
 };
 
-/// Wakes the sensor: turns on reporting and full power and sets the report interval. Settings that
-/// the sensor lacks or that cannot be read are skipped, and other bits of the same report keep
-/// their values.
+/// Wakes the sensor: switches on reporting and full power and sets the report interval. Skips
+/// settings that the sensor lacks or that cannot be read; keeps the other bits of the same reports.
 void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports);
 
-/// Returns the hinge angle, 0 to 511 whole degrees, of one input report of the sensor, the report's
-/// identifier first; none when the bytes are no such report. Any bytes of any length may be passed.
+/// Returns the hinge angle, 0 to 511 whole degrees, in an input report of the sensor, which begins
+/// with the report's identifier; none if the bytes are no such report. Any bytes of any length may
+/// be passed.
 std::optional<float> decodeLidReport(std::span<const std::uint8_t> report);
 
 }  // namespace chimewerk

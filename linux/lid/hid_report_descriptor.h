@@ -13,11 +13,11 @@ namespace chimewerk {
 /// The usage page in the upper 16 bits, the usage in the lower.
 using HidUsage = std::uint32_t;
 
-/// A setting of the device that can be read and written: some bits of one of its feature reports.
+/// A device setting that can be read and written: some bits of one of its feature reports.
 struct HidFeature {
-    /// What it sets; for a choice among several values, the usage of the collection around it.
+    /// The setting; for a choice among several values, the usage of the collection around it.
     HidUsage usage;
-    /// 0 when the device does not number its reports.
+    /// 0 if the device does not number its reports.
     std::uint8_t reportId;
     /// Counted from the first bit after the report's identifier.
     std::size_t firstBit;
@@ -30,7 +30,7 @@ struct HidFeature {
     bool operator==(const HidFeature&) const = default;
 };
 
-/// A part of a device that appears as a device of its own.
+/// A top-level collection: a part of a device that acts as a separate device.
 struct HidCollection {
     HidUsage usage;
     std::vector<HidFeature> features;
@@ -38,7 +38,7 @@ struct HidCollection {
 };
 
 /// Returns the outermost collections that a HID report descriptor declares, with their features, in
-/// order; none at all when the descriptor is malformed. Any bytes may be passed. Any thread.
+/// order; empty if the descriptor is malformed. Any bytes may be passed. Any thread.
 std::vector<HidCollection> readHidReportDescriptor(std::span<const std::uint8_t> descriptor);
 
 }  // namespace chimewerk

@@ -11,21 +11,20 @@
 
 namespace chimewerk {
 
-/// A lid sensor that is a HID device: the first hidraw device with the right usage that may be
-/// opened, which needs the udev rule that comes with the program. Reports that hold no angle
-/// are ignored.
+/// A lid sensor that is a HID device: the first hidraw device with the right usage that can be
+/// opened, which needs the udev rule that comes with the program. Ignores reports without an angle.
 ///
-/// Does not notice when a device is plugged in: `open()` looks again. When the device is unplugged,
-/// the source closes itself and calls `onFound(false)`.
+/// Does not notice new devices; call `open()` again to search. When the device is unplugged, the
+/// source closes itself and calls `onFound(false)`.
 class HidrawLidSensorSource final : public LidSensorSource {
 public:
-    /// The queue outlives the source.
+    /// The queue must outlive the source.
     explicit HidrawLidSensorSource(EpollMainQueue& queue) : queue_(queue) {}
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override;
     void close() override;
 
-    /// Whether the machine has such a device, even if it may not be opened.
+    /// Returns whether the machine has such a device, even if it cannot be opened.
     static bool isPresent();
 
 private:

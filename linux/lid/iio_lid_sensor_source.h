@@ -14,30 +14,30 @@
 
 namespace chimewerk {
 
-/// Where to read the angle of a hinge, and in which unit.
+/// The location and unit of a hinge's angle.
 struct IioHinge {
-    /// The file with the raw value of the sensor.
+    /// The file with the sensor's raw value.
     std::string rawPath;
-    /// Degrees per unit of the raw value, after `offset` has been added to it.
+    /// Degrees per unit of the raw value, after `offset` has been added.
     double degreesPerUnit;
     double offset;
 
-    /// Converts a raw value to whole degrees; none for an angle that no lid can have.
+    /// Converts a raw value to whole degrees; none if no lid can have that angle.
     std::optional<float> degrees(double raw) const;
 };
 
-/// Finds the machine's first industrial-I/O device that measures the angle of a hinge.
+/// Returns the machine's first industrial-I/O device that measures the angle of a hinge.
 std::optional<IioHinge> findIioHinge();
 
-/// A lid sensor that the kernel offers as an industrial-I/O device. It has no events to wait for,
-/// so it is read every 0.25 s; angles that no lid can have are skipped. A worker reads it, since
-/// the kernel may have to wake the sensor and wait.
+/// A lid sensor that the kernel provides as an industrial-I/O device. It has no events, so it is
+/// read every 0.25 s; impossible angles are skipped. A worker reads it, because the kernel may have
+/// to wake the sensor and wait.
 ///
-/// Does not notice when a device appears: `open()` looks again. When the device disappears, the
+/// Does not notice new devices; call `open()` again to search. When the device disappears, the
 /// source closes itself and calls `onFound(false)`.
 class IioLidSensorSource final : public LidSensorSource {
 public:
-    /// The queue outlives the source.
+    /// The queue must outlive the source.
     explicit IioLidSensorSource(MainQueue& queue) : queue_(queue), poller_(queue) {}
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override;

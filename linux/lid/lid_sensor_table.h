@@ -13,18 +13,17 @@
 
 namespace chimewerk {
 
-/// The kinds of lid sensors in the order in which they are tried; the last one stays silent. Uses
-/// the first that opens. When a device that may be a sensor is plugged in or out, the table is
-/// searched again from the top. Without udev's events, only a sensor that is there when the table
-/// is opened is found.
+/// Tries the kinds of lid sensors in order and uses the first that opens; the last one is silent.
+/// When a device that may be a sensor is plugged in or out, searches again from the top. Without
+/// udev's events, it only finds a sensor that is present when the table is opened.
 class LidSensorTable final : public LidSensorSource {
 public:
     using Rows = std::vector<std::unique_ptr<LidSensorSource>>;
 
-    /// Returns the rows of this program: hidraw, industrial I/O, none. The queue outlives them.
+    /// Returns the rows of this program: hidraw, industrial I/O, none. The queue must outlive them.
     static Rows rows(EpollMainQueue& queue);
 
-    /// `rows` is not empty. The queue outlives the table.
+    /// `rows` must not be empty. The queue must outlive the table.
     LidSensorTable(EpollMainQueue& queue, Rows rows);
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override;

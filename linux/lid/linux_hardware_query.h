@@ -10,15 +10,15 @@
 
 namespace chimewerk {
 
-/// The lid-angle event can work on 64-bit ARM machines and wherever there is a sensor in the hinge.
+/// The lid-angle event can work on 64-bit ARM machines and on machines with a hinge sensor.
 class LinuxHardwareQuery final : public HardwareQuery {
 public:
-    /// Queries this machine. Looks for a sensor at each query.
+    /// Uses this machine's name, and searches for a sensor at each query.
     LinuxHardwareQuery();
     /// `machine` is the kernel's name for the processor, such as "x86_64".
     LinuxHardwareQuery(std::string machine, std::function<bool()> hasHingeSensor);
 
-    /// Whether there is a sensor in the hinge now, even if it may not be opened.
+    /// Returns whether there is a hinge sensor now, even if it cannot be opened.
     static bool hasHingeSensor();
 
     bool supportsLidAngle() const override;

@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// For machines whose lid has no sensor: never opens, never calls a handler.
+/// For machines without a lid sensor: never opens, never calls a handler.
 class NullLidSensorSource final : public LidSensorSource {
 public:
     bool open(AngleHandler /*onAngle*/, FoundHandler /*onFound*/) override { return false; }

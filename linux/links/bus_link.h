@@ -30,10 +30,10 @@ struct UnrefEventLoop {
     void operator()(sd_event* loop) const { sd_event_unref(loop); }
 };
 using BusMessage = std::unique_ptr<sd_bus_message, UnrefBusMessage>;
-/// A call that waits for its answer, or a match: ends with the object.
+/// A pending call or a match, which ends with this object.
 using BusSlot = std::unique_ptr<sd_bus_slot, UnrefBusSlot>;
 
-/// The object that a member function of the form below belongs to.
+/// The class of a member function of one of these forms.
 template <typename Method>
 struct HandlerOf;
 template <typename Owner>
@@ -45,9 +45,9 @@ struct HandlerOf<int (Owner::*)(sd_bus_message*, sd_bus_error*)> {
     using Object = Owner;
 };
 
-/// The sd-bus handler that calls this member function of the object that is its user data. Use it
-/// as `callMember<&Source::onSignal>` with `this` as user data. A member that returns nothing lets
-/// other handlers see the message too; another one returns what sd-bus expects.
+/// Calls this member function of the object that is the sd-bus user data. Use
+/// `callMember<&Source::onSignal>` as the handler and `this` as the user data. If the member
+/// returns void, other handlers get the message too; otherwise it returns what sd-bus expects.
 template <auto method>
 int callMember(sd_bus_message* message, void* user, [[maybe_unused]] sd_bus_error* error) {
     auto& object = *static_cast<typename HandlerOf<decltype(method)>::Object*>(user);
@@ -62,34 +62,33 @@ int callMember(sd_bus_message* message, void* user, [[maybe_unused]] sd_bus_erro
 /// Calls `handler` with each change of the owner of `name` on the bus, until the bus is closed.
 void matchOwnerChanges(sd_bus* bus, const std::string& name, sd_bus_message_handler_t handler,
                        void* user);
-/// Returns the new owner that such a message names, empty if there is none; null if it cannot
-/// be read.
+/// Returns the new owner in such a message, empty if there is none; null if it cannot be read.
 const char* readNewOwner(sd_bus_message* signal);
 
-/// A connection to a message bus that survives the end of the bus: the link then looks for the bus
-/// at intervals and opens it again. Calls and matches on it are sd-bus's own; they must not wait
-/// for answers. Main thread only; must not be destroyed from within a callback.
+/// A connection to a message bus that is opened again after the bus has restarted: while the bus is
+/// away, the link retries at intervals. Make calls and matches with sd-bus directly; they must not
+/// block. Main thread only; must not be destroyed from within a callback.
 class BusLink {
 public:
-    /// Opens the bus as sd_bus_open_user and sd_bus_open_system do: without waiting; negative
-    /// on failure.
+    /// Opens the bus without blocking, as sd_bus_open_user and sd_bus_open_system do. Returns a
+    /// negative number on failure.
     using Opener = std::function<int(sd_bus** bus)>;
 
     struct Callbacks {
-        /// The bus is there, or will be in a moment; matches and calls are queued until then.
+        /// The bus is open, or will be in a moment; matches and calls are queued until then.
         std::function<void(sd_bus* bus)> onOpen;
         /// The bus has gone away. May be empty.
         std::function<void()> onLost = {};
     };
 
-    /// The queue outlives the link. `interval` lies between two looks for the bus.
+    /// The queue must outlive the link. `interval` is the time between two attempts.
     BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks,
             Seconds interval = Retry::kInterval);
     ~BusLink();
     BusLink(const BusLink&) = delete;
     BusLink& operator=(const BusLink&) = delete;
 
-    /// Opens the bus now, or as soon as it is there.
+    /// Opens the bus now or as soon as it is available, and again after each loss.
     void keepOpen();
 
 private:
@@ -103,7 +102,7 @@ private:
     /// Handles the bus's timeouts and full buffers behind one descriptor.
     std::unique_ptr<sd_event, UnrefEventLoop> loop_;
     std::unique_ptr<sd_bus, UnrefBus> bus_;
-    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the loop that it watches
+    std::unique_ptr<EpollMainQueue::Watch> watch_;  // Destroyed before the loop that it watches
     Retry retry_;
     Lifeline lifeline_;
 };

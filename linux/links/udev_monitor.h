@@ -14,15 +14,15 @@
 
 namespace chimewerk {
 
-/// What happened to a device.
+/// An event of a device.
 struct UdevEvent {
     /// "add", "remove", "change" and so on.
     std::string action;
-    /// The event was requested again by a program; nothing has happened.
+    /// Whether a program asked udev to repeat the event; then nothing has happened.
     bool isRepeated;
 };
 
-/// Reports devices that come and go, after udev has applied its rules. Main thread only.
+/// Reports devices that appear and disappear, after udev has applied its rules. Main thread only.
 class UdevMonitor {
 public:
     struct Filter {

@@ -23,14 +23,14 @@ struct FreeReply {
 template <typename Reply>
 using XcbReply = std::unique_ptr<Reply, FreeReply>;
 
-/// A connection to an X server that survives the end of the server: the link then looks for the
-/// server at intervals and opens it again. (xcb, because Xlib ends the program with the server.)
-/// Main thread only; must not be destroyed from within its callbacks.
+/// A connection to an X server that is opened again after the server has restarted: while the
+/// server is away, the link retries at intervals. (Uses xcb, because Xlib ends the program when the
+/// server ends.) Main thread only; must not be destroyed from within its callbacks.
 class X11Link {
 public:
     struct Callbacks {
-        /// The server is there. Asks it for events; returns false if this server cannot send them,
-        /// which closes the link until the next look.
+        /// The server is connected. Requests its events; returns false if this server cannot send
+        /// them, which closes the link until the next attempt.
         std::function<bool(xcb_connection_t* server, xcb_window_t root)> onOpen;
         /// An event, or an error of a request without a reply. May make requests with replies.
         std::function<void(const xcb_generic_event_t& event)> onEvent;
@@ -38,26 +38,27 @@ public:
         std::function<void()> onLost = {};
     };
 
-    /// `display` as in $DISPLAY. The queue outlives the link. `interval` lies between two looks for
-    /// the server.
+    /// `display` has the form of $DISPLAY. The queue must outlive the link. `interval` is the time
+    /// between two attempts.
     X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks,
             Seconds interval = Retry::kInterval);
     ~X11Link();
     X11Link(const X11Link&) = delete;
     X11Link& operator=(const X11Link&) = delete;
 
-    /// Opens the connection now, without looking again later. Returns whether it is open.
+    /// Tries to open the connection, once. Returns whether it is open.
     bool openOnce();
-    /// Opens the connection now, or as soon as the server is there.
+    /// Opens the connection now or as soon as the server is available, and again after each loss.
     void keepOpen();
     void close();
 
-    /// The connection while the link is open, else null.
+    /// The connection; null while the link is closed.
     xcb_connection_t* server() const { return server_.get(); }
     xcb_window_t root() const { return root_; }
 
-    /// Calls `onEvent` for the events that have come. Call it after waiting for a reply outside
-    /// `onEvent`: events that came with the reply do not make the connection readable again.
+    /// Calls `onEvent` for the events that have arrived. Call this after waiting for a reply
+    /// outside `onEvent`: events that arrived with the reply do not make the connection
+    /// readable again.
     void handleEvents();
 
 private:
@@ -71,7 +72,8 @@ private:
     const std::string display_;
     const Callbacks callbacks_;
     std::unique_ptr<xcb_connection_t, Disconnect> server_;
-    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the connection that it watches
+    // Destroyed before the connection that it watches.
+    std::unique_ptr<EpollMainQueue::Watch> watch_;
     xcb_window_t root_ = XCB_NONE;
     bool wanted_ = false;
     Retry retry_;

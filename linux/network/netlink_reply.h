@@ -33,7 +33,7 @@ public:
     /// earlier answer and are skipped.
     NetlinkReply(std::uint32_t sequence, Visitor visit);
 
-    /// Reads the next datagram. `cut` says that it was truncated on receipt.
+    /// Reads the next datagram. `cut` means that it was truncated on receipt.
     State take(std::span<const std::byte> datagram, bool cut);
 
 private:

@@ -12,17 +12,17 @@
 
 namespace chimewerk {
 
-/// Sleep and wake, from logind on the system bus. A delay inhibitor is held all the time, so that a
-/// sleep waits for the answer to its message. Answering closes the inhibitor; it is taken again
-/// after the wake, after a cancelled sleep, and when logind or the bus has come back. An answer
-/// counts only for the sleep that its message belongs to. Without an inhibitor sleep and wake are
-/// still reported. Without logind nothing happens until it comes. Main thread only.
+/// Sleep and wake, from logind on the system bus. Always holds a delay inhibitor, so that a sleep
+/// waits for the answer to its message. The answer closes the inhibitor; a new one is taken after
+/// the wake, after a cancelled sleep, and when logind or the bus has returned. An answer counts
+/// only for the sleep of its message. Without an inhibitor, sleep and wake are still reported.
+/// Without logind, nothing happens until it starts. Main thread only.
 class LogindSleepSource final : public SleepSource {
 public:
-    /// The queue outlives the source.
+    /// The queue must outlive the source.
     explicit LogindSleepSource(EpollMainQueue& queue);
 
-    /// Always succeeds: logind may come later.
+    /// Always succeeds: logind may start later.
     bool registerHandler(Handler handler) override;
     void allowPowerChange(std::intptr_t argument) override;
 
@@ -39,13 +39,13 @@ private:
     void onInhibited(sd_bus_message* reply);
 
     Handler handler_;
-    /// Numbers the sleeps; the argument of their messages.
+    /// Numbers the sleeps; also the argument of their messages.
     std::intptr_t sleep_ = 0;
-    /// Whether the system is on its way to sleep or asleep.
+    /// Whether the system is going to sleep or asleep.
     bool isGoingToSleep_ = false;
     FileDescriptor inhibitor_;
     BusLink link_;
-    BusSlot asking_;  // For the inhibitor; ends before the bus on which it was sent.
+    BusSlot asking_;  // Destroyed before the bus on which it was sent
 };
 
 }  // namespace chimewerk

@@ -14,16 +14,16 @@
 namespace chimewerk {
 
 /// UPower's composite display device as the only power source: whether the machine runs on battery,
-/// and its charge. UPower's signals keep it current, so reading it asks nobody. A machine without a
-/// battery has no source.
+/// and the charge. UPower's signals keep it current, so reading it makes no call. A machine without
+/// a battery has no source.
 ///
-/// The state is known once a source has been found, so a machine found running on battery, however
-/// late, has run on battery from the start. While UPower or the bus is away the last state stays
-/// valid; only what they report on their return can be a change. The first question starts UPower.
-/// Main thread only.
+/// The state is known once a source has been found. So a machine that is then on battery counts as
+/// on battery from the start, however late UPower answers. While UPower or the bus is away, the
+/// last state stays valid; only what they report on their return can be a change. The first request
+/// starts UPower. Main thread only.
 class UPowerPowerSources final : public PowerSources {
 public:
-    /// The queue outlives the object.
+    /// The queue must outlive the object.
     explicit UPowerPowerSources(EpollMainQueue& queue);
 
     std::optional<PowerSourceDescription> first() const override { return source_; }
@@ -61,13 +61,13 @@ private:
     bool isKnown_ = false;
 
     Facts facts_;
-    /// Whether UPower has answered for each object since it was last asked.
+    /// Whether UPower has answered for each object since the last request.
     bool machineKnown_ = false;
     bool deviceKnown_ = false;
     bool isLookDue_ = false;
 
     BusLink link_;
-    // The requests end before the bus on which they were sent.
+    // Destroyed before the bus on which the requests were sent.
     BusSlot askingMachine_;
     BusSlot askingDevice_;
     Lifeline lifeline_;

@@ -10,14 +10,14 @@
 
 namespace chimewerk {
 
-/// A file that is written under a temporary name in its folder and then takes its place in one
-/// step: readers see the old file or the whole new one. Removed on destruction unless it has taken
-/// its place. It is locked while it is being written, so the leftovers of a killed program are the
-/// temporary files without a lock. One thread at a time.
+/// A file that is written under a temporary name and then renamed in one step: readers see the old
+/// file or the whole new one. The destructor removes it unless it has been renamed. It is locked
+/// while it is being written, so temporary files without a lock are leftovers of killed programs.
+/// One thread at a time.
 class AtomicFile {
 public:
-    /// Removes the leftovers in `folder` and creates an empty file there, for the user alone. On
-    /// failure `error` gives the reason, and no other member may be called.
+    /// Removes the leftovers in `folder` and creates an empty file there, accessible to the user
+    /// alone. On failure `error` gives the reason, and no other member may be called.
     AtomicFile(const std::string& folder, std::error_code& error);
     AtomicFile(AtomicFile&&) = delete;
     ~AtomicFile();
@@ -28,16 +28,16 @@ public:
     const std::string& path() const { return path_; }
 
     /// Renames the file to `path`, which must be in the same folder. Replaces a file or a link
-    /// (not what the link leads to), never a folder. Does not wait for the disk. On failure
-    /// nothing has changed.
+    /// (not the link's target), never a folder. Does not wait for the disk. On failure nothing
+    /// has changed.
     std::error_code takePlace(const std::string& path);
 
-    /// Removes the temporary files in `folder` that no program is writing any more.
+    /// Removes the temporary files in `folder` that no program is writing.
     static void removeLeftovers(const std::string& folder);
 
 private:
     FileDescriptor file_;
-    /// Empty once the file has taken its place.
+    /// Empty once the file has been renamed.
     std::string path_;
 };
 

@@ -16,13 +16,13 @@
 namespace chimewerk {
 
 /// The user's settings in one JSON file, "chimewerk/settings.json" in the configuration folder.
-/// Reads it once; a worker writes it as a whole, a moment after each burst of changes. Values that
-/// the program does not know stay in the file. A file that cannot be parsed is set aside under
-/// another name. While writing fails, the settings live in memory, and writing is retried.
+/// Reads it once; a worker writes the whole file shortly after each burst of changes. Keeps values
+/// that the program does not know. A file that cannot be parsed is renamed and kept. While writing
+/// fails, the settings are kept in memory, and writing is retried.
 class JsonDefaultsStore final : public DefaultsStore {
 public:
     /// Reads the file. `configHome` is the user's configuration folder; if empty, nothing is read
-    /// or written. The queue outlives the store.
+    /// or written. The queue must outlive the store.
     JsonDefaultsStore(MainQueue& queue, const std::string& configHome);
     /// Calls `flush()`.
     ~JsonDefaultsStore() override;
@@ -33,7 +33,7 @@ public:
     std::shared_ptr<const void> holdWrites() override { return schedule_.hold(); }
     void keepDamaged() override;
 
-    /// Writes unwritten changes and waits for that; one attempt. For the end of the program.
+    /// Writes unwritten changes in one attempt and waits for that. For the end of the program.
     void flush();
 
 private:
@@ -48,7 +48,7 @@ private:
 
     MainQueue& queue_;
     Values values_;
-    SettingsFile file_;  // used by the constructor, and from then on by the worker
+    SettingsFile file_;  // Used by the constructor, then only by the worker
     WriteSchedule schedule_;
     Worker worker_;
 };

@@ -23,7 +23,7 @@ nlohmann::json jsonFromValue(const DefaultsValue& value);
 /// empty value.
 DefaultsValue valueFromJson(const nlohmann::json& json);
 
-/// Parses a settings file: an object with one value per key. None when the text is not JSON, is no
+/// Parses a settings file: an object with one value per key. None if the text is not JSON, is no
 /// object, or is nested deeper than 64 levels.
 std::optional<nlohmann::json> parseSettings(std::string_view text);
 

@@ -11,9 +11,8 @@ namespace chimewerk {
 
 class AtomicFile;
 
-/// A text file that holds one whole text at any moment, also after a crash or on a full disk. It
-/// may be a symbolic link: the link stays, and the file that it leads to is read and replaced. One
-/// thread at a time.
+/// A text file that always holds a complete text, even after a crash or on a full disk. If it is a
+/// symbolic link, the link is kept and its target is read and replaced. One thread at a time.
 class SettingsFile {
 public:
     enum class Finding {
@@ -35,16 +34,16 @@ public:
     /// Returns the contents of the file. Waits for the disk only, never for a pipe.
     Contents read() const;
 
-    /// Renames what is there to a free name beside it. When that fails, `replace()` tries again
-    /// before it writes. A file that has been set aside is never overwritten.
+    /// Renames the existing file to a free name beside it. If that fails, `replace()` tries again
+    /// before it writes. A file that was set aside is never overwritten.
     void setAside() { mustSetAside_ = !moveAside(); }
 
-    /// Makes the next `replace()` keep a copy of the present file beside it.
+    /// Makes the next `replace()` first copy the current file to a free name beside it.
     void copyAsideFirst() { copyFirst_ = true; }
 
-    /// Replaces the contents by `text`, creates missing folders, and returns once all is on the
-    /// disk. On failure returns false and leaves the file as it was. A reader, or a program that
-    /// starts after a crash, finds either the old text or the new one.
+    /// Replaces the contents by `text`, creates missing folders, and returns when all is on the
+    /// disk. On failure returns false and keeps the old file. Readers, even after a crash, find
+    /// either the old text or the new one.
     bool replace(std::string_view text);
 
 private:
@@ -53,7 +52,7 @@ private:
     bool takePlace(AtomicFile& file, const std::string& target) const;
 
     const std::string path_;
-    /// What is there must be set aside before anything is written.
+    /// Whether the existing file must be set aside before anything is written.
     bool mustSetAside_ = false;
     bool copyFirst_ = false;
 };

@@ -17,8 +17,8 @@ namespace chimewerk {
 /// or cut off by a crash replaces nothing.
 class XdgSoundFolder final : public SoundFolder {
 public:
-    /// `dataHome` is the result of `xdgDataHome()`. Queue and decoders outlive the object. Removes
-    /// the leftovers of killed programs.
+    /// `dataHome` is the result of `xdgDataHome()`. `queue` and `decoders` must outlive the object.
+    /// Removes the leftovers of killed programs.
     XdgSoundFolder(MainQueue& queue, const Decoders& decoders, const std::string& dataHome);
 
     std::unique_ptr<Addition> add(const std::string& file, Done done) override;
@@ -28,9 +28,9 @@ private:
 
     MainQueue& queue_;
     const Decoders& decoders_;
-    /// Empty when there is no data folder.
+    /// Empty if there is no data folder.
     const std::string folder_;
-    /// Last, so that it ends first: its job uses the others.
+    /// Declared last, so that it is destroyed first: its job uses the other members.
     Worker worker_;
 };
 
