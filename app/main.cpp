@@ -161,7 +161,8 @@ struct Program {
                        .soundFolder = machine.soundFolder,
                        .keys = machine.keys,
                        .keyPermissionPage = machine.keyPermissionPage,
-                       .isAppleSilicon = LinuxHardwareQuery().supportsLidAngle()}};
+                       .isAppleSilicon = LinuxHardwareQuery().supportsLidAngle()},
+                      machine.folders.pages + "/users.md"};
     AppDelegate delegate{{.queue = machine.queue,
                           .clock = machine.clock,
                           .notifications = notifications,

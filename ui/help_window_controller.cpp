@@ -3,6 +3,7 @@
 
 #include "ui/help_window_controller.h"
 
+#include <QDesktopServices>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QKeySequence>
@@ -12,14 +13,17 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QTextBlock>
+#include <QTextBrowser>
 #include <QTextCursor>
 #include <QTextDocument>
-#include <QTextEdit>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <cmath>
+#include <utility>
 
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
+#include "ui/controls/wording.h"
 #include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
 
@@ -30,7 +34,18 @@ namespace {
 constexpr int kHeaderHeight = 110;
 constexpr int kMargin = 28;
 
-const char* const kTitle = "Chimewerk — Help & Guide";
+/// The guide as it is here, without the paragraphs that have nothing to say.
+std::vector<HelpParagraph> shownGuide() {
+    std::vector<HelpParagraph> guide;
+    for (HelpParagraph& paragraph : helpContent()) {
+        std::string shown = platformWording(paragraph.text);
+        if (!shown.empty() || paragraph.text.empty()) {
+            paragraph.text = std::move(shown);
+            guide.push_back(std::move(paragraph));
+        }
+    }
+    return guide;
+}
 
 QColor helpColor(const ColorScheme& colors, HelpColor color) {
     switch (color) {
@@ -52,13 +67,6 @@ QColor helpColor(const ColorScheme& colors, HelpColor color) {
 
 QFont helpFont(const HelpStyle& style) {
     return systemFont(style.fontSize, style.bold ? QFont::Bold : QFont::Normal);
-}
-
-QTextCharFormat charFormat(const HelpStyle& style, const QColor& color) {
-    QTextCharFormat format;
-    format.setFont(helpFont(style));
-    format.setForeground(color);
-    return format;
 }
 
 QTextCharFormat inEmojiFont(QTextCharFormat format) {
@@ -93,6 +101,36 @@ void insertText(QTextCursor& cursor, const QString& text, const QTextCharFormat&
     }
 }
 
+/// Inserts a paragraph's text. What it has in brackets becomes a link to the manual.
+void insertParagraph(QTextCursor& cursor, const QString& text, const QTextCharFormat& format,
+                     const QUrl& manual) {
+    const auto begin = text.indexOf(QLatin1Char('['));
+    const auto end = text.indexOf(QLatin1Char(']'), begin);
+    if (begin < 0 || end < 0) {
+        return insertText(cursor, text, format);
+    }
+    QTextCharFormat link = format;
+    link.setAnchor(true);
+    link.setAnchorHref(manual.toString());
+    link.setFontUnderline(true);
+    insertText(cursor, text.left(begin), format);
+    insertText(cursor, text.mid(begin + 1, end - begin - 1), link);
+    insertText(cursor, text.mid(end + 1), format);
+}
+
+/// Selects the block's link, if it has one, and else nothing.
+void selectLink(QTextCursor& cursor, const QTextBlock& block) {
+    cursor.setPosition(block.position());
+    for (auto part = block.begin(); !part.atEnd(); ++part) {
+        const QTextFragment fragment = part.fragment();
+        if (fragment.charFormat().isAnchor()) {
+            cursor.setPosition(fragment.position());
+            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+            return;
+        }
+    }
+}
+
 class HeaderView final : public QWidget {
 public:
     HeaderView() { setFixedHeight(kHeaderHeight); }
@@ -108,24 +146,43 @@ protected:
 
 /// Shows the guide in the colours of the desktop's appearance. Its document has one block for each
 /// paragraph of the content.
-class GuideView final : public QTextEdit {
+class GuideView final : public QTextBrowser {
 public:
     GuideView() : colors_(&colorSchemeOf(*this)) {
         setReadOnly(true);
         setUndoRedoEnabled(false);
         // Not by keyboard: the arrow keys would move an invisible cursor instead of scrolling.
-        setTextInteractionFlags(Qt::TextSelectableByMouse);
+        setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse |
+                                Qt::LinksAccessibleByKeyboard);
+        setOpenLinks(false);
+        connect(this, &QTextBrowser::anchorClicked, this, &QDesktopServices::openUrl);
         setFrameShape(QFrame::NoFrame);
         viewport()->setAutoFillBackground(false);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         document()->setDocumentMargin(kMargin);
-        setAccessibleName(QStringLiteral("Guide"));
+        setAccessibleName(worded("Guide"));
+    }
+
+    /// Colours the text in place, which keeps the selection and the scroll position.
+    void colorText() {
+        QTextCursor cursor(document());
+        cursor.beginEditBlock();
+        QTextBlock block = document()->begin();
+        for (const HelpParagraph& paragraph : shownGuide()) {
+            cursor.setPosition(block.position());
+            cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+            color(cursor, paragraph.color);
+            selectLink(cursor, block);
+            color(cursor, HelpColor::accent);
+            block = block.next();
+        }
+        cursor.endEditBlock();
     }
 
 protected:
     void changeEvent(QEvent* event) override {
-        QTextEdit::changeEvent(event);
+        QTextBrowser::changeEvent(event);
         if (event->type() == QEvent::PaletteChange && colors_ != &colorSchemeOf(*this)) {
             colors_ = &colorSchemeOf(*this);
             colorText();
@@ -133,20 +190,10 @@ protected:
     }
 
 private:
-    /// Colours the text in place, which keeps the selection and the scroll position.
-    void colorText() {
-        QTextCursor cursor(document());
-        cursor.beginEditBlock();
-        QTextBlock block = document()->begin();
-        for (const HelpParagraph& paragraph : helpContent()) {
-            QTextCharFormat color;
-            color.setForeground(helpColor(*colors_, paragraph.color));
-            cursor.setPosition(block.position());
-            cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
-            cursor.mergeCharFormat(color);
-            block = block.next();
-        }
-        cursor.endEditBlock();
+    void color(QTextCursor& cursor, HelpColor role) {
+        QTextCharFormat format;
+        format.setForeground(helpColor(*colors_, role));
+        cursor.mergeCharFormat(format);
     }
 
     /// The scheme that the text is coloured in.
@@ -166,8 +213,9 @@ void closeOn(QWidget* window, const QKeySequence& keys) {
 
 }  // namespace
 
-HelpWindowController::HelpWindowController() : window_(std::make_unique<QWidget>()) {
-    window_->setWindowTitle(QString::fromUtf8(kTitle));
+HelpWindowController::HelpWindowController(const std::string& manual)
+    : window_(std::make_unique<QWidget>()) {
+    window_->setWindowTitle(worded(kHelpTitle));
     window_->setMinimumSize(520, 400);
     window_->resize(700, 640);
     // There is no screen while none is plugged in.
@@ -176,7 +224,7 @@ HelpWindowController::HelpWindowController() : window_(std::make_unique<QWidget>
     }
     closeOn(window_.get(), Qt::Key_Escape);
     closeOn(window_.get(), Qt::CTRL | Qt::Key_W);
-    buildUI();
+    buildUI(QUrl::fromLocalFile(QString::fromStdString(manual)));
 }
 
 void HelpWindowController::showWindow() {
@@ -186,17 +234,15 @@ void HelpWindowController::showWindow() {
     window_->activateWindow();
 }
 
-void HelpWindowController::buildUI() {
+void HelpWindowController::buildUI(const QUrl& manual) {
     auto* const header = new HeaderView;
     QVBoxLayout* const labels = stack(header);
     labels->setContentsMargins(kMargin, 18, 0, 0);
-    labels->addWidget(heroLabel(QStringLiteral("🔊  Chimewerk"), 30, QFont::Bold));
+    labels->addWidget(heroLabel(worded(kHelpName), 30, QFont::Bold));
     labels->addSpacing(5);
-    labels->addWidget(heroLabel(QStringLiteral("Your Mac, but louder."), 15, QFont::Normal, 0.88));
+    labels->addWidget(heroLabel(worded(kHelpMotto), 15, QFont::Normal, 0.88));
     labels->addSpacing(6);
-    labels->addWidget(
-        heroLabel(QStringLiteral("v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary"), 11,
-                  QFont::Normal, 0.65));
+    labels->addWidget(heroLabel(worded(kHelpVersionLine), 11, QFont::Normal, 0.65));
     labels->addStretch();
 
     auto* const guide = new GuideView;
@@ -204,7 +250,8 @@ void HelpWindowController::buildUI() {
     rows->addWidget(header);
     rows->addWidget(guide);
     guide->setFocus();
-    buildContent(*guide->document(), colorSchemeOf(*guide));
+    buildContent(*guide->document(), manual);
+    guide->colorText();
     // After insertion the cursor, and with it the view, is at the end.
     guide->moveCursor(QTextCursor::Start);
 }
@@ -220,15 +267,16 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
     return label;
 }
 
-void HelpWindowController::buildContent(QTextDocument& document, const ColorScheme& colors) {
+void HelpWindowController::buildContent(QTextDocument& document, const QUrl& manual) {
     QTextCursor cursor(&document);
     // One change, so that the text is laid out once.
     cursor.beginEditBlock();
     bool isFirst = true;
     int spacingAbove = 0;
-    for (const HelpParagraph& paragraph : helpContent()) {
+    for (const HelpParagraph& paragraph : shownGuide()) {
         const HelpStyle& style = helpStyle(paragraph.kind);
-        const QTextCharFormat format = charFormat(style, helpColor(colors, paragraph.color));
+        QTextCharFormat format;
+        format.setFont(helpFont(style));
         if (isFirst) {
             // The document's margin is the only spacing above it.
             cursor.setBlockFormat(blockFormat(style, -style.spacingBefore));
@@ -236,7 +284,7 @@ void HelpWindowController::buildContent(QTextDocument& document, const ColorSche
         } else {
             cursor.insertBlock(blockFormat(style, spacingAbove), format);
         }
-        insertText(cursor, QString::fromStdString(paragraph.text), format);
+        insertParagraph(cursor, QString::fromStdString(paragraph.text), format, manual);
         isFirst = false;
         spacingAbove = style.spacingAfter;
     }

@@ -7,22 +7,23 @@
 #include <QString>
 #include <QWidget>
 #include <memory>
+#include <string>
 
 #include "app/windows.h"
 
 class QLabel;
 class QTextDocument;
+class QUrl;
 
 namespace chimewerk {
-
-struct ColorScheme;
 
 /// The guide's window: a coloured header with the program's name above a text that scrolls. It
 /// starts hidden; closing hides it, and it keeps its place in the text. It is light or dark as the
 /// desktop is.
 class HelpWindowController final : public Window {
 public:
-    HelpWindowController();
+    /// `manual` is the absolute path of the manual that the guide's last words lead to.
+    explicit HelpWindowController(const std::string& manual);
 
     /// Shows the window, in front of the others if the desktop allows it.
     void showWindow() override;
@@ -30,9 +31,9 @@ public:
     QWidget& window() { return *window_; }
 
 private:
-    void buildUI();
+    void buildUI(const QUrl& manual);
     /// Fills an empty document with the guide.
-    static void buildContent(QTextDocument& document, const ColorScheme& colors);
+    static void buildContent(QTextDocument& document, const QUrl& manual);
     /// Returns a label of the header: white, on one line, as opaque as `alpha`, 0 to 1.
     static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight,
                              double alpha = 1.0);

@@ -18,7 +18,7 @@ std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
 }
 
 std::unique_ptr<Window> QtWindows::makeHelpWindow() {
-    return std::make_unique<HelpWindowController>();
+    return std::make_unique<HelpWindowController>(manual_);
 }
 
 }  // namespace chimewerk

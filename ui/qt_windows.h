@@ -4,6 +4,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "app/windows.h"
 #include "ui/dashboard/dashboard_dependencies.h"
@@ -13,13 +15,16 @@ namespace chimewerk {
 /// Makes the windows of this folder.
 class QtWindows final : public WindowFactory {
 public:
-    explicit QtWindows(const DashboardDependencies& dependencies) : deps_(dependencies) {}
+    /// `manual` is the absolute path of the manual to which the guide leads.
+    QtWindows(const DashboardDependencies& dependencies, std::string manual)
+        : deps_(dependencies), manual_(std::move(manual)) {}
 
     std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) override;
     std::unique_ptr<Window> makeHelpWindow() override;
 
 private:
     const DashboardDependencies deps_;
+    const std::string manual_;
 };
 
 }  // namespace chimewerk

@@ -17,7 +17,7 @@ ProgramFolders findProgramFolders() {
     const auto prefix = program.parent_path().parent_path();
     return {.sounds = prefix / "share" / "chimewerk" / "sounds",
             .modules = prefix / "lib" / "chimewerk",
-            .pages = prefix / "share" / "doc" / "chimewerk"};
+            .pages = prefix / "share" / "chimewerk"};
 }
 
 }  // namespace chimewerk

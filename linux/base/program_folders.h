@@ -15,7 +15,7 @@ struct ProgramFolders {
     std::string sounds;
     /// Modules: lib/chimewerk.
     std::string modules;
-    /// Pages for users: share/doc/chimewerk.
+    /// Pages for users: share/chimewerk.
     std::string pages;
 };
 

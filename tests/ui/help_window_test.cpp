@@ -10,14 +10,18 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextBrowser>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QTextLayout>
+#include <QUrl>
 #include <cmath>
 
+#include "support/foreign_words.h"
 #include "support/widget_input.h"
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
+#include "ui/controls/wording.h"
 #include "ui/help_window_controller.h"
 #include "ui/rules/help_content.h"
 
@@ -61,7 +65,7 @@ protected:
         return topOf(below, 0) - bottom;
     }
 
-    HelpWindowController controller_;
+    HelpWindowController controller_{"/some where/users.md"};
     QWidget& window_ = controller_.window();
 };
 
@@ -117,16 +121,33 @@ TEST_F(TheHelpWindow, SpreadsTheGradientOverItsWholeWidth) {
     }
 }
 
-TEST_F(TheHelpWindow, ShowsTheGuideUnaltered) {
+TEST_F(TheHelpWindow, ShowsTheWholeGuideAsItIsHere) {
     QString expected;
     for (const HelpParagraph& paragraph : helpContent()) {
-        expected += QString::fromStdString(paragraph.text) + '\n';
+        const QString shown = worded(paragraph.text);
+        if (!shown.isEmpty() || paragraph.text.empty()) {
+            expected += shown + '\n';
+        }
     }
-    EXPECT_EQ(text().toPlainText() + '\n', expected);
+    EXPECT_EQ(text().toPlainText() + '\n', expected.remove('[').remove(']'));
+    for (const QLabel* const label : window_.findChildren<QLabel*>()) {
+        EXPECT_EQ(foreignWordIn(label->text().toStdString()), "");
+    }
+}
+
+TEST_F(TheHelpWindow, EndsWithALinkToTheManual) {
+    show();
+    QUrl opened;
+    QObject::connect(window_.findChild<QTextBrowser*>(), &QTextBrowser::anchorClicked,
+                     [&opened](const QUrl& link) { opened = link; });
+    press(Qt::Key_Tab);
+    EXPECT_EQ(text().textCursor().selectedText(), "Using Chimewerk");
+    press(Qt::Key_Return);
+    EXPECT_EQ(opened.toLocalFile(), "/some where/users.md");
 }
 
 TEST_F(TheHelpWindow, SetsEmojiAloneInTheirFont) {
-    QTextBlock::iterator parts = blockWith("Never skip").begin();
+    QTextBlock::iterator parts = blockWith("Know what you allow").begin();
     EXPECT_EQ(parts.fragment().text(), "⚠️");
     EXPECT_EQ(parts.fragment().charFormat().font().families().value(0), "Noto Color Emoji");
     ++parts;
@@ -140,10 +161,10 @@ TEST_F(TheHelpWindow, AddsUpTheSpacingsOfNeighbours) {
         double spacing;
     };
     for (const Row& row :
-         {Row{"No Dock icon.", 5}, Row{"─", 5 + 10}, Row{"Sound Events", 10 + 22},
+         {Row{"No window in", 5}, Row{"─", 5 + 10}, Row{"Sound Events", 10 + 22},
           Row{"Single Knock", 8}, Row{"Lid Open", 3}, Row{"Keyboard sounds not working", 8 + 14},
-          Row{"Find Chimewerk", 3}, Row{"Never skip", 3 + 4},
-          Row{"Trash sounds not working", 6 + 14}, Row{"All other 17", 5 + 6}}) {
+          Row{"Choose one", 3}, Row{"Know what", 3 + 4}, Row{"Trash sounds not working", 6 + 14},
+          Row{"All other 17", 5 + 6}}) {
         EXPECT_NEAR(spacingAbove(row.text), row.spacing, 0.05) << row.text.toStdString();
     }
     EXPECT_EQ(text().document()->begin().layout()->position().y(), 28);
@@ -153,7 +174,7 @@ TEST_F(TheHelpWindow, KeepsTheLinesOfAParagraphEvenlyApart) {
     show();
     window_.resize(520, 400);
     ASSERT_TRUE(comesTrue([this] { return text().width() == 520; }));
-    const QTextLayout& wrapped = *blockWith("Finder restarts automatically").layout();
+    const QTextLayout& wrapped = *blockWith("Check: your desktop").layout();
     ASSERT_GE(wrapped.lineCount(), 2);
     EXPECT_EQ(wrapped.lineAt(0).x(), wrapped.lineAt(1).x());
     EXPECT_EQ(wrapped.lineAt(0).x(), 28);
@@ -216,7 +237,7 @@ TEST_F(TheHelpWindow, FollowsTheDesktopIntoTheDark) {
         const auto colorOf = [this](const QString& part) {
             return blockWith(part).begin().fragment().charFormat().foreground().color();
         };
-        EXPECT_EQ(colorOf("No Dock icon."), colors->label);
+        EXPECT_EQ(colorOf("No window in"), colors->label);
         EXPECT_EQ(colorOf("Troubleshooting"), colors->orange);
         EXPECT_EQ(colorOf("Single Knock"), colors->secondaryLabel);
         EXPECT_EQ(colorOf("Sound Themes"), QColor::fromRgbF(0.40F, 0.15F, 0.80F));

@@ -7,6 +7,7 @@
 
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
+#include "ui/controls/wording.h"
 
 namespace chimewerk {
 
@@ -62,19 +63,19 @@ QLabel* makeLabel(const QString& text, int size, QFont::Weight weight, LabelColo
 }
 
 QLabel* makeParagraph(std::string_view text, int size, LabelColor color) {
-    QLabel* const label = makeLabel(QString::fromUtf8(text), size, QFont::Normal, color);
+    QLabel* const label = makeLabel(worded(text), size, QFont::Normal, color);
     label->setWordWrap(true);
     return label;
 }
 
 QLabel* makeNumberLabel(std::string_view text, int size, LabelColor color) {
-    QLabel* const label = makeLabel(QString::fromUtf8(text), size, QFont::Normal, color);
+    QLabel* const label = makeLabel(worded(text), size, QFont::Normal, color);
     label->setFont(monospacedDigitSystemFont(size));
     return label;
 }
 
 QLabel* makeSectionLabel(std::string_view text) {
-    return makeLabel(QString::fromUtf8(text), 12, QFont::DemiBold, LabelColor::secondary);
+    return makeLabel(worded(text), 12, QFont::DemiBold, LabelColor::secondary);
 }
 
 QPushButton* makeButton(const QString& title) {

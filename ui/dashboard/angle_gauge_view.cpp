@@ -9,6 +9,7 @@
 
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
+#include "ui/controls/wording.h"
 #include "ui/rules/angle_gauge.h"
 
 namespace chimewerk {
@@ -35,7 +36,7 @@ QFont gaugeFont(const GaugeFont& font) {
 
 GaugeSize measured(const std::string& text, const GaugeFont& font) {
     const QFontMetricsF metrics(gaugeFont(font));
-    return {metrics.horizontalAdvance(QString::fromStdString(text)), metrics.height()};
+    return {metrics.horizontalAdvance(worded(text)), metrics.height()};
 }
 
 QColor roleColor(const ColorScheme& colors, GaugeColor color) {
@@ -92,7 +93,7 @@ public:
         painter_.setFont(font);
         painter_.setPen(roleColor(colors_, text.color));
         const QPointF baseline = point(text.origin) - QPointF(0, QFontMetricsF(font).descent());
-        painter_.drawText(baseline, QString::fromStdString(text.text));
+        painter_.drawText(baseline, worded(text.text));
     }
 
 private:
@@ -124,8 +125,8 @@ private:
 
 AngleGaugeView::AngleGaugeView(QWidget* parent) : QWidget(parent) {
     setContentsMargins(kOverhang, kOverhang, kOverhang, 0);
-    setAccessibleName(QStringLiteral("Lid angle"));
-    setAccessibleDescription(QString::fromStdString(gaugeDescription({})));
+    setAccessibleName(worded("Lid angle"));
+    setAccessibleDescription(worded(gaugeDescription({})));
 }
 
 void AngleGaugeView::paintEvent(QPaintEvent*) {
@@ -138,7 +139,7 @@ void AngleGaugeView::paintEvent(QPaintEvent*) {
         std::visit(paint, shape);
     }
     // The description changes with the picture, so that both say the same.
-    const QString description = QString::fromStdString(gaugeDescription(state));
+    const QString description = worded(gaugeDescription(state));
     if (accessibleDescription() != description) {
         setAccessibleDescription(description);
     }

@@ -19,6 +19,7 @@
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/wording.h"
 #include "ui/rules/appearance.h"
 
 namespace chimewerk {
@@ -64,7 +65,7 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
     window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                            Qt::WindowCloseButtonHint);
-    window_.setWindowTitle(QStringLiteral("Chimewerk — Dashboard"));
+    window_.setWindowTitle(worded("Chimewerk — Dashboard"));
     window_.setFixedSize(kContentSize);
     center();
     buildUI();
@@ -145,7 +146,7 @@ QWidget* DashboardWindowController::buildTitleRow() {
     QLabel* const title = makeLabel(QStringLiteral("Chimewerk"), 16, QFont::Bold);
     appearanceBtn_ = makeButton({});
     appearanceBtn_->setFont(systemFont(11));
-    appearanceBtn_->setToolTip(QStringLiteral("Toggle dark / light mode"));
+    appearanceBtn_->setToolTip(worded("Toggle dark / light mode"));
     QObject::connect(appearanceBtn_, &QPushButton::clicked, &window_,
                      [this] { toggleAppearance(); });
 
@@ -245,7 +246,7 @@ void DashboardWindowController::applyAppearance() {
     const ColorScheme& colors = now.isDark ? ColorScheme::dark() : ColorScheme::light();
     window_.setPalette(paletteOf(colors));
     QToolTip::setPalette(paletteOf(colors));
-    appearanceBtn_->setText(QString::fromStdString(now.buttonTitle));
+    appearanceBtn_->setText(worded(now.buttonTitle));
     setBackground(*sidebarBgView_, colorOf(now.sidebarBackground, colors.controlBackground));
     setBackground(*dividerView_, colorOf(now.divider, colors.separator));
 }

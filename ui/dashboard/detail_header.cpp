@@ -5,6 +5,7 @@
 
 #include <QSignalBlocker>
 
+#include "ui/controls/wording.h"
 #include "ui/rules/value_texts.h"
 
 namespace chimewerk {
@@ -23,8 +24,8 @@ DetailHeader::DetailHeader(QWidget* panel, const std::function<void()>& onToggle
 
 void DetailHeader::display(const DetailView& view) {
     eventEmoji_->setText(QString::fromStdString(view.emoji));
-    eventTitle_->setText(QString::fromStdString(view.title));
-    counterLabel_->setText(QString::fromStdString(view.counterText));
+    eventTitle_->setText(worded(view.title));
+    counterLabel_->setText(worded(view.counterText));
     const QSignalBlocker silently(enableSwitch_);
     enableSwitch_->setChecked(view.switchIsOn);
     enableSwitch_->setEnabled(view.switchIsEnabled);
@@ -32,7 +33,7 @@ void DetailHeader::display(const DetailView& view) {
 }
 
 void DetailHeader::showCounter(std::int64_t triggerCount) {
-    counterLabel_->setText(QString::fromStdString(counterText(triggerCount)));
+    counterLabel_->setText(worded(counterText(triggerCount)));
 }
 
 void DetailHeader::fill(Column& column) {

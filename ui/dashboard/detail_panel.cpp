@@ -9,6 +9,7 @@
 #include <chrono>
 #include <utility>
 
+#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
 
@@ -131,7 +132,7 @@ void DetailPanel::display(const DetailView& view) {
     header_->display(view);
     soundBox_->display(view);
     volumeSlider_->display(view.volume, view.volumeText);
-    triggerBox_->display(QString::fromStdString(view.triggerText));
+    triggerBox_->display(worded(view.triggerText));
     displayBox(view);
     arrange();
     veil_->set(view.alpha, header_->switchArea());

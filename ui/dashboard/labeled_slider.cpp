@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "ui/controls/wording.h"
+
 namespace chimewerk {
 
 LabeledSlider::LabeledSlider(QWidget* parent, const Settings& settings, SoundManager& sounds,
@@ -15,7 +17,7 @@ LabeledSlider::LabeledSlider(QWidget* parent, const Settings& settings, SoundMan
       section_(add(makeSectionLabel(settings.heading))),
       slider_(add(new ValueSlider(settings.range, settings.text))),
       valueLabel_(add(makeNumberLabel({}, 12, LabelColor::secondary))) {
-    slider_->setAccessibleName(QString::fromUtf8(settings.name));
+    slider_->setAccessibleName(worded(settings.name));
     connect(slider_, &QSlider::sliderPressed, this,
             [this, &sounds] { heldWrites_ = sounds.holdWrites(); });
     connect(slider_, &QSlider::sliderReleased, this, [this] { heldWrites_ = nullptr; });

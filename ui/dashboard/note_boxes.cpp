@@ -3,6 +3,7 @@
 
 #include "ui/dashboard/note_boxes.h"
 
+#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 
 namespace chimewerk {
@@ -21,7 +22,7 @@ void TriggerBox::fill(Column& column) {
 PermissionBox::PermissionBox(QWidget* panel, const std::function<void()>& onGrant)
     : PanelBox(panel),
       permissionText_(add(makeParagraph(detail_texts::kPermission, 11, LabelColor::secondary))),
-      grantBtn_(add(makeButton(QString::fromUtf8(detail_texts::kGrantButton)))) {
+      grantBtn_(add(makeButton(worded(detail_texts::kGrantButton)))) {
     connect(grantBtn_, &QPushButton::clicked, this, onGrant);
 }
 
@@ -34,8 +35,8 @@ void PermissionBox::fill(Column& column) {
 LockBox::LockBox(QWidget* panel)
     : PanelBox(panel),
       lockEmoji_(add(makeLabel(QString::fromUtf8(detail_texts::kLock), 36))),
-      lockTitle_(add(makeLabel(QString::fromUtf8(detail_texts::kLockTitle), 15, QFont::DemiBold,
-                               LabelColor::secondary))),
+      lockTitle_(add(
+          makeLabel(worded(detail_texts::kLockTitle), 15, QFont::DemiBold, LabelColor::secondary))),
       lockText_(add(makeParagraph(detail_texts::kLockText, 11, LabelColor::tertiary))) {}
 
 void LockBox::fill(Column& column) {

@@ -10,6 +10,7 @@
 #include "ui/controls/control_painting.h"
 #include "ui/controls/emoji_text.h"
 #include "ui/controls/fonts.h"
+#include "ui/controls/wording.h"
 
 namespace chimewerk {
 
@@ -134,7 +135,7 @@ void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, cons
     paintLine(painter, systemFont(22), colors.name, place(place.layout.emoji), Qt::AlignLeft,
               QString::fromStdString(row.emoji));
     paintLine(painter, systemFont(13, QFont::Medium), colors.name, place(place.layout.name),
-              Qt::AlignLeft, QString::fromStdString(row.name));
+              Qt::AlignLeft, worded(row.name));
     paintHintAndBadge(painter, place, option.direction, row, colors);
     painter.setOpacity(1);
     paintSwitch(painter, option, place, row, onAccent);

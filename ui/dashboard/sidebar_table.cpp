@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <utility>
 
+#include "ui/controls/wording.h"
 #include "ui/dashboard/sidebar_row_painting.h"
 
 namespace chimewerk {
@@ -32,12 +33,11 @@ int SidebarTable::Model::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant SidebarTable::Model::data(const QModelIndex& index, int role) const {
-    const auto text = [](const std::string& utf8) { return QString::fromStdString(utf8); };
     switch (role) {
         case Qt::DisplayRole:
-            return text(row(index.row()).name);
+            return worded(row(index.row()).name);
         case Qt::AccessibleTextRole:
-            return text(spokenSidebarRow(row(index.row())));
+            return QString::fromStdString(spokenSidebarRow(row(index.row())));
         case Qt::CheckStateRole: {
             const std::optional<bool> on = row(index.row()).isOn;
             return on ? QVariant(*on ? Qt::Checked : Qt::Unchecked) : QVariant();
@@ -82,7 +82,7 @@ SidebarTable::SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Call
     setItemDelegate(new Delegate(this, *model_));
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { callbacks_.onSelectionChange(); });
-    setAccessibleName(QStringLiteral("Events"));
+    setAccessibleName(worded("Events"));
     setFrameShape(QFrame::NoFrame);
     setShowGrid(false);
     viewport()->setAutoFillBackground(false);

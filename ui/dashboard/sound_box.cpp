@@ -3,6 +3,7 @@
 
 #include "ui/dashboard/sound_box.h"
 
+#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 
 namespace chimewerk {
@@ -11,11 +12,11 @@ SoundBox::SoundBox(QWidget* panel, const Callbacks& callbacks)
     : PanelBox(panel),
       soundSection_(add(makeSectionLabel(detail_texts::kSoundSection))),
       soundLabel_(add(makeLabel({}, 12, QFont::Normal, LabelColor::secondary))),
-      loadBtn_(add(makeButton(QString::fromUtf8(detail_texts::kLoadButton)))),
-      testBtn_(add(makeButton(QString::fromUtf8(detail_texts::kTestButton)))),
-      removeSoundBtn_(add(makeButton(QString::fromUtf8(detail_texts::kRemoveButton)))) {
-    testBtn_->setAccessibleName(QStringLiteral("Test Sound"));
-    removeSoundBtn_->setAccessibleName(QStringLiteral("Remove"));
+      loadBtn_(add(makeButton(worded(detail_texts::kLoadButton)))),
+      testBtn_(add(makeButton(worded(detail_texts::kTestButton)))),
+      removeSoundBtn_(add(makeButton(worded(detail_texts::kRemoveButton)))) {
+    testBtn_->setAccessibleName(worded("Test Sound"));
+    removeSoundBtn_->setAccessibleName(worded("Remove"));
     connect(loadBtn_, &QPushButton::clicked, this, callbacks.onLoad);
     connect(testBtn_, &QPushButton::clicked, this, callbacks.onTest);
     connect(removeSoundBtn_, &QPushButton::clicked, this, callbacks.onRemove);

@@ -17,6 +17,7 @@
 #include "ui/controls/emoji_text.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
 
@@ -50,7 +51,7 @@ QString nameFilter() {
         }
         patterns += pattern;
     }
-    return QStringLiteral("Sound Files (%1)").arg(patterns.join(QLatin1Char(' ')));
+    return worded("Sound Files (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
 /// Returns the bytes of the path, which need not be text; empty if the URL is no local file.
@@ -70,22 +71,22 @@ QUrl musicFolder() {
 class WaitDialog final : public QDialog {
 public:
     WaitDialog(QWidget* window, const QString& name) : QDialog(window) {
-        setWindowTitle(QStringLiteral("Load Sound"));
+        setWindowTitle(worded("Load Sound"));
         setWindowModality(Qt::WindowModal);
         auto* const column = new QVBoxLayout(this);
         column->setContentsMargins(20, 18, 20, 16);
         column->setSpacing(12);
         auto* const text = makeLabel({}, 13);
-        text->setText(text->fontMetrics().elidedText(QStringLiteral("Copying “%1”…").arg(name),
+        text->setText(text->fontMetrics().elidedText(worded("Copying “%1”…").arg(name),
                                                      Qt::ElideMiddle, kTextWidth));
         column->addWidget(text);
         auto* const bar = new QProgressBar;
         bar->setRange(0, 0);
         bar->setTextVisible(false);
         bar->setFixedWidth(kTextWidth);
-        bar->setAccessibleName(QStringLiteral("Copying"));
+        bar->setAccessibleName(worded("Copying"));
         column->addWidget(bar);
-        auto* const cancel = makeButton(QStringLiteral("Cancel"));
+        auto* const cancel = makeButton(worded("Cancel"));
         connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
         column->addWidget(cancel, 0, Qt::AlignRight);
         setFixedSize(sizeHint());
@@ -110,7 +111,7 @@ void SoundLoader::chooseFile(Loaded onLoaded) {
         return;
     }
     onLoaded_ = std::move(onLoaded);
-    auto* const dialog = new QFileDialog(widget_.window(), QStringLiteral("Load Sound"));
+    auto* const dialog = new QFileDialog(widget_.window(), worded("Load Sound"));
     dialog_ = dialog;
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setPalette(widget_.window()->palette());
@@ -156,19 +157,19 @@ void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
             onLoaded_(outcome.path);
             break;
         case SoundFolder::Outcome::Kind::notCopied:
-            showSoundError(QString::fromUtf8(detail_texts::kNotCopied) +
+            showSoundError(worded(detail_texts::kNotCopied) +
                            QString::fromStdString(outcome.error));
             break;
         case SoundFolder::Outcome::Kind::notASound:
-            showSoundError(QString::fromUtf8(detail_texts::kNotASound));
+            showSoundError(worded(detail_texts::kNotASound));
             break;
     }
 }
 
 void SoundLoader::showSoundError(const QString& message) {
-    auto* const alert = new QMessageBox(QMessageBox::Warning, QStringLiteral("Chimewerk"),
-                                        QString::fromUtf8(detail_texts::kLoadErrorTitle),
-                                        QMessageBox::Ok, widget_.window());
+    auto* const alert =
+        new QMessageBox(QMessageBox::Warning, QStringLiteral("Chimewerk"),
+                        worded(detail_texts::kLoadErrorTitle), QMessageBox::Ok, widget_.window());
     dialog_ = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setPalette(widget_.window()->palette());

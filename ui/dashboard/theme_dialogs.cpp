@@ -13,6 +13,7 @@
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/wording.h"
 
 namespace chimewerk {
 
@@ -49,7 +50,7 @@ public:
         setPalette(paletteOf(colorSchemeOf(*parent.window())));
         setWindowTitle(QStringLiteral("Chimewerk"));
         setAccessibleName(QString::fromStdString(texts.message));
-        setAccessibleDescription(QString::fromStdString(texts.informative));
+        setAccessibleDescription(worded(texts.informative));
         fill(texts);
     }
 
@@ -64,13 +65,13 @@ private:
         layout_->setSizeConstraint(QLayout::SetFixedSize);
         layout_->addWidget(
             makeLines(QString::fromStdString(texts.message), 14, QFont::Bold, LabelColor::label));
-        layout_->addWidget(makeLines(QString::fromStdString(texts.informative), 12, QFont::Normal,
-                                     LabelColor::secondary));
+        layout_->addWidget(
+            makeLines(worded(texts.informative), 12, QFont::Normal, LabelColor::secondary));
         auto* const buttons = new QDialogButtonBox;
-        confirm_ = makeButton(QString::fromStdString(texts.confirm));
+        confirm_ = makeButton(worded(texts.confirm));
         confirm_->setDefault(true);
         buttons->addButton(confirm_, QDialogButtonBox::AcceptRole);
-        QPushButton* const cancel = makeButton(QString::fromUtf8(kCancelTitle));
+        QPushButton* const cancel = makeButton(worded(kCancelTitle));
         buttons->addButton(cancel, QDialogButtonBox::RejectRole);
         for (QPushButton* const button : {confirm_, cancel}) {
             button->setMinimumWidth(84);
@@ -94,7 +95,7 @@ void askForName(QWidget& parent, const DialogTexts& texts, const QString& value,
     field->setFixedSize(kFieldWidth, kFieldHeight);
     field->setFont(systemFont(13));
     field->setPlaceholderText(placeholder);
-    field->setAccessibleName(QString::fromStdString(texts.informative));
+    field->setAccessibleName(worded(texts.informative));
     field->selectAll();
     question->insert(field);
     QObject::connect(question, &QDialog::accepted, &parent,

@@ -8,6 +8,7 @@
 
 #include "ui/controls/fonts.h"
 #include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/wording.h"
 #include "ui/dashboard/theme_dialogs.h"
 #include "ui/rules/theme_dialog_texts.h"
 
@@ -20,11 +21,11 @@ constexpr int kButtonWidth = 24;
 constexpr int kControlHeight = 23;
 
 QPushButton* makeSmallButton(const char* title, const char* tip) {
-    QPushButton* const button = makeButton(QString::fromUtf8(title));
+    QPushButton* const button = makeButton(worded(title));
     button->setFont(systemFont(11));
     button->setFixedSize(kButtonWidth, kControlHeight);
-    button->setToolTip(QString::fromUtf8(tip));
-    button->setAccessibleName(QString::fromUtf8(tip));
+    button->setToolTip(worded(tip));
+    button->setAccessibleName(worded(tip));
     // The menu keeps its width when the buttons are not there.
     QSizePolicy policy = button->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
@@ -48,7 +49,7 @@ ThemePicker::ThemePicker(SoundManager& sounds, std::function<void()> onSoundsCha
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    row->addWidget(makeLabel(QStringLiteral("Theme"), 10, QFont::DemiBold, LabelColor::secondary));
+    row->addWidget(makeLabel(worded("Theme"), 10, QFont::DemiBold, LabelColor::secondary));
     row->addSpacing(6);
     row->addWidget(themePopup_);
     row->addSpacing(4);
@@ -57,7 +58,7 @@ ThemePicker::ThemePicker(SoundManager& sounds, std::function<void()> onSoundsCha
     row->addWidget(deleteThemeBtn_);
     themePopup_->setFont(systemFont(11));
     themePopup_->setFixedHeight(kControlHeight);
-    themePopup_->setAccessibleName(QStringLiteral("Theme"));
+    themePopup_->setAccessibleName(worded("Theme"));
     connect(themePopup_, &QComboBox::activated, this, [this] { themePopupChanged(); });
     connect(renameThemeBtn_, &QPushButton::clicked, this, [this] { renameCustomThemeAction(); });
     connect(deleteThemeBtn_, &QPushButton::clicked, this, [this] { deleteCustomThemeAction(); });
@@ -115,7 +116,7 @@ void ThemePicker::soundsChanged() {
 }
 
 void ThemePicker::createNewCustomTheme() {
-    askForName(*this, newThemeTexts(), {}, QString::fromUtf8(kNewThemePlaceholder),
+    askForName(*this, newThemeTexts(), {}, worded(kNewThemePlaceholder),
                [this](const QString& typed) {
                    if (std::string name = trimmed(typed); !name.empty()) {
                        sm_.createCustomTheme(std::move(name));

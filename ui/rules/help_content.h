@@ -8,6 +8,12 @@
 
 namespace chimewerk {
 
+/// The guide's window title, and the lines of its header.
+inline constexpr char kHelpTitle[] = "Chimewerk — Help & Guide";
+inline constexpr char kHelpName[] = "🔊  Chimewerk";
+inline constexpr char kHelpMotto[] = "Your Mac, but louder.";
+inline constexpr char kHelpVersionLine[] = "v5.0  ·  19 Events  ·  6 Themes  ·  Universal Binary";
+
 /// The kinds of paragraph of the guide.
 enum class HelpKind {
     h1,

@@ -63,10 +63,10 @@ TEST(TheAngleGaugeView, PointsItsNeedleUpwards) {
 TEST(TheAngleGaugeView, TellsWhatItHasPainted) {
     AngleGaugeView view;
     EXPECT_EQ(view.accessibleName(), "Lid angle");
-    EXPECT_EQ(view.accessibleDescription(), "N/A, Apple Silicon required");
+    EXPECT_EQ(view.accessibleDescription(), "N/A, no sensor in the hinge");
     view.sensorAvailable = true;
     view.currentAngle = 112.7F;
-    EXPECT_EQ(view.accessibleDescription(), "N/A, Apple Silicon required");
+    EXPECT_EQ(view.accessibleDescription(), "N/A, no sensor in the hinge");
     view.grab();
     EXPECT_EQ(view.accessibleDescription(), "112°, threshold 90°");
 }

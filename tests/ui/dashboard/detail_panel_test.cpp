@@ -13,8 +13,10 @@
 #include <optional>
 
 #include "support/dashboard_fixture.h"
+#include "support/foreign_words.h"
 #include "support/widget_input.h"
 #include "tools/files/temporary_folder.h"
+#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
 
@@ -35,9 +37,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&bed.window()));
     }
     DetailPanel& panel() { return *childrenOf<DetailPanel>(bed.window()).at(0); }
-    QPushButton& button(std::string_view name) {
-        return named<QPushButton>(panel(), QString::fromUtf8(name));
-    }
+    QPushButton& button(std::string_view name) { return named<QPushButton>(panel(), worded(name)); }
     QPushButton& loadButton() { return button(detail_texts::kLoadButton); }
     ValueSlider& slider(const char* name) { return named<ValueSlider>(panel(), name); }
     SwitchControl& enableSwitch() { return *childrenOf<SwitchControl>(panel()).at(0); }
@@ -169,7 +169,7 @@ TEST_F(TheDetailPanel, LocksTheSwitchWhereTheLidAngleCannotWork) {
     bed.library->setEnabled(true, "lid_angle");
     reopen(false);
     bed.select("lid_angle");
-    EXPECT_TRUE(showsTextFrom("Not Supported"));
+    EXPECT_TRUE(bed.shows(platformWording(detail_texts::kLockTitle)));
     click(enableSwitch());
     EXPECT_FALSE(enableSwitch().isChecked());
     EXPECT_TRUE(bed.library.event("lid_angle").isEnabled);
@@ -251,6 +251,7 @@ TEST_F(TheDetailPanel, CutsNothingOffAndOverlapsNothing) {
             for (const QWidget* const part : parts) {
                 SCOPED_TRACE(testing::Message() << state << ", " << event.id << ": "
                                                 << part->property("text").toString().toStdString());
+                EXPECT_EQ(foreignWordIn(part->property("text").toString().toStdString()), "");
                 EXPECT_TRUE(panel().rect().adjusted(25, 25, -25, 0).contains(placeOf(*part)));
                 EXPECT_TRUE(part->parentWidget()->rect().contains(part->geometry()));
                 EXPECT_GE(part->height(), part->hasHeightForWidth()
