@@ -14,10 +14,6 @@ constexpr Seconds kSleepDelay{0.35};
 /// How long devices and the audio server take to return after a wake.
 constexpr Seconds kWakeDelay{0.5};
 
-bool isOnBattery(const PowerSourceDescription& source) {
-    return source.state == kBatteryPower;
-}
-
 }  // namespace
 
 void PowerEvents::setupLidDetection() {
@@ -60,7 +56,7 @@ void PowerEvents::setupPowerMonitoring() {
 
 void PowerEvents::takeStartingState() {
     if (const auto source = deps_.powerSources.first()) {
-        wasOnBattery = isOnBattery(*source);
+        wasOnBattery = source->isOnBattery;
     }
 }
 
@@ -69,7 +65,7 @@ void PowerEvents::powerChanged() {
     if (!source) {
         return;
     }
-    const bool onBattery = isOnBattery(*source);
+    const bool onBattery = source->isOnBattery;
     if (wasOnBattery && !onBattery) {
         deps_.sounds.play(event_ids::kChargerConnect);
         batteryLowFired = false;
@@ -86,8 +82,8 @@ void PowerEvents::powerChanged() {
 /// Counts as alerted even if the event is off.
 void PowerEvents::checkCharge(const PowerSourceDescription& source) {
     const SoundEvent* const event = deps_.sounds.findEvent(event_ids::kBatteryLow);
-    if (source.currentCapacity && event != nullptr &&
-        static_cast<float>(*source.currentCapacity) <= event->threshold) {
+    if (source.charge && event != nullptr &&
+        static_cast<float>(*source.charge) <= event->threshold) {
         batteryLowFired = true;
         deps_.sounds.play(event_ids::kBatteryLow);
     }

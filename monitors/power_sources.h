@@ -6,22 +6,18 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 
 namespace chimewerk {
 
-/// The state of a power source; each part may be missing.
+/// The state of a power source.
 struct PowerSourceDescription {
-    /// The current source of power: `kBatteryPower` or any other text.
-    std::optional<std::string> state;
-    /// The charge in percent, 0 to 100.
-    std::optional<double> currentCapacity;
+    /// Whether the machine runs on this source, without external power. False if that is unknown.
+    bool isOnBattery = false;
+    /// The charge in percent, 0 to 100; none if it is unknown.
+    std::optional<double> charge = {};
 
     bool operator==(const PowerSourceDescription&) const = default;
 };
-
-/// The state of a machine that runs on battery.
-inline constexpr const char* kBatteryPower = "Battery Power";
 
 /// The machine's power sources; only the first one counts. Main thread only.
 class PowerSources {

@@ -185,11 +185,8 @@ std::optional<PowerSourceDescription> UPowerPowerSources::describe() const {
         (facts_.type != kBattery && facts_.type != kUninterruptiblePowerSupply)) {
         return {};
     }
-    PowerSourceDescription source{.state = {}, .currentCapacity = facts_.percentage};
-    if (facts_.onBattery) {
-        source.state = *facts_.onBattery ? kBatteryPower : "AC Power";
-    }
-    return source;
+    return PowerSourceDescription{.isOnBattery = facts_.onBattery.value_or(false),
+                                  .charge = facts_.percentage};
 }
 
 }  // namespace chimewerk

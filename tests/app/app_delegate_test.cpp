@@ -35,7 +35,7 @@ protected:
         display.level = 0.5F;
         output.main = 0.5F;
         reachability.plugged = true;
-        powerSources.source = {.state = "AC Power", .currentCapacity = 80};
+        powerSources.source = {.isOnBattery = false, .charge = 80};
         for (SoundEvent& event : manager.events) {
             event.isEnabled = true;
         }
@@ -72,9 +72,9 @@ protected:
         }
         const std::function<void()> signals[] = {
             [this] { microphone.hear(0.8F); },
-            [this] { powerSources.change({{.state = "Battery Power", .currentCapacity = 80}}); },
-            [this] { powerSources.change({{.state = "Battery Power", .currentCapacity = 10}}); },
-            [this] { powerSources.change({{.state = "AC Power", .currentCapacity = 80}}); },
+            [this] { powerSources.change({{.isOnBattery = true, .charge = 80}}); },
+            [this] { powerSources.change({{.isOnBattery = true, .charge = 10}}); },
+            [this] { powerSources.change({{.isOnBattery = false, .charge = 80}}); },
             [this] { lid.moveTo(manager.findEvent("lid_angle")->threshold > 45 ? 179 : 10); },
             [this] { display.level = 0.6F; },
             [this] { display.level = 0.5F; },

@@ -46,8 +46,8 @@ protected:
     std::string shown() const {
         std::ostringstream text;
         if (const auto source = sources.first()) {
-            text << source->state.value_or("?") << " ";
-            source->currentCapacity ? text << *source->currentCapacity : text << "?";
+            text << (source->isOnBattery ? "battery " : "mains ");
+            source->charge ? text << *source->charge : text << "?";
         } else {
             text << "none";
         }
@@ -72,12 +72,12 @@ TEST_F(ThePowerSources, ReportEachChangeOnceAndTheStartSeparately) {
     startUPower(true);
     follow();
     EXPECT_EQ(shown(), "none");
-    EXPECT_EQ(told(), "known Battery Power 50; ");
+    EXPECT_EQ(told(), "known battery 50; ");
     upower->changeDevice({{"Percentage", 49.0}});
-    EXPECT_EQ(told(), "change Battery Power 49; ");
+    EXPECT_EQ(told(), "change battery 49; ");
     upower->changeMachine({{"OnBattery", false}});
     upower->changeDevice({{"Percentage", 48.5}, {"State", 1U}});
-    EXPECT_EQ(told(), "change AC Power 48.5; ");
+    EXPECT_EQ(told(), "change mains 48.5; ");
     upower->changeMachine({{"OnBattery", false}, {"LidIsClosed", true}});
     upower->changeDevice({{"TimeToFull", 1.0}, {"IconName", "battery"}});
     EXPECT_EQ(told(), "");
@@ -86,7 +86,7 @@ TEST_F(ThePowerSources, ReportEachChangeOnceAndTheStartSeparately) {
     upower->changeMachine({{"OnBattery", true}});
     EXPECT_EQ(told(), "");
     follow();
-    EXPECT_EQ(log.str(), "known Battery Power 48.5; ");
+    EXPECT_EQ(log.str(), "known battery 48.5; ");
 }
 
 TEST_F(ThePowerSources, AreNoneOnAMachineWithoutBatteryUntilItGetsOne) {
@@ -97,20 +97,20 @@ TEST_F(ThePowerSources, AreNoneOnAMachineWithoutBatteryUntilItGetsOne) {
     EXPECT_EQ(told(), "");
     upower->changeMachine({{"OnBattery", true}});
     upower->changeDevice({{"Type", 3U}});
-    EXPECT_EQ(told(), "known Battery Power 3; ");
+    EXPECT_EQ(told(), "known battery 3; ");
     upower->changeDevice({{"IsPresent", false}});
     EXPECT_EQ(told(), "change none; ");
 }
 
-TEST_F(ThePowerSources, MayLackTheirStateOrTheirCharge) {
+TEST_F(ThePowerSources, CountAsMainsWithoutAStateAndMayLackTheirCharge) {
     upower.emplace(queue, Properties{}, Properties{{"IsPresent", true}, {"Type", 2U}});
     follow();
-    EXPECT_EQ(told(), "known ? ?; ");
+    EXPECT_EQ(told(), "known mains ?; ");
     upower->changeMachine({{"OnBattery", true}});
     upower->changeDevice({{"Percentage", "half"}});
-    EXPECT_EQ(told(), "change Battery Power ?; ");
+    EXPECT_EQ(told(), "change battery ?; ");
     upower->changeDevice({{"Percentage", 50.0}});
-    EXPECT_EQ(told(), "change Battery Power 50; ");
+    EXPECT_EQ(told(), "change battery 50; ");
 }
 
 TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
@@ -118,10 +118,10 @@ TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     EXPECT_EQ(told(), "");
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
     startUPower(true);
-    EXPECT_EQ(told(), "known Battery Power 50; ");
+    EXPECT_EQ(told(), "known battery 50; ");
     upower.reset();
     EXPECT_EQ(told(), "");
-    EXPECT_EQ(shown(), "Battery Power 50");
+    EXPECT_EQ(shown(), "battery 50");
     startUPower(true);
     EXPECT_EQ(told(), "");
     upower.reset();
@@ -132,7 +132,7 @@ TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     EXPECT_EQ(told(), "");
     upower.reset();
     startUPower(false, {{"IsPresent", true}, {"Type", 2U}});
-    EXPECT_EQ(told(), "change AC Power ?; ");
+    EXPECT_EQ(told(), "change mains ?; ");
 }
 
 /// The bus starts UPower when it is called. Once stopped, it must stay stopped.
@@ -156,7 +156,7 @@ TEST_F(ThePowerSources, StartUPowerOnceAndNotAgainAfterItStopped) {
     follow();
     ASSERT_TRUE(runUntil(queue, [&] { return starts() == 1; }));
     startUPower(true);
-    EXPECT_EQ(told(), "known Battery Power 50; ");
+    EXPECT_EQ(told(), "known battery 50; ");
     upower.reset();
     EXPECT_EQ(told(), "");
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
@@ -166,14 +166,14 @@ TEST_F(ThePowerSources, StartUPowerOnceAndNotAgainAfterItStopped) {
 TEST_F(ThePowerSources, KeepTheirStateWhileTheBusIsAway) {
     startUPower(true);
     follow();
-    EXPECT_EQ(told(), "known Battery Power 50; ");
+    EXPECT_EQ(told(), "known battery 50; ");
     bus.kill();
     EXPECT_EQ(told(), "");
     upower->machine["OnBattery"] = false;
     upower->asked = 0;
     ASSERT_TRUE(bus.start());
     ASSERT_TRUE(runUntil(queue, [this] { return !log.str().empty(); }));
-    EXPECT_EQ(told(), "change AC Power 50; ");
+    EXPECT_EQ(told(), "change mains 50; ");
 }
 
 TEST_F(ThePowerSources, WorkWithAnIndependentFakeUPower) {
@@ -191,12 +191,12 @@ TEST_F(ThePowerSources, WorkWithAnIndependentFakeUPower) {
                   nullptr);
     };
     comes(true);
-    ASSERT_TRUE(runUntil(queue, [this] { return shown() == "Battery Power 50"; })) << log.str();
+    ASSERT_TRUE(runUntil(queue, [this] { return shown() == "battery 50"; })) << log.str();
     told();
     other->kill();
     comes(true);
     EXPECT_EQ(told(), "");
-    EXPECT_EQ(shown(), "Battery Power 50");
+    EXPECT_EQ(shown(), "battery 50");
 }
 
 }  // namespace
