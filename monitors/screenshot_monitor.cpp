@@ -28,16 +28,16 @@ ScreenshotMonitor::ScreenshotMonitor(MainQueue& queue, FolderSource& source,
 void ScreenshotMonitor::start() {
     for (Folder& folder : folders_) {
         folder.knownFiles = shotsIn(folder);
-        folder.coalescer =
-            std::make_unique<Coalescer>(queue_, kLatency, [this, &folder] { check(folder); });
-        folder.stream = source_.watch(folder.path, [&folder] { folder.coalescer->signal(); });
+        folder.look =
+            std::make_unique<DelayedCall>(queue_, kLatency, [this, &folder] { check(folder); });
+        folder.stream = source_.watch(folder.path, [&folder] { folder.look->schedule(); });
     }
 }
 
 void ScreenshotMonitor::stop() {
     for (Folder& folder : folders_) {
         folder.stream = nullptr;
-        folder.coalescer = nullptr;
+        folder.look = nullptr;
     }
 }
 

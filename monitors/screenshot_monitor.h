@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "monitors/coalescer.h"
+#include "platform/delayed_call.h"
 #include "platform/main_queue.h"
 
 namespace chimewerk {
@@ -61,9 +61,8 @@ private:
     struct Folder {
         std::string path;
         std::set<std::string> knownFiles = {};
-        std::unique_ptr<Coalescer> coalescer = nullptr;
-        std::unique_ptr<FolderSource::Stream> stream =
-            nullptr;  // Destroyed before the coalescer that it signals.
+        std::unique_ptr<DelayedCall> look = nullptr;
+        std::unique_ptr<FolderSource::Stream> stream = nullptr;  // Destroyed before `look`.
     };
 
     static bool isShot(std::string_view name);

@@ -11,7 +11,8 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
-#include "linux/base/retry.h"
+#include "linux/base/retry_interval.h"
+#include "platform/delayed_call.h"
 
 namespace chimewerk {
 
@@ -36,7 +37,7 @@ public:
     /// `path` is absolute. The queue must outlive the watch. `interval` is the time between two
     /// polls for a missing folder.
     FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
-                Report report = Report::names, Seconds interval = Retry::kInterval);
+                Report report = Report::names, Seconds interval = kRetryInterval);
 
 private:
     void attach();
@@ -58,7 +59,7 @@ private:
     std::string pathAbove_;
     /// The first part of the path below the folder above.
     std::string next_;
-    Retry retry_;
+    DelayedCall retry_;
 };
 
 }  // namespace chimewerk

@@ -18,8 +18,6 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
-constexpr microseconds kBusPatience = std::chrono::seconds(1);
-constexpr microseconds kInstancePatience = std::chrono::seconds(5);
 constexpr const char* kInterface = "org.freedesktop.Application";
 
 // The keys of the platform data.
@@ -47,8 +45,8 @@ std::uint64_t microsecondsUntil(steady_clock::time_point moment) {
 }
 
 /// Waits until the bus connection is ready. Returns false on an error or a timeout.
-bool waitUntilReady(sd_bus* bus) {
-    const auto deadline = steady_clock::now() + kBusPatience;
+bool waitUntilReady(sd_bus* bus, microseconds patience) {
+    const auto deadline = steady_clock::now() + patience;
     while (sd_bus_is_ready(bus) <= 0) {
         const int processed = sd_bus_process(bus, nullptr);
         if (processed < 0) {
@@ -135,26 +133,30 @@ const sd_bus_vtable SingleInstance::kApplication[] = {
     SD_BUS_VTABLE_END,
 };
 
-SingleInstance::SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks)
+SingleInstance::SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks,
+                               Timing timing)
     : queue_(queue),
       id_(std::move(id)),
       path_(pathOf(id_)),
       callbacks_(std::move(callbacks)),
-      link_(queue,
-            [this](sd_bus** bus) {
-                *bus = claimed_.release();
-                return *bus != nullptr ? 0 : sd_bus_open_user(bus);
-            },
-            {.onOpen = [this](sd_bus* bus) { serve(bus); }}) {}
+      timing_(timing),
+      link_(
+          queue,
+          [this](sd_bus** bus) {
+              *bus = claimed_.release();
+              return *bus != nullptr ? 0 : sd_bus_open_user(bus);
+          },
+          {.onOpen = [this](sd_bus* bus) { serve(bus); }}, timing.retryInterval) {}
 
 SingleInstance::Outcome SingleInstance::claim(const LaunchRequest& request) {
     sd_bus* bus = nullptr;
     if (sd_bus_open_user(&bus) >= 0) {
         claimed_.reset(bus);
-        sd_bus_set_method_call_timeout(bus, kBusPatience.count());
+        sd_bus_set_method_call_timeout(bus,
+                                       static_cast<std::uint64_t>(timing_.busPatience.count()));
     }
     Outcome outcome = Outcome::noBus;
-    if (claimed_ && waitUntilReady(bus)) {
+    if (claimed_ && waitUntilReady(bus, timing_.busPatience)) {
         outcome = takeNameOrAsk(bus, request);
     }
     if (outcome != Outcome::first) {
@@ -170,7 +172,7 @@ SingleInstance::Outcome SingleInstance::claim(const LaunchRequest& request) {
 /// claimed the name.
 SingleInstance::Outcome SingleInstance::takeNameOrAsk(sd_bus* bus, const LaunchRequest& request) {
     addObject(bus);
-    const auto deadline = steady_clock::now() + kInstancePatience;
+    const auto deadline = steady_clock::now() + timing_.instancePatience;
     while (true) {
         const int taken = sd_bus_request_name(bus, id_.c_str(), 0);
         if (taken >= 0) {

@@ -3,9 +3,11 @@
 
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/links/bus_link.h"
@@ -55,13 +57,24 @@ public:
         std::function<void(const std::string& action, const std::string& token)> onAction;
     };
 
+    struct Timing {
+        /// The longest wait for an answer of the bus.
+        std::chrono::microseconds busPatience = std::chrono::seconds(1);
+        /// The longest wait for an answer of the other instance.
+        std::chrono::microseconds instancePatience = std::chrono::seconds(5);
+        /// The time between two attempts to reach the bus.
+        Seconds retryInterval = kRetryInterval;
+    };
+
     /// `id` is the bus name, in the form "org.example.Program"; the object path is derived from it.
     /// The queue must outlive the object.
-    SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks);
+    SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks, Timing timing);
+    SingleInstance(EpollMainQueue& queue, std::string id, Callbacks callbacks)
+        : SingleInstance(queue, std::move(id), std::move(callbacks), Timing()) {}
 
     /// Claims the name, or sends the request to the instance that owns it. Call once, before the
-    /// queue runs. Waits up to 1 s for the bus and up to 5 s for the other instance. Calls that
-    /// arrive after a successful claim wait until the queue runs.
+    /// queue runs. Waits for the bus and the other instance as `Timing` says. Calls that arrive
+    /// after a successful claim wait until the queue runs.
     Outcome claim(const LaunchRequest& request);
 
 private:
@@ -80,6 +93,7 @@ private:
     const std::string id_;
     const std::string path_;
     const Callbacks callbacks_;
+    const Timing timing_;
     /// The connection that owns the name, until `link_` takes it over.
     std::unique_ptr<sd_bus, UnrefBus> claimed_;
     BusLink link_;

@@ -42,13 +42,15 @@ std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_win
 
 class X11KeyTap final : public KeyTap {
 public:
-    X11KeyTap(EpollMainQueue& queue, const std::string& display, KeyTapCallbacks callbacks)
+    X11KeyTap(EpollMainQueue& queue, const std::string& display, KeyTapCallbacks callbacks,
+              Seconds retryInterval)
         : callbacks_(std::move(callbacks)),
           repeat_(queue, [this](std::uint8_t key) { repeat(key); }),
           link_(queue, display,
                 {.onOpen = [this](auto* server, auto root) { return subscribe(server, root); },
                  .onEvent = [this](const auto& event) { handle(event); },
-                 .onLost = [this] { repeat_.stop(); }}) {}
+                 .onLost = [this] { repeat_.stop(); }},
+                retryInterval) {}
 
     void setEnabled(bool enabled) override {
         if (enabled) {
@@ -124,8 +126,8 @@ private:
 
 }  // namespace
 
-X11KeySource::X11KeySource(EpollMainQueue& queue, std::string display)
-    : queue_(queue), display_(std::move(display)) {}
+X11KeySource::X11KeySource(EpollMainQueue& queue, std::string display, Seconds retryInterval)
+    : queue_(queue), display_(std::move(display)), retryInterval_(retryInterval) {}
 
 bool X11KeySource::trusted() {
     X11Link link(queue_, display_,
@@ -136,8 +138,9 @@ bool X11KeySource::trusted() {
 }
 
 std::unique_ptr<KeyTap> X11KeySource::createTap(KeyTapCallbacks callbacks) {
-    return trusted() ? std::make_unique<X11KeyTap>(queue_, display_, std::move(callbacks))
-                     : nullptr;
+    return trusted()
+               ? std::make_unique<X11KeyTap>(queue_, display_, std::move(callbacks), retryInterval_)
+               : nullptr;
 }
 
 }  // namespace chimewerk

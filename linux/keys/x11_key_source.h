@@ -6,6 +6,7 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/base/retry_interval.h"
 #include "monitors/keyboard_monitor.h"
 
 namespace chimewerk {
@@ -20,8 +21,9 @@ class X11KeySource final : public KeySource {
 public:
     /// `display` has the form of $DISPLAY. Do not use the server for the X11 programs of a Wayland
     /// session: it receives only keys meant for those programs. The queue must outlive the source
-    /// and its taps.
-    X11KeySource(EpollMainQueue& queue, std::string display);
+    /// and its taps. `retryInterval` is the time between two attempts to reach the server.
+    X11KeySource(EpollMainQueue& queue, std::string display,
+                 Seconds retryInterval = kRetryInterval);
 
     bool trusted() override;
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
@@ -29,6 +31,7 @@ public:
 private:
     EpollMainQueue& queue_;
     const std::string display_;
+    const Seconds retryInterval_;
 };
 
 }  // namespace chimewerk

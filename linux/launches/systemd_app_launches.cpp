@@ -45,10 +45,12 @@ struct SystemdAppLaunches::Question {
     }
 };
 
-SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch)
+SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch,
+                                       Seconds retryInterval)
     : onLaunch_(std::move(onLaunch)),
       link_(queue, sd_bus_open_user,
-            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { hears_ = false; }}) {
+            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { hears_ = false; }},
+            retryInterval) {
     link_.keepOpen();
 }
 

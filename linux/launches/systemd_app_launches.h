@@ -17,9 +17,10 @@ namespace chimewerk {
 /// from within its callback.
 class SystemdAppLaunches {
 public:
-    /// `onLaunch` runs on the main thread, once per started unit. The queue must outlive
-    /// the object.
-    SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch);
+    /// `onLaunch` runs on the main thread, once per started unit. The queue must outlive the
+    /// object. `retryInterval` is the time between two attempts to reach the bus.
+    SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch,
+                       Seconds retryInterval = kRetryInterval);
 
     /// Returns whether the manager is running and reports its units.
     bool hears() const { return hears_; }

@@ -46,7 +46,7 @@ std::optional<Values> answer(xcb_connection_t* server, xcb_get_property_cookie_t
 }  // namespace
 
 X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display,
-                               Callbacks callbacks)
+                               Callbacks callbacks, Seconds retryInterval)
     : callbacks_(std::move(callbacks)),
       firstWindows_({.factsAbout = [this](const auto& windows) { return factsAbout(windows); },
                      .lives = [this](FirstWindows::Owner owner) { return lives(owner); },
@@ -60,7 +60,8 @@ X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display
                              atoms_.clientList) {
                          firstWindows_.update(windows());
                      }
-                 }}) {
+                 }},
+            retryInterval) {
     link_.keepOpen();
 }
 

@@ -28,8 +28,10 @@ public:
         std::function<void()> onLaunch;
     };
 
-    /// `display` has the form of $DISPLAY. The queue must outlive the object.
-    X11AppLaunches(EpollMainQueue& queue, const std::string& display, Callbacks callbacks);
+    /// `display` has the form of $DISPLAY. The queue must outlive the object. `retryInterval` is
+    /// the time between two attempts to reach the server.
+    X11AppLaunches(EpollMainQueue& queue, const std::string& display, Callbacks callbacks,
+                   Seconds retryInterval = kRetryInterval);
 
 private:
     struct Atoms {

@@ -12,7 +12,8 @@
 #include <type_traits>
 
 #include "linux/base/epoll_main_queue.h"
-#include "linux/base/retry.h"
+#include "linux/base/retry_interval.h"
+#include "platform/delayed_call.h"
 #include "platform/lifeline.h"
 
 namespace chimewerk {
@@ -83,7 +84,7 @@ public:
 
     /// The queue must outlive the link. `interval` is the time between two attempts.
     BusLink(EpollMainQueue& queue, Opener opener, Callbacks callbacks,
-            Seconds interval = Retry::kInterval);
+            Seconds interval = kRetryInterval);
     ~BusLink();
     BusLink(const BusLink&) = delete;
     BusLink& operator=(const BusLink&) = delete;
@@ -103,7 +104,7 @@ private:
     std::unique_ptr<sd_event, UnrefEventLoop> loop_;
     std::unique_ptr<sd_bus, UnrefBus> bus_;
     std::unique_ptr<EpollMainQueue::Watch> watch_;  // Destroyed before the loop that it watches
-    Retry retry_;
+    DelayedCall retry_;
     Lifeline lifeline_;
 };
 

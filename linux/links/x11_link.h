@@ -11,7 +11,8 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
-#include "linux/base/retry.h"
+#include "linux/base/retry_interval.h"
+#include "platform/delayed_call.h"
 #include "platform/lifeline.h"
 
 namespace chimewerk {
@@ -41,7 +42,7 @@ public:
     /// `display` has the form of $DISPLAY. The queue must outlive the link. `interval` is the time
     /// between two attempts.
     X11Link(EpollMainQueue& queue, std::string display, Callbacks callbacks,
-            Seconds interval = Retry::kInterval);
+            Seconds interval = kRetryInterval);
     ~X11Link();
     X11Link(const X11Link&) = delete;
     X11Link& operator=(const X11Link&) = delete;
@@ -76,7 +77,7 @@ private:
     std::unique_ptr<EpollMainQueue::Watch> watch_;
     xcb_window_t root_ = XCB_NONE;
     bool wanted_ = false;
-    Retry retry_;
+    DelayedCall retry_;
     Lifeline lifeline_;
 };
 

@@ -17,9 +17,10 @@ constexpr const char* kManager = "org.freedesktop.login1.Manager";
 
 }  // namespace
 
-LogindSleepSource::LogindSleepSource(EpollMainQueue& queue)
+LogindSleepSource::LogindSleepSource(EpollMainQueue& queue, Seconds retryInterval)
     : link_(queue, sd_bus_open_system,
-            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { startOver(); }}) {}
+            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { startOver(); }},
+            retryInterval) {}
 
 bool LogindSleepSource::registerHandler(Handler handler) {
     handler_ = std::move(handler);

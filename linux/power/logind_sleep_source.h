@@ -19,8 +19,9 @@ namespace chimewerk {
 /// Without logind, nothing happens until it starts. Main thread only.
 class LogindSleepSource final : public SleepSource {
 public:
-    /// The queue must outlive the source.
-    explicit LogindSleepSource(EpollMainQueue& queue);
+    /// The queue must outlive the source. `retryInterval` is the time between two attempts to reach
+    /// the bus.
+    explicit LogindSleepSource(EpollMainQueue& queue, Seconds retryInterval = kRetryInterval);
 
     /// Always succeeds: logind may start later.
     bool registerHandler(Handler handler) override;

@@ -54,9 +54,10 @@ private:
     UPowerPowerSources& sources_;
 };
 
-UPowerPowerSources::UPowerPowerSources(EpollMainQueue& queue)
-    : queue_(queue),
-      link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {}
+UPowerPowerSources::UPowerPowerSources(EpollMainQueue& queue, Seconds retryInterval)
+    : link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }},
+            retryInterval),
+      look_(queue, kTogether, [this] { look(); }) {}
 
 std::unique_ptr<PowerSources::Subscription> UPowerPowerSources::subscribe(Callbacks callbacks) {
     callbacks_ = std::move(callbacks);
@@ -131,7 +132,7 @@ void UPowerPowerSources::take(sd_bus_message* properties) {
         takeOne(properties);
         sd_bus_message_exit_container(properties);
     }
-    lookLater();
+    look_.schedule();
 }
 
 void UPowerPowerSources::takeOne(sd_bus_message* properties) {
@@ -150,17 +151,6 @@ void UPowerPowerSources::takeOne(sd_bus_message* properties) {
         facts_.percentage = readVariant<double>(properties, "d");
     } else {
         sd_bus_message_skip(properties, "v");
-    }
-}
-
-/// Schedules a check. UPower reports the machine and the device in two messages, which are
-/// one change.
-void UPowerPowerSources::lookLater() {
-    if (!std::exchange(isLookDue_, true)) {
-        queue_.postAfter(kTogether, lifeline_.guard([this] {
-            isLookDue_ = false;
-            look();
-        }));
     }
 }
 

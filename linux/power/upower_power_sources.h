@@ -9,7 +9,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/links/bus_link.h"
 #include "monitors/power_sources.h"
-#include "platform/lifeline.h"
+#include "platform/delayed_call.h"
 
 namespace chimewerk {
 
@@ -23,8 +23,9 @@ namespace chimewerk {
 /// starts UPower. Main thread only.
 class UPowerPowerSources final : public PowerSources {
 public:
-    /// The queue must outlive the object.
-    explicit UPowerPowerSources(EpollMainQueue& queue);
+    /// The queue must outlive the object. `retryInterval` is the time between two attempts to reach
+    /// the bus.
+    explicit UPowerPowerSources(EpollMainQueue& queue, Seconds retryInterval = kRetryInterval);
 
     std::optional<PowerSourceDescription> first() const override { return source_; }
     /// The first subscription connects to the bus.
@@ -46,7 +47,6 @@ private:
                    sd_bus_message_handler_t onAnswer);
     void take(sd_bus_message* properties);
     void takeOne(sd_bus_message* properties);
-    void lookLater();
     void look();
     std::optional<PowerSourceDescription> describe() const;
 
@@ -55,7 +55,6 @@ private:
     void onPropertiesChanged(sd_bus_message* signal);
     void onOwnerChanged(sd_bus_message* signal);
 
-    EpollMainQueue& queue_;
     Callbacks callbacks_;
     std::optional<PowerSourceDescription> source_;
     bool isKnown_ = false;
@@ -64,13 +63,13 @@ private:
     /// Whether UPower has answered for each object since the last request.
     bool machineKnown_ = false;
     bool deviceKnown_ = false;
-    bool isLookDue_ = false;
 
     BusLink link_;
     // Destroyed before the bus on which the requests were sent.
     BusSlot askingMachine_;
     BusSlot askingDevice_;
-    Lifeline lifeline_;
+    /// UPower reports the machine and the device in two messages; together they are one change.
+    DelayedCall look_;
 };
 
 }  // namespace chimewerk

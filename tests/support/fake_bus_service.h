@@ -5,49 +5,60 @@
 
 #include <systemd/sd-bus.h>
 
-#include <memory>
 #include <string>
+#include <utility>
 
 #include "linux/links/bus_link.h"
-#include "tools/process/child_process.h"
-#include "tools/process/eventually.h"
 
 namespace chimewerk {
 
-/// A service on the system bus, faked by python-dbusmock in a separate process and so independent
-/// of our code. The test controls it over its own connection.
+/// A bus that returns is found after this time in tests.
+inline constexpr Seconds kTestRetryInterval{0.02};
+
+/// Base of the services that a test plays on a bus, with the test's queue. The service is on the bus
+/// from its construction to its end, and returns to a bus that was away.
 class FakeBusService {
 public:
-    /// `templateName` is a dbusmock template; check `isThere()` before use.
-    FakeBusService(const std::string& templateName, std::string name, std::string path)
+    FakeBusService(const FakeBusService&) = delete;
+    FakeBusService& operator=(const FakeBusService&) = delete;
+
+protected:
+    /// `path` is the topmost object of the service that owns `name`.
+    FakeBusService(EpollMainQueue& queue, BusLink::Opener opener, std::string name,
+                   std::string path)
         : name_(std::move(name)),
           path_(std::move(path)),
-          process_({"/usr/bin/python3", "-m", "dbusmock", "--system", "--template", templateName}) {
-        sd_bus* bus = nullptr;
-        sd_bus_open_system(&bus);
-        bus_.reset(bus);
+          link_(
+              queue, std::move(opener),
+              {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { bus_ = nullptr; }},
+              kTestRetryInterval) {
+        link_.keepOpen();
     }
+    virtual ~FakeBusService() = default;
 
-    bool isThere() {
-        return eventually(
-            [this] { return sd_bus_get_name_creds(bus_.get(), name_.c_str(), 0, nullptr) >= 0; });
+    /// Answers a call of one of the service's objects; 0 if there is no such method or object.
+    virtual int answer(sd_bus_message* call) = 0;
+
+    /// The connection; null while the bus is away.
+    sd_bus* bus() const { return bus_; }
+    /// Emits a signal of the topmost object; `types` and `values` as for sd_bus_emit_signal.
+    template <typename... Values>
+    void emit(const char* interface, const char* signal, const char* types, Values... values) {
+        sd_bus_emit_signal(bus_, path_.c_str(), interface, signal, types, values...);
     }
-    /// Calls a method and waits for the reply; returns null on failure.
-    template <typename... Arguments>
-    BusMessage call(const char* interface, const char* method, const char* types,
-                    Arguments... arguments) {
-        sd_bus_message* reply = nullptr;
-        sd_bus_call_method(bus_.get(), name_.c_str(), path_.c_str(), interface, method, nullptr,
-                           &reply, types, arguments...);
-        return BusMessage(reply);
-    }
-    void kill() { process_.end(SIGKILL); }
 
 private:
+    void open(sd_bus* bus) {
+        bus_ = bus;
+        sd_bus_add_fallback(bus, nullptr, path_.c_str(), callMember<&FakeBusService::onCall>, this);
+        sd_bus_request_name_async(bus, nullptr, name_.c_str(), SD_BUS_NAME_QUEUE, nullptr, nullptr);
+    }
+    int onCall(sd_bus_message* call, sd_bus_error* /*error*/) { return answer(call); }
+
     const std::string name_;
     const std::string path_;
-    ChildProcess process_;
-    std::unique_ptr<sd_bus, UnrefBus> bus_;
+    sd_bus* bus_ = nullptr;
+    BusLink link_;
 };
 
 }  // namespace chimewerk

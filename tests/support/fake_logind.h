@@ -15,18 +15,18 @@
 
 #include "linux/base/file_descriptor.h"
 #include "linux/links/bus_link.h"
+#include "support/fake_bus_service.h"
 
 namespace chimewerk {
 
 /// A fake logind on the system bus that lets programs delay sleep. Runs on the test's queue. Its
 /// inhibitors are real pipes whose other end it keeps.
-class FakeLogind {
+class FakeLogind final : public FakeBusService {
 public:
     explicit FakeLogind(EpollMainQueue& queue)
-        : queue_(queue),
-          link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {
-        link_.keepOpen();
-    }
+        : FakeBusService(queue, sd_bus_open_system, "org.freedesktop.login1",
+                         "/org/freedesktop/login1"),
+          queue_(queue) {}
 
     /// The last request: what, who, mode.
     std::string wanted;
@@ -43,12 +43,9 @@ public:
             grant(call.get());
         }
     }
-    void prepareForSleep(bool begins) {
-        sd_bus_emit_signal(bus_, kPath, kManager, "PrepareForSleep", "b", begins ? 1 : 0);
-    }
+    void prepareForSleep(bool begins) { emit(kManager, "PrepareForSleep", "b", begins ? 1 : 0); }
 
 private:
-    static constexpr const char* kPath = "/org/freedesktop/login1";
     static constexpr const char* kManager = "org.freedesktop.login1.Manager";
 
     /// Released when the other end is closed.
@@ -56,13 +53,6 @@ private:
         FileDescriptor end;
         std::unique_ptr<EpollMainQueue::Watch> watch;
     };
-
-    void open(sd_bus* bus) {
-        bus_ = bus;
-        sd_bus_add_object(bus, nullptr, kPath, &FakeLogind::onCall, this);
-        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.login1", SD_BUS_NAME_QUEUE,
-                                  nullptr, nullptr);
-    }
 
     void grant(sd_bus_message* call) {
         std::array<int, 2> ends{};
@@ -80,11 +70,10 @@ private:
         });
         inhibitors_.push_back(std::move(inhibitor));
         sd_bus_reply_method_return(call, "h", theirs.get());
-        sd_bus_flush(bus_);
+        sd_bus_flush(bus());
     }
 
-    static int onCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
-        auto& logind = *static_cast<FakeLogind*>(self);
+    int answer(sd_bus_message* call) override {
         const char* what = nullptr;
         const char* who = nullptr;
         const char* mode = nullptr;
@@ -92,21 +81,19 @@ private:
             sd_bus_message_read(call, "ssss", &what, &who, nullptr, &mode) < 0) {
             return 0;
         }
-        ++logind.asked;
-        logind.wanted = std::string(what) + " " + who + " " + mode;
-        if (logind.isSlow) {
-            logind.waiting_.emplace_back(sd_bus_message_ref(call));
+        ++asked;
+        wanted = std::string(what) + " " + who + " " + mode;
+        if (isSlow) {
+            waiting_.emplace_back(sd_bus_message_ref(call));
         } else {
-            logind.grant(call);
+            grant(call);
         }
         return 1;
     }
 
     EpollMainQueue& queue_;
-    sd_bus* bus_ = nullptr;
     std::vector<std::unique_ptr<Inhibitor>> inhibitors_;
     std::vector<BusMessage> waiting_;
-    BusLink link_;
 };
 
 }  // namespace chimewerk

@@ -10,23 +10,21 @@
 #include <utility>
 #include <variant>
 
-#include "linux/links/bus_link.h"
+#include "support/fake_bus_service.h"
 
 namespace chimewerk {
 
-/// A fake UPower on the system bus, with properties for the machine and the display device. Runs on
-/// the test's queue.
-class FakeUPower {
+/// A fake UPower on the system bus with the properties of the machine and the display device. Runs
+/// on the test's queue.
+class FakeUPower final : public FakeBusService {
 public:
     using Value = std::variant<bool, unsigned, double, std::string>;
     using Properties = std::map<std::string, Value>;
 
     FakeUPower(EpollMainQueue& queue, Properties machineNow, Properties deviceNow)
-        : machine(std::move(machineNow)),
-          device(std::move(deviceNow)),
-          link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }}) {
-        link_.keepOpen();
-    }
+        : FakeBusService(queue, sd_bus_open_system, kMachine, kMachinePath),
+          machine(std::move(machineNow)),
+          device(std::move(deviceNow)) {}
 
     Properties machine;
     Properties device;
@@ -70,25 +68,16 @@ private:
             now[name] = value;
         }
         sd_bus_message* signal = nullptr;
-        sd_bus_message_new_signal(bus_, &signal, path, "org.freedesktop.DBus.Properties",
+        sd_bus_message_new_signal(bus(), &signal, path, "org.freedesktop.DBus.Properties",
                                   "PropertiesChanged");
         const BusMessage owned(signal);
         sd_bus_message_append(signal, "s", interface);
         append(signal, changes);
         sd_bus_message_append(signal, "as", 0);
-        sd_bus_send(bus_, signal, nullptr);
+        sd_bus_send(bus(), signal, nullptr);
     }
 
-    void open(sd_bus* bus) {
-        bus_ = bus;
-        sd_bus_add_object(bus, nullptr, kMachinePath, &FakeUPower::onCall, this);
-        sd_bus_add_object(bus, nullptr, kDevicePath, &FakeUPower::onCall, this);
-        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.UPower", SD_BUS_NAME_QUEUE,
-                                  nullptr, nullptr);
-    }
-
-    static int onCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
-        auto& upower = *static_cast<FakeUPower*>(self);
+    int answer(sd_bus_message* call) override {
         const bool isDevice = std::string(sd_bus_message_get_path(call)) == kDevicePath;
         const char* interface = nullptr;
         if (sd_bus_message_is_method_call(call, "org.freedesktop.DBus.Properties", "GetAll") == 0 ||
@@ -96,19 +85,16 @@ private:
             std::string(interface) != (isDevice ? kDevice : kMachine)) {
             return 0;
         }
-        ++upower.asked;
-        if (upower.isSilent && !isDevice) {
+        ++asked;
+        if (isSilent && !isDevice) {
             return 1;
         }
         sd_bus_message* reply = nullptr;
         sd_bus_message_new_method_return(call, &reply);
         const BusMessage owned(reply);
-        append(reply, isDevice ? upower.device : upower.machine);
+        append(reply, isDevice ? device : machine);
         return sd_bus_send(nullptr, reply, nullptr);
     }
-
-    sd_bus* bus_ = nullptr;
-    BusLink link_;
 };
 
 }  // namespace chimewerk

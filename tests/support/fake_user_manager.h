@@ -11,19 +11,16 @@
 #include <map>
 #include <string>
 
-#include "linux/links/bus_link.h"
+#include "support/fake_bus_service.h"
 
 namespace chimewerk {
 
 /// A fake systemd user manager on the session bus that reports units. Runs on the test's queue.
-class FakeUserManager {
+class FakeUserManager final : public FakeBusService {
 public:
     explicit FakeUserManager(EpollMainQueue& queue)
-        : link_(queue, sd_bus_open_user,
-                {.onOpen = [this](sd_bus* bus) { open(bus); },
-                 .onLost = [this] { bus_ = nullptr; }}) {
-        link_.keepOpen();
-    }
+        : FakeBusService(queue, sd_bus_open_user, "org.freedesktop.systemd1",
+                         "/org/freedesktop/systemd1") {}
 
     /// Number of subscriptions.
     int subscriptions = 0;
@@ -39,23 +36,20 @@ public:
     }
     /// Reports a new unit that was loaded but not started.
     void tellOfNew(const std::string& unit) {
-        sd_bus_emit_signal(bus_, kPath, kManager, "UnitNew", "so", unit.c_str(),
-                           pathOf(unit).c_str());
+        emit(kManager, "UnitNew", "so", unit.c_str(), pathOf(unit).c_str());
     }
     /// Reports the end of any job of the unit, including one that stopped it or found it running.
     void tellOfJob(const std::string& unit, const char* result) {
-        sd_bus_emit_signal(bus_, kPath, kManager, "JobRemoved", "uoss", ++lastJob_,
-                           "/org/freedesktop/systemd1/job/1", unit.c_str(), result);
+        emit(kManager, "JobRemoved", "uoss", ++lastJob_, "/org/freedesktop/systemd1/job/1",
+             unit.c_str(), result);
     }
     /// Unloads a unit that has ended.
     void remove(const std::string& unit) {
         activeSince_.erase(pathOf(unit));
-        sd_bus_emit_signal(bus_, kPath, kManager, "UnitRemoved", "so", unit.c_str(),
-                           pathOf(unit).c_str());
+        emit(kManager, "UnitRemoved", "so", unit.c_str(), pathOf(unit).c_str());
     }
 
 private:
-    static constexpr const char* kPath = "/org/freedesktop/systemd1";
     static constexpr const char* kManager = "org.freedesktop.systemd1.Manager";
 
     static std::string pathOf(const std::string& unit) {
@@ -66,37 +60,23 @@ private:
         return copy;
     }
 
-    void open(sd_bus* bus) {
-        bus_ = bus;
-        sd_bus_add_object(bus, nullptr, kPath, &FakeUserManager::onManagerCall, this);
-        sd_bus_add_fallback(bus, nullptr, "/org/freedesktop/systemd1/unit",
-                            &FakeUserManager::onUnitCall, this);
-        sd_bus_request_name_async(bus, nullptr, "org.freedesktop.systemd1", 0, nullptr, nullptr);
-    }
-
-    static int onManagerCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
-        if (sd_bus_message_is_method_call(call, kManager, "Subscribe") == 0) {
-            return 0;
+    int answer(sd_bus_message* call) override {
+        if (sd_bus_message_is_method_call(call, kManager, "Subscribe") != 0) {
+            ++subscriptions;
+            return sd_bus_reply_method_return(call, "");
         }
-        ++static_cast<FakeUserManager*>(self)->subscriptions;
-        return sd_bus_reply_method_return(call, "");
-    }
-    static int onUnitCall(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
-        const auto& known = static_cast<FakeUserManager*>(self)->activeSince_;
-        const auto unit = known.find(sd_bus_message_get_path(call));
+        const auto unit = activeSince_.find(sd_bus_message_get_path(call));
         const char* property = nullptr;
         if (sd_bus_message_is_method_call(call, "org.freedesktop.DBus.Properties", "Get") == 0 ||
-            unit == known.end() || sd_bus_message_read(call, "ss", nullptr, &property) < 0 ||
+            unit == activeSince_.end() || sd_bus_message_read(call, "ss", nullptr, &property) < 0 ||
             std::string(property) != "ActiveEnterTimestampMonotonic") {
             return 0;  // sd-bus replies that there is no such object.
         }
         return sd_bus_reply_method_return(call, "v", "t", unit->second);
     }
 
-    sd_bus* bus_ = nullptr;
     std::map<std::string, std::uint64_t> activeSince_;
     std::uint32_t lastJob_ = 0;
-    BusLink link_;
 };
 
 }  // namespace chimewerk

@@ -144,7 +144,8 @@ TEST_F(TheX11Keys, AreNotTrustedWithoutAServer) {
 TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
     const std::vector<std::string> command{"Xvfb",       ":4712",     "-screen", "0",
                                            "640x480x24", "-nolisten", "tcp",     "-noreset"};
-    X11KeySource passing(queue, ":4712");
+    constexpr Seconds kRetry{0.1};
+    X11KeySource passing(queue, ":4712", kRetry);
     {
         ChildProcess server(command);
         ASSERT_TRUE(server.started());
@@ -156,7 +157,7 @@ TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
         server.end(SIGKILL);
     }
     runReady(queue);
-    EXPECT_LE(wakeUpsWithin(queue, Seconds{1}), 1);
+    EXPECT_LE(wakeUpsWithin(queue, 8 * kRetry), 16);  // It does not spin.
     EXPECT_EQ(heard.size(), 1U);
     ChildProcess server(command);
     ASSERT_TRUE(runUntil(queue, [&] { return passing.trusted(); }));

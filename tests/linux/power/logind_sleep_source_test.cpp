@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "monitors/power_events.h"
-#include "support/fake_bus_service.h"
+#include "support/dbusmock_service.h"
 #include "support/fake_logind.h"
 #include "support/fake_power_sources.h"
 #include "support/open_descriptors.h"
@@ -47,6 +47,7 @@ protected:
     }
     std::string prepareForSleep(bool begins) {
         logind->prepareForSleep(begins);
+        EXPECT_TRUE(runUntil(queue, [this] { return !log.empty(); }));
         return settle();
     }
     /// Returns the number of inhibitors held after the message with this argument is answered.
@@ -61,7 +62,7 @@ protected:
     std::optional<FakeLogind> logind;
     std::string log;
     std::intptr_t lastArgument = 0;
-    LogindSleepSource source{queue};
+    LogindSleepSource source{queue, kTestRetryInterval};
 };
 
 TEST_F(TheSleep, WaitsForTheAnswerToItsMessageAndAgainAfterEachWake) {
@@ -136,7 +137,7 @@ TEST_F(TheSleep, IsNotHeldUpWhileTheBusIsAway) {
     EXPECT_EQ(heldAfterAnswering(lastArgument), 0U);
 }
 
-TEST_F(TheSleep, BeginsAThirdOfASecondAfterItsMessage) {
+TEST_F(TheSleep, BeginsNoSoonerThanAThirdOfASecondAfterItsMessage) {
     SoundLibrary library;
     FakePowerSources powerSources;
     PowerEvents power({.queue = queue,
@@ -151,14 +152,12 @@ TEST_F(TheSleep, BeginsAThirdOfASecondAfterItsMessage) {
     const auto begin = std::chrono::steady_clock::now();
     logind->prepareForSleep(true);
     ASSERT_TRUE(runUntil(queue, [this] { return logind->held() == 0; }));
-    const Seconds delay = std::chrono::steady_clock::now() - begin;
-    EXPECT_GE(delay, Seconds{0.35});
-    EXPECT_LE(delay, Seconds{0.6});
+    EXPECT_GE(Seconds(std::chrono::steady_clock::now() - begin), Seconds{0.35});
     EXPECT_EQ(library.event("lid_close").triggerCount, 1);
 }
 
 TEST_F(TheSleep, WaitsAccordingToAnIndependentFakeLogind) {
-    FakeBusService other("logind", "org.freedesktop.login1", "/org/freedesktop/login1");
+    DbusmockService other("logind", "org.freedesktop.login1", "/org/freedesktop/login1");
     ASSERT_TRUE(other.isThere());
     const auto held = [&] {
         const BusMessage list = other.call("org.freedesktop.login1.Manager", "ListInhibitors", "");

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <utility>
+
+#include "platform/lifeline.h"
+#include "platform/main_queue.h"
+
+namespace chimewerk {
+
+/// Calls a function once for any number of calls of `schedule()`: a fixed delay after the first of
+/// them. Turns a burst into one call, and spaces attempts that may fail. Destroying it cancels a
+/// call that is due; as a member, declare it last, so that it is destroyed first. Main thread only;
+/// the queue must outlive it.
+class DelayedCall {
+public:
+    DelayedCall(MainQueue& queue, Seconds delay, MainQueue::Job call)
+        : queue_(queue), delay_(delay), call_(std::move(call)) {}
+
+    /// Schedules a call unless one is due. So each `schedule()` is followed by a call.
+    void schedule() {
+        if (!std::exchange(isDue_, true)) {
+            queue_.postAfter(delay_, lifeline_.guard([this] {
+                isDue_ = false;
+                call_();
+            }));
+        }
+    }
+
+private:
+    MainQueue& queue_;
+    const Seconds delay_;
+    const MainQueue::Job call_;
+    bool isDue_ = false;
+    Lifeline lifeline_;
+};
+
+}  // namespace chimewerk
