@@ -12,7 +12,7 @@ import subprocess
 import sys
 import unittest
 
-from tray_host import TrayHost, pump_until
+from tray_host import EmbeddingTray, TrayHost, pump_until
 
 PROGRAM = sys.argv.pop(1)
 MENU = ("#Chimewerk, -, Open Dashboard [Control+D], Help & Troubleshooting [Control+?], -, "
@@ -44,10 +44,15 @@ class ProgramTest(unittest.TestCase):
         self.started.append(process)
         return process
 
-    def host(self):
-        host = TrayHost()
+    def host(self, shows=True):
+        host = TrayHost(shows)
         self.addCleanup(host.close)
         return host
+
+    def embedding_tray(self):
+        tray = EmbeddingTray()
+        self.addCleanup(tray.close)
+        return tray
 
     def assert_ends(self, process, status=0):
         self.assertTrue(pump_until(lambda: process.poll() is not None), "it still runs")
@@ -103,6 +108,24 @@ class TheTrayIcon(ProgramTest):
                 self.assertEqual(self.marks(host.wait_for_item()), MENU % (" ", "x", " "))
             finally:
                 host.close()
+
+    def test_waits_for_a_host_that_comes_after_the_name_even_where_another_tray_embeds_windows(self):
+        embedding = self.embedding_tray()
+        host = self.host(shows=False)
+        self.start()
+        self.assertFalse(pump_until(lambda: host.registered or embedding.requests(), 2))
+        host.begin_to_show()
+        host.wait_for_item()
+
+    def test_is_embedded_where_no_host_comes(self):
+        embedding = self.embedding_tray()
+        first = self.start()
+        self.assertTrue(pump_until(embedding.requests, 4), "without the name there is nothing to wait for")
+        first.terminate()
+        self.assert_ends(first)
+        self.host(shows=False)
+        self.start()
+        self.assertTrue(pump_until(lambda: embedding.requests() == 2))
 
     def test_opens_the_dashboard_when_it_is_chosen_itself(self):
         host = self.host()

@@ -3,6 +3,7 @@
 
 """A StatusNotifierItem tray on the session bus, with a client for the items' menus."""
 
+import ctypes
 import re
 
 from gi.repository import Gio, GLib
@@ -102,10 +103,41 @@ class Item:
         self._call(self._path, ITEM, "Activate", GLib.Variant("(ii)", (0, 0)))
 
 
-class TrayHost:
-    """Owns the tray's name on the session bus until `close()`."""
+class EmbeddingTray:
+    """A tray of the kind that embeds windows on an X11 display, until `close()`."""
+
+    CLIENT_MESSAGE = 33
+    XEVENT_BYTES = 192
 
     def __init__(self):
+        self._requests = 0
+        self._x = ctypes.CDLL("libX11.so.6")
+        for name in ("XOpenDisplay", "XInternAtom", "XDefaultRootWindow", "XCreateSimpleWindow"):
+            getattr(self._x, name).restype = ctypes.c_void_p
+        self._display = ctypes.c_void_p(self._x.XOpenDisplay(None))
+        root = ctypes.c_void_p(self._x.XDefaultRootWindow(self._display))
+        self._window = ctypes.c_void_p(self._x.XCreateSimpleWindow(self._display, root, 0, 0, 9, 9, 0, 0, 0))
+        selection = ctypes.c_void_p(self._x.XInternAtom(self._display, b"_NET_SYSTEM_TRAY_S0", 0))
+        self._x.XSetSelectionOwner(self._display, selection, self._window, 0)
+        self._x.XSync(self._display, 0)
+
+    def requests(self):
+        """How many icons have asked to be embedded so far."""
+        event = ctypes.create_string_buffer(self.XEVENT_BYTES)
+        while self._x.XCheckTypedWindowEvent(self._display, self._window, self.CLIENT_MESSAGE, event):
+            self._requests += 1
+        return self._requests
+
+    def close(self):
+        self._x.XCloseDisplay(self._display)
+
+
+class TrayHost:
+    """Owns the tray's name on the session bus until `close()`. Shows items only with `shows`, or from
+    `begin_to_show()` on: where the name belongs to a daemon, the panel comes later."""
+
+    def __init__(self, shows=True):
+        self._shows = shows
         self._bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         self.registered = []
         interface = Gio.DBusNodeInfo.new_for_xml(INTROSPECTION).interfaces[0]
@@ -117,6 +149,10 @@ class TrayHost:
         self._bus.unregister_object(self._object)
         self._bus.flush_sync()
 
+    def begin_to_show(self):
+        self._shows = True
+        self._bus.emit_signal(None, WATCHER_PATH, WATCHER, "StatusNotifierHostRegistered", None)
+
     def _call(self, _bus, sender, _path, _interface, method, arguments, invocation):
         if method == "RegisterStatusNotifierItem":
             service = arguments.unpack()[0]
@@ -126,7 +162,7 @@ class TrayHost:
 
     def _get(self, _bus, _sender, _path, _interface, name):
         return {"RegisteredStatusNotifierItems": GLib.Variant("as", []),
-                "IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "IsStatusNotifierHostRegistered": GLib.Variant("b", self._shows),
                 "ProtocolVersion": GLib.Variant("i", 0)}[name]
 
     def wait_for_item(self):

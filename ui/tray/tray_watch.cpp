@@ -7,8 +7,10 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusError>
+#include <QDBusMessage>
 #include <QGuiApplication>
+#include <chrono>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -19,6 +21,9 @@ namespace chimewerk {
 namespace {
 
 constexpr auto kRegistrar = "org.kde.StatusNotifierWatcher";
+constexpr auto kRegistrarPath = "/StatusNotifierWatcher";
+/// How long a host may come after the registrar. Panels take some seconds to load at login.
+constexpr std::chrono::seconds kPatience{5};
 
 /// Returns the toolkit's connection to the X11 display; null if the windows are not on one.
 xcb_connection_t* x11Connection() {
@@ -50,15 +55,15 @@ TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) 
         // A new tray sends a message to the root window, whose events the toolkit has selected.
         qApp->installNativeEventFilter(this);
     }
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (bus.isConnected()) {
-        registrar_ = std::make_unique<QDBusServiceWatcher>(
-            QLatin1String(kRegistrar), bus, QDBusServiceWatcher::WatchForRegistration);
-        QObject::connect(registrar_.get(), &QDBusServiceWatcher::serviceRegistered,
-                         registrar_.get(), [this] { found(); });
-    }
-    if (hasTray()) {
-        found();
+    hostSignal_.setSingleShot(true);
+    QObject::connect(&hostSignal_, &QTimer::timeout, &hostSignal_, [this] { askForHost(); });
+    patience_.setSingleShot(true);
+    patience_.setInterval(kPatience);
+    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { countEmbedding(); });
+    if (QDBusConnection::sessionBus().isConnected()) {
+        watchRegistrar();
+    } else {
+        QTimer::singleShot(0, &patience_, [this] { countEmbedding(); });
     }
 }
 
@@ -69,15 +74,59 @@ TrayWatch::~TrayWatch() {
     }
 }
 
-bool TrayWatch::hasTray() const {
-    if (registrar_ != nullptr) {
-        const auto* const bus = QDBusConnection::sessionBus().interface();
-        if (bus->isServiceRegistered(QLatin1String(kRegistrar)).value()) {
-            return true;
-        }
+void TrayWatch::watchRegistrar() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    registrar_ = std::make_unique<QDBusServiceWatcher>(QLatin1String(kRegistrar), bus,
+                                                       QDBusServiceWatcher::WatchForOwnerChange);
+    QObject::connect(registrar_.get(), &QDBusServiceWatcher::serviceOwnerChanged, registrar_.get(),
+                     [this](const QString&, const QString&, const QString& owner) {
+                         if (owner.isEmpty()) {
+                             countEmbedding();
+                         } else {
+                             askForHost();
+                         }
+                     });
+    bus.connect(QLatin1String(kRegistrar), QLatin1String(kRegistrarPath), QLatin1String(kRegistrar),
+                QStringLiteral("StatusNotifierHostRegistered"), &hostSignal_, SLOT(start()));
+    askForHost();
+}
+
+void TrayWatch::askForHost() {
+    if (onTray_ == nullptr) {
+        return;
     }
+    if (!patience_.isActive()) {
+        embeddingCounts_ = false;
+        patience_.start();
+    }
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QLatin1String(kRegistrar), QLatin1String(kRegistrarPath),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << QLatin1String(kRegistrar) << QStringLiteral("IsStatusNotifierHostRegistered");
+    question.setAutoStartService(false);
+    asking_ = std::make_unique<QDBusPendingCallWatcher>(
+        QDBusConnection::sessionBus().asyncCall(question));
+    QObject::connect(asking_.get(), &QDBusPendingCallWatcher::finished, asking_.get(),
+                     [this](QDBusPendingCallWatcher* answered) { onAnswer(*answered); });
+}
+
+void TrayWatch::onAnswer(const QDBusPendingReply<QVariant>& answer) {
+    const QString error = answer.error().name();
+    if (answer.isValid() && answer.value().toBool()) {
+        found();
+    } else if (error == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner") ||
+               error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown")) {
+        countEmbedding();
+    }
+}
+
+void TrayWatch::countEmbedding() {
+    patience_.stop();
+    embeddingCounts_ = true;
     xcb_connection_t* const server = x11Connection();
-    return server != nullptr && hasOwner(server, traySelection_);
+    if (server != nullptr && hasOwner(server, traySelection_)) {
+        found();
+    }
 }
 
 void TrayWatch::found() {
@@ -87,7 +136,7 @@ void TrayWatch::found() {
 }
 
 bool TrayWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
-    if (onTray_ == nullptr || eventType != "xcb_generic_event_t") {
+    if (onTray_ == nullptr || !embeddingCounts_ || eventType != "xcb_generic_event_t") {
         return false;
     }
     const auto* const event = static_cast<const xcb_client_message_event_t*>(message);

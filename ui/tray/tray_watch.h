@@ -4,20 +4,27 @@
 #pragma once
 
 #include <QAbstractNativeEventFilter>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QTimer>
+#include <QVariant>
 #include <cstdint>
 #include <functional>
 #include <memory>
 
 namespace chimewerk {
 
-/// Waits until the desktop has a tray: one that icons register with over the session bus, or one
-/// that embeds windows on an X11 display. The toolkit chooses between the two once, when the first
-/// icon is made, so no icon may be made before there is a tray. Main thread only.
+/// Waits until the desktop has a tray: a host of icons that register over the session bus, or a
+/// window that embeds icons on an X11 display. The toolkit chooses between the two once, when the
+/// first icon is made, so no icon may be made before there is a tray.
+///
+/// The bus name for the icons' registration may come long before a host that shows them. While it
+/// is owned, an embedding tray counts only when no host has come for some seconds: it may be one
+/// that merely passes icons on to a host. Main thread only.
 class TrayWatch final : private QAbstractNativeEventFilter {
 public:
-    /// `onTray` is called once: by the constructor if there is a tray already, else from the
-    /// event loop.
+    /// `onTray` is called once, from the event loop.
     explicit TrayWatch(std::function<void()> onTray);
     ~TrayWatch() override;
     TrayWatch(const TrayWatch&) = delete;
@@ -25,11 +32,20 @@ public:
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-    bool hasTray() const;
+    void watchRegistrar();
+    void askForHost();
+    void onAnswer(const QDBusPendingReply<QVariant>& answer);
+    void countEmbedding();
     void found();
 
     std::function<void()> onTray_;
     std::unique_ptr<QDBusServiceWatcher> registrar_;
+    /// Started by the registrar's signal, which needs a receiver with a slot.
+    QTimer hostSignal_;
+    std::unique_ptr<QDBusPendingCallWatcher> asking_;
+    QTimer patience_;
+    /// Whether a tray that embeds windows may be used.
+    bool embeddingCounts_ = false;
     /// The atoms of the X11 display; 0 without one.
     std::uint32_t manager_ = 0;
     std::uint32_t traySelection_ = 0;
