@@ -69,10 +69,15 @@ void appendMultipath(Bytes bytes, bool isDefault, std::vector<RouteHop>& hops) {
 }
 
 bool isTunnelKind(std::string_view kind) {
-    static constexpr auto kKinds =
-        std::to_array<std::string_view>({"gre", "gretap", "ip6gre", "ip6gretap", "ip6tnl", "ipip",
-                                         "sit", "tun", "vti", "vti6", "wireguard", "xfrm"});
+    static constexpr auto kKinds = std::to_array<std::string_view>(
+        {"gre", "gretap", "ip6gre", "ip6gretap", "ip6tnl", "ipip", "ovpn", "ovpn-dco", "sit", "tun",
+         "vti", "vti6", "wireguard", "xfrm"});
     return std::ranges::find(kKinds, kind) != kKinds.end();
+}
+
+/// Links that report carrier but lead nowhere: what is sent there is dropped, or only recorded.
+bool isDeadEndKind(std::string_view kind) {
+    return kind == "dummy" || kind == "ifb" || kind == "nlmon";
 }
 
 std::string_view readText(Bytes value) {
@@ -119,16 +124,20 @@ std::optional<LinkState> readLink(std::span<const std::byte> message) {
     constexpr unsigned kNeeded = IFF_UP | IFF_RUNNING | IFF_LOWER_UP;
     LinkState state{.usable = (link->ifi_flags & (kNeeded | IFF_LOOPBACK)) == kNeeded,
                     .isTunnel = false};
+    std::string_view kind;
     eachAttribute(message.subspan(std::min<std::size_t>(message.size(), NLMSG_ALIGN(sizeof *link))),
                   [&](int type, Bytes value) {
                       if (type != IFLA_LINKINFO) {
                           return;
                       }
                       eachAttribute(value, [&](int infoType, Bytes info) {
-                          state.isTunnel |=
-                              infoType == IFLA_INFO_KIND && isTunnelKind(readText(info));
+                          if (infoType == IFLA_INFO_KIND) {
+                              kind = readText(info);
+                          }
                       });
                   });
+    state.usable = state.usable && !isDeadEndKind(kind);
+    state.isTunnel = isTunnelKind(kind);
     return state;
 }
 

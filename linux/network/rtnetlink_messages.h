@@ -24,7 +24,7 @@ struct RouteHop {
 
 /// The properties of a link that matter for reachability.
 struct LinkState {
-    /// Up, has carrier, and is not the loopback link.
+    /// Up, has carrier, and can lead somewhere: loopback and dummy links cannot.
     bool usable;
     /// Its packets travel inside those of another link.
     bool isTunnel;

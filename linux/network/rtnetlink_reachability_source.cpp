@@ -137,12 +137,15 @@ NetlinkReply::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> 
     return state;
 }
 
-/// Never blocks: the kernel produces a dump as it is read, and any other answer before
-/// `send()` returns.
+/// Takes datagrams from the kernel only; privileged processes can send to this socket too. Never
+/// blocks: the kernel produces a dump as it is read, and any other answer before `send()` returns.
 NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& answer) {
     for (int i = 0; i < kMaxDatagrams; ++i) {
         iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};
+        sockaddr_nl sender{};
         msghdr message{};
+        message.msg_name = &sender;
+        message.msg_namelen = sizeof sender;
         message.msg_iov = &part;
         message.msg_iovlen = 1;
         ssize_t size = -1;
@@ -151,6 +154,9 @@ NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& answer) {
         } while (size < 0 && errno == EINTR);
         if (size <= 0) {
             return State::failed;
+        }
+        if (message.msg_namelen != sizeof sender || sender.nl_pid != 0) {
+            continue;
         }
         const State state =
             answer.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),

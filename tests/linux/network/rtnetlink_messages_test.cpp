@@ -180,7 +180,7 @@ TEST(ARoute, MayBeCutOffAnywhere) {
     EXPECT_EQ(hopsOf(endless), "");
 }
 
-TEST(ALink, IsUsableWhenUpWithCarrierAndATunnelByItsKind) {
+TEST(ALink, IsUsableWhenUpWithCarrierAndATunnelOrADeadEndByItsKind) {
     constexpr unsigned kUp = IFF_UP | IFF_RUNNING | IFF_LOWER_UP;
     const auto link = [](unsigned flags, const std::string& kind) {
         ifinfomsg made{};
@@ -191,7 +191,12 @@ TEST(ALink, IsUsableWhenUpWithCarrierAndATunnelByItsKind) {
                         attribute(IFLA_LINKINFO | NLA_F_NESTED, attribute(IFLA_INFO_KIND, name)));
     };
     EXPECT_EQ(link(kUp, "veth"), (LinkState{.usable = true, .isTunnel = false}));
-    EXPECT_EQ(link(kUp, "wireguard"), (LinkState{.usable = true, .isTunnel = true}));
+    for (const char* const tunnel : {"ovpn", "ovpn-dco", "tun", "wireguard"}) {
+        EXPECT_EQ(link(kUp, tunnel), (LinkState{.usable = true, .isTunnel = true})) << tunnel;
+    }
+    for (const char* const deadEnd : {"dummy", "ifb", "nlmon"}) {
+        EXPECT_EQ(link(kUp, deadEnd), (LinkState{.usable = false, .isTunnel = false})) << deadEnd;
+    }
     for (const unsigned flags : {kUp & ~unsigned{IFF_UP}, kUp & ~unsigned{IFF_RUNNING},
                                  kUp & ~unsigned{IFF_LOWER_UP}, kUp | IFF_LOOPBACK}) {
         EXPECT_EQ(link(flags, ""), (LinkState{.usable = false, .isTunnel = false})) << flags;

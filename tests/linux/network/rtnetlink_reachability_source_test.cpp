@@ -5,8 +5,10 @@
 
 #include <fcntl.h>
 #include <linux/if_tun.h>
+#include <linux/netlink.h>
 #include <net/if.h>
 #include <sys/ioctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -17,6 +19,7 @@
 #include <string>
 #include <thread>
 
+#include "linux/base/file_descriptor.h"
 #include "tools/files/temporary_folder.h"
 #include "tools/machine/private_network.h"
 
@@ -141,6 +144,44 @@ TEST_F(TheReachability, CountsATunnelOnlyAsLongAsACableCarriesIt) {
     plugAndUnplug("far0");
     close(tunnel);
     EXPECT_TRUE(becomes(false)) << "the tunnel is gone";
+}
+
+TEST_F(TheReachability, IsNotGivenByADummyLink) {
+    // Some VPNs hold back IPv6 in this way.
+    if (!PrivateNetwork::ip("link add ipv6leakintrf0 type dummy")) {
+        GTEST_SKIP() << "This kernel has no dummy links.";
+    }
+    ip("link set ipv6leakintrf0 up");
+    ip("-6 route add default dev ipv6leakintrf0 metric 95");
+    EXPECT_FALSE(source.isReachable());
+    ip("route add default dev near0");
+    plugAndUnplug("far0");
+}
+
+TEST_F(TheReachability, BelievesOnlyTheKernel) {
+    ip("route add default dev near0");
+    ASSERT_TRUE(becomes(true));
+    source.close();
+    RtnetlinkReachabilitySource asked;
+    asked.open();
+    ASSERT_TRUE(asked.isReachable());
+    const FileDescriptor liar(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE));
+    // The kernel numbers the first socket of a process like the process.
+    sockaddr_nl us{};
+    us.nl_family = AF_NETLINK;
+    us.nl_pid = static_cast<unsigned>(getpid());
+    for (unsigned number = 1; number < 20; ++number) {
+        const nlmsghdr end{.nlmsg_len = sizeof end,
+                           .nlmsg_type = NLMSG_DONE,
+                           .nlmsg_flags = 0,
+                           .nlmsg_seq = number,
+                           .nlmsg_pid = 0};
+        ASSERT_EQ(sendto(liar.get(), &end, sizeof end, MSG_DONTWAIT,
+                         reinterpret_cast<const sockaddr*>(&us), sizeof us),
+                  static_cast<ssize_t>(sizeof end))
+            << number << ": " << std::strerror(errno);
+    }
+    EXPECT_TRUE(asked.isReachable());
 }
 
 TEST_F(TheReachability, IsGoneWhenClosedAndAnswersAgainWhenReopened) {
