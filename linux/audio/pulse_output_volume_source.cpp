@@ -13,8 +13,12 @@ PulseOutputVolumeSource& self(void* user) {
     return *static_cast<PulseOutputVolumeSource*>(user);
 }
 
+/// The server rounds a step of 3 % down, to 1966 or 1965 of the 65536 units that are 100 %. On this
+/// slightly shorter scale it is 0.03 all the same.
+constexpr float kScale = 65500;
+
 float asShown(pa_volume_t volume) {
-    return std::min(1.0F, static_cast<float>(volume) / static_cast<float>(PA_VOLUME_NORM));
+    return static_cast<float>(std::min(volume, PA_VOLUME_NORM)) / kScale;
 }
 
 }  // namespace
@@ -86,7 +90,7 @@ void PulseOutputVolumeSource::onSink(const pa_sink_info& sink) {
         forget();
         return;
     }
-    main_ = asShown(pa_cvolume_avg(&sink.volume));
+    main_ = asShown(pa_cvolume_max(&sink.volume));
     firstChannel_ = asShown(sink.volume.values[0]);
 }
 

@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-/// The volume of the sound server's default sink as mixers show it: 1 is 100 %, and more counts as
-/// 1. The server reports changes, so `volume()` asks nobody. Muting does not change the volume.
+/// The volume of the sound server's default sink as mixers show it: that of its loudest channel.
+/// 100 % and more are 1, or a trace above it: no step of 3 % is lost to rounding. The server reports changes, so `volume()` asks nobody. Muting does not change the volume.
 /// Without a server or a sink there is no volume.
 class PulseOutputVolumeSource final : public OutputVolumeSource, public PulseClient {
 public:

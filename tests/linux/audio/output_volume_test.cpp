@@ -28,20 +28,31 @@ protected:
             return value && expected ? std::abs(*value - *expected) < 0.005F : value == expected;
         });
     }
-
     PulseConnection connection;
     PulseOutputVolumeSource source{connection};
 };
 
 TEST_F(TheOutputVolume, FollowsTheDefaultSinkAsMixersShowIt) {
     run("pactl set-sink-volume speaker 30% 70%");
-    EXPECT_TRUE(becomes(0.5F));
+    EXPECT_TRUE(becomes(0.7F));
     EXPECT_TRUE(becomes(0.3F, Element::firstChannel));
     run("pactl set-sink-volume speaker 140%");
     EXPECT_TRUE(becomes(1.0F));
     run("pactl set-sink-volume speaker 20%; pactl set-sink-mute speaker 1");
     EXPECT_TRUE(becomes(0.2F));
     run("pactl set-sink-mute speaker 0");
+}
+
+TEST_F(TheOutputVolume, LosesNoStepOfThreePercentToRounding) {
+    for (const int start : {0, 31, 50, 64, 97}) {
+        run("pactl set-sink-volume speaker 0% " + std::to_string(start) + "%");
+        ASSERT_TRUE(becomes(static_cast<float>(start) / 100)) << start;
+        const float before = *source.volume(Element::main);
+        run("pactl set-sink-volume speaker +3%");
+        EXPECT_TRUE(eventually([&] { return *source.volume(Element::main) > before; }));
+        EXPECT_GE(*source.volume(Element::main) - before, 0.03F) << start;
+        EXPECT_LT(*source.volume(Element::main) - before, 0.032F) << start;
+    }
 }
 
 TEST_F(TheOutputVolume, FollowsWhenAnotherSinkBecomesTheDefaultOrTheDefaultGoesAway) {
