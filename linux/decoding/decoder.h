@@ -4,23 +4,18 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
+
+#include "linux/decoding/byte_stream.h"
 
 namespace chimewerk {
 
 class M4aModule;
 
-/// The first bytes of a file, or all of them. A decoder finds the file's end after them, but the
-/// size that it is told is the whole file's.
-struct VisibleFile {
-    std::span<const std::byte> bytes;
-    std::uint64_t size;
-};
-
-/// Decodes one sound from bytes in memory. Used by one thread at a time.
+/// Decodes one sound. Its rate and channels never change; a file whose sound changes them ends
+/// there. Used by one thread at a time.
 class Decoder {
 public:
     virtual ~Decoder() = default;
@@ -29,16 +24,17 @@ public:
     virtual int rate() const = 0;
     /// Samples per frame, at least 1.
     virtual int channels() const = 0;
-    /// The length in seconds that the file states, or else the length of the visible bytes; 0
-    /// if unknown.
+    /// The length in seconds that the file states or that its size suggests; 0 if unknown. It may
+    /// be any number.
     virtual double seconds() const = 0;
 
     /// Decodes the next frames into `samples`, interleaved, nominally from -1 to 1, and returns
-    /// their number. If that is less than fits, the sound has ended or its rest is damaged.
+    /// their number. If that is less than fits, the sound has ended or its rest is damaged or gone:
+    /// do not read again.
     virtual std::size_t read(std::span<float> samples) = 0;
 };
 
-/// Opens decoders for all known formats. Any thread.
+/// Opens decoders for the formats that are known: WAV, AIFF, MP3, M4A, FLAC and Ogg. Any thread.
 class Decoders {
 public:
     /// `moduleFolder` holds the module for M4A, which is loaded when the first such sound
@@ -46,9 +42,9 @@ public:
     explicit Decoders(const std::string& moduleFolder);
     ~Decoders();
 
-    /// Returns a decoder for the file, whose bytes must outlive it; null if the format is not known
-    /// or the start is damaged.
-    std::unique_ptr<Decoder> open(const VisibleFile& file) const;
+    /// Returns a decoder for the file, which must outlive it; null if the format is not known or
+    /// the start is damaged.
+    std::unique_ptr<Decoder> open(ByteStream& file) const;
 
 private:
     std::unique_ptr<M4aModule> m4a_;

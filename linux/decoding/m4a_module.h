@@ -5,7 +5,6 @@
 
 #include <memory>
 #include <mutex>
-#include <span>
 #include <string>
 
 #include "linux/decoding/decoder.h"
@@ -19,13 +18,12 @@ class M4aModule {
 public:
     explicit M4aModule(std::string path) : path_(std::move(path)) {}
 
-    /// Returns whether the bytes start like an M4A.
-    static bool recognises(std::span<const std::byte> bytes);
-    /// Returns null if the file cannot be decoded or the module is missing.
-    std::unique_ptr<Decoder> open(const VisibleFile& file);
+    /// Returns null if the file cannot be decoded or the module is missing. The file must outlive
+    /// the decoder.
+    std::unique_ptr<Decoder> open(ByteStream& file);
 
 private:
-    using OpenFunction = Decoder* (*)(const VisibleFile* file);
+    using OpenFunction = Decoder* (*)(ByteStream* file);
 
     const std::string path_;
     std::once_flag loading_;

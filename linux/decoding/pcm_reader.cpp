@@ -11,21 +11,28 @@ namespace chimewerk {
 
 namespace {
 
-constexpr std::size_t kDecodeFrames = 4096;
+/// At most so much is decoded at once.
+constexpr std::size_t kBlockFrames = 4096;
+constexpr std::size_t kBlockSamples = 4 * kBlockFrames;
 
 }  // namespace
 
 std::unique_ptr<PcmReader> PcmReader::over(std::unique_ptr<Decoder> decoder) {
     const int rate = decoder->rate();
-    if (rate < Resampler::kLowestRate || rate > Resampler::kHighestRate) {
+    if (rate < Resampler::kLowestRate || rate > Resampler::kHighestRate ||
+        decoder->channels() < 1) {
         return nullptr;
     }
     return std::unique_ptr<PcmReader>(new PcmReader(std::move(decoder)));
 }
 
-PcmReader::PcmReader(std::unique_ptr<Decoder> decoder) : decoder_(std::move(decoder)) {
-    if (decoder_->rate() != kOutputRate) {
-        resampler_ = std::make_unique<Resampler>(decoder_->rate(), kOutputRate);
+PcmReader::PcmReader(std::unique_ptr<Decoder> decoder)
+    : decoder_(std::move(decoder)),
+      rate_(static_cast<std::size_t>(decoder_->rate())),
+      channels_(static_cast<std::size_t>(decoder_->channels())),
+      decoded_(std::clamp<std::size_t>(kBlockSamples / channels_, 1, kBlockFrames) * channels_) {
+    if (rate_ != kOutputRate) {
+        resampler_ = std::make_unique<Resampler>(static_cast<int>(rate_), kOutputRate);
     }
 }
 
@@ -34,15 +41,13 @@ std::size_t PcmReader::read(std::span<float> stereo) {
 }
 
 std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
-    const auto channels = static_cast<std::size_t>(decoder_->channels());
-    decoded_.resize(kDecodeFrames * channels);
     const std::size_t wanted = stereo.size() / kOutputChannels;
     std::size_t done = 0;
     while (done < wanted && !ended_) {
-        const std::size_t asked = std::min(wanted - done, kDecodeFrames);
-        const std::span block = std::span(decoded_).first(asked * channels);
-        const std::size_t got = decoder_->read(block);
-        mixToStereo(block.first(got * channels), decoder_->channels(),
+        const std::size_t asked = std::min(wanted - done, decoded_.size() / channels_);
+        const std::span block = std::span(decoded_).first(asked * channels_);
+        const std::size_t got = std::min(decoder_->read(block), asked);
+        mixToStereo(block.first(got * channels_), channels_,
                     stereo.subspan(done * kOutputChannels));
         done += got;
         ended_ = got < asked;
@@ -56,8 +61,8 @@ std::size_t PcmReader::readConverted(std::span<float> stereo) {
         // Decodes only what the missing frames are made of: decoding more would delay the start of
         // a sound.
         const std::size_t wanted = stereo.size() / kOutputChannels - done;
-        const auto source = wanted * static_cast<std::size_t>(decoder_->rate()) / kOutputRate + 64;
-        own_.resize(std::min(source, kDecodeFrames) * kOutputChannels);
+        const std::size_t source = wanted * rate_ / kOutputRate + 64;
+        own_.resize(std::min(source, kBlockFrames) * kOutputChannels);
         const std::size_t frames = readAtOwnRate(own_);
         resampler_->feed(std::span(own_).first(frames * kOutputChannels));
         if (ended_) {

@@ -18,7 +18,7 @@ inline constexpr int kOutputRate = 48000;
 inline constexpr int kOutputChannels = 2;
 
 /// Converts the frames of a decoder, of any rate and number of channels, into the output form.
-/// Samples that are not numbers become silence. Used by one thread at a time.
+/// All samples are numbers within `kLoudest`. Used by one thread at a time.
 class PcmReader {
 public:
     /// Returns null if the decoder's rate cannot be converted.
@@ -35,9 +35,11 @@ private:
     std::size_t readAtOwnRate(std::span<float> stereo);
     std::size_t readConverted(std::span<float> stereo);
 
-    std::unique_ptr<Decoder> decoder_;
+    const std::unique_ptr<Decoder> decoder_;
+    const std::size_t rate_;
+    const std::size_t channels_;
     std::unique_ptr<Resampler> resampler_;  // Null if the rate is the output's.
-    std::vector<float> decoded_;            // Interleaved, as decoded.
+    std::vector<float> decoded_;            // Interleaved, as decoded; of the size of one block.
     std::vector<float> own_;                // Stereo at the decoder's rate.
     bool ended_ = false;
 };

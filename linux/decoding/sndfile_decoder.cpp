@@ -6,53 +6,35 @@
 #include <sndfile.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <span>
 
 namespace chimewerk {
 
 namespace {
 
-/// The file that libsndfile reads from, and its position in it.
-struct Cursor {
-    VisibleFile file;
-    sf_count_t position = 0;
-
-    static Cursor& of(void* user) { return *static_cast<Cursor*>(user); }
-    sf_count_t size() const { return static_cast<sf_count_t>(file.size); }
-};
-
-sf_count_t length(void* user) {
-    return Cursor::of(user).size();
+ByteStream& streamOf(void* file) {
+    return *static_cast<ByteStream*>(file);
 }
 
-sf_count_t tell(void* user) {
-    return Cursor::of(user).position;
+sf_count_t length(void* file) {
+    return streamOf(file).size();
 }
 
-sf_count_t seek(sf_count_t offset, int whence, void* user) {
-    Cursor& cursor = Cursor::of(user);
-    const sf_count_t base = whence == SEEK_SET   ? 0
-                            : whence == SEEK_CUR ? cursor.position
-                                                 : cursor.size();
-    cursor.position = std::clamp<sf_count_t>(base + offset, 0, cursor.size());
-    return cursor.position;
+sf_count_t tell(void* file) {
+    return streamOf(file).position();
 }
 
-sf_count_t readBytes(void* target, sf_count_t count, void* user) {
-    Cursor& cursor = Cursor::of(user);
-    const sf_count_t visible = static_cast<sf_count_t>(cursor.file.bytes.size()) - cursor.position;
-    const sf_count_t size = std::clamp<sf_count_t>(count, 0, std::max<sf_count_t>(0, visible));
-    if (size > 0) {
-        std::memcpy(target, cursor.file.bytes.data() + cursor.position,
-                    static_cast<std::size_t>(size));
-        cursor.position += size;
-    }
-    return size;
+sf_count_t seek(sf_count_t offset, int whence, void* file) {
+    return streamOf(file).seek(offset, whence);
 }
 
-sf_count_t writeNothing(const void* /*source*/, sf_count_t /*count*/, void* /*user*/) {
+sf_count_t readBytes(void* target, sf_count_t count, void* file) {
+    const auto size = static_cast<std::size_t>(std::max<sf_count_t>(count, 0));
+    return static_cast<sf_count_t>(
+        streamOf(file).read(std::span(static_cast<std::byte*>(target), size)));
+}
+
+sf_count_t writeNothing(const void* /*source*/, sf_count_t /*count*/, void* /*file*/) {
     return 0;
 }
 
@@ -62,9 +44,9 @@ struct CloseFile {
 
 class SndfileDecoder final : public Decoder {
 public:
-    explicit SndfileDecoder(const VisibleFile& file) : cursor_{file} {
+    explicit SndfileDecoder(ByteStream& file) {
         static SF_VIRTUAL_IO io{length, seek, readBytes, writeNothing, tell};
-        file_.reset(sf_open_virtual(&io, SFM_READ, &info_, &cursor_));
+        file_.reset(sf_open_virtual(&io, SFM_READ, &info_, &file));
     }
 
     bool isOpen() const { return file_ && info_.channels > 0 && info_.samplerate > 0; }
@@ -84,14 +66,13 @@ public:
     }
 
 private:
-    Cursor cursor_;
     SF_INFO info_{};
     std::unique_ptr<SNDFILE, CloseFile> file_;
 };
 
 }  // namespace
 
-std::unique_ptr<Decoder> openSndfileDecoder(const VisibleFile& file) {
+std::unique_ptr<Decoder> openSndfileDecoder(ByteStream& file) {
     auto decoder = std::make_unique<SndfileDecoder>(file);
     return decoder->isOpen() ? std::move(decoder) : nullptr;
 }

@@ -9,8 +9,8 @@
 
 namespace chimewerk {
 
-/// Opens WAV, AIFF, MP3 and everything else that libsndfile can read. Returns null if it cannot
-/// read the file, whose bytes must outlive the decoder.
-std::unique_ptr<Decoder> openSndfileDecoder(const VisibleFile& file);
+/// Opens WAV, AIFF, FLAC and Ogg. Returns null if it cannot read the file, which must outlive
+/// the decoder.
+std::unique_ptr<Decoder> openSndfileDecoder(ByteStream& file);
 
 }  // namespace chimewerk

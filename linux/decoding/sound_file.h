@@ -11,26 +11,27 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
+#include "linux/decoding/byte_stream.h"
 #include "linux/decoding/decoder.h"
 #include "linux/decoding/pcm_reader.h"
-#include "linux/decoding/sound_container.h"
 
 namespace chimewerk {
 
-/// An open sound file whose head is decoded, so that even a long one can start at once.
-/// `readRest()` reads and decodes what follows the head, on the thread that calls it.
+/// An open sound file whose head is decoded, so that even a long one can start at once. The rest is
+/// read from the file and decoded piece by piece, on the thread that calls `readRest()`. A file that
+/// has lost its end, or is changed meanwhile, plays as far as it can be read.
 class SoundFile {
 public:
-    /// Returns null if `path` is not a regular file, or one that is empty, has 1 GiB or more, is
-    /// truncated, has no known format or no frame of sound. Never waits, as opening a FIFO would.
+    /// Returns null if `path` is not a regular file, has no known format or no frame of sound. Never
+    /// waits, as opening a FIFO would.
     static std::unique_ptr<SoundFile> open(const Decoders& decoders, const std::string& path);
 
     /// The start of the sound, or all of it if it is short, in the output form.
     const std::vector<float>& head() const { return head_; }
     /// Returns whether the head is the whole sound.
     bool headIsAll() const { return headIsAll_; }
-    /// The length of the whole sound in seconds; an estimate for a long MP3 without a table
-    /// of contents.
+    /// The length of the whole sound in seconds, at most a day. That of a long file is what the file
+    /// says, or an estimate.
     double seconds() const { return seconds_; }
 
     /// Writes the frames after those that have been read so far and returns their number; fewer
@@ -38,21 +39,13 @@ public:
     std::size_t readRest(std::span<float> stereo);
 
 private:
-    SoundFile(const Decoders& decoders, FileDescriptor file, std::uint64_t size);
-    bool decodeHead();
-    bool decodeHeadFrom(std::size_t visible);
-    bool begin(std::size_t visible);
-    void patchTableOfContents(std::size_t bytes);
-    bool readBytes(std::size_t count);
-    std::size_t readAt(std::uint64_t offset, std::span<std::byte> target) const;
-    bool wholeIsVisible() const { return bytes_.size() == size_; }
+    SoundFile(FileDescriptor file, std::uint64_t size);
+    bool decodeHead(const Decoders& decoders);
+    void close();
 
-    const Decoders& decoders_;
-    FileDescriptor file_;  // Closed when all bytes have been read.
-    const std::uint64_t size_;
-    SoundContainer container_;
-    std::vector<std::byte> bytes_;  // The file's first bytes, or all of them.
-    std::unique_ptr<PcmReader> reader_;
+    FileDescriptor file_;
+    ByteStream stream_;                  // Of the file.
+    std::unique_ptr<PcmReader> reader_;  // Of the stream; null when all has been read.
     std::vector<float> head_;
     bool headIsAll_ = false;
     double seconds_ = 0;

@@ -3,7 +3,7 @@
 
 #include "linux/decoding/stereo_mix.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -24,7 +24,7 @@ constexpr Share kCentre{0.7071F, 0.7071F};
 /// The channel of low frequencies is left out, as usual without a speaker for it.
 constexpr Share kNone{0.0F, 0.0F};
 
-std::vector<Share> sharesOf(int channels) {
+std::vector<Share> sharesOf(std::size_t channels) {
     switch (channels) {
         case 1:
             return {{1.0F, 1.0F}};
@@ -43,7 +43,7 @@ std::vector<Share> sharesOf(int channels) {
         case 8:
             return {kLeft, kRight, kCentre, kNone, kLeft, kRight, kLeft, kRight};
         default: {
-            std::vector<Share> shares(static_cast<std::size_t>(channels));
+            std::vector<Share> shares(channels);
             for (std::size_t i = 0; i < shares.size(); ++i) {
                 shares[i] = i % 2 == 0 ? kLeft : kRight;
             }
@@ -52,7 +52,7 @@ std::vector<Share> sharesOf(int channels) {
     }
 }
 
-std::vector<Share> normalisedShares(int channels) {
+std::vector<Share> normalisedShares(std::size_t channels) {
     std::vector<Share> shares = sharesOf(channels);
     Share sum = kNone;
     for (const Share& share : shares) {
@@ -64,19 +64,19 @@ std::vector<Share> normalisedShares(int channels) {
     return shares;
 }
 
-float numberOr0(float sample) {
-    return std::isfinite(sample) ? sample : 0.0F;
+float tamed(float sample) {
+    return std::isfinite(sample) ? std::clamp(sample, -kLoudest, kLoudest) : 0.0F;
 }
 
 }  // namespace
 
-void mixToStereo(std::span<const float> frames, int channels, std::span<float> stereo) {
-    const auto width = static_cast<std::size_t>(channels);
-    const std::size_t count = frames.size() / width;
+void mixToStereo(std::span<const float> frames, std::size_t channels, std::span<float> stereo) {
+    const std::size_t width = channels;
+    const std::size_t count = std::min(frames.size() / width, stereo.size() / 2);
     if (width <= 2) {
         for (std::size_t i = 0; i < count; ++i) {
-            stereo[2 * i] = numberOr0(frames[i * width]);
-            stereo[2 * i + 1] = numberOr0(frames[i * width + width - 1]);
+            stereo[2 * i] = tamed(frames[i * width]);
+            stereo[2 * i + 1] = tamed(frames[i * width + width - 1]);
         }
         return;
     }
@@ -84,7 +84,7 @@ void mixToStereo(std::span<const float> frames, int channels, std::span<float> s
     for (std::size_t i = 0; i < count; ++i) {
         Share mixed = kNone;
         for (std::size_t c = 0; c < width; ++c) {
-            const float sample = numberOr0(frames[i * width + c]);
+            const float sample = tamed(frames[i * width + c]);
             mixed.left += shares[c].left * sample;
             mixed.right += shares[c].right * sample;
         }

@@ -10,7 +10,7 @@ extern "C" {
 }
 
 #include <algorithm>
-#include <cstring>
+#include <cerrno>
 #include <memory>
 #include <span>
 #include <vector>
@@ -45,125 +45,163 @@ struct FreeConverter {
     void operator()(SwrContext* converter) const { swr_free(&converter); }
 };
 
-/// The file that FFmpeg reads from, and its position in it.
-struct Cursor {
-    VisibleFile file;
-    std::int64_t position = 0;
+/// The only decoders that may run: a file chooses among them.
+constexpr const char* kDecoders = "aac,alac,mp3float";
+/// No single block of memory may be larger; a sound of some eight hours needs this much for
+/// its index.
+constexpr std::size_t kLargestBlock = std::size_t{32} << 20U;
+/// After so many packets without a frame the sound counts as ended.
+constexpr int kMostEmptyPackets = 1000;
 
-    std::int64_t size() const { return static_cast<std::int64_t>(file.size); }
+ByteStream& streamOf(void* file) {
+    return *static_cast<ByteStream*>(file);
+}
 
-    static int read(void* opaque, std::uint8_t* target, int count) {
-        auto& cursor = *static_cast<Cursor*>(opaque);
-        const std::int64_t size = std::min<std::int64_t>(
-            count, static_cast<std::int64_t>(cursor.file.bytes.size()) - cursor.position);
-        if (size <= 0) {
-            return AVERROR_EOF;
-        }
-        std::memcpy(target, cursor.file.bytes.data() + cursor.position,
-                    static_cast<std::size_t>(size));
-        cursor.position += size;
-        return static_cast<int>(size);
-    }
+int readBytes(void* file, std::uint8_t* target, int count) {
+    const auto size = static_cast<std::size_t>(std::max(count, 0));
+    const std::size_t got = streamOf(file).read(std::as_writable_bytes(std::span(target, size)));
+    return got == 0 ? AVERROR_EOF : static_cast<int>(got);
+}
 
-    static std::int64_t seek(void* opaque, std::int64_t offset, int whence) {
-        auto& cursor = *static_cast<Cursor*>(opaque);
-        if ((whence & AVSEEK_SIZE) != 0) {
-            return cursor.size();
-        }
-        const std::int64_t base = whence == SEEK_CUR   ? cursor.position
-                                  : whence == SEEK_END ? cursor.size()
-                                                       : 0;
-        cursor.position = std::clamp<std::int64_t>(base + offset, 0, cursor.size());
-        return cursor.position;
-    }
+std::int64_t seek(void* file, std::int64_t offset, int whence) {
+    return (whence & AVSEEK_SIZE) != 0 ? streamOf(file).size()
+                                       : streamOf(file).seek(offset, whence & ~AVSEEK_FORCE);
+}
+
+int refuseToOpen(AVFormatContext* /*format*/, AVIOContext** /*io*/, const char* /*url*/,
+                 int /*flags*/, AVDictionary** /*options*/) {
+    return AVERROR(EPERM);
+}
+
+/// The form of the samples.
+struct Form {
+    int rate;
+    int channels;
+    int sampleFormat;
+    bool operator==(const Form&) const = default;
 };
+
+Form formOf(const AVFrame& frame) {
+    return {.rate = frame.sample_rate,
+            .channels = frame.ch_layout.nb_channels,
+            .sampleFormat = frame.format};
+}
 
 class M4aDecoder final : public Decoder {
 public:
-    explicit M4aDecoder(const VisibleFile& file) : cursor_{file} {}
-
     /// Returns false if the file holds no sound that can be decoded.
-    bool open() { return openContainer() && openCodec() && openConverter(); }
+    bool open(ByteStream& file) {
+        return frame_ && packet_ && openContainer(file) && openCodec() && decodeFrame() &&
+               openConverter();
+    }
 
-    int rate() const override { return codec_->sample_rate; }
-    int channels() const override { return codec_->ch_layout.nb_channels; }
+    int rate() const override { return form_.rate; }
+    int channels() const override { return form_.channels; }
     double seconds() const override {
-        return std::max<double>(0.0, static_cast<double>(format_->duration)) / AV_TIME_BASE;
+        const AVStream& stream = *format_->streams[stream_];
+        return static_cast<double>(stream.duration) * av_q2d(stream.time_base);
     }
 
     std::size_t read(std::span<float> samples) override {
-        const auto width = static_cast<std::size_t>(channels());
-        std::size_t written = 0;
-        while (samples.size() - written >= width) {
-            if (taken_ == ready_.size() && !decodeMore()) {
+        const auto width = static_cast<std::size_t>(form_.channels);
+        const std::size_t wanted = samples.size() / width;
+        std::size_t done = 0;
+        while (done < wanted && (taken_ < frame_->nb_samples || decodeNextFrame())) {
+            const int frames = static_cast<int>(std::min<std::size_t>(
+                wanted - done, static_cast<std::size_t>(frame_->nb_samples - taken_)));
+            if (!take(frames, samples.data() + done * width)) {
                 break;
             }
-            const std::size_t room = (samples.size() - written) / width * width;
-            const std::size_t count = std::min(room, ready_.size() - taken_);
-            std::ranges::copy(std::span(ready_).subspan(taken_, count),
-                              samples.subspan(written).begin());
-            taken_ += count;
-            written += count;
+            done += static_cast<std::size_t>(frames);
         }
-        return written / width;
+        return done;
     }
 
 private:
-    bool openContainer() {
+    bool openContainer(ByteStream& file) {
         auto* const buffer = static_cast<unsigned char*>(av_malloc(kIoBufferSize));
-        io_.reset(avio_alloc_context(buffer, kIoBufferSize, 0, &cursor_, Cursor::read, nullptr,
-                                     Cursor::seek));
+        io_.reset(avio_alloc_context(buffer, kIoBufferSize, 0, &file, readBytes, nullptr, seek));
         AVFormatContext* format = avformat_alloc_context();
         if (!io_ || format == nullptr) {
             avformat_free_context(format);
             return false;
         }
         format->pb = io_.get();
-        if (avformat_open_input(&format, nullptr, av_find_input_format("mov"), nullptr) < 0) {
-            return false;  // On failure the function frees the context.
+        format->io_open = refuseToOpen;
+        format->codec_whitelist = av_strdup(kDecoders);
+        AVDictionary* options = nullptr;
+        av_dict_set(&options, "ignore_chapters", "1", 0);
+        const int opened =
+            avformat_open_input(&format, nullptr, av_find_input_format("mov"), &options);
+        av_dict_free(&options);
+        if (opened < 0) {
+            return false;  // The function has freed the context.
         }
         format_.reset(format);
-        return avformat_find_stream_info(format, nullptr) >= 0;
+        return true;
     }
 
+    /// Opens the decoder of the first sound track, and discards the other tracks. They are not
+    /// probed: what the header says of the samples does not count.
     bool openCodec() {
         const AVCodec* decoder = nullptr;
-        stream_ = av_find_best_stream(format_.get(), AVMEDIA_TYPE_AUDIO, -1, -1, &decoder, 0);
-        if (stream_ < 0 || decoder == nullptr) {
+        for (unsigned i = 0; i < format_->nb_streams; ++i) {
+            AVStream& stream = *format_->streams[i];
+            const AVCodecID codec = stream.codecpar->codec_id;
+            if (decoder == nullptr && (codec == AV_CODEC_ID_AAC || codec == AV_CODEC_ID_ALAC ||
+                                       codec == AV_CODEC_ID_MP3)) {
+                decoder = avcodec_find_decoder(codec);
+                stream_ = static_cast<int>(i);
+            } else {
+                stream.discard = AVDISCARD_ALL;
+            }
+            av_packet_unref(&stream.attached_pic);
+        }
+        codec_.reset(decoder == nullptr ? nullptr : avcodec_alloc_context3(decoder));
+        if (!codec_) {
             return false;
         }
-        codec_.reset(avcodec_alloc_context3(decoder));
         const AVStream& stream = *format_->streams[stream_];
-        if (!codec_ || avcodec_parameters_to_context(codec_.get(), stream.codecpar) < 0) {
+        if (avcodec_parameters_to_context(codec_.get(), stream.codecpar) < 0) {
             return false;
         }
+        codec_->codec_whitelist = av_strdup(kDecoders);
         codec_->pkt_timebase = stream.time_base;  // To drop the encoder's priming.
-        return avcodec_open2(codec_.get(), decoder, nullptr) >= 0 && rate() > 0 && channels() > 0;
+        return avcodec_open2(codec_.get(), decoder, nullptr) >= 0;
     }
 
+    /// Keeps the form of the first frame.
     bool openConverter() {
+        form_ = formOf(*frame_);
+        const auto format = static_cast<AVSampleFormat>(form_.sampleFormat);
+        AVChannelLayout* const layout = &frame_->ch_layout;
         SwrContext* converter = nullptr;
-        AVChannelLayout* const layout = &codec_->ch_layout;
-        if (swr_alloc_set_opts2(&converter, layout, AV_SAMPLE_FMT_FLT, rate(), layout,
-                                codec_->sample_fmt, rate(), 0, nullptr) < 0) {
+        if (form_.rate <= 0 || form_.channels <= 0 || av_sample_fmt_is_planar(format) == 0 ||
+            swr_alloc_set_opts2(&converter, layout, AV_SAMPLE_FMT_FLT, form_.rate, layout, format,
+                                form_.rate, 0, nullptr) < 0) {
             return false;
         }
         converter_.reset(converter);
-        return frame_ && packet_ && swr_init(converter) >= 0;
+        planes_.resize(static_cast<std::size_t>(form_.channels));
+        return swr_init(converter) >= 0;
     }
 
-    /// Fills `ready_` with the next frames. Returns false at the end of the sound and where it
-    /// is damaged.
-    bool decodeMore() {
-        while (true) {
+    /// Decodes the next frame. Returns false at the end of the sound, where it is damaged, and
+    /// where its form changes.
+    bool decodeNextFrame() { return decodeFrame() && formOf(*frame_) == form_; }
+
+    bool decodeFrame() {
+        taken_ = 0;
+        for (int packets = 0; packets < kMostEmptyPackets; ++packets) {
             const int received = avcodec_receive_frame(codec_.get(), frame_.get());
-            if (received >= 0) {
-                return convert();
+            if (received >= 0 && frame_->nb_samples > 0) {
+                return true;
             }
-            if (received != AVERROR(EAGAIN) || !feed()) {
+            if ((received < 0 && received != AVERROR(EAGAIN)) || !feed()) {
                 return false;
             }
         }
+        return false;
     }
 
     /// Sends the next packet to the decoder, or the mark of the end after the last one.
@@ -172,35 +210,24 @@ private:
             const bool ours = packet_->stream_index == stream_;
             const int sent = ours ? avcodec_send_packet(codec_.get(), packet_.get()) : 0;
             av_packet_unref(packet_.get());
-            if (sent < 0) {
-                return false;
-            }
             if (ours) {
-                return true;
+                return sent >= 0;
             }
         }
         return avcodec_send_packet(codec_.get(), nullptr) >= 0;
     }
 
-    bool convert() {
-        if (frame_->ch_layout.nb_channels != channels() || frame_->sample_rate != rate() ||
-            frame_->format != codec_->sample_fmt) {
-            return false;  // A sound that changes its format ends there.
+    /// Writes the next samples of the frame to `target`, interleaved.
+    bool take(int frames, float* target) {
+        const int size = av_get_bytes_per_sample(static_cast<AVSampleFormat>(form_.sampleFormat));
+        for (std::size_t i = 0; i < planes_.size(); ++i) {
+            planes_[i] = frame_->extended_data[i] + static_cast<std::ptrdiff_t>(taken_) * size;
         }
-        ready_.resize(static_cast<std::size_t>(frame_->nb_samples) *
-                      static_cast<std::size_t>(channels()));
-        taken_ = 0;
-        auto* target = reinterpret_cast<std::uint8_t*>(ready_.data());
-        const auto* const* const source = frame_->extended_data;
-        const int frames =
-            swr_convert(converter_.get(), &target, frame_->nb_samples,
-                        const_cast<const std::uint8_t**>(source), frame_->nb_samples);
-        ready_.resize(static_cast<std::size_t>(std::max(frames, 0)) *
-                      static_cast<std::size_t>(channels()));
-        return frames >= 0;
+        taken_ += frames;
+        auto* bytes = reinterpret_cast<std::uint8_t*>(target);
+        return swr_convert(converter_.get(), &bytes, frames, planes_.data(), frames) == frames;
     }
 
-    Cursor cursor_;
     std::unique_ptr<AVIOContext, FreeIo> io_;
     std::unique_ptr<AVFormatContext, FreeFormat> format_;
     std::unique_ptr<AVCodecContext, FreeCodec> codec_;
@@ -208,21 +235,21 @@ private:
     std::unique_ptr<AVFrame, FreeFrame> frame_{av_frame_alloc()};
     std::unique_ptr<AVPacket, FreePacket> packet_{av_packet_alloc()};
     int stream_ = -1;
-    std::vector<float> ready_;
-    std::size_t taken_ = 0;
+    Form form_{};
+    std::vector<const std::uint8_t*> planes_;  // Of the frame, from the next sample.
+    int taken_ = 0;                            // How many samples of the frame are used up.
 };
 
 }  // namespace
 
-/// The module's only function: returns a decoder for the file, whose bytes must outlive it,
-/// or null.
-extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(
-    const VisibleFile* file);
+/// The module's only function: returns a decoder for the file, which must outlive it, or null.
+extern "C" __attribute__((visibility("default"))) Decoder* chimewerkOpenM4a(ByteStream* file);
 
-extern "C" Decoder* chimewerkOpenM4a(const VisibleFile* file) {
+extern "C" Decoder* chimewerkOpenM4a(ByteStream* file) {
     av_log_set_level(AV_LOG_QUIET);
-    auto decoder = std::make_unique<M4aDecoder>(*file);
-    return decoder->open() ? decoder.release() : nullptr;
+    av_max_alloc(kLargestBlock);
+    auto decoder = std::make_unique<M4aDecoder>();
+    return decoder->open(*file) ? decoder.release() : nullptr;
 }
 
 }  // namespace chimewerk
