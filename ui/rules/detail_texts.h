@@ -34,6 +34,7 @@ inline constexpr std::string_view kNotASound =
 inline constexpr std::string_view kNotCopied = "Could not copy the file: ";
 
 /// The file name extensions that can be loaded, in any case of letters.
-inline constexpr std::array<std::string_view, 4> kSoundFileTypes = {"mp3", "wav", "aiff", "m4a"};
+inline constexpr std::array<std::string_view, 8> kSoundFileTypes = {"mp3",  "wav", "aiff", "m4a",
+                                                                    "flac", "ogg", "oga",  "opus"};
 
 }  // namespace chimewerk::detail_texts
