@@ -9,7 +9,6 @@ namespace {
 
 constexpr Seconds kPollInterval{0.25};
 constexpr float kMinDelta = 0.03F;
-constexpr float kNone = -1.0F;
 
 }  // namespace
 
@@ -17,7 +16,7 @@ BrightnessMonitor::BrightnessMonitor(MainQueue& queue, BrightnessSource& display
     : display_(display), poller_(queue) {}
 
 void BrightnessMonitor::start() {
-    last_ = display_.brightness().value_or(kNone);
+    last_ = display_.brightness();
     poller_.start(kPollInterval, [this] { poll(); });
 }
 
@@ -26,18 +25,18 @@ void BrightnessMonitor::poll() {
     if (!level) {
         return;
     }
-    if (last_ < 0) {
-        last_ = *level;
+    if (!last_) {
+        last_ = level;
         return;
     }
-    const float change = *level - last_;
+    const float change = *level - *last_;
     if (change > kMinDelta) {
-        last_ = *level;
+        last_ = level;
         if (onUp) {
             onUp();
         }
     } else if (change < -kMinDelta) {
-        last_ = *level;
+        last_ = level;
         if (onDown) {
             onDown();
         }

@@ -16,8 +16,8 @@ class BrightnessSource {
 public:
     virtual ~BrightnessSource() = default;
 
-    /// Returns the built-in display's current brightness, 0 to 1; none if there is no such display
-    /// or it cannot be read. Does not block; cheap enough for four calls a second.
+    /// Returns the built-in display's current brightness on a scale of length 1; none if there is no
+    /// such display or it cannot be read. Only differences matter. Does not block; cheap enough for four calls a second.
     virtual std::optional<float> brightness() = 0;
 };
 
@@ -42,8 +42,8 @@ private:
     void poll();
 
     BrightnessSource& display_;
-    /// Negative until the first reading.
-    float last_ = -1.0F;
+    /// None until the first reading.
+    std::optional<float> last_;
     Poller poller_;
 };
 

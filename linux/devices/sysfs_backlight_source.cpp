@@ -8,8 +8,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
-#include <utility>
-#include <vector>
+#include <tuple>
 
 #include "linux/base/sysfs.h"
 
@@ -38,25 +37,68 @@ std::optional<float> readLevel(const std::string& backlight) {
     return static_cast<float>(std::clamp(*now / *max, 0.0, 1.0));
 }
 
+/// Whether the backlight belongs to an output of a graphics card that is off.
+bool isOfDarkOutput(const std::string& backlight) {
+    return readSysfsLine(backlight + "/device/enabled") == "disabled";
+}
+
 }  // namespace
 
-std::optional<float> SysfsBacklightSource::brightness() {
-    std::vector<std::pair<std::size_t, std::string>> backlights;
+std::vector<SysfsBacklightSource::Backlight> SysfsBacklightSource::readAll() const {
+    std::vector<Backlight> all;
     std::error_code error;
     for (std::filesystem::directory_iterator entry(folder_, error), end; !error && entry != end;
          entry.increment(error)) {
         const std::string path = entry->path().string();
-        if (const auto rank = rankOf(readSysfsLine(path + "/type").value_or(""))) {
-            backlights.emplace_back(*rank, path);
+        const auto rank = rankOf(readSysfsLine(path + "/type").value_or(""));
+        const auto level = rank ? readLevel(path) : std::nullopt;
+        if (level) {
+            all.push_back(
+                {.isDark = isOfDarkOutput(path), .rank = *rank, .path = path, .level = *level});
         }
     }
-    std::ranges::sort(backlights);
-    for (const auto& [rank, path] : backlights) {
-        if (const auto level = readLevel(path)) {
-            return level;
-        }
+    std::ranges::sort(all, {},
+                      [](const Backlight& b) { return std::tie(b.isDark, b.rank, b.path); });
+    return all;
+}
+
+bool SysfsBacklightSource::hasChanged(const Backlight& backlight) const {
+    const auto before = levels_.find(backlight.path);
+    return before != levels_.end() && before->second != backlight.level;
+}
+
+/// `all` is not empty and begins with the preferred one.
+const SysfsBacklightSource::Backlight& SysfsBacklightSource::choose(
+    const std::vector<Backlight>& all) const {
+    const auto current = std::ranges::find(all, current_, &Backlight::path);
+    if (current == all.end() || current->isDark) {
+        return all.front();
     }
-    return std::nullopt;
+    const auto changed = std::ranges::find_if(
+        all, [this](const Backlight& b) { return !b.isDark && hasChanged(b); });
+    return changed == all.end() || hasChanged(*current) ? *current : *changed;
+}
+
+std::optional<float> SysfsBacklightSource::brightness() {
+    const std::vector<Backlight> all = readAll();
+    if (all.empty()) {
+        current_.clear();
+        levels_.clear();
+        return std::nullopt;
+    }
+    const Backlight& chosen = choose(all);
+    if (chosen.path != current_) {
+        const auto before = levels_.find(chosen.path);
+        const float start = before == levels_.end() ? chosen.level : before->second;
+        shift_ = current_.empty() ? 0 : told_ - start;
+        current_ = chosen.path;
+    }
+    levels_.clear();
+    for (const Backlight& backlight : all) {
+        levels_[backlight.path] = backlight.level;
+    }
+    told_ = chosen.level + shift_;
+    return told_;
 }
 
 }  // namespace chimewerk

@@ -3,17 +3,25 @@
 
 #pragma once
 
+#include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "monitors/brightness_monitor.h"
 
 namespace chimewerk {
 
-/// The display's brightness from the kernel's backlights. If there are several, uses the first
-/// readable one of: the firmware's, the platform's, those that drive the hardware directly.
+/// The brightness of the kernel's backlights. Of several, follows the one that changed last; before
+/// any has changed, a firmware backlight, then a platform one, then one that drives the hardware
+/// directly. A backlight of an output that is off comes last.
 ///
-/// Reads everything again at each call, so a backlight that is plugged in or out is noticed at the
+/// When it begins to follow another backlight, it shifts that one's levels so that the brightness
+/// does not jump. A shifted level may lie outside 0 to 1.
+///
+/// Reads everything anew at each call, so a backlight that is plugged in or out is noticed at the
 /// next call. A machine without one has no brightness.
 class SysfsBacklightSource final : public BrightnessSource {
 public:
@@ -23,7 +31,24 @@ public:
     std::optional<float> brightness() override;
 
 private:
+    struct Backlight {
+        bool isDark;
+        std::size_t rank;
+        std::string path;
+        float level;
+    };
+
+    std::vector<Backlight> readAll() const;
+    bool hasChanged(const Backlight& backlight) const;
+    const Backlight& choose(const std::vector<Backlight>& all) const;
+
     const std::string folder_;
+    /// The path of the backlight that is followed; empty without one.
+    std::string current_;
+    /// The levels at the last call, by path.
+    std::map<std::string, float> levels_;
+    float shift_ = 0;
+    float told_ = 0;
 };
 
 }  // namespace chimewerk

@@ -40,23 +40,59 @@ TEST_F(TheBacklight, IsReadAnewEachTimeAndMayComeGoAndComeBack) {
     EXPECT_EQ(source.brightness(), 0.5F);
 }
 
-TEST_F(TheBacklight, IsTheFirmwaresThenThePlatformsThenARawOneThatCanBeRead) {
+TEST_F(TheBacklight, IsAtFirstTheFirmwaresThenThePlatformsThenARawOneThatCanBeRead) {
+    const auto atFirst = [] { return SysfsBacklightSource().brightness(); };
     add("a_unknown", "something else", "9", "10");
     add("b_raw", "raw", "1", "10");
-    EXPECT_EQ(source.brightness(), 0.1F);
+    EXPECT_EQ(atFirst(), 0.1F);
     const std::string platform = add("c_platform", "platform", "2", "10");
-    EXPECT_EQ(source.brightness(), 0.2F);
+    EXPECT_EQ(atFirst(), 0.2F);
     const std::string firmware = add("e_firmware", "firmware", "3", "10");
-    EXPECT_EQ(source.brightness(), 0.3F);
+    EXPECT_EQ(atFirst(), 0.3F);
     const std::string first = add("d_firmware", "firmware", "4", "10");
-    EXPECT_EQ(source.brightness(), 0.4F);
+    EXPECT_EQ(atFirst(), 0.4F);
 
     machine.set(first, "max_brightness", "0\n");
-    EXPECT_EQ(source.brightness(), 0.3F) << "a scale without length";
+    EXPECT_EQ(atFirst(), 0.3F) << "a scale without length";
     machine.set(firmware, "brightness", "none\n");
-    EXPECT_EQ(source.brightness(), 0.2F) << "no number";
+    EXPECT_EQ(atFirst(), 0.2F) << "no number";
     machine.set(platform, "max_brightness", "");
-    EXPECT_EQ(source.brightness(), 0.1F) << "nothing at all";
+    EXPECT_EQ(atFirst(), 0.1F) << "nothing at all";
+}
+
+TEST_F(TheBacklight, FollowsTheOneThatTheDesktopSetsAndMovesAsMuch) {
+    // A laptop with two graphics chips, whose firmware's backlight does nothing.
+    const std::string firmware = add("acpi_video0", "firmware", "100", "100");
+    const std::string intel = add("intel_backlight", "raw", "4000", "10000");
+    add("nvidia_0", "raw", "100", "100");
+    EXPECT_EQ(source.brightness(), 1.0F);
+    machine.set(intel, "brightness", "5000\n");
+    EXPECT_FLOAT_EQ(*source.brightness(), 1.1F) << "brighter";
+    machine.set(intel, "brightness", "3000\n");
+    EXPECT_FLOAT_EQ(*source.brightness(), 0.9F);
+    machine.set(intel, "brightness", "3500\n");
+    machine.set(firmware, "brightness", "10\n");
+    EXPECT_FLOAT_EQ(*source.brightness(), 0.95F) << "both have changed";
+    machine.remove(intel);
+    EXPECT_FLOAT_EQ(*source.brightness(), 0.95F) << "unplugging is no change";
+    machine.set(firmware, "brightness", "5\n");
+    EXPECT_FLOAT_EQ(*source.brightness(), 0.9F);
+}
+
+TEST_F(TheBacklight, IsNotThatOfAnOutputThatIsOff) {
+    // Of card0-eDP-1 and card1-eDP-2.
+    const std::string amd = add("amdgpu_bl0", "raw", "2", "10");
+    const std::string nvidia = add("nvidia_0", "raw", "6", "10");
+    machine.set(amd, "device/enabled", "disabled\n");
+    machine.set(nvidia, "device/enabled", "enabled\n");
+    EXPECT_EQ(source.brightness(), 0.6F);
+    machine.set(amd, "brightness", "9\n");
+    EXPECT_EQ(source.brightness(), 0.6F);
+    machine.set(amd, "device/enabled", "enabled\n");
+    machine.set(nvidia, "device/enabled", "disabled\n");
+    EXPECT_EQ(source.brightness(), 0.6F) << "the switch itself is no change";
+    machine.set(amd, "brightness", "8\n");
+    EXPECT_FLOAT_EQ(*source.brightness(), 0.5F);
 }
 
 TEST_F(TheBacklight, StaysWithinItsScale) {
