@@ -4,21 +4,69 @@
 #include "linux/devices/udev_usb_arrival_source.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <span>
-#include <utility>
+#include <system_error>
+
+#include "linux/base/sysfs.h"
+#include "linux/links/udev_devices.h"
 
 namespace chimewerk {
 
+namespace {
+
+/// Devices come back within this time after a wake.
+constexpr Seconds kAfterWake{5};
+
+std::string serialOf(const std::string& folder) {
+    return readSysfsLine(folder + "/serial").value_or("");
+}
+
+/// Returns one name for a physical connector, which has a port on a USB 2 and one on a USB 3 bus.
+std::string connectorOf(const std::string& folder) {
+    const std::string root = usbRootPort(folder);
+    std::error_code none;
+    const auto port = std::filesystem::canonical(root + "/port", none);
+    if (none) {
+        return root;
+    }
+    const auto twin = std::filesystem::canonical(port / "peer", none);
+    return none ? port.string() : std::min(port, twin).string();
+}
+
+}  // namespace
+
 bool UdevUsbArrivalSource::open(std::function<void()> arrived) {
-    monitor_ = UdevMonitor::open(queue_, {{.subsystem = "usb", .deviceType = "usb_device"}},
-                                 [arrived = std::move(arrived)](std::span<const UdevEvent> events) {
-                                     if (std::ranges::any_of(events, [](const UdevEvent& e) {
-                                             return e.action == "add" && !e.isRepeated;
-                                         })) {
-                                         arrived();
-                                     }
-                                 });
+    arrivals_ = {};
+    monitor_ = UdevMonitor::open(
+        queue_, {{.subsystem = "usb", .deviceType = "usb_device"}},
+        [this, arrived = std::move(arrived)](std::span<const UdevEvent> events) {
+            // Each event is looked at, for what it says about those that follow.
+            if (std::ranges::count_if(
+                    events, [this](const UdevEvent& event) { return isArrival(event); })) {
+                arrived();
+            }
+        });
+    for (const UdevDevice& device : udevDevices("usb")) {
+        arrivals_.setPresent(device.folder, serialOf(device.folder));
+    }
     return monitor_ != nullptr;
+}
+
+bool UdevUsbArrivalSource::isArrival(const UdevEvent& event) {
+    if (event.isRepeated) {
+        return false;
+    }
+    const std::string& folder = event.folder;
+    if (event.action == "remove") {
+        arrivals_.remove(folder, times_.awake());
+    }
+    return event.action == "add" &&
+           arrivals_.add({.folder = folder,
+                          .connector = connectorOf(folder),
+                          .serial = serialOf(folder),
+                          .isFixed = readSysfsLine(folder + "/removable") == "fixed"},
+                         times_.awake(), wakes_.wokeWithin(kAfterWake));
 }
 
 }  // namespace chimewerk

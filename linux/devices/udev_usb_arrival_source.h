@@ -5,26 +5,36 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/base/wake_watch.h"
+#include "linux/devices/usb_arrivals.h"
 #include "linux/links/udev_monitor.h"
 #include "monitors/usb_monitor.h"
 
 namespace chimewerk {
 
-/// Reports USB devices as udev announces them, but not their interfaces. Ignores events that udev
-/// was asked to repeat. Without udev's events it reports nothing. If so many arrive at once that
-/// some events are lost, the others still count.
+/// Reports the USB devices that udev announces and that the user has plugged in: see `UsbArrivals`.
+/// Ignores the interfaces of devices, and events that udev was asked to repeat. Without udev's
+/// events it reports nothing. If so many arrive at once that some events are lost, the others
+/// still count.
 class UdevUsbArrivalSource final : public UsbArrivalSource {
 public:
     /// The queue must outlive the source.
-    explicit UdevUsbArrivalSource(EpollMainQueue& queue) : queue_(queue) {}
+    explicit UdevUsbArrivalSource(EpollMainQueue& queue, MachineTimes times = {})
+        : queue_(queue), times_(std::move(times)), wakes_(queue, times_) {}
 
     bool open(std::function<void()> arrived) override;
     void close() override { monitor_ = nullptr; }
 
 private:
+    bool isArrival(const UdevEvent& event);
+
     EpollMainQueue& queue_;
+    const MachineTimes times_;
+    WakeWatch wakes_;
+    UsbArrivals arrivals_;
     std::unique_ptr<UdevMonitor> monitor_;
 };
 

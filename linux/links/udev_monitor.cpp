@@ -54,9 +54,11 @@ void UdevMonitor::receive() {
         const UdevDeviceHandle device(udev_monitor_receive_device(monitor_.get()));
         if (device) {
             const char* const action = udev_device_get_action(device.get());
+            const char* const folder = udev_device_get_syspath(device.get());
             events.push_back({.action = action == nullptr ? "" : action,
-                              .isRepeated = udev_device_get_property_value(
-                                                device.get(), "SYNTH_UUID") != nullptr});
+                              .isRepeated = udev_device_get_property_value(device.get(),
+                                                                           "SYNTH_UUID") != nullptr,
+                              .folder = folder == nullptr ? "" : folder});
         } else if (errno == ENOBUFS) {
             lost = true;  // Events were lost: reported once; the events that were kept follow.
         } else {

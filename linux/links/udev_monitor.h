@@ -20,6 +20,8 @@ struct UdevEvent {
     std::string action;
     /// Whether a program asked udev to repeat the event; then nothing has happened.
     bool isRepeated;
+    /// Folder of the device in sysfs.
+    std::string folder;
 };
 
 /// Reports devices that appear and disappear, after udev has applied its rules. Main thread only.

@@ -48,6 +48,10 @@ public:
         umockdev_testbed_set_attribute_binary(bed_, device.c_str(), attribute.c_str(), value.data(),
                                               static_cast<int>(value.size()));
     }
+    /// Makes a symbolic link of this name in the device's folder.
+    void link(const std::string& device, const std::string& name, const std::string& target) {
+        umockdev_testbed_set_attribute_link(bed_, device.c_str(), name.c_str(), target.c_str());
+    }
     void setProperty(const std::string& device, const std::string& property,
                      const std::string& value) {
         umockdev_testbed_set_property(bed_, device.c_str(), property.c_str(), value.c_str());

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/base/file_descriptor.h"
+
+namespace chimewerk {
+
+/// The kernel's two monotonic clocks.
+struct MachineTimes {
+    /// Time since the start of the machine, without the time that it slept.
+    std::function<Seconds()> awake = timeAwake;
+    /// The time that it slept.
+    std::function<Seconds()> asleep = timeAsleep;
+
+    static Seconds timeAwake();
+    static Seconds timeAsleep();
+};
+
+/// Knows how long ago the machine woke from suspension or hibernation. Asks only the kernel. Main
+/// thread only.
+class WakeWatch {
+public:
+    /// The queue outlives the watch.
+    WakeWatch(EpollMainQueue& queue, MachineTimes times);
+
+    /// Whether the machine has woken within this time.
+    bool wokeWithin(Seconds time);
+
+private:
+    void look();
+    void arm();
+
+    const MachineTimes times_;
+    Seconds asleepBefore_;
+    std::optional<Seconds> wake_;
+    FileDescriptor timer_;
+    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the timer that it watches
+};
+
+}  // namespace chimewerk
