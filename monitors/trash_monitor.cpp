@@ -26,6 +26,10 @@ void TrashMonitor::start() {
 }
 
 void TrashMonitor::poll() {
+    if (trash_.volumesChanged()) {
+        fetchCount(&TrashMonitor::takeNewCount);
+        lastMtime_ = trash_.modificationTime();
+    }
     // Any difference is a change, even to an earlier time; exact comparison is intended.
     const double modified = trash_.modificationTime();
     if (modified < lastMtime_ || modified > lastMtime_) {

@@ -21,9 +21,14 @@ public:
 
     virtual ~TrashSource() = default;
 
-    /// Returns when an item was last added to the trash folder or removed from it, in seconds since
-    /// 1970-01-01 UTC; 0 if that cannot be read, for example if there is no trash folder yet. Costs
-    /// one file status call.
+    /// Returns whether a disk with a trash of its own may have come or gone since the last call: then
+    /// the number of items has changed, and nobody has put one in or emptied the trash.
+    virtual bool volumesChanged() { return false; }
+
+    /// Returns a number that changes whenever an item is added to the trash or removed from it: when
+    /// that last happened, in seconds since 1970-01-01 UTC, or the sum of such times where the trash
+    /// has several folders; 0 if that cannot be read, for example if there is no trash folder yet.
+    /// Costs one file status call for each folder.
     virtual double modificationTime() const = 0;
 
     /// Counts the items in the trash without blocking. Calls `completion` on the main thread,
@@ -57,6 +62,9 @@ private:
     bool takeAddSlot();
     void fetchCount(void (TrashMonitor::*completion)(std::optional<std::int64_t>));
     void takeFirstCount(std::optional<std::int64_t> count) { lastCount_ = count.value_or(0); }
+    void takeNewCount(std::optional<std::int64_t> count) {
+        lastCount_ = count.value_or(lastCount_);
+    }
 
     const Clock& clock_;
     TrashSource& trash_;

@@ -5,6 +5,7 @@
 
 #include <dirent.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <memory>
@@ -43,22 +44,52 @@ std::optional<std::int64_t> countEntries(const std::string& folder, const std::s
 
 }  // namespace
 
-XdgTrashSource::XdgTrashSource(MainQueue& queue, const std::string& dataHome)
-    : queue_(queue), folder_(dataHome + "/Trash/files") {}
+XdgTrashSource::XdgTrashSource(MainQueue& queue, const std::string& dataHome,
+                               const std::string& mountTable)
+    : queue_(queue), homeTrash_(dataHome + "/Trash/files"), mounts_(mountTable) {
+    collectFolders();
+}
 
-double XdgTrashSource::modificationTime() const {
-    struct stat status {};
-    if (stat(folder_.c_str(), &status) != 0) {
-        return 0;
+bool XdgTrashSource::volumesChanged() {
+    const bool changed = mounts_.refresh();
+    if (changed) {
+        collectFolders();
     }
-    constexpr double kNanosecond = 1e-9;
-    return static_cast<double>(status.st_mtim.tv_sec) +
-           static_cast<double>(status.st_mtim.tv_nsec) * kNanosecond;
+    return changed;
+}
+
+void XdgTrashSource::collectFolders() {
+    const std::string user = std::to_string(getuid());
+    folders_ = {homeTrash_};
+    for (const std::string& disk : mounts_.writableDisks()) {
+        const std::string top = disk == "/" ? "" : disk;
+        folders_.push_back(top + "/.Trash-" + user + "/files");
+        folders_.push_back(top + "/.Trash/" + user + "/files");
+    }
+}
+
+/// Returns the sum of the folders' times, which changes with each of them.
+double XdgTrashSource::modificationTime() const {
+    double sum = 0;
+    for (const std::string& folder : folders_) {
+        struct stat status {};
+        if (stat(folder.c_str(), &status) == 0) {
+            constexpr double kNanosecond = 1e-9;
+            sum += static_cast<double>(status.st_mtim.tv_sec) +
+                   static_cast<double>(status.st_mtim.tv_nsec) * kNanosecond;
+        }
+    }
+    return sum;
 }
 
 void XdgTrashSource::countItems(CountCompletion completion) {
-    worker_.post([this, completion = std::move(completion)](const std::stop_token& stop) mutable {
-        const auto count = countEntries(folder_, stop);
+    worker_.post([this, folders = folders_,
+                  completion = std::move(completion)](const std::stop_token& stop) mutable {
+        auto count = countEntries(folders.front(), stop);
+        for (std::size_t i = 1; count && i < folders.size(); ++i) {
+            // That of another disk may not be readable, and is then none of ours.
+            *count += countEntries(folders[i], stop).value_or(0);
+        }
         if (!stop.stop_requested()) {
             queue_.post([completion = std::move(completion), count] { completion(count); });
         }

@@ -49,6 +49,17 @@ TEST_F(TheTrashMonitor, DecidesAChangeByTheCount) {
     }
 }
 
+TEST_F(TheTrashMonitor, TakesADiskThatComesOrGoesForNoChange) {
+    startWith(0);
+    for (const std::int64_t by : {5, -2, 1, -4}) {
+        const bool isDisk = by == 5 || by == -2;
+        trash.change(by);
+        trash.hasOtherVolumes = isDisk;
+        poll(6);
+    }
+    EXPECT_EQ(fired, "+0");
+}
+
 TEST_F(TheTrashMonitor, CountsOnlyWhenTheFolderHasChanged) {
     startWith(4);
     poll(100);

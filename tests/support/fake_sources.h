@@ -94,6 +94,10 @@ public:
     /// Whether counts are answered at once with `items`.
     bool countsAtOnce = true;
 
+    /// Whether a disk has come or gone.
+    bool hasOtherVolumes = false;
+
+    bool volumesChanged() override { return std::exchange(hasOtherVolumes, false); }
     double modificationTime() const override {
         note("trash");
         return modified;

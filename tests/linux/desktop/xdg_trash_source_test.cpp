@@ -3,6 +3,10 @@
 
 #include "linux/desktop/xdg_trash_source.h"
 
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -33,7 +37,7 @@ protected:
     TemporaryFolder home;
     fs::path files = home.path() / "Trash" / "files";
     EpollMainQueue queue;
-    XdgTrashSource trash{queue, home.path().string()};
+    XdgTrashSource trash{queue, home.path().string(), "/dev/null"};
 };
 
 TEST_F(TheTrashFolder, IsEmptyAndWithoutATimeBeforeTheFirstUse) {
@@ -65,6 +69,57 @@ TEST_F(TheTrashFolder, MayBeALinkAndMayVanish) {
     fs::remove_all(elsewhere);
     EXPECT_EQ(trash.modificationTime(), 0.0);
     EXPECT_EQ(count(), 0);
+}
+
+TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
+    const TemporaryFolder media;
+    const std::string stick = media / "USB STICK";
+    fs::create_directory(stick);
+    // A disk for this process alone; memory in the place of a device.
+    if (unshare(CLONE_NEWNS) != 0 ||
+        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
+        GTEST_SKIP() << "This user may not mount; root may.";
+    }
+    XdgTrashSource trashes(queue, home.path().string());
+    const auto countAll = [&] {
+        std::optional<std::int64_t> result;
+        trashes.countItems([&](std::optional<std::int64_t> items) {
+            result = items;
+            queue.quit();
+        });
+        queue.run();
+        return result;
+    };
+    fs::create_directories(files);
+    add("one");
+    EXPECT_FALSE(trashes.volumesChanged());
+    const auto before = countAll();
+    ASSERT_EQ(mount("/dev/sdb1", stick.c_str(), "tmpfs", 0, nullptr), 0);
+    EXPECT_TRUE(trashes.volumesChanged());
+    EXPECT_FALSE(trashes.volumesChanged());
+    const double empty = trashes.modificationTime();
+    const fs::path there = stick + "/.Trash-" + std::to_string(getuid()) + "/files";
+    fs::create_directories(there);
+    std::ofstream(there / "two") << "x";
+    EXPECT_NE(trashes.modificationTime(), empty);
+    EXPECT_EQ(countAll(), *before + 1);
+    ASSERT_EQ(umount(stick.c_str()), 0);
+    EXPECT_TRUE(trashes.volumesChanged());
+    EXPECT_EQ(countAll(), before);
+}
+
+TEST(TheMountTable, ListsDisksThatCanBeWrittenTo) {
+    EXPECT_EQ(writableDisksIn(
+                  "29 1 254:0 / / rw,relatime shared:1 - ext4 /dev/mapper/vg-root rw\n"
+                  "24 29 0:22 / /proc rw,nosuid shared:12 - proc proc rw\n"
+                  "31 29 0:26 / /tmp rw,nosuid shared:14 - tmpfs tmpfs rw,size=8G\n"
+                  "90 29 7:1 / /snap/core/1 ro,nodev shared:50 - squashfs /dev/loop1 ro\n"
+                  "95 29 8:17 / /media/ann/USB\\040STICK rw,nosuid shared:51 - vfat /dev/sdb1 rw\n"
+                  "96 29 8:33 / /media/ann/disk rw - fuseblk /dev/sdc1 rw,allow_other\n"
+                  "97 29 0:51 / /tank rw shared:52 - zfs tank rw,xattr\n"
+                  "98 29 0:60 / /net rw shared:53 - nfs4 server:/export rw,vers=4.2\n"
+                  "cut off here 1:2"),
+              (std::vector<std::string>{"/", "/media/ann/USB STICK", "/media/ann/disk", "/tank"}));
 }
 
 TEST_F(TheTrashFolder, CannotBeCountedWhenItIsNotAFolder) {
