@@ -203,7 +203,7 @@ int run(const std::string& sink) {
     const TemporaryFolder folder;
     // Loud from the first sample.
     const std::string shortWav = folder / "short.wav";
-    writeSoundFile(shortWav, std::vector<float>(2 * 14400, 0.5F));
+    writeSoundFile(shortWav, std::vector<float>(28800, 0.5F));
     const std::string mp3 = folder / "long.mp3";
     if (runShell("ffmpeg -nostdin -v error -f lavfi -i 'sine=frequency=1000:duration=600' -af "
                  "volume=4 -b:a 192k " +

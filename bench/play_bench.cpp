@@ -74,7 +74,7 @@ const TemporaryFolder& folder() {
 /// Returns the path of a sound of this length. ffmpeg makes the formats that libsndfile
 /// cannot write.
 std::string soundOf(double seconds, const std::string& extension) {
-    const std::string wav = folder() / (std::to_string(seconds) + ".wav");
+    std::string wav = folder() / (std::to_string(seconds) + ".wav");
     writeSoundFile(wav, sine(440, 0.5, seconds));
     if (extension == "wav") {
         return wav;

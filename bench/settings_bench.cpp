@@ -4,10 +4,10 @@
 // Measures the cost of a large collection of custom themes: at the start, and at each change while
 // the program runs.
 #include <benchmark/benchmark.h>
-#include <time.h>
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <string>

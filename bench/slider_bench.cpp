@@ -3,8 +3,6 @@
 
 // Measures the cost of dragging a slider of the dashboard: time per move, frames, and writes of
 // the settings.
-#include <time.h>
-
 #include <QApplication>
 #include <QMouseEvent>
 #include <QSocketNotifier>
@@ -12,6 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <vector>
 

@@ -83,14 +83,14 @@ bool Demonstration::writeSettings() const {
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
     std::ofstream settings(folder / "settings.json");
-    const char* separator = "{\"ChimewerkEvents\": {";
+    const char* separator = R"({"ChimewerkEvents": {)";
     for (const DemoRow& row : rows_) {
         settings << std::exchange(separator, ", ") << '"' << row.event << "\": {\"enabled\": true}";
     }
     settings << '}';
     // Selects another theme than the factory's.
     if (const char* const theme = std::getenv("DEMO_THEME"); theme != nullptr) {
-        settings << ", \"ChimewerkTheme\": \"" << theme << '"';
+        settings << R"(, "ChimewerkTheme": ")" << theme << '"';
     }
     settings << "}\n";
     return settings.flush() ? true : fail("The settings cannot be written.");

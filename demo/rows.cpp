@@ -31,7 +31,7 @@ std::span<const DemoRow> demoRows() {
     static constexpr DemoRow kRows[] = {
         {.event = "slap",
          .what = "someone knocks on the computer",
-         .signal = "cat \"$HOME/knock.raw\" >\"$CHIMEWERK_MICROPHONE\"",
+         .signal = R"(cat "$HOME/knock.raw" >"$CHIMEWERK_MICROPHONE")",
          .deadline = 1s,
          .preparation = kMakeKnock},
         // The sound of waking comes half a second after the signal.

@@ -22,8 +22,8 @@ auto* findById(List& list, std::string_view id) {
 
 }  // namespace
 
-SoundManager::SoundManager(std::string resourceFolder, const Dependencies& dependencies)
-    : events(factoryEvents()), res_(std::move(resourceFolder)), deps_(dependencies) {
+SoundManager::SoundManager(std::string resourceFolder, Dependencies dependencies)
+    : events(factoryEvents()), res_(std::move(resourceFolder)), deps_(std::move(dependencies)) {
     load();
 }
 

@@ -47,7 +47,7 @@ public:
     /// Loads the stored settings, and the defaults where nothing usable is stored. Writes nothing
     /// to the store until the first change. `resourceFolder` is an absolute path without a trailing
     /// slash, or empty if the program has no such folder.
-    SoundManager(std::string resourceFolder, const Dependencies& dependencies);
+    SoundManager(std::string resourceFolder, Dependencies dependencies);
 
     /// The events in their fixed order. They may be changed in place, but not added, removed
     /// or reordered.

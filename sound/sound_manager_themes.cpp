@@ -74,7 +74,7 @@ void SoundManager::setCustomTheme(CustomTheme theme) {
 
 CustomTheme SoundManager::createCustomTheme(std::string name) {
     writeBackPaths();
-    const CustomTheme theme{.id = deps_.makeThemeId(), .name = std::move(name), .sounds = {}};
+    CustomTheme theme{.id = deps_.makeThemeId(), .name = std::move(name), .sounds = {}};
     customThemes.push_back(theme);
     activeCustomThemeID = theme.id;
     currentTheme = SoundTheme::system;

@@ -16,8 +16,8 @@ namespace chimewerk {
 class QtWindows final : public WindowFactory {
 public:
     /// `manual` is the absolute path of the manual to which the guide leads.
-    QtWindows(const DashboardDependencies& dependencies, std::string manual)
-        : deps_(dependencies), manual_(std::move(manual)) {}
+    QtWindows(DashboardDependencies dependencies, std::string manual)
+        : deps_(std::move(dependencies)), manual_(std::move(manual)) {}
 
     std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) override;
     std::unique_ptr<Window> makeHelpWindow() override;

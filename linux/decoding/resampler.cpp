@@ -122,7 +122,8 @@ std::size_t Resampler::read(std::span<float> stereo) {
     std::size_t room = stereo.size() / 2;
     if (ended_) {
         // The result is exactly as long as the source.
-        const auto whole = static_cast<std::size_t>(static_cast<double>(fed_) * to_ / from_ + 0.5);
+        const auto whole =
+            static_cast<std::size_t>(std::llround(static_cast<double>(fed_) * to_ / from_));
         room = std::min(room, whole - std::min(whole, written_));
     }
     std::size_t done = 0;

@@ -55,7 +55,8 @@ private:
     /// Adds a blow that rings for about a millisecond.
     void strike(std::vector<float>& part) const {
         for (std::size_t i = channel_; i < part.size(); i += channels_) {
-            const double seconds = static_cast<double>(i / channels_) / static_cast<double>(rate_);
+            const std::size_t frame = i / channels_;
+            const double seconds = static_cast<double>(frame) / static_cast<double>(rate_);
             part[i] =
                 static_cast<float>(-0.9 * std::exp(-seconds / 0.001) * std::cos(seconds * 5000));
         }

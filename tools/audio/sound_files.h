@@ -21,7 +21,8 @@ inline std::vector<float> sine(double hertz, double amplitude, double seconds, i
     const auto width = static_cast<std::size_t>(channels);
     std::vector<float> samples(frames * width);
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double phase = 2 * std::numbers::pi * hertz * static_cast<double>(i / width) / rate;
+        const std::size_t frame = i / width;
+        const double phase = 2 * std::numbers::pi * hertz * static_cast<double>(frame) / rate;
         samples[i] = static_cast<float>(amplitude * std::sin(phase));
     }
     return samples;
