@@ -199,7 +199,7 @@ int run(int& argumentCount, char** arguments, Command command) {
         program.delegate.applicationDidFinishLaunching();
         carryOut(program.delegate, action);
     });
-    QtProgram::run();
+    toolkit.run();
     program.delegate.applicationWillTerminate();
     machine.defaults.flush();
     return 0;

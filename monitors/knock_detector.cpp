@@ -84,7 +84,7 @@ void KnockDetector::analyzeBuffer(AudioEngine::FirstChannel samples) {
     previousAmplitude_.store(level * kOldWeight + peak * kNewWeight, std::memory_order_relaxed);
 }
 
-void KnockDetector::knocked() {
+void KnockDetector::knocked() const {
     if (onKnock) {
         onKnock();
     }

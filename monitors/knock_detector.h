@@ -63,7 +63,7 @@ private:
     /// would overflow.
     static constexpr Time kLongAgo{-std::chrono::hours{24 * 36525}};
 
-    void knocked();
+    void knocked() const;
 
     MainQueue& queue_;
     Microphone& microphone_;

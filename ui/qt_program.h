@@ -28,7 +28,7 @@ public:
     void attach(int descriptor, std::function<void()> dispatch);
 
     /// Runs until `quit()`, or until the desktop ends the program.
-    static void run() { QApplication::exec(); }
+    void run() { QApplication::exec(); }
     /// Makes `run()` return after the current event.
     static void quit() { QApplication::quit(); }
 

@@ -30,7 +30,7 @@ public:
     std::string text() const { return textOf(*menu); }
 
     /// Runs the action of the entry with this title. Throws std::invalid_argument if there is none.
-    void choose(std::string_view title) { find(*menu, title)->action(); }
+    void choose(std::string_view title) const { find(*menu, title)->action(); }
 
     const Menu* menu = nullptr;
     std::function<void()> onActivate;

@@ -64,7 +64,7 @@ public:
 
     /// Returns the real path of a file of this name in the fake /dev.
     std::string nodePath(const std::string& name) {
-        const std::string path = taken(umockdev_testbed_get_root_dir(bed_)) + "/dev/" + name;
+        std::string path = taken(umockdev_testbed_get_root_dir(bed_)) + "/dev/" + name;
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());
         return path;
     }
@@ -72,6 +72,7 @@ public:
 private:
     static std::vector<std::string> flatten(const Values& values) {
         std::vector<std::string> flat;
+        flat.reserve(2 * values.size());
         for (const auto& [name, value] : values) {
             flat.push_back(name);
             flat.push_back(value);
@@ -80,6 +81,7 @@ private:
     }
     static std::vector<char*> pointers(std::vector<std::string>& texts) {
         std::vector<char*> all;
+        all.reserve(texts.size() + 1);
         for (std::string& text : texts) {
             all.push_back(text.data());
         }

@@ -129,7 +129,7 @@ TEST(Headroom, ChangesGainsGently) {
     Headroom headroom;
     auto loud = sine(500, 0.95, 0.1);
     headroom.fit(loud, kSecond);
-    std::vector<float> level(2 * 24000, 0.5F);
+    std::vector<float> level(48000, 0.5F);
     headroom.fit(level, kSecond - 4800);
     float step = 0;
     for (std::size_t i = 2; i < level.size(); ++i) {

@@ -51,7 +51,7 @@ std::size_t residentBytes() {
 class TheSoundPath : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(eventually([this] { return ourStreams() == 3; }));
+        ASSERT_TRUE(eventually([] { return ourStreams() == 3; }));
     }
 
     /// How many streams the program has at the server.
@@ -139,7 +139,7 @@ TEST_F(TheSoundPath, PlaysAWholeSoundAtItsVolumeAtOnce) {
 
 TEST_F(TheSoundPath, LosesNothingOfASoundWhenTheSinkWasSuspended) {
     // Loud from the very first frame to the very last.
-    const auto path = file("square.wav", std::vector<float>(2 * 9600, 0.5F));
+    const auto path = file("square.wav", std::vector<float>(19200, 0.5F));
     ASSERT_TRUE(eventually(sinkSuspended, 10s));
     SinkRecorder listening("speaker", SinkRecorder::Suspending::Allowed);
     ASSERT_TRUE(listening.start());
@@ -192,7 +192,7 @@ TEST_F(TheSoundPath, GivesBackTheMemoryThatABurstHasTaken) {
 TEST_F(TheSoundPath, PlaysALongFileToItsEndWithoutASeam) {
     const auto wav = file("long.wav", sine(480, 0.5, 5));
     const std::string mp3 = folder / "long.mp3";
-    ASSERT_EQ(runShell(("ffmpeg -nostdin -v error -i " + wav + " -b:a 192k " + mp3).c_str()), 0);
+    ASSERT_EQ(runShell("ffmpeg -nostdin -v error -i " + wav + " -b:a 192k " + mp3), 0);
     ASSERT_TRUE(recorder.start());
     const auto asked = play(mp3);
     ASSERT_TRUE(recorder.waitForSound(asked, kAudible, asked + 1s));

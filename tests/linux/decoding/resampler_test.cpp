@@ -70,7 +70,7 @@ TEST(TheResampler, LetsNothingThroughThatTheLowerRateCannotHold) {
 }
 
 TEST(TheResampler, KeepsTheSidesApartAndALevelLevel) {
-    std::vector<float> source(2 * 4410);
+    std::vector<float> source(8820);
     for (std::size_t i = 0; i < source.size(); i += 2) {
         source[i] = 0.25F;
     }

@@ -92,10 +92,10 @@ protected:
 };
 
 TEST_F(TheSessionsInstance, IsOneOfAllLaunchedAtTheSameTime) {
-    constexpr int kLaunches = 8;
+    constexpr long kLaunches = 8;
     ASSERT_TRUE(bus.start());
-    for (int round = 1; round <= 5; ++round) {
-        for (int i = 0; i < kLaunches; ++i) {
+    for (long round = 1; round <= 5; ++round) {
+        for (long i = 0; i < kLaunches; ++i) {
             launch();
         }
         ASSERT_TRUE(eventually(
