@@ -17,9 +17,10 @@ TEST(TheNotificationCenter, CallsTheObserversOfTheNameInOrderForAsLongAsTheySubs
     const auto first = center.observe("a", [&](const Notification& n) {
         heard.push_back("first " + std::any_cast<std::string>(n.object));
     });
-    auto second =
-        std::optional(center.observe("a", [&](const Notification&) { heard.push_back("second"); }));
-    const auto other = center.observe("b", [&](const Notification&) { heard.push_back("other"); });
+    auto second = std::optional(
+        center.observe("a", [&](const Notification&) { heard.emplace_back("second"); }));
+    const auto other =
+        center.observe("b", [&](const Notification&) { heard.emplace_back("other"); });
 
     center.post({.name = "a", .object = std::string("x")});
     second.reset();

@@ -55,7 +55,7 @@ private:
     static std::string pathOf(const std::string& unit) {
         char* path = nullptr;
         sd_bus_path_encode("/org/freedesktop/systemd1/unit", unit.c_str(), &path);
-        const std::string copy = path;
+        std::string copy = path;
         std::free(path);
         return copy;
     }

@@ -65,7 +65,7 @@ TEST_F(TheJsonStore, GivesBackWhatItHoldsKindByKind) {
         {"\xFE key", {false}},
         {"number", {0.5}},
         {"empty text", {std::string()}},
-        {"text", {std::string("ü\n\"\\\0x", 8)}},
+        {"text", {std::string("ü\n\"\\\0x", 7)}},
         {"text of bytes", {std::string("/home/j\xFCrgen")}},
         {"empty bytes", {DefaultsData{}}},
         {"bytes", {DefaultsData{std::string("[{\"id\":1}]\xFF\0\x80", 13)}}},

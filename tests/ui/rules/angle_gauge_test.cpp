@@ -55,8 +55,8 @@ void expectAt(GaugePoint point, double x, double y) {
     EXPECT_NEAR(point.y, y, 1e-4);
 }
 
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 TEST(TheAngleGauge, FitsItsDialIntoTheBounds) {
     struct Case {
@@ -109,8 +109,8 @@ TEST(TheAngleGauge, SaysWhatItKnows) {
              {{-0.0F, 90, true}, {"0°"}, "0°, threshold 90°"},
              {{112.7F, 10, true}, {"112°"}, "112°, threshold 10°"},
              {{511, -1, true}, {"511°"}, "511°, threshold -1°"},
-             {{nan, nan, true}, {"— °"}, "no reading yet"},
-             {{infinity, -infinity, true}, {"— °"}, "no reading yet"},
+             {{kNan, kNan, true}, {"— °"}, "no reading yet"},
+             {{kInfinity, -kInfinity, true}, {"— °"}, "no reading yet"},
              {{3e38F, -3e38F, true}, {"1000000000°"}, "1000000000°, threshold -1000000000°"}}) {
         SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
         std::vector<std::string> expected = labels;
@@ -151,8 +151,8 @@ TEST(TheAngleGauge, ShowsNeedleAndMarkOnlyForWhatIsKnown) {
          std::initializer_list<Case>{{{}, false, false},
                                      {{47, 90, false}, false, false},
                                      {{-1, 90, true}, false, true},
-                                     {{47, nan, true}, true, false},
-                                     {{nan, 90, true}, false, true},
+                                     {{47, kNan, true}, true, false},
+                                     {{kNan, 90, true}, false, true},
                                      {{47, 90, true}, true, true}}) {
         SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
         const auto shapes = shapesOf(state);
