@@ -13,7 +13,7 @@ namespace chimewerk {
 struct PowerSourceDescription {
     /// Whether the machine runs on this source, without external power. False if that is unknown.
     bool isOnBattery = false;
-    /// The charge in percent, 0 to 100; none if it is unknown.
+    /// The charge in percent as the desktop shows it, 0 to 100; none if it is unknown.
     std::optional<double> charge = {};
 
     bool operator==(const PowerSourceDescription&) const = default;

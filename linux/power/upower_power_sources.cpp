@@ -3,6 +3,7 @@
 
 #include "linux/power/upower_power_sources.h"
 
+#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -149,6 +150,10 @@ void UPowerPowerSources::takeOne(sd_bus_message* properties) {
         facts_.type = readVariant<unsigned>(properties, "u");
     } else if (name == "Percentage") {
         facts_.percentage = readVariant<double>(properties, "d");
+        if (facts_.percentage) {
+            // Desktops show the whole percents: 20.9 % is 20 % to the user.
+            facts_.percentage = std::floor(*facts_.percentage);
+        }
     } else {
         sd_bus_message_skip(properties, "v");
     }
