@@ -27,7 +27,7 @@ void LidAngleMonitor::processAngle(float angle) {
     deps_.notifications.post({.name = lidAngleDidChange, .userInfo = {{"angle", angle}}});
     const float previous = std::exchange(lastAngle_, angle);
     // A crossing within the cooldown is dropped, not remembered.
-    if (previous < 0 || !(deps_.clock.now() - lastTrigger_ > kCooldown)) {
+    if (previous < 0 || !hasPassed(kCooldown, lastTrigger_, deps_.clock.now())) {
         return;
     }
     const bool rising = previous < angleThreshold && angle >= angleThreshold;

@@ -42,7 +42,7 @@ void TrashMonitor::poll() {
     if (!pending_ || fetching_) {
         return;
     }
-    if (clock_.now() - pendingSince_ > kCountDeadline) {
+    if (hasPassed(kCountDeadline, pendingSince_, clock_.now())) {
         pending_ = false;
         if (takeAddSlot() && onAdd) {
             onAdd();
@@ -71,7 +71,7 @@ void TrashMonitor::decide(std::optional<std::int64_t> count) {
 
 bool TrashMonitor::takeAddSlot() {
     const WallTime now = clock_.now();
-    if (now - lastAddFired_ <= kAddSpacing) {
+    if (!hasPassed(kAddSpacing, lastAddFired_, now)) {
         return false;
     }
     lastAddFired_ = now;

@@ -23,4 +23,10 @@ public:
     virtual WallTime now() const = 0;
 };
 
+/// Returns whether more than `span` has passed since `start`. It also has if the clock has been set
+/// back to before `start`.
+inline bool hasPassed(Seconds span, WallTime start, WallTime now) {
+    return now - start > span || now < start;
+}
+
 }  // namespace chimewerk

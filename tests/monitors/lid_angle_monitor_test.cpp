@@ -68,6 +68,14 @@ TEST_F(TheLidAngleMonitor, IgnoresACrossingWithin800MillisecondsOfTheLastPlay) {
     EXPECT_TRUE(moves(100, Seconds{2e-6})) << "counted from the play, not from the lost crossing";
 }
 
+TEST_F(TheLidAngleMonitor, IsNotSilencedByAClockThatIsSetBack) {
+    monitor.start(90.0F);
+    moves(80);
+    EXPECT_TRUE(moves(100));
+    queue.setClockBack(Seconds{3600});
+    EXPECT_TRUE(moves(80));
+}
+
 TEST_F(TheLidAngleMonitor, ComparesTheNextSampleWithANewThreshold) {
     monitor.start(90.0F);
     moves(80);

@@ -86,6 +86,23 @@ TEST_F(TheTrashMonitor, SpacesAddsByMoreThanASecondAndFollowsTheCountMeanwhile) 
     EXPECT_EQ(fired, "++0");  // Emptying has no minimum spacing.
 }
 
+TEST_F(TheTrashMonitor, IsNotSilencedByAClockThatIsSetBack) {
+    startWith(0);
+    trash.change(1);
+    poll();
+    queue.setClockBack(Seconds{3600});
+    trash.change(1);
+    poll(4);
+    EXPECT_EQ(fired, "++");
+    trash.countsAtOnce = false;
+    trash.change(1);
+    poll();
+    queue.setClockBack(Seconds{3600});
+    trash.answer(std::nullopt);
+    poll(10);
+    EXPECT_EQ(fired, "+++") << "the deadline for a count does not wait an hour either";
+}
+
 TEST_F(TheTrashMonitor, TreatsAChangeAsAnAddWhenNoCountComesInThreeSeconds) {
     startWith(5);
     trash.countsAtOnce = false;

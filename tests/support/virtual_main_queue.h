@@ -26,7 +26,10 @@ public:
         return timer;
     }
 
-    WallTime now() const override { return now_; }
+    WallTime now() const override { return now_ + wallClockOffset_; }
+
+    /// Sets the wall clock back; jobs fall due as before.
+    void setClockBack(Seconds by) { wallClockOffset_ -= by; }
 
     /// Runs the jobs that are due now.
     void runPosted() { advance(Seconds{0}); }
@@ -65,6 +68,7 @@ private:
         });
     }
 
+    Seconds wallClockOffset_{0};
     WallTime now_{Seconds{1'700'000'000}};
     std::multimap<WallTime, Job> jobs_;
 };
