@@ -94,9 +94,16 @@ void AppDelegate::openDashboard() {
 
 void AppDelegate::openHelp() {
     if (helpWindow_ == nullptr) {
-        helpWindow_ = windows_.makeHelpWindow();
+        helpWindow_ = windows_.makeHelpWindow(*this);
     }
     helpWindow_->showWindow();
+}
+
+bool AppDelegate::waitsForRestart(std::string_view eventId) const {
+    if (eventId == event_ids::kVolumeUp || eventId == event_ids::kVolumeDown) {
+        return !hearsVolume_;
+    }
+    return eventId == event_ids::kScreenshot && !hearsScreenshots_;
 }
 
 bool AppDelegate::applicationShouldHandleReopen() {
@@ -126,6 +133,7 @@ void AppDelegate::setupVolumeMonitoring() {
         volumeMonitor_.onUp = playing(event_ids::kVolumeUp);
         volumeMonitor_.onDown = playing(event_ids::kVolumeDown);
         volumeMonitor_.start();
+        hearsVolume_ = true;
     }
 }
 
@@ -133,6 +141,7 @@ void AppDelegate::setupScreenshotMonitoring() {
     if (sm_.isEventEnabled(event_ids::kScreenshot)) {
         screenshotMonitor_.onScreenshot = playing(event_ids::kScreenshot);
         screenshotMonitor_.start();
+        hearsScreenshots_ = true;
     }
 }
 

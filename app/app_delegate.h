@@ -87,6 +87,15 @@ public:
     /// Lets the low-battery sound play again before the next charge.
     void resetBatteryLowFlag() { power_.resetBatteryLowFlag(); }
 
+    /// The menu of the tray icon.
+    const Menu& menu() const { return menu_.entries(); }
+    /// Whether there is a tray for the icon, and so for the menu.
+    bool isInTray() const { return statusItem_.isShown(); }
+
+    /// Whether this event cannot be heard before the next start: none of its kind was on at this
+    /// one.
+    bool waitsForRestart(std::string_view eventId) const;
+
     LidAngleMonitor lidMonitor;
     KeyboardMonitor keyboardMonitor;
 
@@ -125,6 +134,8 @@ private:
     KnockDetector knocks_;
     PowerEvents power_;
     StatusMenu menu_;
+    bool hearsVolume_ = false;
+    bool hearsScreenshots_ = false;
     /// Made when first opened. Declared after the monitors, which they use.
     std::unique_ptr<Window> dashboard_;
     std::unique_ptr<Window> helpWindow_;

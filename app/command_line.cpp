@@ -34,6 +34,10 @@ std::optional<Command> parseCommandLine(std::span<char* const> arguments) {
             return option.command;
         }
     }
+    // How session managers call a program that ran in the session before, with an id of theirs.
+    if (arguments.size() == 2 && arguments[0] == std::string_view("-session")) {
+        return Command::restore;
+    }
     return std::nullopt;
 }
 

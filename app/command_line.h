@@ -15,6 +15,8 @@ enum class Command {
     run,
     openDashboard,
     openHelp,
+    /// Start the program unless it runs already: a session manager restores it.
+    restore,
     /// End the running program.
     quit,
     printUsage,

@@ -9,6 +9,7 @@
 
 #include "app/app_delegate.h"
 #include "app/command_line.h"
+#include "app/permission_reminder.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_microphone.h"
 #include "linux/audio/pulse_output_volume_source.h"
@@ -56,6 +57,8 @@ std::string actionFor(Command command) {
             return SingleInstance::kOpenHelp;
         case Command::quit:
             return SingleInstance::kQuit;
+        case Command::restore:
+            return SingleInstance::kKeepQuiet;
         default:
             return {};
     }
@@ -116,6 +119,7 @@ struct Machine {
     UPowerPowerSources powerSources{queue};
 
     JsonDefaultsStore defaults{queue, xdgConfigHome()};
+    PermissionReminder permissionReminder{keyPermissionPage, keys, defaults};
     XdgSoundFolder soundFolder{queue, decoders, xdgDataHome()};
 };
 
@@ -132,7 +136,7 @@ AppDelegate::Sources sourcesOf(Machine& machine) {
     return {.lidSensor = machine.lidSensor,
             .display = machine.display,
             .keys = machine.keys,
-            .keyPermissionPage = machine.keyPermissionPage,
+            .keyPermissionPage = machine.permissionReminder,
             .output = machine.output,
             .folders = machine.watchedFolders,
             .screenshotFolders = screenshotFolders(),
@@ -197,6 +201,7 @@ int run(int& argumentCount, char** arguments, Command command) {
     running = &program.delegate;
     queue.post([&program, &action] {
         program.delegate.applicationDidFinishLaunching();
+        program.machine.permissionReminder.endStartUp();
         carryOut(program.delegate, action);
     });
     toolkit.run();

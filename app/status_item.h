@@ -19,6 +19,9 @@ public:
     /// after each choice. `onActivate` is called when the user clicks the icon itself, if the tray
     /// distinguishes that from opening the menu.
     virtual void show(const Menu& menu, std::function<void()> onActivate) = 0;
+
+    /// Whether there has been a tray to show the icon.
+    virtual bool isShown() const = 0;
 };
 
 }  // namespace chimewerk

@@ -24,9 +24,11 @@ class WindowFactory {
 public:
     virtual ~WindowFactory() = default;
 
-    /// Makes the window that configures the events; the delegate must outlive it.
+    // The delegate must outlive the windows.
+
+    /// Makes the window that configures the events.
     virtual std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) = 0;
-    virtual std::unique_ptr<Window> makeHelpWindow() = 0;
+    virtual std::unique_ptr<Window> makeHelpWindow(AppDelegate& delegate) = 0;
 };
 
 }  // namespace chimewerk

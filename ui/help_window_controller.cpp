@@ -26,6 +26,7 @@
 #include "ui/controls/wording.h"
 #include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
+#include "ui/tray/program_menu.h"
 
 namespace chimewerk {
 
@@ -213,7 +214,7 @@ void closeOn(QWidget* window, const QKeySequence& keys) {
 
 }  // namespace
 
-HelpWindowController::HelpWindowController(const std::string& manual)
+HelpWindowController::HelpWindowController(const std::string& manual, const Menu& menu)
     : window_(std::make_unique<QWidget>()) {
     window_->setWindowTitle(worded(kHelpTitle));
     window_->setMinimumSize(520, 400);
@@ -224,6 +225,7 @@ HelpWindowController::HelpWindowController(const std::string& manual)
     }
     closeOn(window_.get(), Qt::Key_Escape);
     closeOn(window_.get(), Qt::CTRL | Qt::Key_W);
+    addMenuShortcuts(*window_, menu);
     buildUI(QUrl::fromLocalFile(QString::fromStdString(manual)));
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "app/menu.h"
 #include "app/windows.h"
 
 class QLabel;
@@ -22,8 +23,9 @@ namespace chimewerk {
 /// desktop is.
 class HelpWindowController final : public Window {
 public:
-    /// `manual` is the absolute path of the manual that the guide's last words lead to.
-    explicit HelpWindowController(const std::string& manual);
+    /// `manual` is the absolute path of the manual that the guide's last words lead to. The keys of
+    /// the menu's entries work in the window; `menu` outlives it.
+    HelpWindowController(const std::string& manual, const Menu& menu);
 
     /// Shows the window, in front of the others if the desktop allows it.
     void showWindow() override;

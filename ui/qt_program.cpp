@@ -6,12 +6,14 @@
 #include <unistd.h>
 
 #include <QByteArray>
+#include <QSessionManager>
 #include <QString>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
 #include "ui/controls/chimewerk_style.h"
+#include "ui/controls/painted_icon.h"
 
 namespace chimewerk {
 
@@ -62,10 +64,15 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
     QApplication::setStyle(new ChimewerkStyle);
     application_.emplace(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("chimewerk"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Chimewerk"));
+    // No display name: the toolkit would append it to the windows' titles.
     QApplication::setDesktopFileName(QString::fromLatin1(id));
+    QApplication::setWindowIcon(programIcon());
     // The program lives in the tray.
     QApplication::setQuitOnLastWindowClosed(false);
+    // Desktops start the program by its autostart entry; restored, it would start twice.
+    QObject::connect(
+        &*application_, &QGuiApplication::saveStateRequest,
+        [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
 }
 
 QtProgram::~QtProgram() {

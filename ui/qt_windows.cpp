@@ -11,14 +11,18 @@ namespace chimewerk {
 
 std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
     return std::make_unique<DashboardWindowController>(
-        deps_,
-        DashboardMonitors{.lid = delegate.lidMonitor,
-                          .keyboard = delegate.keyboardMonitor,
-                          .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); }});
+        deps_, DashboardMonitors{
+                   .lid = delegate.lidMonitor,
+                   .keyboard = delegate.keyboardMonitor,
+                   .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); },
+                   .waitsForRestart =
+                       [&delegate](std::string_view id) { return delegate.waitsForRestart(id); },
+                   .menu = delegate.menu(),
+                   .isInTray = [&delegate] { return delegate.isInTray(); }});
 }
 
-std::unique_ptr<Window> QtWindows::makeHelpWindow() {
-    return std::make_unique<HelpWindowController>(manual_);
+std::unique_ptr<Window> QtWindows::makeHelpWindow(AppDelegate& delegate) {
+    return std::make_unique<HelpWindowController>(manual_, delegate.menu());
 }
 
 }  // namespace chimewerk

@@ -20,7 +20,7 @@ public:
         : deps_(std::move(dependencies)), manual_(std::move(manual)) {}
 
     std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) override;
-    std::unique_ptr<Window> makeHelpWindow() override;
+    std::unique_ptr<Window> makeHelpWindow(AppDelegate& delegate) override;
 
 private:
     const DashboardDependencies deps_;

@@ -38,6 +38,8 @@ public:
     static constexpr const char* kOpenDashboard = "open-dashboard";
     static constexpr const char* kOpenHelp = "open-help";
     static constexpr const char* kQuit = "quit";
+    /// Does nothing.
+    static constexpr const char* kKeepQuiet = "keep-quiet";
 
     enum class Outcome {
         /// This process is the instance of the session.

@@ -299,5 +299,14 @@ TEST(TheSensitivity, IsMediumUnderAnUnknownName) {
     EXPECT_EQ(slapThresholdFor(""), 0.75F);
 }
 
+TEST_F(TheAppDelegate, KnowsWhichEventsItCannotHearBeforeTheNextStart) {
+    enable({"volume_up", "screenshot"}, false);
+    launch();
+    enable({"screenshot"}, true);
+    EXPECT_TRUE(delegate->waitsForRestart("screenshot"));
+    EXPECT_FALSE(delegate->waitsForRestart("volume_up")) << "volume_down was on";
+    EXPECT_FALSE(delegate->waitsForRestart("slap"));
+}
+
 }  // namespace
 }  // namespace chimewerk

@@ -7,10 +7,12 @@
 """
 
 import os
+import re
 import signal
 import subprocess
 import sys
 import unittest
+from pathlib import Path
 
 from tray_host import EmbeddingTray, TrayHost, pump_until
 
@@ -134,7 +136,27 @@ class TheTrayIcon(ProgramTest):
         self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
 
 
+class TheWindows(ProgramTest):
+    def test_have_a_title_an_icon_and_a_class_that_lead_to_the_desktop_entry(self):
+        entry = Path(__file__).parents[2] / "packaging" / "desktop" / "chimewerk.desktop.in"
+        wanted = re.search("^StartupWMClass=(.*)$", entry.read_text(encoding="utf-8"), re.MULTILINE)[1]
+        for option, title in ("--open-dashboard", DASHBOARD), ("--open-help", HELP):
+            self.start(option)
+            self.assertTrue(pump_until(lambda title=title: len(windows(title)) == 1))
+            properties = subprocess.run(["xprop", "-id", windows(title)[0], "-notype", "_NET_WM_NAME", "WM_CLASS",
+                                         "_NET_WM_ICON"], capture_output=True, text=True, check=True).stdout
+            self.assertIn(f'_NET_WM_NAME = "{title}"\n', properties)
+            self.assertIn(f'WM_CLASS = "{wanted}", "{wanted}"\n', properties)
+            self.assertIn("Icon (48 x 48)", properties)
+
+
 class TheProgram(ProgramTest):
+    def test_shows_nothing_when_a_session_manager_restores_it(self):
+        process = self.start("-session", "10f1a")
+        self.assertFalse(pump_until(lambda: process.poll() is not None, 1.5))
+        self.assert_ends(self.start("-session", "10f1b"))
+        self.assertEqual(windows(DASHBOARD), [])
+
     def test_ends_in_order_on_the_signals_that_ask_for_it(self):
         host = self.host()
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):

@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <memory>
 #include <stdexcept>
+#include <string>
 
+#include "app/status_menu.h"
 #include "monitors/keyboard_monitor.h"
 #include "monitors/lid_angle_monitor.h"
 #include "support/fake_key_source.h"
@@ -32,7 +34,10 @@ public:
         controller = std::make_unique<DashboardWindowController>(
             dependencies, DashboardMonitors{.lid = lidMonitor,
                                             .keyboard = keyboardMonitor,
-                                            .resetBatteryLowFlag = [this] { ++batteryResets; }});
+                                            .resetBatteryLowFlag = [this] { ++batteryResets; },
+                                            .waitsForRestart = [this](auto) { return silent; },
+                                            .menu = menu.entries(),
+                                            .isInTray = [this] { return inTray; }});
         controller->showWindow();
     }
 
@@ -68,6 +73,14 @@ public:
         {library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
     int batteryResets = 0;
+    bool silent = false;
+    bool inTray = true;
+    /// What was chosen in the menu.
+    std::string chosen;
+    const StatusMenu menu{{.openDashboard = [this] { chosen += "dashboard "; },
+                           .openHelp = [this] { chosen += "help "; },
+                           .setSens = [this](const MenuItem& item) { chosen += item.title + " "; },
+                           .terminate = [this] { chosen += "quit "; }}};
     DashboardDependencies dependencies{.sounds = *library,
                                        .notifications = library.notifications,
                                        .defaults = library.defaults,

@@ -24,6 +24,7 @@ public:
         menu = &shown;
         onActivate = std::move(onActivated);
     }
+    bool isShown() const override { return true; }
 
     /// Returns the menu as text, one entry after another: [d] key equivalent, (x) or ( ) mark,
     /// {...} submenu, - separator, # disabled entry.
@@ -75,7 +76,9 @@ public:
     std::unique_ptr<Window> makeDashboard(AppDelegate& /*delegate*/) override {
         return make("dashboard");
     }
-    std::unique_ptr<Window> makeHelpWindow() override { return make("help"); }
+    std::unique_ptr<Window> makeHelpWindow(AppDelegate& /*delegate*/) override {
+        return make("help");
+    }
 
 private:
     class FakeWindow final : public Window {

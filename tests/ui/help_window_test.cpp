@@ -65,7 +65,8 @@ protected:
         return topOf(below, 0) - bottom;
     }
 
-    HelpWindowController controller_{"/some where/users.md"};
+    const Menu menu_;
+    HelpWindowController controller_{"/some where/users.md", menu_};
     QWidget& window_ = controller_.window();
 };
 

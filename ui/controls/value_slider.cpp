@@ -9,6 +9,7 @@
 #include <QStyleOptionSlider>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace chimewerk {
 
@@ -64,7 +65,14 @@ ValueSlider::ValueSlider(const Range& range, Text text)
 }
 
 float ValueSlider::number() const {
-    return static_cast<float>(value() * range_.unit / kFineness);
+    auto number = static_cast<float>(value() * range_.unit / kFineness);
+    // The nearest float may lie below a whole unit, and its text is cut off.
+    const auto perUnit = static_cast<float>(1 / range_.unit);
+    const auto whole = static_cast<float>(value() / kFineness);
+    while (number * perUnit < whole) {
+        number = std::nextafter(number, std::numeric_limits<float>::infinity());
+    }
+    return number;
 }
 
 void ValueSlider::setNumber(float number) {

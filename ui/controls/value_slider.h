@@ -26,7 +26,8 @@ public:
 
     ValueSlider(const Range& range, Text text);
 
-    /// Returns its number, to a tenth of the unit.
+    /// Returns its number, to a tenth of the unit; a whole unit is not less than one when it is
+    /// cut off.
     float number() const;
     /// Moves it to this number, or as near as it can go, without emitting a signal.
     void setNumber(float number);

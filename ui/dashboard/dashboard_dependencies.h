@@ -5,7 +5,9 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
+#include "app/menu.h"
 #include "monitors/keyboard_monitor.h"
 #include "monitors/lid_angle_monitor.h"
 #include "platform/defaults_store.h"
@@ -40,6 +42,12 @@ struct DashboardMonitors {
     KeyboardMonitor& keyboard;
     /// Lets the low-battery sound play again in this discharge.
     std::function<void()> resetBatteryLowFlag;
+    /// Whether this event cannot be heard before the program starts again.
+    std::function<bool(std::string_view eventId)> waitsForRestart;
+    /// The program's menu, for desktops without a tray.
+    const Menu& menu;
+    /// Whether a tray shows that menu.
+    std::function<bool()> isInTray;
 };
 
 }  // namespace chimewerk

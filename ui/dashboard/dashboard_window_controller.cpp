@@ -3,7 +3,7 @@
 
 #include "ui/dashboard/dashboard_window_controller.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QScreen>
 #include <QShortcut>
@@ -61,7 +61,8 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
     : deps_(dependencies),
       monitors_(std::move(monitors)),
       sm_(dependencies.sounds),
-      isDarkMode_(storedDarkMode(dependencies.defaults)) {
+      isDarkMode_(storedDarkMode(dependencies.defaults)),
+      menu_(monitors_.menu) {
     window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                            Qt::WindowCloseButtonHint);
@@ -83,6 +84,7 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
 }
 
 void DashboardWindowController::showWindow() {
+    showMenuButton();
     window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
     window_.show();
     window_.raise();
@@ -159,11 +161,34 @@ QWidget* DashboardWindowController::buildTitleRow() {
     row->setContentsMargins(16, 20 - reach, 8, 8 - reach);
     row->addWidget(title);
     row->addStretch();
+    row->addWidget(buildMenuButton());
     row->addWidget(appearanceBtn_);
     return titleRow;
 }
 
+/// Where no tray shows the menu, this button opens it.
+QWidget* DashboardWindowController::buildMenuButton() {
+    menuBtn_ = makeButton(QStringLiteral("⋯"));
+    menuBtn_->setFixedWidth(32);
+    menuBtn_->setToolTip(worded("Menu"));
+    menuBtn_->setAccessibleName(worded("Menu"));
+    QObject::connect(menuBtn_, &QPushButton::clicked, &window_, [this] {
+        QMenu& menu = menu_.widget();
+        menu.setPalette(window_.palette());
+        menu.popup(menuBtn_->mapToGlobal(QPoint(0, menuBtn_->height())));
+    });
+    QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &window_,
+                     [this] { showMenuButton(); });
+    showMenuButton();
+    return menuBtn_;
+}
+
+void DashboardWindowController::showMenuButton() {
+    menuBtn_->setVisible(!monitors_.isInTray());
+}
+
 void DashboardWindowController::addShortcuts() {
+    addMenuShortcuts(window_, monitors_.menu);
     auto* const close = new QShortcut(QKeySequence::Close, &window_);
     QObject::connect(close, &QShortcut::activated, &window_, &QWidget::close);
 }

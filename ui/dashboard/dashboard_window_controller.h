@@ -16,6 +16,7 @@
 #include "ui/dashboard/detail_panel.h"
 #include "ui/dashboard/sidebar_table.h"
 #include "ui/dashboard/theme_picker.h"
+#include "ui/tray/program_menu.h"
 
 namespace chimewerk {
 
@@ -34,6 +35,8 @@ private:
     void buildUI();
     QWidget* buildSidebar();
     QWidget* buildTitleRow();
+    QWidget* buildMenuButton();
+    void showMenuButton();
     void addShortcuts();
     void center();
 
@@ -56,6 +59,7 @@ private:
     /// table's selection.
     std::size_t selectedIndex_ = 0;
     bool isDarkMode_;
+    ProgramMenu menu_;
     /// Indices of the events whose new counts are not shown yet.
     std::set<std::size_t> newCounts_;
     /// Runs after counts were shown; newer counts wait until it ends.
@@ -65,6 +69,7 @@ private:
     // The window owns the following widgets.
     QWidget* sidebarBgView_ = nullptr;
     QWidget* dividerView_ = nullptr;
+    QPushButton* menuBtn_ = nullptr;
     QPushButton* appearanceBtn_ = nullptr;
     ThemePicker* themePicker_ = nullptr;
     SidebarTable* tableView_ = nullptr;

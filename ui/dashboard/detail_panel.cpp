@@ -9,7 +9,6 @@
 #include <chrono>
 #include <utility>
 
-#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
 
@@ -125,14 +124,15 @@ void DetailPanel::refreshDetail() {
                                 .isAppleSilicon = deps_.isAppleSilicon,
                                 .sensorFound = shown_.sensorFound,
                                 .trusted = shown_.trusted,
-                                .tapActive = shown_.tapActive}));
+                                .tapActive = shown_.tapActive,
+                                .waitsForRestart = monitors_.waitsForRestart(event->id)}));
 }
 
 void DetailPanel::display(const DetailView& view) {
     header_->display(view);
     soundBox_->display(view);
     volumeSlider_->display(view.volume, view.volumeText);
-    triggerBox_->display(worded(view.triggerText));
+    triggerBox_->display(view);
     displayBox(view);
     arrange();
     veil_->set(view.alpha, header_->switchArea());

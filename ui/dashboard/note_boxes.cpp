@@ -11,12 +11,23 @@ namespace chimewerk {
 TriggerBox::TriggerBox(QWidget* panel)
     : PanelBox(panel),
       triggerSection_(add(makeSectionLabel(detail_texts::kTriggerSection))),
-      triggerInfo_(add(makeParagraph({}, 12, LabelColor::secondary))) {}
+      triggerInfo_(add(makeParagraph({}, 12, LabelColor::secondary))),
+      silence_(add(makeParagraph({}, 12, LabelColor::label))) {}
+
+void TriggerBox::display(const DetailView& view) {
+    triggerInfo_->setText(worded(view.triggerText));
+    silence_->setText(worded(view.silenceText));
+    silence_->setVisible(!view.silenceText.empty());
+}
 
 void TriggerBox::fill(Column& column) {
     column.add(*triggerSection_);
     column.skip(6);
     column.add(*triggerInfo_);
+    if (!silence_->isHidden()) {
+        column.skip(8);
+        column.add(*silence_);
+    }
 }
 
 PermissionBox::PermissionBox(QWidget* panel, const std::function<void()>& onGrant)

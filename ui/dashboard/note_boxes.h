@@ -7,15 +7,16 @@
 
 #include "ui/controls/labels_and_buttons.h"
 #include "ui/dashboard/panel_box.h"
+#include "ui/rules/detail_view.h"
 
 namespace chimewerk {
 
-/// Says when an event triggers.
+/// Says when an event triggers, and if it is on and yet silent.
 class TriggerBox final : public PanelBox {
 public:
     explicit TriggerBox(QWidget* panel);
 
-    void display(const QString& text) { triggerInfo_->setText(text); }
+    void display(const DetailView& view);
 
 protected:
     void fill(Column& column) override;
@@ -23,6 +24,7 @@ protected:
 private:
     QLabel* const triggerSection_;
     QLabel* const triggerInfo_;
+    QLabel* const silence_;
 };
 
 /// Says that key presses need a permission, with a button that shows how to give it.

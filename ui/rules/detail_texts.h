@@ -15,6 +15,8 @@ inline constexpr std::string_view kTestButton = "▶  Test Sound";
 inline constexpr std::string_view kRemoveButton = "✕ Remove";
 inline constexpr std::string_view kVolumeSection = "🔊  Volume";
 inline constexpr std::string_view kTriggerSection = "ℹ\uFE0F  When It Triggers";
+inline constexpr std::string_view kWaitsForRestart =
+    "🔁  On, but silent until Chimewerk is quit and started again.";
 inline constexpr std::string_view kAngleSection = "📐  Trigger Angle";
 inline constexpr std::string_view kBatterySection = "🪫  Alert Threshold";
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "sound/bundled_sounds.h"
+#include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
 
 namespace chimewerk {
@@ -113,6 +114,9 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
             .volume = event.volume,
             .volumeText = volumeText(event.volume),
             .triggerText = triggerDesc(event, facts),
+            .silenceText = event.isEnabled && facts.waitsForRestart
+                               ? std::string(detail_texts::kWaitsForRestart)
+                               : "",
             .counterText = counterText(event.triggerCount),
             .switchIsOn = event.isEnabled && !locked,
             .switchIsEnabled = !locked,

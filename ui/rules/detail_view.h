@@ -30,6 +30,8 @@ struct DetailFacts {
     bool trusted = false;
     /// Whether key presses are being heard.
     bool tapActive = false;
+    /// Whether the event cannot be heard before the program starts again.
+    bool waitsForRestart = false;
 };
 
 /// The settings that only some events have.
@@ -46,6 +48,8 @@ struct DetailView {
     float volume = 0.0F;
     std::string volumeText;
     std::string triggerText;
+    /// Says that the event is on and yet silent; empty if it is not.
+    std::string silenceText;
     std::string counterText;
     bool switchIsOn = false;
     bool switchIsEnabled = true;

@@ -3,14 +3,12 @@
 
 #pragma once
 
-#include <QActionGroup>
-#include <QMenu>
 #include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
-#include <vector>
 
 #include "app/status_item.h"
+#include "ui/tray/program_menu.h"
 #include "ui/tray/tray_watch.h"
 
 namespace chimewerk {
@@ -23,18 +21,12 @@ public:
 
     void show(const Menu& menu, std::function<void()> onActivate) override;
 
-private:
-    struct Entry {
-        QAction* action;
-        const MenuItem* item;
-    };
+    bool isShown() const override { return icon_ != nullptr; }
 
-    void fill(QMenu& menu, const Menu& items);
-    void showMarks();
+private:
     void appear();
 
-    QMenu menu_;
-    std::vector<Entry> marked_;
+    std::unique_ptr<ProgramMenu> menu_;
     std::function<void()> onActivate_;
     std::unique_ptr<QSystemTrayIcon> icon_;
     std::unique_ptr<TrayWatch> watch_;

@@ -3,12 +3,10 @@
 
 #include "ui/tray/status_icon.h"
 
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
-#include <algorithm>
-#include <utility>
+
+#include "ui/controls/painted_icon.h"
 
 namespace chimewerk {
 
@@ -37,13 +35,9 @@ QPainterPath speaker() {
 }
 
 /// Paints the speaker in dark violet with a light rim: every panel contrasts with one of the two.
-void paintSpeaker(QPainter& painter, const QRectF& place) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    const qreal side = std::min(place.width(), place.height());
-    painter.translate(place.center() - QPointF(side / 2, side / 2));
-    painter.scale(side / kSide, side / kSide);
-
+void paintSpeaker(QPainter& painter, const QRectF& square) {
+    painter.translate(square.topLeft());
+    painter.scale(square.width() / kSide, square.height() / kSide);
     QLinearGradient violet(0, 0, kSide, kSide);
     violet.setColorAt(0, QColor(0x8a, 0x5c, 0xf5));
     violet.setColorAt(1, QColor(0x5b, 0x21, 0xb6));
@@ -51,40 +45,12 @@ void paintSpeaker(QPainter& painter, const QRectF& place) {
     painter.strokePath(
         body, QPen(QColor(255, 255, 255, 235), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.fillPath(body, violet);
-    painter.restore();
 }
-
-class StatusIconEngine final : public QIconEngine {
-public:
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/,
-               QIcon::State /*state*/) override {
-        paintSpeaker(*painter, rect);
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        return scaledPixmap(size, mode, state, 1);
-    }
-
-    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state,
-                         qreal /*scale*/) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, pixmap.rect(), mode, state);
-        return pixmap;
-    }
-
-    QList<QSize> availableSizes(QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
-        return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {44, 44}, {48, 48}, {64, 64}};
-    }
-
-    QIconEngine* clone() const override { return new StatusIconEngine(*this); }
-};
 
 }  // namespace
 
 QIcon makeStatusIcon() {
-    return QIcon(new StatusIconEngine);
+    return paintedIcon(paintSpeaker);
 }
 
 }  // namespace chimewerk

@@ -8,9 +8,12 @@
 #include <QAbstractItemView>
 #include <QDialog>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPushButton>
 #include <chrono>
+#include <stdexcept>
+#include <utility>
 
 #include "sound/notifications.h"
 #include "support/dashboard_fixture.h"
@@ -275,6 +278,26 @@ TEST_F(TheDashboard, ChangesNothingWhenAQuestionIsCancelledOrLeftBlank) {
     click(button("Delete theme"));
     click(button("Rename theme"));
     EXPECT_EQ(dialog<QDialog>(), nullptr);
+}
+
+TEST_F(TheDashboard, OffersTheMenuWhereThereIsNoTrayAndItsKeysAlways) {
+    EXPECT_THROW(button("Menu"), std::out_of_range);
+    for (const auto& [key, modifiers] :
+         {std::pair{Qt::Key_D, Qt::ControlModifier},
+          std::pair{Qt::Key_Question, Qt::ControlModifier}, std::pair{Qt::Key_F1, Qt::NoModifier},
+          std::pair{Qt::Key_Q, Qt::ControlModifier}}) {
+        press(key, modifiers);
+    }
+    EXPECT_EQ(std::exchange(bed.chosen, ""), "dashboard help help quit ");
+    bed.inTray = false;
+    bed.controller->showWindow();
+    click(button("Menu"));
+    auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Right, Qt::Key_Up, Qt::Key_Return}) {
+        QTest::keyClick(QApplication::activePopupWidget(), key);
+    }
+    EXPECT_EQ(bed.chosen, "High ");
 }
 
 TEST_F(TheDashboard, HandsTheLidsAngleOnWhicheverEventIsSelected) {

@@ -126,6 +126,26 @@ TEST_F(TheDetailPanel, SetsTheVolumeByDraggingClickingAndKeys) {
     EXPECT_TRUE(bed.shows(volumeText(knock.volume)));
 }
 
+TEST_F(TheDetailPanel, StepsThroughTheWholePercentsOneByOne) {
+    slider("Volume").setFocus();
+    press(Qt::Key_Home);
+    for (int percent = 1; percent <= 100; ++percent) {
+        press(Qt::Key_Right);
+        EXPECT_EQ(volumeText(knock.volume), std::to_string(percent) + "%");
+    }
+}
+
+TEST_F(TheDetailPanel, SaysThatAnEventIsSilentUntilTheNextStart) {
+    bed.silent = true;
+    bed.select("volume_up");
+    EXPECT_FALSE(bed.shows(std::string(detail_texts::kWaitsForRestart)));
+    click(enableSwitch());
+    EXPECT_TRUE(bed.shows(std::string(detail_texts::kWaitsForRestart)));
+    bed.silent = false;
+    bed.select("volume_up");
+    EXPECT_FALSE(bed.shows(std::string(detail_texts::kWaitsForRestart)));
+}
+
 TEST_F(TheDetailPanel, StoresNothingThatItOnlyShows) {
     bed.library.event("slap").volume = 0.12345F;
     bed.library.event("battery_low").threshold = 15.9876F;

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ui/tray/program_menu.h"
+
+#include <QActionGroup>
+#include <QKeySequence>
+#include <QShortcut>
+#include <QString>
+
+#include "ui/controls/wording.h"
+
+namespace chimewerk {
+
+namespace {
+
+QString titleOf(const MenuItem& item) {
+    // A single ampersand would mark a mnemonic.
+    return worded(item.title).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QKeySequence shortcutOf(const MenuItem& item) {
+    return QKeySequence(QLatin1String("Ctrl+") +
+                        QString::fromStdString(item.keyEquivalent).toUpper());
+}
+
+}  // namespace
+
+ProgramMenu::ProgramMenu(const Menu& items) {
+    fill(menu_, items);
+    showMarks();
+    QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { showMarks(); });
+}
+
+void ProgramMenu::fill(QMenu& menu, const Menu& items) {
+    QActionGroup* radios = nullptr;
+    for (const auto& item : items) {
+        if (item->isSeparator()) {
+            menu.addSeparator();
+            continue;
+        }
+        if (!item->submenu.empty()) {
+            fill(*menu.addMenu(titleOf(*item)), item->submenu);
+            continue;
+        }
+        QAction* const action = menu.addAction(titleOf(*item));
+        action->setEnabled(item->isEnabled());
+        if (!item->keyEquivalent.empty()) {
+            action->setShortcut(shortcutOf(*item));
+        }
+        if (item->isRadio) {
+            radios = radios == nullptr ? new QActionGroup(&menu) : radios;
+            action->setCheckable(true);
+            radios->addAction(action);
+            marked_.push_back({action, item.get()});
+        }
+        if (item->action) {
+            QObject::connect(action, &QAction::triggered, action, [this, chosen = item.get()] {
+                chosen->action();
+                showMarks();
+            });
+        }
+    }
+}
+
+void ProgramMenu::showMarks() {
+    for (const Entry& entry : marked_) {
+        entry.action->setChecked(entry.item->isOn);
+    }
+}
+
+void addMenuShortcuts(QWidget& window, const Menu& items) {
+    for (const auto& item : items) {
+        if (item->keyEquivalent.empty() || !item->action) {
+            continue;
+        }
+        auto* const shortcut = new QShortcut(shortcutOf(*item), &window);
+        if (item->keyEquivalent == "?") {
+            shortcut->setKeys({shortcutOf(*item), Qt::Key_F1});
+        }
+        QObject::connect(shortcut, &QShortcut::activated, &window,
+                         [chosen = item.get()] { chosen->action(); });
+    }
+}
+
+}  // namespace chimewerk

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QMenu>
+#include <QWidget>
+#include <vector>
+
+#include "app/menu.h"
+
+namespace chimewerk {
+
+/// The program's menu as the toolkit shows it, for the tray and for a button. Its marks are those of
+/// the data whenever it opens and after each choice. Main thread only.
+class ProgramMenu final {
+public:
+    /// `items` outlives the menu.
+    explicit ProgramMenu(const Menu& items);
+    ProgramMenu(const ProgramMenu&) = delete;
+    ProgramMenu& operator=(const ProgramMenu&) = delete;
+
+    QMenu& widget() { return menu_; }
+
+private:
+    struct Entry {
+        QAction* action;
+        const MenuItem* item;
+    };
+
+    void fill(QMenu& menu, const Menu& items);
+    void showMarks();
+
+    QMenu menu_;
+    std::vector<Entry> marked_;
+};
+
+/// Lets the keys of the menu's entries work in a window, and F1 as the one for help. `items`
+/// outlives the window.
+void addMenuShortcuts(QWidget& window, const Menu& items);
+
+}  // namespace chimewerk
