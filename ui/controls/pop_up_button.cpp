@@ -38,6 +38,7 @@ void PopUpButton::keyPressEvent(QKeyEvent* event) {
             showPopup();
             break;
         default:
+            // NOLINTNEXTLINE(bugprone-parent-virtual-call): a QComboBox would choose by letters.
             QWidget::keyPressEvent(event);
     }
 }

@@ -107,7 +107,7 @@ SoundLoader::SoundLoader(QWidget& widget, SoundFolder& folder)
     : QObject(&widget), widget_(widget), folder_(folder), lastFolder_(musicFolder()) {}
 
 void SoundLoader::chooseFile(Loaded onLoaded) {
-    if (dialog_) {
+    if (dialog_ != nullptr) {
         return;
     }
     onLoaded_ = std::move(onLoaded);

@@ -107,7 +107,8 @@ TEST(ANumberInJson, IsTheSameFloatBitForBit) {
         }
     }
     for (const float number : numbers) {
-        const auto back = static_cast<float>(std::get<double>(comeBack(number).value));
+        const auto back =
+            static_cast<float>(std::get<double>(comeBack(static_cast<double>(number)).value));
         ASSERT_EQ(std::bit_cast<std::uint32_t>(back), std::bit_cast<std::uint32_t>(number))
             << number;
     }
