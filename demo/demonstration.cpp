@@ -173,8 +173,9 @@ bool Demonstration::inspect() const {
     if (command == nullptr) {
         return true;
     }
-    setenv("DEMO_HEARD", heard_.c_str(), 1);
-    return runShell(command) == 0 || fail("The command at the end failed.");
+    // Event ids need no escaping.
+    return runShell("export DEMO_HEARD='" + heard_ + "'\n" + command) == 0 ||
+           fail("The command at the end failed.");
 }
 
 bool Demonstration::stopProgram() {

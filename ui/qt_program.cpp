@@ -19,6 +19,8 @@ namespace chimewerk {
 
 namespace {
 
+constexpr const char* kActivationToken = "XDG_ACTIVATION_TOKEN";
+
 /// The toolkit's platforms in its own order, and last the one that needs no display: without that
 /// one the toolkit ends a program that finds no display.
 QByteArray platforms() {
@@ -60,6 +62,8 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
     setUnlessGiven("QT_QPA_PLATFORM", platforms());
     // Nothing is drawn with OpenGL, whose libraries weigh more than all the rest.
     setUnlessGiven("QT_XCB_GL_INTEGRATION", "none");
+    // Reserves a place in the environment while no other thread may be reading it.
+    setUnlessGiven(kActivationToken, "");
     // Before the application, so that the desktop's own style is not even loaded.
     QApplication::setStyle(new ChimewerkStyle);
     application_.emplace(argumentCount, arguments);
@@ -81,7 +85,9 @@ QtProgram::~QtProgram() {
 
 void QtProgram::expectActivation(const std::string& token) {
     if (!token.empty()) {
-        qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
+        // The toolkit takes the token from the environment only, and removes it there. Its place is
+        // reserved, so this replaces one entry and does not move the list that others may read.
+        qputenv(kActivationToken, QByteArray::fromStdString(token));
     }
 }
 

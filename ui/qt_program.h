@@ -33,6 +33,7 @@ public:
     static void quit() { QApplication::quit(); }
 
     /// `token` is the desktop's activation token for the next window; empty if there is none.
+    /// Other threads may read the environment at the same time, but must not change it.
     static void expectActivation(const std::string& token);
 
     /// Calls `job` before the process ends because the display went away: the toolkit calls
