@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string_view>
 #include <utility>
 
 namespace chimewerk {
@@ -65,7 +66,12 @@ void SinkRecorder::stop() {
 void SinkRecorder::contextChanged() {
     switch (pa_context_get_state(context_.get())) {
         case PA_CONTEXT_READY:
-            connectStream();
+            pa_operation_unref(pa_context_get_server_info(
+                context_.get(),
+                [](pa_context*, const pa_server_info* server, void* self) {
+                    static_cast<SinkRecorder*>(self)->serverKnown(server);
+                },
+                this));
             break;
         case PA_CONTEXT_FAILED:
         case PA_CONTEXT_TERMINATED:
@@ -76,8 +82,26 @@ void SinkRecorder::contextChanged() {
     }
 }
 
+void SinkRecorder::serverKnown(const pa_server_info* server) {
+    // PipeWire renders nothing ahead. It has no call that resumes a sink, so a suspended sink may
+    // stay suspended beside a stream that records from it.
+    rendersAhead_ = server == nullptr ||
+                    std::string_view(server->server_name).find("PipeWire") == std::string::npos;
+    connectStream();
+    if (!rendersAhead_ && suspending_ == Suspending::Allowed) {
+        // The stream becomes ready, and live, when the sink resumes.
+        setState(State::Live);
+    }
+}
+
 void SinkRecorder::connectStream() {
-    stream_.reset(pa_stream_new(context_.get(), "recording", &kFormat, nullptr));
+    const bool mayPause = suspending_ == Suspending::Allowed;
+    const std::unique_ptr<pa_proplist, decltype(&pa_proplist_free)> properties(pa_proplist_new(),
+                                                                               &pa_proplist_free);
+    // PipeWire knows the flag below by this name only.
+    pa_proplist_sets(properties.get(), "node.passive", mayPause ? "true" : "false");
+    stream_.reset(pa_stream_new_with_proplist(context_.get(), "recording", &kFormat, nullptr,
+                                              properties.get()));
     pa_stream_set_state_callback(
         stream_.get(),
         [](pa_stream*, void* self) { static_cast<SinkRecorder*>(self)->streamChanged(); }, this);
@@ -92,7 +116,7 @@ void SinkRecorder::connectStream() {
     const pa_buffer_attr buffer{kServerChooses, kServerChooses, kServerChooses, kServerChooses,
                                 kBlockBytes};
     unsigned flags = PA_STREAM_ADJUST_LATENCY | PA_STREAM_DONT_MOVE;
-    if (suspending_ == Suspending::Allowed) {
+    if (mayPause) {
         flags |= PA_STREAM_DONT_INHIBIT_AUTO_SUSPEND;
     }
     const std::string source = sink_ + ".monitor";
@@ -105,7 +129,9 @@ void SinkRecorder::connectStream() {
 void SinkRecorder::streamChanged() {
     const pa_stream_state_t state = pa_stream_get_state(stream_.get());
     if (state == PA_STREAM_READY) {
-        forgetRenderedAhead();
+        if (rendersAhead_) {
+            forgetRenderedAhead();
+        }
     } else if (!PA_STREAM_IS_GOOD(state)) {
         setState(State::Dropped);
     }

@@ -75,6 +75,7 @@ private:
 
     // These run on the client library's thread.
     void contextChanged();
+    void serverKnown(const pa_server_info* server);
     void connectStream();
     void streamChanged();
     void forgetRenderedAhead();
@@ -105,6 +106,7 @@ private:
     std::unique_ptr<pa_context, ContextDeleter> context_;
     std::unique_ptr<pa_stream, StreamDeleter> stream_;
     LivePace pace_{Recording::kRate};
+    bool rendersAhead_ = true;
 
     mutable std::mutex lock_;
     mutable std::condition_variable changed_;

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "monitors/knock_detector.h"
+#include "support/kill_streams.h"
 #include "support/run_queue.h"
 #include "tools/audio/microphone_feeder.h"
 #include "tools/files/temporary_folder.h"
@@ -148,8 +149,7 @@ TEST_F(ThePulseMicrophone, NeverTakesWhatTheComputerPlaysForAMicrophone) {
 
 TEST_F(ThePulseMicrophone, ListensAgainWhenItsStreamHasBeenEndedOrTheServerHasDied) {
     ASSERT_TRUE(hearsSoon(mono));
-    run("pactl load-module module-cli-protocol-unix; pacmd kill-source-output "
-        "$(pactl list short source-outputs | cut -f 1)");
+    ASSERT_TRUE(killStreams("source-output"));
     ASSERT_TRUE(recordings("0"));
     EXPECT_TRUE(hearsSoon(mono));
 

@@ -15,6 +15,7 @@
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_player.h"
 #include "linux/audio/pulse_sound_service.h"
+#include "support/kill_streams.h"
 #include "support/open_descriptors.h"
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
@@ -256,10 +257,7 @@ TEST_F(TheSoundPath, FollowsTheDefaultSinkAndGoesOnWhenThatIsUnpluggedOrItsStrea
     ASSERT_EQ(runShell("pactl unload-module " + other + "; pactl set-default-sink speaker"), 0);
     EXPECT_TRUE(isHeardBy(recorder));
     SinkRecorder later;
-    ASSERT_EQ(runShell("for i in $(pactl list short sink-inputs | cut -f1); do pactl "
-                       "kill-sink-input $i 2>/dev/null || pacmd kill-sink-input $i >/dev/null; "
-                       "done"),
-              0);
+    ASSERT_TRUE(killStreams("sink-input"));
     ASSERT_TRUE(later.start());
     EXPECT_TRUE(isHeardBy(later));
 }
@@ -306,6 +304,7 @@ TEST(TheSoundPathWithoutResources, StaysSilent) {
 
 TEST_F(TheSoundPath, CostsNothingWhileItIsQuiet) {
     play(file("tone.wav", sine(480, 0.5, 0.2)));
+    ASSERT_TRUE(eventually([] { return !sinkSuspended(); }));
     ASSERT_TRUE(eventually(sinkSuspended, 10s));
     EXPECT_TRUE(allCorked());
     const auto before = processorTime();
