@@ -10,12 +10,12 @@
 
 namespace chimewerk {
 
-/// A new folder that is deleted with its contents by the destructor. Throws std::runtime_error.
+/// A new folder in `place` that is deleted with its contents by the destructor. Throws std::runtime_error.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "chimewerk-test-XXXXXX").string();
+    explicit TemporaryFolder(
+        const std::filesystem::path& place = std::filesystem::temp_directory_path()) {
+        std::string pattern = (place / "chimewerk-test-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) {
             throw std::runtime_error("no temporary folder");
         }

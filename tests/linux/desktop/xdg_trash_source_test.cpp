@@ -9,11 +9,14 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 
 #include "linux/base/epoll_main_queue.h"
+#include "support/open_descriptors.h"
+#include "support/virtual_main_queue.h"
 #include "tools/files/temporary_folder.h"
 
 namespace chimewerk {
@@ -34,7 +37,7 @@ protected:
     }
     void add(const std::string& name) const { std::ofstream(files / name) << "x"; }
 
-    TemporaryFolder home;
+    TemporaryFolder home{"/dev/shm"};  // In memory, because thousands of files are slow on a disk.
     fs::path files = home.path() / "Trash" / "files";
     EpollMainQueue queue;
     XdgTrashSource trash{queue, home.path().string(), "/dev/null"};
@@ -69,6 +72,57 @@ TEST_F(TheTrashFolder, MayBeALinkAndMayVanish) {
     fs::remove_all(elsewhere);
     EXPECT_EQ(trash.modificationTime(), 0.0);
     EXPECT_EQ(count(), 0);
+}
+
+/// The processor time of this thread, and so of the main queue.
+Seconds processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+TEST_F(TheTrashFolder, TakesTenThousandFilesWithoutHoldingUpTheMainQueue) {
+    constexpr int kFiles = 10'000;
+    constexpr int kSteps = 20;
+    VirtualMainQueue time;
+    TrashMonitor monitor(time, time, trash);
+    int adds = 0;
+    int emptied = 0;
+    monitor.onAdd = [&] { ++adds; };
+    monitor.onEmpty = [&] { ++emptied; };
+    fs::create_directories(files);
+    monitor.start();
+    count();
+    const std::size_t descriptors = openDescriptors();
+    Seconds busy{0};
+    const auto pass = [&](double seconds) {
+        const Seconds begin = processorTime();
+        time.advance(Seconds{seconds});
+        count();  // After that of the monitor, which has then decided.
+        busy += processorTime() - begin;
+    };
+    for (int step = 0; step < kSteps; ++step) {
+        for (int i = 0; i < kFiles / kSteps; ++i) {
+            std::ofstream(files / std::to_string(step * kFiles + i));
+        }
+        pass(0.25);
+    }
+    EXPECT_EQ(count(), kFiles);
+    EXPECT_GE(adds, 3);
+    EXPECT_LE(adds, 5);  // One a second.
+    EXPECT_EQ(emptied, 0);
+
+    const Seconds begin = processorTime();
+    EXPECT_EQ(std::distance(fs::directory_iterator(files), {}), kFiles);
+    const Seconds once = processorTime() - begin;
+    EXPECT_LT(busy, once);
+    EXPECT_EQ(openDescriptors(), descriptors);
+
+    fs::remove_all(files);
+    const int before = adds;
+    pass(3);
+    EXPECT_EQ(adds, before);
+    EXPECT_EQ(emptied, 1);
 }
 
 TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
