@@ -30,7 +30,7 @@ FolderWatch::FolderWatch(EpollMainQueue& queue, std::string path, Notice notice,
       // IN_MASK_ADD because this folder and the one above may be the same (a link to ".").
       mask_(kNames | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD |
             (report == Report::namesAndPermissions ? IN_ATTRIB : 0)),
-      retry_(queue, interval, [this] { lookAgain(); }) {
+      retry_(queue, interval, [this] { tryAgain(); }) {
     attach();
 }
 
@@ -50,7 +50,7 @@ void FolderWatch::attach() {
         // Added after the folder above, so that the folder cannot appear unnoticed in between.
         folder_ = add(path_);
     }
-    if (!watch_ || (folder_ < 0 && nothingWillReport())) {
+    if (!watch_ || (folder_ < 0 && needsPolling())) {
         retry_.schedule();
     }
 }
@@ -65,12 +65,12 @@ void FolderWatch::watchNearestAbove() {
     }
 }
 
-bool FolderWatch::nothingWillReport() const {
+bool FolderWatch::needsPolling() const {
     struct stat status {};
     return above_ < 0 || lstat((pathAbove_ + "/" + next_).c_str(), &status) == 0;
 }
 
-void FolderWatch::lookAgain() {
+void FolderWatch::tryAgain() {
     if (folder_ < 0) {
         attach();
         if (folder_ >= 0) {

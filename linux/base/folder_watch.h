@@ -42,10 +42,10 @@ public:
 private:
     void attach();
     void watchNearestAbove();
-    bool nothingWillReport() const;
+    bool needsPolling() const;
     int add(const std::string& folder) const;
     void read();
-    void lookAgain();
+    void tryAgain();
 
     EpollMainQueue& queue_;
     const std::string path_;

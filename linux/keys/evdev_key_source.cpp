@@ -51,7 +51,7 @@ public:
             return nullptr;
         }
         std::unique_ptr<Keyboard> keyboard(new Keyboard(std::move(descriptor), device));
-        return keyboard->types() ? std::move(keyboard) : nullptr;
+        return keyboard->hasTypingKeys() ? std::move(keyboard) : nullptr;
     }
 
     int descriptor() const { return descriptor_.get(); }
@@ -87,7 +87,7 @@ private:
 
     /// Returns whether the device has a key for typing. Power buttons, mice and headsets have
     /// other keys.
-    bool types() const {
+    bool hasTypingKeys() const {
         for (unsigned code = 0; code < KEY_CNT; ++code) {
             if (virtualKeyCode(code) && libevdev_has_event_code(device_.get(), EV_KEY, code) != 0) {
                 return true;
@@ -126,7 +126,7 @@ public:
     void setEnabled(bool enabled) override {
         if (!enabled) {
             plugging_ = nullptr;
-            heard_.clear();
+            open_.clear();
             broken_.clear();
             return;
         }
@@ -137,11 +137,11 @@ public:
                 [this](std::string_view name) { devicesChanged(std::string(name)); },
                 FolderWatch::Report::namesAndPermissions);
         }
-        hearAll();
+        openAll();
     }
 
 private:
-    struct Heard {
+    struct OpenKeyboard {
         std::unique_ptr<Keyboard> keyboard;
         // Destroyed before the keyboard that it watches.
         std::unique_ptr<EpollMainQueue::Watch> watch;
@@ -150,54 +150,54 @@ private:
     void devicesChanged(const std::string& name) {
         if (name.empty()) {
             broken_.clear();
-            hearAll();
+            openAll();
         } else if (name.starts_with("event")) {
             broken_.erase(name);
             if (access((folder_ + "/" + name).c_str(), R_OK) != 0 && errno == EACCES) {
-                heard_.erase(name);  // Another user's session is in the foreground.
+                open_.erase(name);  // Another user's session is in the foreground.
             } else {
-                hear(name);
+                openKeyboard(name);
             }
         }
     }
 
-    void hearAll() {
+    void openAll() {
         for (const std::string& name : eventDevices(folder_)) {
-            hear(name);
+            openKeyboard(name);
         }
     }
 
-    void hear(const std::string& name) {
+    void openKeyboard(const std::string& name) {
         const std::string path = folder_ + "/" + name;
         const auto broken = broken_.find(name);
-        if (heard_.contains(name) || (broken != broken_.end() && broken->second == fileAt(path))) {
+        if (open_.contains(name) || (broken != broken_.end() && broken->second == fileAt(path))) {
             return;
         }
         auto keyboard = Keyboard::open(path);
         if (!keyboard) {
             return;
         }
-        auto watch = queue_.watch(keyboard->descriptor(), [this, name, heard = keyboard.get()] {
-            if (!heard->read(callbacks_.onKeyDown)) {
-                lose(name);
+        auto watch = queue_.watch(keyboard->descriptor(), [this, name, opened = keyboard.get()] {
+            if (!opened->read(callbacks_.onKeyDown)) {
+                closeFailed(name);
             }
         });
-        heard_.insert_or_assign(name, Heard{std::move(keyboard), std::move(watch)});
+        open_.insert_or_assign(name, OpenKeyboard{std::move(keyboard), std::move(watch)});
     }
 
     /// Closes a keyboard that has failed and reports that. It is not opened again until the device
     /// changes or another one takes its name; otherwise it could open and fail without end.
-    void lose(const std::string& name) {
-        const auto lost = heard_.find(name);
+    void closeFailed(const std::string& name) {
+        const auto lost = open_.find(name);
         broken_.insert_or_assign(name, lost->second.keyboard->file());
-        heard_.erase(lost);
+        open_.erase(lost);
         callbacks_.onDisabled();
     }
 
     EpollMainQueue& queue_;
     const std::string folder_;
     const KeyTapCallbacks callbacks_;
-    std::map<std::string, Heard> heard_;
+    std::map<std::string, OpenKeyboard> open_;
     std::map<std::string, ino_t> broken_;
     std::unique_ptr<FolderWatch> plugging_;
 };

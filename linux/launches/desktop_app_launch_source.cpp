@@ -33,19 +33,19 @@ void DesktopAppLaunchSource::removeObserver(Token token) {
 }
 
 void DesktopAppLaunchSource::listen() {
-    units_ = std::make_unique<SystemdAppLaunches>(queue_, [this] { tell(); });
+    units_ = std::make_unique<SystemdAppLaunches>(queue_, [this] { notifyObservers(); });
     if (environment_.isX11()) {
         windows_ = std::make_unique<X11AppLaunches>(
             queue_, environment_.display,
             X11AppLaunches::Callbacks{
-                .isHeardElsewhere = [this](pid_t process) { return isInHeardUnit(process); },
-                .onLaunch = [this] { tell(); }});
+                .isReportedElsewhere = [this](pid_t process) { return isInReportedUnit(process); },
+                .onLaunch = [this] { notifyObservers(); }});
     }
 }
 
 /// Notifies the observers after the current event, because an observer may remove itself and
 /// thereby destroy the caller.
-void DesktopAppLaunchSource::tell() {
+void DesktopAppLaunchSource::notifyObservers() {
     queue_.post(lifeline_.guard([this] {
         const auto observers = observers_;
         for (const auto& [token, observer] : observers) {
@@ -56,8 +56,8 @@ void DesktopAppLaunchSource::tell() {
     }));
 }
 
-bool DesktopAppLaunchSource::isInHeardUnit(pid_t process) const {
-    if (!units_->hears()) {
+bool DesktopAppLaunchSource::isInReportedUnit(pid_t process) const {
+    if (!units_->isSubscribed()) {
         return false;
     }
     std::ifstream file("/proc/" + std::to_string(process) + "/cgroup");

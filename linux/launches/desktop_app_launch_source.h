@@ -32,8 +32,8 @@ public:
 
 private:
     void listen();
-    void tell();
-    bool isInHeardUnit(pid_t process) const;
+    void notifyObservers();
+    bool isInReportedUnit(pid_t process) const;
 
     EpollMainQueue& queue_;
     const SessionEnvironment environment_;

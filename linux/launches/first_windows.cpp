@@ -13,19 +13,19 @@ FirstWindows::FirstWindows(Dependencies dependencies) : deps_(std::move(dependen
 void FirstWindows::begin(const std::vector<Window>& list) {
     ownerOf_.clear();
     windowsOf_.clear();
-    takeIn(list);
+    addWindows(list);
 }
 
 void FirstWindows::update(const std::vector<Window>& list) {
-    letGo(list);
-    for (const Owner owner : takeIn(list)) {
+    removeWindows(list);
+    for (const Owner owner : addWindows(list)) {
         deps_.onFirstWindow(owner);
     }
 }
 
 /// Records new windows and returns the processes that were unknown before and now have a window for
 /// the user.
-std::vector<FirstWindows::Owner> FirstWindows::takeIn(const std::vector<Window>& list) {
+std::vector<FirstWindows::Owner> FirstWindows::addWindows(const std::vector<Window>& list) {
     std::vector<Window> added;
     for (const Window window : list) {
         if (!ownerOf_.contains(window)) {
@@ -36,7 +36,7 @@ std::vector<FirstWindows::Owner> FirstWindows::takeIn(const std::vector<Window>&
     if (added.empty()) {
         return newcomers;
     }
-    const std::vector<Facts> facts = deps_.factsAbout(added);
+    const std::vector<Facts> facts = deps_.factsOf(added);
     for (std::size_t i = 0; i < added.size() && i < facts.size(); ++i) {
         if (!facts[i].owner) {
             continue;
@@ -51,7 +51,7 @@ std::vector<FirstWindows::Owner> FirstWindows::takeIn(const std::vector<Window>&
     return newcomers;
 }
 
-void FirstWindows::letGo(const std::vector<Window>& list) {
+void FirstWindows::removeWindows(const std::vector<Window>& list) {
     const std::set<Window> present(list.begin(), list.end());
     std::erase_if(ownerOf_, [&](const auto& entry) {
         if (present.contains(entry.first)) {
@@ -61,7 +61,7 @@ void FirstWindows::letGo(const std::vector<Window>& list) {
         return true;
     });
     std::erase_if(windowsOf_, [&](const auto& entry) {
-        return entry.second == 0 && !deps_.lives(entry.first);
+        return entry.second == 0 && !deps_.isAlive(entry.first);
     });
 }
 

@@ -28,9 +28,9 @@ public:
 
     struct Dependencies {
         /// Returns the facts about these windows, in the same order.
-        std::function<std::vector<Facts>(const std::vector<Window>&)> factsAbout;
+        std::function<std::vector<Facts>(const std::vector<Window>&)> factsOf;
         /// Returns whether a process without windows is still running.
-        std::function<bool(Owner)> lives;
+        std::function<bool(Owner)> isAlive;
         /// Called for each process that has opened its first window.
         std::function<void(Owner)> onFirstWindow;
     };
@@ -47,8 +47,8 @@ public:
     std::size_t known() const { return windowsOf_.size(); }
 
 private:
-    std::vector<Owner> takeIn(const std::vector<Window>& list);
-    void letGo(const std::vector<Window>& list);
+    std::vector<Owner> addWindows(const std::vector<Window>& list);
+    void removeWindows(const std::vector<Window>& list);
 
     const Dependencies deps_;
     std::map<Window, Owner> ownerOf_;

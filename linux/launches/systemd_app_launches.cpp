@@ -31,16 +31,16 @@ AppUnitLaunches::Moment now() {
 }  // namespace
 
 /// Asks when a unit became active. Lives until the answer arrives.
-struct SystemdAppLaunches::Question {
-    SystemdAppLaunches& asker;
+struct SystemdAppLaunches::Query {
+    SystemdAppLaunches& source;
     const std::string unitName;
 
     void onAnswer(sd_bus_message* reply) {
         std::uint64_t microseconds = 0;
         if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&
             sd_bus_message_read(reply, "v", "t", &microseconds) >= 0 &&
-            asker.launches_.isLaunch(unitName, AppUnitLaunches::Moment(microseconds))) {
-            asker.onLaunch_();
+            source.launches_.isLaunch(unitName, AppUnitLaunches::Moment(microseconds))) {
+            source.onLaunch_();
         }
     }
 };
@@ -49,7 +49,8 @@ SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void
                                        Seconds retryInterval)
     : onLaunch_(std::move(onLaunch)),
       link_(queue, sd_bus_open_user,
-            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { hears_ = false; }},
+            {.onOpen = [this](sd_bus* bus) { open(bus); },
+             .onLost = [this] { isSubscribed_ = false; }},
             retryInterval) {
     link_.keepOpen();
 }
@@ -77,7 +78,7 @@ void SystemdAppLaunches::subscribe(sd_bus* bus) {
 }
 
 void SystemdAppLaunches::onSubscribed(sd_bus_message* reply) {
-    hears_ = sd_bus_message_is_method_error(reply, nullptr) == 0;
+    isSubscribed_ = sd_bus_message_is_method_error(reply, nullptr) == 0;
 }
 
 void SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal) {
@@ -85,7 +86,7 @@ void SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal) {
     if (owner == nullptr) {
         return;
     }
-    hears_ = false;
+    isSubscribed_ = false;
     if (*owner != '\0') {
         subscribe(sd_bus_message_get_bus(signal));
     }
@@ -96,7 +97,7 @@ void SystemdAppLaunches::onJobRemoved(sd_bus_message* signal) {
     const char* result = nullptr;
     if (sd_bus_message_read(signal, "uoss", nullptr, nullptr, &unitName, &result) >= 0 &&
         AppUnit::isOne(unitName) && std::string_view(result) == "done") {
-        askSince(sd_bus_message_get_bus(signal), unitName);
+        requestActivationTime(sd_bus_message_get_bus(signal), unitName);
     }
 }
 
@@ -109,24 +110,23 @@ void SystemdAppLaunches::onUnitRemoved(sd_bus_message* signal) {
 
 /// Asks when the unit last became active, because the signal does not say whether the job was
 /// a start.
-void SystemdAppLaunches::askSince(sd_bus* bus, const char* unitName) {
+void SystemdAppLaunches::requestActivationTime(sd_bus* bus, const char* unitName) {
     char* path = nullptr;
     if (sd_bus_path_encode("/org/freedesktop/systemd1/unit", unitName, &path) < 0) {
         return;
     }
     const std::unique_ptr<char, FreeText> owned(path);
-    std::unique_ptr<Question> question(new Question{*this, unitName});
+    std::unique_ptr<Query> query(new Query{*this, unitName});
     sd_bus_slot* slot = nullptr;
     if (sd_bus_call_method_async(bus, &slot, kSystemd, path, "org.freedesktop.DBus.Properties",
-                                 "Get", callMember<&Question::onAnswer>, question.get(), "ss",
+                                 "Get", callMember<&Query::onAnswer>, query.get(), "ss",
                                  "org.freedesktop.systemd1.Unit",
                                  "ActiveEnterTimestampMonotonic") < 0) {
         return;
     }
-    // sd-bus destroys the question together with the slot.
-    sd_bus_slot_set_destroy_callback(slot,
-                                     [](void* asked) { delete static_cast<Question*>(asked); });
-    static_cast<void>(question.release());
+    // sd-bus destroys the query together with the slot.
+    sd_bus_slot_set_destroy_callback(slot, [](void* ended) { delete static_cast<Query*>(ended); });
+    static_cast<void>(query.release());
     sd_bus_slot_set_floating(slot, 1);
     sd_bus_slot_unref(slot);
 }

@@ -23,14 +23,14 @@ public:
                        Seconds retryInterval = kRetryInterval);
 
     /// Returns whether the manager is running and reports its units.
-    bool hears() const { return hears_; }
+    bool isSubscribed() const { return isSubscribed_; }
 
 private:
-    struct Question;
+    struct Query;
 
     void open(sd_bus* bus);
     void subscribe(sd_bus* bus);
-    void askSince(sd_bus* bus, const char* unitName);
+    void requestActivationTime(sd_bus* bus, const char* unitName);
 
     void onSubscribed(sd_bus_message* reply);
     void onOwnerChanged(sd_bus_message* signal);
@@ -39,7 +39,7 @@ private:
 
     const std::function<void()> onLaunch_;
     AppUnitLaunches launches_;
-    bool hears_ = false;
+    bool isSubscribed_ = false;
     BusLink link_;
 };
 

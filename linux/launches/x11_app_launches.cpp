@@ -20,8 +20,9 @@ namespace {
 // An owner is a process ID with this bit set, or a window ID if the process ID is unknown.
 constexpr FirstWindows::Owner kIsProcess = FirstWindows::Owner{1} << 32;
 
-xcb_get_property_cookie_t ask(xcb_connection_t* server, xcb_window_t window, xcb_atom_t property,
-                              xcb_atom_t type, std::uint32_t mostWords) {
+xcb_get_property_cookie_t requestProperty(xcb_connection_t* server, xcb_window_t window,
+                                          xcb_atom_t property, xcb_atom_t type,
+                                          std::uint32_t mostWords) {
     return xcb_get_property(server, 0, window, property, type, 0, mostWords);
 }
 
@@ -29,9 +30,9 @@ using Values = std::vector<std::uint32_t>;
 
 /// Returns the 32-bit values of a property: empty if it is missing or has another format, none if
 /// the window is gone.
-std::optional<Values> answer(xcb_connection_t* server, xcb_get_property_cookie_t question) {
+std::optional<Values> readProperty(xcb_connection_t* server, xcb_get_property_cookie_t request) {
     const XcbReply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(server, question, nullptr));
+        xcb_get_property_reply(server, request, nullptr));
     if (!reply) {
         return std::nullopt;
     }
@@ -48,8 +49,8 @@ std::optional<Values> answer(xcb_connection_t* server, xcb_get_property_cookie_t
 X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display,
                                Callbacks callbacks, Seconds retryInterval)
     : callbacks_(std::move(callbacks)),
-      firstWindows_({.factsAbout = [this](const auto& windows) { return factsAbout(windows); },
-                     .lives = [this](FirstWindows::Owner owner) { return lives(owner); },
+      firstWindows_({.factsOf = [this](const auto& windows) { return factsOf(windows); },
+                     .isAlive = [this](FirstWindows::Owner owner) { return isAlive(owner); },
                      .onFirstWindow = [this](FirstWindows::Owner owner) { announce(owner); }}),
       link_(queue, display,
             {.onOpen = [this](auto* server, auto root) { return open(server, root); },
@@ -73,14 +74,14 @@ bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
         {"_NET_WM_WINDOW_TYPE", &Atoms::type},
         {"_NET_WM_WINDOW_TYPE_DOCK", &Atoms::dock},
         {"_NET_WM_WINDOW_TYPE_DESKTOP", &Atoms::desktop}};
-    std::array<xcb_intern_atom_cookie_t, std::size(names)> questions{};
-    std::ranges::transform(names, questions.begin(), [&](const auto& name) {
+    std::array<xcb_intern_atom_cookie_t, std::size(names)> requests{};
+    std::ranges::transform(names, requests.begin(), [&](const auto& name) {
         return xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.first.size()),
                                name.first.data());
     });
-    for (std::size_t i = 0; i < questions.size(); ++i) {
+    for (std::size_t i = 0; i < requests.size(); ++i) {
         const XcbReply<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(server, questions.at(i), nullptr));
+            xcb_intern_atom_reply(server, requests.at(i), nullptr));
         if (!reply) {
             return false;
         }
@@ -94,28 +95,30 @@ bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
 
 std::vector<FirstWindows::Window> X11AppLaunches::windows() const {
     constexpr std::uint32_t kMostWindows = 65536;
-    return answer(link_.server(), ask(link_.server(), link_.root(), atoms_.clientList,
-                                      XCB_ATOM_WINDOW, kMostWindows))
+    return readProperty(link_.server(),
+                        requestProperty(link_.server(), link_.root(), atoms_.clientList,
+                                        XCB_ATOM_WINDOW, kMostWindows))
         .value_or(Values());
 }
 
 /// Takes one round trip for all windows together, and more for each that does not give its
 /// process ID.
-std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
+std::vector<FirstWindows::Facts> X11AppLaunches::factsOf(
     const std::vector<FirstWindows::Window>& windows) const {
-    struct Question {
+    struct Request {
         xcb_get_property_cookie_t pid, type;
     };
-    std::vector<Question> questions;
-    questions.reserve(windows.size());
+    std::vector<Request> requests;
+    requests.reserve(windows.size());
     for (const auto window : windows) {
-        questions.push_back({.pid = ask(link_.server(), window, atoms_.pid, XCB_ATOM_CARDINAL, 1),
-                             .type = ask(link_.server(), window, atoms_.type, XCB_ATOM_ATOM, 8)});
+        requests.push_back(
+            {.pid = requestProperty(link_.server(), window, atoms_.pid, XCB_ATOM_CARDINAL, 1),
+             .type = requestProperty(link_.server(), window, atoms_.type, XCB_ATOM_ATOM, 8)});
     }
     std::vector<FirstWindows::Facts> facts;
     for (std::size_t i = 0; i < windows.size(); ++i) {
-        const auto pid = answer(link_.server(), questions[i].pid);
-        const auto types = answer(link_.server(), questions[i].type);
+        const auto pid = readProperty(link_.server(), requests[i].pid);
+        const auto types = readProperty(link_.server(), requests[i].type);
         if (!pid || !types) {
             facts.emplace_back();
             continue;
@@ -132,21 +135,22 @@ std::vector<FirstWindows::Facts> X11AppLaunches::factsAbout(
 /// the part of the window ID that all windows of one client share.
 std::optional<FirstWindows::Owner> X11AppLaunches::ownerWithoutPid(
     FirstWindows::Window window) const {
-    const auto leader =
-        answer(link_.server(), ask(link_.server(), window, atoms_.leader, XCB_ATOM_WINDOW, 1));
+    const auto leader = readProperty(
+        link_.server(), requestProperty(link_.server(), window, atoms_.leader, XCB_ATOM_WINDOW, 1));
     if (!leader) {
         return std::nullopt;
     }
     if (leader->empty()) {
         return window & ~xcb_get_setup(link_.server())->resource_id_mask;
     }
-    const auto pid = answer(link_.server(),
-                            ask(link_.server(), leader->front(), atoms_.pid, XCB_ATOM_CARDINAL, 1));
+    const auto pid = readProperty(
+        link_.server(),
+        requestProperty(link_.server(), leader->front(), atoms_.pid, XCB_ATOM_CARDINAL, 1));
     return pid.value_or(Values()).empty() ? FirstWindows::Owner{leader->front()}
                                           : kIsProcess | pid->front();
 }
 
-bool X11AppLaunches::lives(FirstWindows::Owner owner) const {
+bool X11AppLaunches::isAlive(FirstWindows::Owner owner) const {
     if ((owner & kIsProcess) != 0) {
         return kill(static_cast<pid_t>(owner & ~kIsProcess), 0) == 0 || errno != ESRCH;
     }
@@ -159,7 +163,7 @@ bool X11AppLaunches::lives(FirstWindows::Owner owner) const {
 void X11AppLaunches::announce(FirstWindows::Owner owner) const {
     const bool isProcess = (owner & kIsProcess) != 0;
     const auto process = static_cast<pid_t>(owner & ~kIsProcess);
-    if (!isProcess || (process != getpid() && !callbacks_.isHeardElsewhere(process))) {
+    if (!isProcess || (process != getpid() && !callbacks_.isReportedElsewhere(process))) {
         callbacks_.onLaunch();
     }
 }

@@ -24,7 +24,7 @@ class X11AppLaunches {
 public:
     struct Callbacks {
         /// Returns whether launches of this process are already reported by another source.
-        std::function<bool(pid_t process)> isHeardElsewhere;
+        std::function<bool(pid_t process)> isReportedElsewhere;
         std::function<void()> onLaunch;
     };
 
@@ -40,10 +40,10 @@ private:
 
     bool open(xcb_connection_t* server, xcb_window_t root);
     std::vector<FirstWindows::Window> windows() const;
-    std::vector<FirstWindows::Facts> factsAbout(
+    std::vector<FirstWindows::Facts> factsOf(
         const std::vector<FirstWindows::Window>& windows) const;
     std::optional<FirstWindows::Owner> ownerWithoutPid(FirstWindows::Window window) const;
-    bool lives(FirstWindows::Owner owner) const;
+    bool isAlive(FirstWindows::Owner owner) const;
     void announce(FirstWindows::Owner owner) const;
 
     const Callbacks callbacks_;

@@ -25,7 +25,7 @@ struct RouteRequest {
     rtmsg route;
 };
 
-struct LinkQuestion {
+struct LinkRequest {
     nlmsghdr header;
     ifinfomsg link;
     rtattr maskHeader;
@@ -75,60 +75,60 @@ bool RtnetlinkReachabilitySource::isReachable() {
         const bool isLast = attempt == kMaxDumps;
         if (state == State::complete || state == State::unfinished ||
             (state == State::interrupted && isLast)) {
-            return leadsOut(hops_, [this](std::uint32_t link) { return askLink(link); });
+            return leadsOut(hops_, [this](std::uint32_t link) { return requestLink(link); });
         }
     }
     return false;
 }
 
 NetlinkReply::State RtnetlinkReachabilitySource::dumpRoutes(std::vector<RouteHop>& hops) {
-    RouteRequest question{};
-    question.header = {.nlmsg_len = sizeof question,
-                       .nlmsg_type = RTM_GETROUTE,
-                       .nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP,
-                       .nlmsg_seq = ++sequence_,
-                       .nlmsg_pid = 0};
-    question.route.rtm_type = RTN_UNICAST;
+    RouteRequest request{};
+    request.header = {.nlmsg_len = sizeof request,
+                      .nlmsg_type = RTM_GETROUTE,
+                      .nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP,
+                      .nlmsg_seq = ++sequence_,
+                      .nlmsg_pid = 0};
+    request.route.rtm_type = RTN_UNICAST;
     hops.clear();
-    return ask(std::as_bytes(std::span(&question, 1)), sequence_,
-               [&hops](std::uint16_t type, std::span<const std::byte> body) {
-                   if (type == RTM_NEWROUTE) {
-                       appendHops(body, hops);
-                   }
-               });
+    return send(std::as_bytes(std::span(&request, 1)), sequence_,
+                [&hops](std::uint16_t type, std::span<const std::byte> body) {
+                    if (type == RTM_NEWROUTE) {
+                        appendHops(body, hops);
+                    }
+                });
 }
 
-LinkState RtnetlinkReachabilitySource::askLink(std::uint32_t index) {
-    LinkQuestion question{};
-    question.header = {.nlmsg_len = sizeof question,
-                       .nlmsg_type = RTM_GETLINK,
-                       .nlmsg_flags = NLM_F_REQUEST,
-                       .nlmsg_seq = ++sequence_,
-                       .nlmsg_pid = 0};
-    question.link.ifi_index = static_cast<int>(index);
-    question.maskHeader = {.rta_len = RTA_LENGTH(sizeof question.mask), .rta_type = IFLA_EXT_MASK};
-    question.mask = RTEXT_FILTER_SKIP_STATS;
+LinkState RtnetlinkReachabilitySource::requestLink(std::uint32_t index) {
+    LinkRequest request{};
+    request.header = {.nlmsg_len = sizeof request,
+                      .nlmsg_type = RTM_GETLINK,
+                      .nlmsg_flags = NLM_F_REQUEST,
+                      .nlmsg_seq = ++sequence_,
+                      .nlmsg_pid = 0};
+    request.link.ifi_index = static_cast<int>(index);
+    request.maskHeader = {.rta_len = RTA_LENGTH(sizeof request.mask), .rta_type = IFLA_EXT_MASK};
+    request.mask = RTEXT_FILTER_SKIP_STATS;
     std::optional<LinkState> link;
     if (hasSocket()) {
-        ask(std::as_bytes(std::span(&question, 1)), sequence_,
-            [&link](std::uint16_t type, std::span<const std::byte> body) {
-                if (type == RTM_NEWLINK) {
-                    link = readLink(body);
-                }
-            });
+        send(std::as_bytes(std::span(&request, 1)), sequence_,
+             [&link](std::uint16_t type, std::span<const std::byte> body) {
+                 if (type == RTM_NEWLINK) {
+                     link = readLink(body);
+                 }
+             });
     }
     // The kernel refuses the request if the link has vanished since its route was read.
     return link.value_or(LinkState{.usable = false, .isTunnel = false});
 }
 
-NetlinkReply::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> question,
-                                                     std::uint32_t sequence,
-                                                     const NetlinkReply::Visitor& visit) {
-    NetlinkReply answer(sequence, visit);
+NetlinkReply::State RtnetlinkReachabilitySource::send(std::span<const std::byte> request,
+                                                      std::uint32_t sequence,
+                                                      const NetlinkReply::Visitor& visit) {
+    NetlinkReply reply(sequence, visit);
     State state = State::failed;
-    if (send(socket_.get(), question.data(), question.size(), 0) ==
-        static_cast<ssize_t>(question.size())) {
-        state = receive(answer);
+    if (::send(socket_.get(), request.data(), request.size(), 0) ==
+        static_cast<ssize_t>(request.size())) {
+        state = receive(reply);
     }
     if (state == State::failed || state == State::unfinished) {
         // Discards the rest of the answer, which must not reach a later request.
@@ -139,7 +139,7 @@ NetlinkReply::State RtnetlinkReachabilitySource::ask(std::span<const std::byte> 
 
 /// Takes datagrams from the kernel only; privileged processes can send to this socket too. Never
 /// blocks: the kernel produces a dump as it is read, and any other answer before `send()` returns.
-NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& answer) {
+NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& reply) {
     for (int i = 0; i < kMaxDatagrams; ++i) {
         iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};
         sockaddr_nl sender{};
@@ -159,8 +159,8 @@ NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& answer) {
             continue;
         }
         const State state =
-            answer.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),
-                        (message.msg_flags & MSG_TRUNC) != 0);
+            reply.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),
+                       (message.msg_flags & MSG_TRUNC) != 0);
         if (state != State::unfinished) {
             return state;
         }

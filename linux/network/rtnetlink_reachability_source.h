@@ -35,10 +35,10 @@ private:
 
     bool hasSocket();
     State dumpRoutes(std::vector<RouteHop>& hops);
-    LinkState askLink(std::uint32_t index);
-    State ask(std::span<const std::byte> question, std::uint32_t sequence,
-              const NetlinkReply::Visitor& visit);
-    State receive(NetlinkReply& answer);
+    LinkState requestLink(std::uint32_t index);
+    State send(std::span<const std::byte> request, std::uint32_t sequence,
+               const NetlinkReply::Visitor& visit);
+    State receive(NetlinkReply& reply);
 
     bool isOpen_ = false;
     FileDescriptor socket_;

@@ -19,7 +19,7 @@ constexpr const char* kManager = "org.freedesktop.login1.Manager";
 
 LogindSleepSource::LogindSleepSource(EpollMainQueue& queue, Seconds retryInterval)
     : link_(queue, sd_bus_open_system,
-            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { startOver(); }},
+            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { reset(); }},
             retryInterval) {}
 
 bool LogindSleepSource::registerHandler(Handler handler) {
@@ -44,12 +44,12 @@ void LogindSleepSource::takeInhibitor(sd_bus* bus) {
     }
     const BusMessage owned(call);
     sd_bus_message_set_auto_start(call, 0);
-    sd_bus_slot* asking = nullptr;
+    sd_bus_slot* request = nullptr;
     if (sd_bus_message_append(call, "ssss", "sleep", "Chimewerk",
                               "Plays the sound of the closing lid", "delay") >= 0 &&
-        sd_bus_call_async(bus, &asking, call, callMember<&LogindSleepSource::onInhibited>, this,
+        sd_bus_call_async(bus, &request, call, callMember<&LogindSleepSource::onInhibited>, this,
                           0) >= 0) {
-        asking_.reset(asking);
+        inhibitorRequest_.reset(request);
     }
 }
 
@@ -64,12 +64,12 @@ void LogindSleepSource::onInhibited(sd_bus_message* reply) {
 
 /// Closes the inhibitor, and cancels a request for one.
 void LogindSleepSource::dropInhibitor() {
-    asking_ = nullptr;
+    inhibitorRequest_ = nullptr;
     inhibitor_ = FileDescriptor();
 }
 
 /// Forgets a sleep in progress: logind, which announced it, is gone.
-void LogindSleepSource::startOver() {
+void LogindSleepSource::reset() {
     dropInhibitor();
     isGoingToSleep_ = false;
 }
@@ -79,7 +79,7 @@ void LogindSleepSource::onOwnerChanged(sd_bus_message* signal) {
     if (owner == nullptr) {
         return;
     }
-    startOver();
+    reset();
     if (*owner != '\0') {
         takeInhibitor(sd_bus_message_get_bus(signal));
     }
@@ -91,14 +91,14 @@ void LogindSleepSource::onPrepareForSleep(sd_bus_message* signal) {
         return;
     }
     if (begins != 0) {
-        fallAsleep();
+        reportSleep();
     } else {
-        wake(sd_bus_message_get_bus(signal));
+        reportWake(sd_bus_message_get_bus(signal));
     }
 }
 
 /// Reports the sleep. A repeated announcement belongs to the same sleep.
-void LogindSleepSource::fallAsleep() {
+void LogindSleepSource::reportSleep() {
     if (!std::exchange(isGoingToSleep_, true)) {
         ++sleep_;
     }
@@ -106,7 +106,7 @@ void LogindSleepSource::fallAsleep() {
 }
 
 /// Reports the wake, and takes a new inhibitor. After a cancelled sleep the old one is still held.
-void LogindSleepSource::wake(sd_bus* bus) {
+void LogindSleepSource::reportWake(sd_bus* bus) {
     isGoingToSleep_ = false;
     if (!inhibitor_) {
         takeInhibitor(bus);

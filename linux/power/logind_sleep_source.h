@@ -31,9 +31,9 @@ private:
     void open(sd_bus* bus);
     void takeInhibitor(sd_bus* bus);
     void dropInhibitor();
-    void startOver();
-    void fallAsleep();
-    void wake(sd_bus* bus);
+    void reset();
+    void reportSleep();
+    void reportWake(sd_bus* bus);
 
     void onPrepareForSleep(sd_bus_message* signal);
     void onOwnerChanged(sd_bus_message* signal);
@@ -46,7 +46,7 @@ private:
     bool isGoingToSleep_ = false;
     FileDescriptor inhibitor_;
     BusLink link_;
-    BusSlot asking_;  // Destroyed before the bus on which it was sent
+    BusSlot inhibitorRequest_;  // Destroyed before the bus on which it was sent
 };
 
 }  // namespace chimewerk

@@ -58,7 +58,7 @@ private:
 UPowerPowerSources::UPowerPowerSources(EpollMainQueue& queue, Seconds retryInterval)
     : link_(queue, sd_bus_open_system, {.onOpen = [this](sd_bus* bus) { open(bus); }},
             retryInterval),
-      look_(queue, kTogether, [this] { look(); }) {}
+      delayedCheck_(queue, kTogether, [this] { check(); }) {}
 
 std::unique_ptr<PowerSources::Subscription> UPowerPowerSources::subscribe(Callbacks callbacks) {
     callbacks_ = std::move(callbacks);
@@ -76,43 +76,44 @@ void UPowerPowerSources::open(sd_bus* bus) {
                                   this);
     }
     matchOwnerChanges(bus, kUPower, callMember<&UPowerPowerSources::onOwnerChanged>, this);
-    ask(bus);
+    requestAll(bus);
 }
 
 /// Asks for all properties of both objects. The old state stays valid until both have answered.
-void UPowerPowerSources::ask(sd_bus* bus) {
+void UPowerPowerSources::requestAll(sd_bus* bus) {
     facts_ = {};
     machineKnown_ = deviceKnown_ = false;
-    askingMachine_ =
-        askFor(bus, kMachinePath, kMachine, callMember<&UPowerPowerSources::onMachine>);
-    askingDevice_ = askFor(bus, kDevicePath, kDevice, callMember<&UPowerPowerSources::onDevice>);
+    machineRequest_ =
+        requestProperties(bus, kMachinePath, kMachine, callMember<&UPowerPowerSources::onMachine>);
+    deviceRequest_ =
+        requestProperties(bus, kDevicePath, kDevice, callMember<&UPowerPowerSources::onDevice>);
 }
 
-BusSlot UPowerPowerSources::askFor(sd_bus* bus, const char* path, const char* interface,
-                                   sd_bus_message_handler_t onAnswer) {
-    sd_bus_slot* asking = nullptr;
-    sd_bus_call_method_async(bus, &asking, kUPower, path, kProperties, "GetAll", onAnswer, this,
+BusSlot UPowerPowerSources::requestProperties(sd_bus* bus, const char* path, const char* interface,
+                                              sd_bus_message_handler_t onReply) {
+    sd_bus_slot* request = nullptr;
+    sd_bus_call_method_async(bus, &request, kUPower, path, kProperties, "GetAll", onReply, this,
                              "s", interface);
-    return BusSlot(asking);
+    return BusSlot(request);
 }
 
 void UPowerPowerSources::onMachine(sd_bus_message* reply) {
     if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
         machineKnown_ = true;
-        take(reply);
+        readProperties(reply);
     }
 }
 
 void UPowerPowerSources::onDevice(sd_bus_message* reply) {
     if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
         deviceKnown_ = true;
-        take(reply);
+        readProperties(reply);
     }
 }
 
 void UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal) {
     if (sd_bus_message_skip(signal, "s") >= 0) {
-        take(signal);
+        readProperties(signal);
     }
 }
 
@@ -120,23 +121,23 @@ void UPowerPowerSources::onPropertiesChanged(sd_bus_message* signal) {
 void UPowerPowerSources::onOwnerChanged(sd_bus_message* signal) {
     const char* const owner = readNewOwner(signal);
     if (owner != nullptr && *owner != '\0') {
-        ask(sd_bus_message_get_bus(signal));
+        requestAll(sd_bus_message_get_bus(signal));
     }
 }
 
 /// Reads the properties of either object; the relevant ones have different names.
-void UPowerPowerSources::take(sd_bus_message* properties) {
+void UPowerPowerSources::readProperties(sd_bus_message* properties) {
     if (sd_bus_message_enter_container(properties, 'a', "{sv}") < 0) {
         return;
     }
     while (sd_bus_message_enter_container(properties, 'e', "sv") > 0) {
-        takeOne(properties);
+        readProperty(properties);
         sd_bus_message_exit_container(properties);
     }
-    look_.schedule();
+    delayedCheck_.schedule();
 }
 
-void UPowerPowerSources::takeOne(sd_bus_message* properties) {
+void UPowerPowerSources::readProperty(sd_bus_message* properties) {
     const char* text = nullptr;
     if (sd_bus_message_read(properties, "s", &text) < 0) {
         return;
@@ -159,7 +160,7 @@ void UPowerPowerSources::takeOne(sd_bus_message* properties) {
     }
 }
 
-void UPowerPowerSources::look() {
+void UPowerPowerSources::check() {
     if (!machineKnown_ || !deviceKnown_) {
         return;
     }

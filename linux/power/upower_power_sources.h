@@ -42,12 +42,12 @@ private:
     };
 
     void open(sd_bus* bus);
-    void ask(sd_bus* bus);
-    BusSlot askFor(sd_bus* bus, const char* path, const char* interface,
-                   sd_bus_message_handler_t onAnswer);
-    void take(sd_bus_message* properties);
-    void takeOne(sd_bus_message* properties);
-    void look();
+    void requestAll(sd_bus* bus);
+    BusSlot requestProperties(sd_bus* bus, const char* path, const char* interface,
+                              sd_bus_message_handler_t onReply);
+    void readProperties(sd_bus_message* properties);
+    void readProperty(sd_bus_message* properties);
+    void check();
     std::optional<PowerSourceDescription> describe() const;
 
     void onMachine(sd_bus_message* reply);
@@ -66,10 +66,10 @@ private:
 
     BusLink link_;
     // Destroyed before the bus on which the requests were sent.
-    BusSlot askingMachine_;
-    BusSlot askingDevice_;
+    BusSlot machineRequest_;
+    BusSlot deviceRequest_;
     /// UPower reports the machine and the device in two messages; together they are one change.
-    DelayedCall look_;
+    DelayedCall delayedCheck_;
 };
 
 }  // namespace chimewerk

@@ -36,7 +36,7 @@ std::string nameAside(const std::string& path, int number) {
 
 /// Returns the file at the end of a chain of symbolic links, whether or not it exists; `path`
 /// itself if the links form a circle.
-std::string followed(const std::string& path) {
+std::string resolveLinks(const std::string& path) {
     constexpr int kMaxLinks = 40;
     fs::path target = path;
     for (int i = 0; i < kMaxLinks; ++i) {
@@ -147,7 +147,7 @@ bool SettingsFile::replace(std::string_view text) {
         }
         copyFirst_ = false;
     }
-    const std::string target = followed(path_);
+    const std::string target = resolveLinks(path_);
     if (!makeFolder(folderOf(target))) {
         return false;
     }
@@ -171,7 +171,7 @@ bool SettingsFile::takePlace(AtomicFile& file, const std::string& target) const 
 }
 
 bool SettingsFile::copyAside() const {
-    const std::string target = followed(path_);
+    const std::string target = resolveLinks(path_);
     std::error_code ignored;
     if (!fs::exists(target, ignored)) {
         return true;
@@ -193,7 +193,7 @@ bool SettingsFile::copyAside() const {
 bool SettingsFile::moveAside() const {
     // If the path is a link to a file, the file is moved; if it is a link to anything else, the
     // link is moved.
-    const std::string target = followed(path_);
+    const std::string target = resolveLinks(path_);
     struct stat status {};
     const bool regular = stat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode);
     const std::string& from = regular ? target : path_;

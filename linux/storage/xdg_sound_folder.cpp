@@ -43,7 +43,7 @@ Outcome notCopied(int error) {
 }
 
 /// Returns 0 if the file can be copied, else an error number.
-int whyNoFile(const FileDescriptor& file, struct stat& status) {
+int copyObstacle(const FileDescriptor& file, struct stat& status) {
     if (!file || fstat(file.get(), &status) != 0) {
         return errno;
     }
@@ -73,8 +73,8 @@ public:
         const FileDescriptor file(
             open(chosen.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
         struct stat status {};
-        if (const int why = whyNoFile(file, status); why != 0) {
-            return {notCopied(why)};
+        if (const int obstacle = copyObstacle(file, status); obstacle != 0) {
+            return {notCopied(obstacle)};
         }
         const std::string destination = folder_ + "/" + chosen.substr(chosen.rfind('/') + 1);
         if (isSameFile(destination, status)) {
@@ -179,8 +179,8 @@ std::unique_ptr<SoundFolder::Addition> XdgSoundFolder::add(const std::string& fi
             if (!state->givenUp) {
                 const Outcome outcome = finish(prepared);
                 // `done` may destroy the addition, and with it `state->done`.
-                const Done tell = std::exchange(state->done, nullptr);
-                tell(outcome);
+                const Done report = std::exchange(state->done, nullptr);
+                report(outcome);
             }
         });
     });

@@ -66,12 +66,12 @@ protected:
 
     /// Makes every event that has a monitor happen once. Returns the events that were counted, in
     /// the table's order.
-    std::string heard() {
+    std::string countedEvents() {
         for (SoundEvent& event : manager.events) {
             event.triggerCount = 0;
         }
         const std::function<void()> signals[] = {
-            [this] { microphone.hear(0.8F); },
+            [this] { microphone.send(0.8F); },
             [this] { powerSources.change({{.isOnBattery = true, .charge = 80}}); },
             [this] { powerSources.change({{.isOnBattery = true, .charge = 10}}); },
             [this] { powerSources.change({{.isOnBattery = false, .charge = 80}}); },
@@ -136,14 +136,14 @@ protected:
 TEST_F(TheAppDelegate, PlaysEachMonitorsEventsFromLaunchToQuit) {
     launch();
     EXPECT_EQ(
-        heard(),
+        countedEvents(),
         "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
         "brightness_up*1 brightness_down*1 key_press*1 volume_up*1 volume_down*1 screenshot*1 app_launch*1 "
         "trash_empty*1 trash_add*1 network_up*1 network_down*1 battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
     EXPECT_FALSE(keys.tapExists());
     // The system's power messages still arrive until the process ends.
-    EXPECT_EQ(heard(), "lid_open*1 lid_close*1 ");
+    EXPECT_EQ(countedEvents(), "lid_open*1 lid_close*1 ");
     EXPECT_FALSE(lid.isOpen());
     EXPECT_FALSE(usb.isOpen());
     EXPECT_EQ(launches.observers(), 0U);
@@ -160,7 +160,7 @@ TEST_F(TheAppDelegate, StartsTheIconFirstAndStopsTheMicrophoneFirst) {
               "-engine -tap -keys -lid -folders -launches -network -usb -power finder+");
 }
 
-TEST_F(TheAppDelegate, ListensAnewAfterAWakeAndToTheKeysOnlyWhileTheirEventIsOn) {
+TEST_F(TheAppDelegate, RestartsTheMicrophoneAfterAWakeAndTheKeyboardOnlyIfItsEventIsOn) {
     launch();
     for (const bool keysOn : {true, false}) {
         enable({"key_press"}, keysOn);
@@ -175,12 +175,12 @@ TEST_F(TheAppDelegate, ListensAnewAfterAWakeAndToTheKeysOnlyWhileTheirEventIsOn)
     }
 }
 
-TEST_F(TheAppDelegate, TakesTheSensitivityForTheNextKnock) {
+TEST_F(TheAppDelegate, AppliesANewSensitivityToTheNextKnock) {
     const auto knocks = [this](const char* sensitivity, float peak) {
         launch();
         statusItem.choose(sensitivity);
         const auto before = manager.findEvent("slap")->triggerCount;
-        microphone.hear(peak);
+        microphone.send(peak);
         queue.runPosted();
         return manager.findEvent("slap")->triggerCount > before;
     };
@@ -202,25 +202,25 @@ TEST_F(TheAppDelegate,
             "lid_angle"},
            true);
     EXPECT_EQ(
-        heard(),
+        countedEvents(),
         "slap*1 lid_open*1 lid_close*1 lid_angle*1 charger_connect*1 charger_disconnect*1 "
         "brightness_up*1 brightness_down*1 app_launch*1 trash_empty*1 trash_add*1 network_up*1 network_down*1 "
         "battery_low*1 usb_connect*1 ");
     delegate->applicationWillTerminate();
 }
 
-TEST_F(TheAppDelegate, HearsBothVolumeEventsWhenOneIsOnAtLaunch) {
+TEST_F(TheAppDelegate, ReportsBothVolumeEventsIfOneIsOnAtLaunch) {
     enable({"volume_up"}, false);
     launch();
-    EXPECT_EQ(heard().find("volume_up"), std::string::npos);
+    EXPECT_EQ(countedEvents().find("volume_up"), std::string::npos);
     enable({"volume_up"}, true);
-    EXPECT_NE(heard().find("volume_up*1 volume_down*1"), std::string::npos);
+    EXPECT_NE(countedEvents().find("volume_up*1 volume_down*1"), std::string::npos);
 }
 
 TEST_F(TheAppDelegate, SetsTheLidsThresholdFromTheEvent) {
     manager.findEvent("lid_angle")->threshold = 20;
     launch();
-    EXPECT_NE(heard().find("lid_angle*1"), std::string::npos);
+    EXPECT_NE(countedEvents().find("lid_angle*1"), std::string::npos);
 }
 
 TEST_F(TheAppDelegate, ShowsAMenuThatMarksOneSensitivityUntilTheNextLaunch) {
@@ -239,7 +239,7 @@ TEST_F(TheAppDelegate, ShowsAMenuThatMarksOneSensitivityUntilTheNextLaunch) {
     EXPECT_EQ(statusItem.text(), menu("Low ( ), Medium (x), High ( )"));
 }
 
-TEST_F(TheAppDelegate, MakesEachWindowWhenItIsFirstWantedAndShowsThatOneFromThenOn) {
+TEST_F(TheAppDelegate, MakesEachWindowAtItsFirstUseAndReusesIt) {
     launch();
     EXPECT_EQ(windows.log, "");
     statusItem.choose("Help & Troubleshooting");
@@ -253,27 +253,27 @@ TEST_F(TheAppDelegate, MakesEachWindowWhenItIsFirstWantedAndShowsThatOneFromThen
         "help shown, ");
 }
 
-TEST_F(TheAppDelegate, LeavesQuittingToTheMainLoop) {
+TEST_F(TheAppDelegate, QuitsThroughTheMainLoop) {
     launch();
     statusItem.choose("Quit");
     EXPECT_EQ(terminations, 1);
     EXPECT_TRUE(usb.isOpen());
 }
 
-TEST_F(TheAppDelegate, PlaysNothingOnceItIsGoneWhateverIsUnderWay) {
+TEST_F(TheAppDelegate, PlaysNothingAfterItsDestruction) {
     launch();
     trash.countsAtOnce = false;
     trash.change(1);
     queue.advance(Seconds{0.5});
     folders.add("/shots", "Screenshot.png");
     system.send(kIOPMSystemHasPoweredOn);
-    microphone.hear(0.8F);
+    microphone.send(0.8F);
     usb.plug();
     lid.moveTo(120);
     delegate.reset();
     EXPECT_EQ(microphone.taps(), 0U);
     trash.answer(1);
-    EXPECT_EQ(heard(), "");
+    EXPECT_EQ(countedEvents(), "");
 }
 
 TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
@@ -294,7 +294,7 @@ TEST_F(TheAppDelegate, SilencesTheFileManagerWhileEitherTrashEventIsOn) {
     }
 }
 
-TEST(TheSensitivity, IsMediumUnderAnUnknownName) {
+TEST(TheSensitivity, IsMediumForAnUnknownName) {
     EXPECT_EQ(slapThresholdFor("high"), 0.75F);
     EXPECT_EQ(slapThresholdFor(""), 0.75F);
 }

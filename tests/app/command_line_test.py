@@ -24,7 +24,7 @@ class TheCommandLine(unittest.TestCase):
         self.assertEqual((status, errors), (0, ""))
         self.assertRegex(output, r"^chimewerk \d+\.\d+\.\d+\n$")
 
-    def test_explains_every_option_when_asked_and_when_it_understands_nothing(self):
+    def test_prints_usage_when_asked_and_for_invalid_options(self):
         status, usage, errors = answer("--help")
         self.assertEqual((status, errors), (0, ""))
         for option in ("--open-dashboard", "--open-help", "--quit", "--version", "--help"):

@@ -25,7 +25,7 @@ def demonstrate(**environment):
 
 
 class TheDemonstration(unittest.TestCase):
-    def test_hears_each_event_and_records_it(self):
+    def test_records_each_event(self):
         status, printed, recorded = demonstrate()
         self.assertEqual(status, 0, printed)
         for event in ("trash_add", "trash_empty"):

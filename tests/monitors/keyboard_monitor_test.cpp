@@ -32,7 +32,7 @@ protected:
         }
         return sources;
     }
-    bool hears() {
+    bool isListening() {
         const std::size_t before = sounds.plays().size();
         keys.press(0);
         return sounds.plays().size() == before + 1;
@@ -58,14 +58,14 @@ TEST_F(TheKeyboardMonitor, PlaysTheSoundOfTheKeyBeforeThePressReturns) {
     EXPECT_EQ(keys.pagesShown, 0);
 }
 
-TEST_F(TheKeyboardMonitor, StartsOnceHoweverOftenItIsStarted) {
+TEST_F(TheKeyboardMonitor, StartsOnlyOnce) {
     monitor.start();
     monitor.start();
     EXPECT_EQ(keys.tapsMade, 1);
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(isListening());
 }
 
-TEST_F(TheKeyboardMonitor, ShowsThePageAndListensWithinAPollOfThePermission) {
+TEST_F(TheKeyboardMonitor, ShowsThePageAndListensAtTheFirstPollWithPermission) {
     keys.mayListen = false;
     monitor.start();
     EXPECT_EQ(keys.pagesShown, 1);
@@ -75,7 +75,7 @@ TEST_F(TheKeyboardMonitor, ShowsThePageAndListensWithinAPollOfThePermission) {
     keys.mayListen = true;
     pollPermission();
     EXPECT_TRUE(monitor.active);
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(isListening());
     queue.advance(Seconds{10});
     EXPECT_EQ(keys.tapsMade, 1);
     EXPECT_EQ(queue.queued(), 0U);  // The polling has stopped.
@@ -93,7 +93,7 @@ TEST_F(TheKeyboardMonitor, ShowsThePageAgainAndReplacesThePollWhenStartedWhileWa
     EXPECT_EQ(keys.tapsMade, 1);
 }
 
-TEST_F(TheKeyboardMonitor, StartsNothingWhenThePermissionComesAfterAStop) {
+TEST_F(TheKeyboardMonitor, StaysStoppedWhenPermissionComesAfterAStop) {
     keys.mayListen = false;
     monitor.start();
     monitor.stop();
@@ -104,15 +104,15 @@ TEST_F(TheKeyboardMonitor, StartsNothingWhenThePermissionComesAfterAStop) {
     EXPECT_EQ(queue.queued(), 0U);
 }
 
-TEST_F(TheKeyboardMonitor, HearsNothingAfterAStopAndAgainAfterAStart) {
+TEST_F(TheKeyboardMonitor, IsSilentAfterAStopUntilTheNextStart) {
     monitor.stop();  // Before any start.
     monitor.start();
     monitor.stop();
     EXPECT_FALSE(monitor.active);
     EXPECT_EQ(monitor.tap, nullptr);
-    EXPECT_FALSE(hears());
+    EXPECT_FALSE(isListening());
     monitor.start();
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(isListening());
 }
 
 TEST_F(TheKeyboardMonitor, ReenablesATapThatTheSystemDisabled) {
@@ -120,7 +120,7 @@ TEST_F(TheKeyboardMonitor, ReenablesATapThatTheSystemDisabled) {
     for (int i = 0; i < 3; ++i) {
         keys.disableTap();
         EXPECT_TRUE(monitor.active);
-        EXPECT_TRUE(hears());
+        EXPECT_TRUE(isListening());
     }
     EXPECT_EQ(keys.enablings, 4);
 }
@@ -129,7 +129,7 @@ TEST_F(TheKeyboardMonitor, RestartsWithANewTapOrEndsStoppedWithoutAPage) {
     monitor.start();
     monitor.restart();
     EXPECT_EQ(keys.tapsMade, 2);
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(isListening());
 
     keys.mayListen = false;
     monitor.restart();
@@ -148,7 +148,7 @@ TEST_F(TheKeyboardMonitor, RestartsWithANewTapOrEndsStoppedWithoutAPage) {
     EXPECT_FALSE(monitor.active);
 }
 
-TEST_F(TheKeyboardMonitor, StaysInactiveWhenNoTapCanBeHadUntilItIsStartedAgain) {
+TEST_F(TheKeyboardMonitor, StaysInactiveIfNoTapCanBeMadeUntilItIsStartedAgain) {
     keys.tapsCanBeMade = false;
     monitor.start();
     EXPECT_FALSE(monitor.active);
@@ -157,7 +157,7 @@ TEST_F(TheKeyboardMonitor, StaysInactiveWhenNoTapCanBeHadUntilItIsStartedAgain) 
     pollPermission(3);
     EXPECT_FALSE(monitor.active);
     monitor.start();
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(isListening());
 }
 
 }  // namespace

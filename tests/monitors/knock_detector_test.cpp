@@ -37,16 +37,16 @@ protected:
         detector->onKnock = [this] { library->play("slap"); };
     }
     /// Sends buffers with these peaks and returns the number of knocks counted.
-    int hear(const std::vector<float>& peaks, std::chrono::nanoseconds apart = kBuffer) {
+    int knocksIn(const std::vector<float>& peaks, std::chrono::nanoseconds apart = kBuffer) {
         const auto before = library.event("slap").triggerCount;
         for (const float peak : peaks) {
-            microphone.hear(peak);
+            microphone.send(peak);
             library.queue.runPosted();
             now += apart;
         }
         return static_cast<int>(library.event("slap").triggerCount - before);
     }
-    void quiet() { hear(std::vector<float>(60, 0.0F)); }
+    void quiet() { knocksIn(std::vector<float>(60, 0.0F)); }
 
     SoundLibrary library;
     FakeMicrophone microphone;
@@ -87,7 +87,7 @@ TEST_F(TheKnockDetector, CountsALoudPeakAfterQuietButNoneSoonAfter) {
         make();
         detector->startAudio();
         detector->slapThreshold = c.threshold;
-        EXPECT_EQ(hear(c.peaks, c.apart), c.knocks);
+        EXPECT_EQ(knocksIn(c.peaks, c.apart), c.knocks);
         if (c.level >= 0) {
             EXPECT_FLOAT_EQ(detector->previousAmplitude(), c.level);
         }
@@ -96,34 +96,34 @@ TEST_F(TheKnockDetector, CountsALoudPeakAfterQuietButNoneSoonAfter) {
 
 TEST_F(TheKnockDetector, LowersItsLevelForAnEmptyBufferAndKeepsItForAnUnreadableOne) {
     detector->startAudio();
-    hear({0.8F});
+    knocksIn({0.8F});
     const auto knocked = detector->lastSlapTime();
-    microphone.hear(std::nullopt);
+    microphone.send(std::nullopt);
     EXPECT_FLOAT_EQ(detector->previousAmplitude(), 0.2F);
-    microphone.hear(std::span<const float>{});
+    microphone.send(std::span<const float>{});
     EXPECT_FLOAT_EQ(detector->previousAmplitude(), 0.15F);
     EXPECT_EQ(detector->lastSlapTime(), knocked);
 }
 
-TEST_F(TheKnockDetector, HearsAgainAfterAnInfiniteSample) {
+TEST_F(TheKnockDetector, DetectsKnocksAgainAfterAnInfiniteSample) {
     detector->startAudio();
-    EXPECT_EQ(hear({kInfinity}), 1);
-    EXPECT_EQ(hear({0.8F}, 1s), 0);
-    hear(std::vector<float>(400, 0.0F));
-    EXPECT_EQ(hear({0.8F}), 1);
+    EXPECT_EQ(knocksIn({kInfinity}), 1);
+    EXPECT_EQ(knocksIn({0.8F}, 1s), 0);
+    knocksIn(std::vector<float>(400, 0.0F));
+    EXPECT_EQ(knocksIn({0.8F}), 1);
 }
 
-TEST_F(TheKnockDetector, NotesAKnockWhoseEventIsOffWithoutPlayingOrCounting) {
+TEST_F(TheKnockDetector, RecordsAKnockWhoseEventIsOffWithoutPlayingOrCounting) {
     library.event("slap").isEnabled = false;
     detector->startAudio();
     now += 5s;
-    EXPECT_EQ(hear({0.8F}), 0);
+    EXPECT_EQ(knocksIn({0.8F}), 0);
     EXPECT_EQ(detector->lastSlapTime(), KnockDetector::Time(5s));
 }
 
 TEST_F(TheKnockDetector, PlaysOnTheMainQueue) {
     detector->startAudio();
-    microphone.hear(0.8F);
+    microphone.send(0.8F);
     EXPECT_EQ(library.event("slap").triggerCount, 0);
     library.queue.runPosted();
     EXPECT_EQ(library.event("slap").triggerCount, 1);
@@ -138,7 +138,7 @@ TEST_F(TheKnockDetector, ListensOnlyWithPermission) {
 
     microphone.access = Authorization::authorized;
     detector->restartAudio();
-    EXPECT_EQ(hear({0.8F}), 1);
+    EXPECT_EQ(knocksIn({0.8F}), 1);
     EXPECT_EQ(microphone.askedFrames, 512U);
 
     microphone.access = Authorization::denied;
@@ -173,7 +173,7 @@ TEST_F(TheKnockDetector, AsksForPermissionAndListensOnTheMainQueueWhenItIsGiven)
 TEST_F(TheKnockDetector, KeepsSensitivityLevelAndLastKnockThroughARestart) {
     detector->startAudio();
     detector->slapThreshold = 0.9F;
-    EXPECT_EQ(hear({0.95F}), 1);
+    EXPECT_EQ(knocksIn({0.95F}), 1);
     const float level = detector->previousAmplitude();
     const auto knocked = detector->lastSlapTime();
     detector->restartAudio();
@@ -182,23 +182,23 @@ TEST_F(TheKnockDetector, KeepsSensitivityLevelAndLastKnockThroughARestart) {
     EXPECT_EQ(detector->previousAmplitude(), level);
     EXPECT_EQ(detector->lastSlapTime(), knocked);
     quiet();
-    EXPECT_EQ(hear({0.8F}), 0);
-    EXPECT_EQ(hear({0.95F}), 1);
+    EXPECT_EQ(knocksIn({0.8F}), 0);
+    EXPECT_EQ(knocksIn({0.95F}), 1);
 }
 
 TEST_F(TheKnockDetector, StaysSilentWhenTheEngineDoesNotStartAndListensAfterARestart) {
     microphone.works = false;
     detector->setupMicrophoneDetection();
-    EXPECT_EQ(hear({0.8F}), 0);
+    EXPECT_EQ(knocksIn({0.8F}), 0);
     EXPECT_EQ(microphone.enginesMade, 1U);
     microphone.works = true;
     detector->restartAudio();
-    EXPECT_EQ(hear({0.8F}), 1);
+    EXPECT_EQ(knocksIn({0.8F}), 1);
     detector->startAudio();
     EXPECT_EQ(microphone.listening(), 1U);
     detector->stop();
     quiet();
-    EXPECT_EQ(hear({0.8F}), 0);
+    EXPECT_EQ(knocksIn({0.8F}), 0);
     EXPECT_EQ(microphone.taps(), 0U);
 }
 

@@ -71,7 +71,7 @@ TEST_F(TheBrightnessMonitor, ComparesWithTheLevelOfTheLastEvent) {
     }
 }
 
-TEST_F(TheBrightnessMonitor, TakesTheLevelAtEachStartAsReferenceAndRestsInBetween) {
+TEST_F(TheBrightnessMonitor, TakesTheLevelAtEachStartAsReferenceAndPollsOnlyWhileStarted) {
     display.level = 0.9F;
     monitor.start();
     display.level = 0.1F;

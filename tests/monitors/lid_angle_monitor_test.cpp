@@ -97,7 +97,7 @@ TEST_F(TheLidAngleMonitor, ActsAfterTheSourceHasReturned) {
     EXPECT_EQ(plays(), 1);
 }
 
-TEST_F(TheLidAngleMonitor, KnowsWhetherThereIsASensorThatMayComeAndGo) {
+TEST_F(TheLidAngleMonitor, TracksWhetherASensorIsPresent) {
     EXPECT_FALSE(monitor.sensorFound);
     sensor.present = false;
     monitor.start(90.0F);

@@ -39,7 +39,7 @@ protected:
     }
 
     /// Returns the sounds and restarts since the last call.
-    std::string heard() {
+    std::string takeLog() {
         const auto& plays = library.sounds.plays();
         for (; played < plays.size(); ++played) {
             log += plays[played].source + " ";
@@ -49,11 +49,11 @@ protected:
     /// Changes the first source and returns the sounds that follow.
     std::string after(std::optional<PowerSourceDescription> change) {
         powerSources.change(std::move(change));
-        return heard();
+        return takeLog();
     }
     std::string afterSending(std::int64_t messageType, std::intptr_t argument = 0) {
         system.send(messageType, argument);
-        return heard();
+        return takeLog();
     }
     void advance(double seconds) { library.queue.advance(Seconds{seconds}); }
 
@@ -67,12 +67,12 @@ protected:
         .sounds = *library,
         .system = system,
         .powerSources = powerSources,
-        .restartAudio = [this] { heardSoFar("audio"); },
-        .restartKeyboardMonitor = [this] { heardSoFar("keyboard"); },
+        .restartAudio = [this] { logRestart("audio"); },
+        .restartKeyboardMonitor = [this] { logRestart("keyboard"); },
     }};
 
 private:
-    void heardSoFar(const std::string& restart) { log = heard() + restart + " "; }
+    void logRestart(const std::string& restart) { log = takeLog() + restart + " "; }
 };
 
 TEST_F(ThePowerEvents, PlayTheChargerAndTheLowBatteryOncePerDischarge) {
@@ -80,7 +80,7 @@ TEST_F(ThePowerEvents, PlayTheChargerAndTheLowBatteryOncePerDischarge) {
     power->setupPowerMonitoring();
     struct Step {
         PowerSourceDescription source;
-        std::string heard;
+        std::string log;
     };
     const Step steps[] = {
         {battery(50), "charger_disconnect "},
@@ -94,7 +94,7 @@ TEST_F(ThePowerEvents, PlayTheChargerAndTheLowBatteryOncePerDischarge) {
         {battery(15), ""},
     };
     for (const Step& step : steps) {
-        EXPECT_EQ(after(step.source), step.heard) << step.source.isOnBattery << *step.source.charge;
+        EXPECT_EQ(after(step.source), step.log) << step.source.isOnBattery << *step.source.charge;
     }
     library.event("battery_low").threshold = 10;
     power->resetBatteryLowFlag();
@@ -102,7 +102,7 @@ TEST_F(ThePowerEvents, PlayTheChargerAndTheLowBatteryOncePerDischarge) {
     EXPECT_EQ(after(battery(10)), "battery_low ");
 }
 
-TEST_F(ThePowerEvents, StartFromTheStateThatIsKnownNowOrLater) {
+TEST_F(ThePowerEvents, StartFromTheFirstKnownState) {
     for (const bool isKnown : {true, false}) {
         for (const auto& found : {battery(15), battery({}), mains(15)}) {
             power->wasOnBattery = power->batteryLowFired = false;
@@ -111,9 +111,9 @@ TEST_F(ThePowerEvents, StartFromTheStateThatIsKnownNowOrLater) {
             power->setupPowerMonitoring();
             if (!isKnown) {
                 EXPECT_FALSE(power->wasOnBattery);
-                powerSources.becomeKnown();
+                powerSources.makeKnown();
             }
-            EXPECT_EQ(heard(), "");
+            EXPECT_EQ(takeLog(), "");
             EXPECT_EQ(power->wasOnBattery, found.isOnBattery);
             EXPECT_EQ(after(found), found == battery(15) ? "battery_low " : "");
             power->stop();
@@ -163,20 +163,20 @@ TEST_F(ThePowerEvents, DelayOnlySleepUntilTheSoundHasBegun) {
     system.send(kIOPMSystemWillPowerOn, 1);
     system.send(kIOPMSystemHasPoweredOn, 2);
     advance(10);
-    EXPECT_EQ(heard(), "audio lid_open ");
+    EXPECT_EQ(takeLog(), "audio lid_open ");
     EXPECT_TRUE(system.allowed.empty());
 }
 
 TEST_F(ThePowerEvents, RestartTheMonitorsHalfASecondAfterTheWake) {
     power->setupLidDetection();
-    for (const bool hearsKeys : {false, true}) {
-        library.event("key_press").isEnabled = !hearsKeys;
+    for (const bool isKeyPressOn : {false, true}) {
+        library.event("key_press").isEnabled = !isKeyPressOn;
         EXPECT_EQ(afterSending(kIOPMSystemHasPoweredOn), "");
         advance(0.499);
-        EXPECT_EQ(heard(), "");
-        library.event("key_press").isEnabled = hearsKeys;
+        EXPECT_EQ(takeLog(), "");
+        library.event("key_press").isEnabled = isKeyPressOn;
         advance(0.002);
-        EXPECT_EQ(heard(), hearsKeys ? "audio keyboard lid_open " : "audio lid_open ");
+        EXPECT_EQ(takeLog(), isKeyPressOn ? "audio keyboard lid_open " : "audio lid_open ");
     }
 }
 
@@ -192,7 +192,7 @@ TEST_F(ThePowerEvents, IgnorePowerSourcesButNotSleepWhenStopped) {
     power.reset();
     system.send(kIOPMSystemWillSleep);
     advance(1);
-    EXPECT_EQ(heard(), "");
+    EXPECT_EQ(takeLog(), "");
     EXPECT_TRUE(system.allowed.empty());
 }
 

@@ -34,7 +34,7 @@ protected:
     int shots = 0;
 };
 
-TEST_F(TheScreenshotMonitor, KnowsAScreenshotByItsName) {
+TEST_F(TheScreenshotMonitor, RecognisesAScreenshotByItsName) {
     struct Case {
         const char* name;
         int fires;
@@ -73,7 +73,7 @@ TEST_F(TheScreenshotMonitor, NeverLosesTheLastChangeOfAnEndlessBurst) {
     EXPECT_LE(folders.listings, 500 / 15 + 4);
 }
 
-TEST_F(TheScreenshotMonitor, TakesWhatIsThereAtTheStartAsKnown) {
+TEST_F(TheScreenshotMonitor, TakesFilesPresentAtTheStartAsKnown) {
     folders.add(kDesktop, kShot);
     monitor.start();
     folders.add(kDesktop, "unrelated");
@@ -112,13 +112,13 @@ TEST_F(TheScreenshotMonitor, ChecksEachFolderSeparatelyAndOnceEvenIfNamedTwice) 
 TEST_F(TheScreenshotMonitor, FiresForNewFilesWhenAFolderCanBeListedAgain) {
     folders.add(kDesktop, kShot);
     monitor.start();
-    auto contents = folders.takeAway(kDesktop);
+    auto contents = folders.makeUnlistable(kDesktop);
     EXPECT_EQ(settle(), 0);
     folders.putBack(kDesktop, std::move(contents));
     EXPECT_EQ(settle(), 1);
 }
 
-TEST_F(TheScreenshotMonitor, LooksWheneverItIsAskedTo) {
+TEST_F(TheScreenshotMonitor, ChecksWheneverItIsAskedTo) {
     folders.canWatch = false;
     monitor.start();
     folders.add(kDesktop, kShot);
@@ -128,7 +128,7 @@ TEST_F(TheScreenshotMonitor, LooksWheneverItIsAskedTo) {
     EXPECT_EQ(shots, 1);
 }
 
-TEST_F(TheScreenshotMonitor, DropsAPendingLookWhenStopped) {
+TEST_F(TheScreenshotMonitor, CancelsAPendingCheckWhenStopped) {
     monitor.stop();  // Before any start.
     monitor.start();
     folders.add(kDesktop, kShot);

@@ -184,7 +184,7 @@ TEST_F(TheTrashMonitor, TreatsATrashThatComesAndGoesLikeAnyChange) {
     EXPECT_EQ(fired, "+0");
 }
 
-TEST_F(TheTrashMonitor, StopsLookingButUsesThePendingCount) {
+TEST_F(TheTrashMonitor, StopsPollingButUsesThePendingCount) {
     startWith(3);
     trash.countsAtOnce = false;
     trash.change(-3);

@@ -46,14 +46,14 @@ class AnInstallation(unittest.TestCase):
     def tearDownClass(cls):
         cls.folder.cleanup()
 
-    def test_is_understood_by_desktops(self):
+    def test_passes_the_desktop_validators(self):
         for file in (self.desktop, self.autostart):
             with self.subTest(file=file):
                 # Hints count as errors.
                 self.assertEqual(run("desktop-file-validate", file), "")
         run("appstreamcli", "validate", "--no-net", self.prefix / f"share/metainfo/{ID}.metainfo.xml")
 
-    def test_names_what_is_there(self):
+    def test_refers_only_to_existing_things(self):
         program = str(self.prefix / "bin/chimewerk")
         usage = run(program, "--help")
         entry = read_entry(self.desktop)
@@ -72,7 +72,7 @@ class AnInstallation(unittest.TestCase):
                 self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").exists())
                 self.assertEqual(read_entry(file)["Desktop Entry"]["TryExec"], program)
 
-    def test_is_heard_from_another_place(self):
+    def test_works_in_another_folder(self):
         with tempfile.TemporaryDirectory() as elsewhere:
             moved = Path(elsewhere, "moved")
             self.prefix.rename(moved)
@@ -84,7 +84,7 @@ class AnInstallation(unittest.TestCase):
 
 
 class ThePackage(unittest.TestCase):
-    def test_is_made_of_the_same_bytes_again_and_leaves_nothing_to_complain_of(self):
+    def test_is_reproducible_and_passes_the_checker(self):
         packages = []
         with tempfile.TemporaryDirectory() as folder:
             for name, zone in (("one", "UTC"), ("other", "Asia/Kathmandu")):

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(ByteText, LeavesUtf8AsItIsAndMarksEverythingElse) {
+TEST(ByteText, ReturnsUtf8UnchangedAndMarksEverythingElse) {
     for (const auto& text :
          {""s, "/home/jürgen/🔔.wav"s, "a\0b"s, "\x7F\xF4\x8F\xBF\xBF\xED\x9F\xBF"s}) {
         EXPECT_EQ(textFromBytes(text), text);
@@ -27,7 +27,7 @@ TEST(ByteText, LeavesUtf8AsItIsAndMarksEverythingElse) {
     }
 }
 
-TEST(ByteText, GivesBackAnyBytes) {
+TEST(ByteText, RoundTripsAnyBytes) {
     std::mt19937 random(1);
     const std::string alphabet = "\0a\x80\xBF\xC2\xC3\xE0\xA0\xED\xF0\x90\xF4\x8F\xFF"s;
     for (int i = 0; i < 20000; ++i) {
@@ -42,7 +42,7 @@ TEST(ByteText, GivesBackAnyBytes) {
     }
 }
 
-TEST(ByteText, LeavesForeignTextThatOnlyLooksMarked) {
+TEST(ByteText, KeepsForeignTextThatOnlyLooksMarked) {
     for (const auto& text : {"\0€"s, "\0🔔"s, "\0a\xC4\x80"s}) {
         EXPECT_EQ(bytesFromText(text), text);
     }

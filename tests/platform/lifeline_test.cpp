@@ -11,7 +11,7 @@
 namespace chimewerk {
 namespace {
 
-TEST(TheLifeline, LetsAJobRunOnlyWhileItsOwnerLives) {
+TEST(TheLifeline, RunsAJobOnlyWhileItsOwnerExists) {
     int sum = 0;
     auto lifeline = std::make_optional<Lifeline>();
     const std::function<void(int)> job = lifeline->guard([&](int value) { sum += value; });

@@ -11,25 +11,25 @@
 namespace chimewerk {
 namespace {
 
-TEST(TheNotificationCenter, CallsTheObserversOfTheNameInOrderForAsLongAsTheySubscribe) {
+TEST(TheNotificationCenter, CallsTheObserversOfANameInOrderWhileTheySubscribe) {
     NotificationCenter center;
-    std::vector<std::string> heard;
+    std::vector<std::string> received;
     const auto first = center.observe("a", [&](const Notification& n) {
-        heard.push_back("first " + std::any_cast<std::string>(n.object));
+        received.push_back("first " + std::any_cast<std::string>(n.object));
     });
     auto second = std::optional(
-        center.observe("a", [&](const Notification&) { heard.emplace_back("second"); }));
+        center.observe("a", [&](const Notification&) { received.emplace_back("second"); }));
     const auto other =
-        center.observe("b", [&](const Notification&) { heard.emplace_back("other"); });
+        center.observe("b", [&](const Notification&) { received.emplace_back("other"); });
 
     center.post({.name = "a", .object = std::string("x")});
     second.reset();
     center.post({.name = "a", .object = std::string("y")});
 
-    EXPECT_EQ(heard, (std::vector<std::string>{"first x", "second", "first y"}));
+    EXPECT_EQ(received, (std::vector<std::string>{"first x", "second", "first y"}));
 }
 
-TEST(TheNotificationCenter, LetsObserversComeAndGoDuringAPosting) {
+TEST(TheNotificationCenter, LetsObserversSubscribeAndUnsubscribeDuringAPost) {
     NotificationCenter center;
     int late = 0;
     int victim = 0;

@@ -138,7 +138,7 @@ class TheDashboard(unittest.TestCase):
         self.shows("Lid Open")
         self.assertFalse(self.row("Lid Open").has("CHECKED"))
 
-    def test_hears_keys_from_the_moment_that_their_switch_is_on(self):
+    def test_counts_key_presses_once_their_event_is_on(self):
         self.row("Single Knock").click(0.3)
         keys("Down", "Down", "Down", "Down", "Down", "Down", "Down", "Down")
         self.shows("Key Press")
@@ -236,7 +236,7 @@ class TheDashboard(unittest.TestCase):
         eventually(lambda: next((one for one in windows() if one.name == DASHBOARD), None),
                    DASHBOARD).find("check box", "Single Knock").toggle()
 
-    def test_has_stored_a_change_that_is_followed_at_once_by_its_end(self):
+    def test_stores_a_change_made_just_before_its_end(self):
         self.toggle()
         self.end()
         self.assertIs(event_settings("slap")["enabled"], False, "lost by a signal")
@@ -251,7 +251,7 @@ class TheDashboard(unittest.TestCase):
         self.program.wait(10)
         self.assertIs(event_settings("slap")["enabled"], True, "lost with the display")
 
-    def test_works_and_ends_in_order_without_a_place_for_its_settings(self):
+    def test_works_and_exits_cleanly_without_a_folder_for_its_settings(self):
         for changes in ({"HOME": None, "XDG_CONFIG_HOME": None, "XDG_DATA_HOME": None}, {"XDG_CONFIG_HOME": "/proc"},
                         {"XDG_CONFIG_HOME": "relative"}):
             with self.subTest(**changes):
@@ -262,7 +262,7 @@ class TheDashboard(unittest.TestCase):
         self.end()
         self.assertIs(event_settings("slap")["enabled"], False, "a relative folder counts as none")
 
-    def test_counts_what_happens_also_while_it_is_hidden(self):
+    def test_counts_events_while_it_is_hidden(self):
         keys("ctrl+w")
         eventually(lambda: not any(one.has("SHOWING") for one in windows()), "a closed window")
         file = HOME / "unwanted"

@@ -65,7 +65,7 @@ class TheTrayIcon(ProgramTest):
     def marks(self, item):
         return ", ".join(child.text() for child in item.menu().children)
 
-    def test_offers_the_menu_and_does_what_is_chosen(self):
+    def test_shows_the_menu_and_runs_the_chosen_entry(self):
         host = self.host()
         process = self.start()
         item = host.wait_for_item()
@@ -101,7 +101,7 @@ class TheTrayIcon(ProgramTest):
             self.assertTrue(any(g < 110 < b for _, g, b in solid), "nothing dark, for light panels")
         self.assertEqual(item.property("Status"), "Active")
 
-    def test_comes_when_the_tray_comes_and_again_when_the_tray_is_replaced(self):
+    def test_appears_when_the_tray_starts_and_after_it_was_replaced(self):
         self.start()
         self.assertFalse(pump_until(lambda: False, 1.5))
         for _ in range(2):
@@ -129,7 +129,7 @@ class TheTrayIcon(ProgramTest):
         self.start()
         self.assertTrue(pump_until(lambda: embedding.requests() == 2))
 
-    def test_opens_the_dashboard_when_it_is_chosen_itself(self):
+    def test_opens_the_dashboard_when_the_icon_is_clicked(self):
         host = self.host()
         self.start()
         host.wait_for_item().activate()
@@ -157,7 +157,7 @@ class TheProgram(ProgramTest):
         self.assert_ends(self.start("-session", "10f1b"))
         self.assertEqual(windows(DASHBOARD), [])
 
-    def test_ends_in_order_on_the_signals_that_ask_for_it(self):
+    def test_exits_cleanly_on_termination_signals(self):
         host = self.host()
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             process = self.start()
@@ -167,7 +167,7 @@ class TheProgram(ProgramTest):
             process.send_signal(number)
             self.assert_ends(process)
 
-    def test_shows_itself_when_it_is_started_again_and_stays_the_only_one(self):
+    def test_shows_its_dashboard_when_launched_again(self):
         host = self.host()
         first = self.start()
         host.wait_for_item()
@@ -179,7 +179,7 @@ class TheProgram(ProgramTest):
         self.assert_ends(first)
         self.assert_ends(self.start("--quit"))
 
-    def test_leaves_one_of_two_that_are_started_at_the_same_instant(self):
+    def test_keeps_one_of_two_simultaneous_launches(self):
         for _ in range(5):
             pair = [self.start(), self.start()]
             self.assertTrue(pump_until(lambda pair=pair: any(one.poll() is not None for one in pair)))
@@ -189,7 +189,7 @@ class TheProgram(ProgramTest):
             self.assert_ends(self.start("--quit"))
             self.assertTrue(pump_until(lambda pair=pair: all(one.poll() == 0 for one in pair)))
 
-    def test_tells_of_options_that_make_no_sense(self):
+    def test_rejects_invalid_options(self):
         process = subprocess.run([PROGRAM, "--open"], capture_output=True, text=True, check=False)
         self.assertEqual((process.returncode, process.stdout), (2, ""))
         self.assertIn("--open-dashboard", process.stderr)

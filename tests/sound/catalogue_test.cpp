@@ -42,7 +42,7 @@ TEST(TheEventTable, KeepsTheBytesOfTextsAndNumbers) {
     EXPECT_EQ(events.at(8).volume, 0.3F);
 }
 
-TEST(TheThemes, GoToRawValuesAndBackExactly) {
+TEST(TheThemes, RoundTripThroughTheirRawValues) {
     for (const SoundTheme theme : kAllThemes) {
         EXPECT_EQ(themeFromRawValue(rawValue(theme)), theme);
         EXPECT_EQ(themeFromRawValue(displayName(theme)), std::nullopt);
@@ -55,7 +55,7 @@ TEST(TheThemes, GoToRawValuesAndBackExactly) {
     }
 }
 
-TEST(ACustomTheme, SurvivesItsJsonForm) {
+TEST(ACustomTheme, RoundTripsThroughJson) {
     const std::vector<CustomTheme> themes = {
         {.id = "A", .name = "Büro \"1\"\n", .sounds = {{"slap", "/a/ü.wav"}, {"lid_open", ""}}},
         {.id = "", .name = "", .sounds = {}},
@@ -96,7 +96,7 @@ TEST(ACustomTheme, HasAFileOnlyWhereTheEntryIsNotEmpty) {
     EXPECT_EQ(theme.soundFor("lid_close"), std::nullopt);
 }
 
-TEST(TheSoundManager, StartsAsDeliveredAndKnowsItsSelectedCustomTheme) {
+TEST(TheSoundManager, StartsWithFactorySettingsAndFindsItsSelectedCustomTheme) {
     SoundLibrary library;
     SoundManager& manager = *library;
 

@@ -64,7 +64,7 @@ TEST_F(Playback, IgnoresUnknownAndDisabledEvents) {
     EXPECT_EQ(event("key_press").triggerCount, 0);
 }
 
-TEST_F(Playback, TakesTheFirstSourceThatYieldsASound) {
+TEST_F(Playback, PlaysTheFirstSourceThatHasASound) {
     // Removes the sources from the first to the last; each time the next one plays.
     library->currentTheme = SoundTheme::bit8;
     event("slap").soundPath = "/own.ogg";
@@ -85,7 +85,7 @@ TEST_F(Playback, TakesTheFirstSourceThatYieldsASound) {
     EXPECT_EQ(event("slap").soundPath, "/own.ogg");
 }
 
-TEST_F(Playback, LeavesTheThemeOutUnderTheSystemThemeAndUnderACustomTheme) {
+TEST_F(Playback, SkipsTheThemesFilesForSystemAndForACustomTheme) {
     sounds.addFile("/res/t_classic_slap.wav");
     library->play("slap");
     EXPECT_EQ(played(), (Plays{{"/res/t_classic_slap.wav", 1.0F}}));
@@ -156,7 +156,7 @@ TEST_F(Playback, LetsAUsersFileReplaceEveryKeySound) {
     EXPECT_EQ(played(), (Plays{{"/own.wav", 0.3F}, {"/own.wav", 0.3F}, {"Tink", 0.3F}}));
 }
 
-TEST_F(Playback, PreviewsAThemeWhateverTheKnockEventIsSetTo) {
+TEST_F(Playback, PreviewsAThemeWhateverTheSettingsOfTheKnock) {
     event("slap").isEnabled = false;
     event("slap").soundPath = "/own.wav";
     sounds.addFile("/own.wav");
@@ -171,7 +171,7 @@ TEST_F(Playback, PreviewsAThemeWhateverTheKnockEventIsSetTo) {
     EXPECT_TRUE(announced.empty());
 }
 
-TEST_F(Playback, HoldsEachSoundForItsDurationAtLeastAFifthOfASecondAndATenthMore) {
+TEST_F(Playback, KeepsEachSoundForItsDurationAndATenthOfASecondMore) {
     sounds.addFile("/short.wav", Seconds{0.05});
     sounds.addFile("/long.wav", Seconds{2.0});
     event("slap").soundPath = "/short.wav";

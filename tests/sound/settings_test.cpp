@@ -17,7 +17,7 @@ using Dictionary = DefaultsDictionary;
 using testing::ElementsAre;
 using testing::Key;
 
-TEST(Settings, StartAsTheFactoryMadeThemAndStoreNothingBeforeTheFirstChange) {
+TEST(Settings, StartWithFactoryValuesAndStoreNothingBeforeTheFirstChange) {
     SoundLibrary library;
     library->play("slap");
     library.restart();
@@ -26,7 +26,7 @@ TEST(Settings, StartAsTheFactoryMadeThemAndStoreNothingBeforeTheFirstChange) {
     EXPECT_EQ(library.defaults.changes, 0);
 }
 
-TEST(Settings, AreStoredInTheirAgreedShape) {
+TEST(Settings, AreStoredInTheExpectedFormat) {
     SoundLibrary library;
     const auto& values = library.defaults.values;
     library->setVolume(0.3F, "slap");
@@ -53,7 +53,7 @@ TEST(Settings, AreStoredInTheirAgreedShape) {
     EXPECT_EQ(values.at("ChimewerkTheme"), DefaultsValue{std::string("8bit")});
 }
 
-TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
+TEST(Settings, UseTheValidPartsOfAnEntryAndFactoryValuesForTheRest) {
     struct Case {
         const char* what;
         Dictionary entry;
@@ -88,7 +88,7 @@ TEST(Settings, TakeFromAnEventsEntryWhatIsUsableAndKeepTheFactorysRest) {
     }
 }
 
-TEST(Settings, OfAWrongTypeAreRefusedAndThoseThatCannotBeMadeAgainKept) {
+TEST(Settings, OfAWrongTypeAreRefusedAndIrreplaceableOnesKept) {
     const Dictionary good{{"slap", {Dictionary{{"volume", {0.25}}}}}};
     const DefaultsData themes{R"([{"id":"A","name":"","sounds":{}}])"};
     struct Case {

@@ -56,7 +56,7 @@ TEST_F(ThemeManagement, IgnoresUnknownIdentifiersWithoutStoringOrAnnouncing) {
     EXPECT_EQ(knock(), "/own");
 }
 
-TEST_F(ThemeManagement, StoresValuesAsTheyAreGiven) {
+TEST_F(ThemeManagement, StoresValuesUnchecked) {
     library->setVolume(7.5F, "slap");
     library->setThreshold(-1, "lid_angle");
     EXPECT_EQ(library.event("slap").volume, 7.5F);
@@ -66,7 +66,7 @@ TEST_F(ThemeManagement, StoresValuesAsTheyAreGiven) {
     EXPECT_THAT(library.announced(), IsEmpty());
 }
 
-TEST_F(ThemeManagement, DropsTheOwnFilesUnderEveryBuiltInThemeButSystem) {
+TEST_F(ThemeManagement, RemovesTheEventsFilesForEveryBuiltInThemeExceptSystem) {
     library->setTheme(SoundTheme::system);
     EXPECT_EQ(knock(), "/own");
     for (const SoundTheme theme : kAllThemes) {
@@ -80,7 +80,7 @@ TEST_F(ThemeManagement, DropsTheOwnFilesUnderEveryBuiltInThemeButSystem) {
     EXPECT_EQ(selected(), "piano");
 }
 
-TEST_F(ThemeManagement, AnnouncesAfterTheCallWhatIsAlreadyStored) {
+TEST_F(ThemeManagement, AnnouncesAChangeAfterStoringIt) {
     bool stored = false;
     const auto listening = library.notifications.observe(themeDidChange, [&](const Notification&) {
         stored = library.defaults.values.at("ChimewerkTheme") == DefaultsValue{std::string("trad")};
@@ -91,7 +91,7 @@ TEST_F(ThemeManagement, AnnouncesAfterTheCallWhatIsAlreadyStored) {
     EXPECT_TRUE(stored);
 }
 
-TEST_F(ThemeManagement, StartsANewThemeEmptyAndSelectsIt) {
+TEST_F(ThemeManagement, CreatesAnEmptyThemeAndSelectsIt) {
     const CustomTheme made = library->createCustomTheme(" ");
     EXPECT_EQ(made, (CustomTheme{.id = "A", .name = " ", .sounds = {}}));
     EXPECT_THAT(library->customThemes, ElementsAre(made));
@@ -100,7 +100,7 @@ TEST_F(ThemeManagement, StartsANewThemeEmptyAndSelectsIt) {
     EXPECT_THAT(library.announced(), ElementsAre("none"));
 }
 
-TEST_F(ThemeManagement, KeepsTheFilesOfAThemeThatIsLeftAndBringsThemBack) {
+TEST_F(ThemeManagement, SavesTheFilesOfAThemeAndRestoresThem) {
     library->createCustomTheme("a");
     library->setPath("/a", "slap");
     EXPECT_EQ(soundsOf(0), (ThemeSounds::Map{{"slap", "/a"}}));
@@ -170,7 +170,7 @@ TEST_F(ThemeManagement, FallsBackToClassicOnlyWhenTheSelectedThemeIsDeleted) {
               DefaultsValue{DefaultsData{"[]"}});
 }
 
-TEST_F(ThemeManagement, LetsTheFileManagerSoundOnlyWhenBothTrashEventsAreOff) {
+TEST_F(ThemeManagement, SwitchesTheFileManagersSoundsOnOnlyWhenBothTrashEventsAreOff) {
     library->setEnabled(false, "trash_add");
     library->setEnabled(false, "trash_empty");
     library->setEnabled(false, "trash_empty");

@@ -35,21 +35,21 @@ public:
 
     void add(const std::string& folder, const std::string& name) {
         folders_[folder].insert(name);
-        tell(folder);
+        notify(folder);
     }
     void remove(const std::string& folder, const std::string& name) {
         folders_[folder].erase(name);
-        tell(folder);
+        notify(folder);
     }
     /// Makes the folder unlistable and returns its contents.
-    std::set<std::string> takeAway(const std::string& folder) {
+    std::set<std::string> makeUnlistable(const std::string& folder) {
         auto contents = std::move(folders_.extract(folder).mapped());
-        tell(folder);
+        notify(folder);
         return contents;
     }
     void putBack(const std::string& folder, std::set<std::string> contents) {
         folders_[folder] = std::move(contents);
-        tell(folder);
+        notify(folder);
     }
     std::size_t streams() const { return streams_.size(); }
 
@@ -71,7 +71,7 @@ private:
         const std::function<void()> onChange;
     };
 
-    void tell(const std::string& folder) {
+    void notify(const std::string& folder) {
         for (const FakeStream* const stream : streams_) {
             if (stream->folder == folder) {
                 stream->onChange();

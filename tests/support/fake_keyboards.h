@@ -57,7 +57,7 @@ public:
 
     /// Makes the devices visible to other users; each file's permissions decide whether they can
     /// be read.
-    void letOthersIn() const {
+    void makeAccessible() const {
         using std::filesystem::perms;
         for (const char* const folder :
              {"", "/ioctl", "/ioctl/dev", "/ioctl/dev/input", "/dev", "/dev/input"}) {

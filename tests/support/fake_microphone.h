@@ -40,15 +40,15 @@ public:
     /// Returns the number of engines with a tap, running or not.
     std::size_t taps() const { return taps_; }
     /// Sends one buffer to every running engine.
-    void hear(AudioEngine::FirstChannel samples) {
+    void send(AudioEngine::FirstChannel samples) {
         for (Engine* const engine : running_) {
             engine->tap(samples);
         }
     }
     /// Sends a buffer with this peak.
-    void hear(float peak) {
+    void send(float peak) {
         const std::vector<float> samples{0.0F, peak, 0.0F};
-        hear(samples);
+        send(samples);
     }
 
 private:

@@ -34,7 +34,7 @@ public:
 
     bool isFollowed() const { return callbacks_.onChange != nullptr; }
     /// Makes the power state known and reports that.
-    void becomeKnown() {
+    void makeKnown() {
         isKnown = true;
         callbacks_.onKnown();
     }

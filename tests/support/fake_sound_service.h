@@ -35,10 +35,10 @@ public:
 
     const std::vector<Play>& plays() const { return plays_; }
     /// The paths looked up in the file system, in order.
-    const std::vector<std::string>& lookedFor() const { return lookedFor_; }
+    const std::vector<std::string>& lookups() const { return lookups_; }
 
     bool fileExists(const std::string& path) const override {
-        lookedFor_.push_back(path);
+        lookups_.push_back(path);
         return lengths_.contains(path) || undecodable_.contains(path);
     }
     std::shared_ptr<Sound> soundFromFile(const std::string& path) override {
@@ -72,7 +72,7 @@ private:
     std::set<std::string> undecodable_;
     std::set<std::string, std::less<>> named_;
     std::vector<Play> plays_;
-    mutable std::vector<std::string> lookedFor_;
+    mutable std::vector<std::string> lookups_;
 };
 
 }  // namespace chimewerk

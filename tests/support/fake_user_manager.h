@@ -31,15 +31,15 @@ public:
         clock_gettime(CLOCK_MONOTONIC, &time);
         activeSince_[pathOf(unit)] = static_cast<std::uint64_t>(time.tv_sec) * 1'000'000 +
                                      static_cast<std::uint64_t>(time.tv_nsec) / 1000;
-        tellOfNew(unit);
-        tellOfJob(unit, "done");
+        reportNewUnit(unit);
+        reportJobEnd(unit, "done");
     }
     /// Reports a new unit that was loaded but not started.
-    void tellOfNew(const std::string& unit) {
+    void reportNewUnit(const std::string& unit) {
         emit(kManager, "UnitNew", "so", unit.c_str(), pathOf(unit).c_str());
     }
     /// Reports the end of any job of the unit, including one that stopped it or found it running.
-    void tellOfJob(const std::string& unit, const char* result) {
+    void reportJobEnd(const std::string& unit, const char* result) {
         emit(kManager, "JobRemoved", "uoss", ++lastJob_, "/org/freedesktop/systemd1/job/1",
              unit.c_str(), result);
     }

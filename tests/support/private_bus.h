@@ -38,7 +38,7 @@ public:
     bool start() {
         daemon_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork",
                                                  "--address=unix:path=" + path()});
-        return daemon_->started() && eventually([this] { return takesConnections(); });
+        return daemon_->started() && eventually([this] { return acceptsConnections(); });
     }
     void kill(int signal = SIGKILL) {
         daemon_->end(signal);
@@ -48,7 +48,7 @@ public:
     std::string path() const { return folder_ / "bus"; }
 
 private:
-    bool takesConnections() const {
+    bool acceptsConnections() const {
         const FileDescriptor caller(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
         sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
         path().copy(address.sun_path, sizeof address.sun_path - 1);

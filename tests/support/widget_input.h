@@ -19,7 +19,7 @@ namespace chimewerk {
 
 /// Runs the event loop until the condition holds. Returns false after 5 s.
 template <typename Condition>
-bool comesTrue(Condition condition) {
+bool becomesTrue(Condition condition) {
     return eventually([&condition] {
         QApplication::processEvents();
         return condition();
@@ -101,8 +101,8 @@ Dialog* dialog() {
 
 /// Waits until a dialog of this class has keyboard focus.
 template <typename Dialog>
-bool dialogComes() {
-    return comesTrue(
+bool dialogAppears() {
+    return becomesTrue(
         [] { return dialog<Dialog>() != nullptr && dialog<Dialog>()->isActiveWindow(); });
 }
 

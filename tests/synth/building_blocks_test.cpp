@@ -27,7 +27,7 @@ double peakBetween(const Sound& sound, double from, double to) {
     return peak;
 }
 
-TEST(TheArithmetic, AgreesWithTheMathematicsOfTheLibrary) {
+TEST(TheArithmetic, AgreesWithTheStandardLibrary) {
     for (int i = -1000; i < 1000; ++i) {
         const double x = 0.0371 * i;
         EXPECT_NEAR(sine(x), std::sin(2.0 * std::numbers::pi * x), 2e-10) << x;
@@ -36,7 +36,7 @@ TEST(TheArithmetic, AgreesWithTheMathematicsOfTheLibrary) {
     EXPECT_NEAR(decibels(-20.0), 0.1, 1e-9);
 }
 
-TEST(ANoteName, GivesItsPitchAndNothingElseIsANote) {
+TEST(ANoteName, HasItsPitchAndOtherTextsAreRefused) {
     EXPECT_NEAR("A4"_hz, 440.0, 1e-9);
     EXPECT_NEAR("C4"_hz, 261.6256, 1e-4);
     EXPECT_NEAR("C#5"_hz, "Db5"_hz, 1e-9);
@@ -56,7 +56,7 @@ TEST(AStruckSound, FallsBySixtyDecibelsInItsTime) {
     }
 }
 
-TEST(AFilter, PassesItsBandAndSwallowsTheRest) {
+TEST(AFilter, PassesItsBandAndRemovesTheRest) {
     const auto gain = [](const auto& filter, double hertz) {
         return 20.0 * std::log10(peakBetween(filter(sineTone(0.3, hertz)), 0.2, 0.3));
     };

@@ -70,7 +70,7 @@ class TheBuiltSounds(unittest.TestCase):
             for path, samples in of_event(event).items():
                 self.assertLessEqual(trend(samples), -0.25, path)
 
-    def test_are_heard_from_the_small_loudspeakers_of_a_laptop(self):
+    def test_are_audible_on_small_loudspeakers(self):
         for path, samples in BUILT.items():
             self.assertGreaterEqual(share_above(300, samples), 0.15, path)
 
@@ -79,7 +79,7 @@ class TheBuiltSounds(unittest.TestCase):
             self.assertGreaterEqual(PORTRAITS[path].strokes(), 4, path)
             self.assertLessEqual(share_above(4000, samples), 0.10, path)
 
-    def test_let_keys_be_typed_fifteen_times_a_second(self):
+    def test_allow_fifteen_key_presses_a_second(self):
         for path, samples in [*of_event("key_click").items(), (Path("key_click.wav"), BUILT[Path("key_click.wav")])]:
             self.assertLessEqual(np.sum(samples[RATE // 15:]**2), 0.01 * np.sum(samples**2), path)
 
@@ -105,7 +105,7 @@ def later(samples, seconds):
 
 
 class TheMeasures(unittest.TestCase):
-    def test_find_each_fault_in_a_sound_that_was_good(self):
+    def test_detect_each_fault_in_a_good_sound(self):
         good = good_sound()
         self.assertEqual(faults(good), [])
         self.assertIn("too long", faults(good, is_key=True))
@@ -137,11 +137,11 @@ class TheMeasures(unittest.TestCase):
                 (sweep(8000, 8000, 1, 1), 3.3, 0.4)):
             self.assertAlmostEqual(loudness(tone), expected, delta=tolerance)
 
-    def test_tell_rising_from_falling_from_neither(self):
+    def test_distinguish_rising_falling_and_level_sounds(self):
         for start, end, octaves, tolerance in ((400, 1600, 4 / 3, 0.15), (1600, 400, -4 / 3, 0.15), (700, 700, 0, 0.02)):
             self.assertAlmostEqual(trend(sweep(start, end, 0.6, 0.5)), octaves, delta=tolerance)
 
-    def test_take_no_copy_for_another_sound(self):
+    def test_recognise_copies_of_a_sound(self):
         for path, samples in BUILT.items():
             higher = np.interp(np.arange(0, len(samples) - 1, 1.015), np.arange(len(samples)), samples)
             for copy, least in ((0.4 * samples, 0.01), (later(samples, 0.002), UNLIKE), (higher, UNLIKE)):

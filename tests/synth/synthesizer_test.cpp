@@ -74,7 +74,7 @@ TEST(TheSynthesizer, MakesTheSameSmallFilesOfTheCatalogueWhateverTheLocale) {
     EXPECT_LT(bytes, 8'000'000U);
 }
 
-TEST(TheSynthesizer, SaysWhyItCannotWriteAndLeavesNoHalfFile) {
+TEST(TheSynthesizer, ReportsWriteErrorsAndLeavesNoPartialFile) {
     const TemporaryFolder folder;
     EXPECT_THAT(synthesize(folder / "nowhere"), testing::ContainsRegex("nowhere.*\n1$"));
     EXPECT_THAT(synthesize(""), testing::EndsWith("\n2"));

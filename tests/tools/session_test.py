@@ -53,7 +53,7 @@ class ASession(unittest.TestCase):
                 self.assert_nothing_left(folder)
         self.assertEqual(subprocess.run([TOOL, "--", "/no/such/command"], timeout=LIMIT, check=False).returncode, 127)
 
-    def test_is_ended_by_a_signal_which_lets_the_command_finish(self):
+    def test_ends_on_a_signal_after_the_command(self):
         script = """
             trap 'sleep 0.2; pactl get-default-sink; exit' TERM
             setsid sleep 1000 &
@@ -68,7 +68,7 @@ class ASession(unittest.TestCase):
                 self.assertEqual(process.returncode, 128 + number)
                 self.assert_nothing_left(folder)
 
-    def test_is_ended_by_a_signal_also_while_it_starts(self):
+    def test_ends_on_a_signal_while_it_starts(self):
         for delay in (0.05, 0.15, 0.3):
             with self.subTest(delay=delay), tempfile.TemporaryDirectory() as outside:
                 environment = {**os.environ, "TMPDIR": outside}
@@ -79,7 +79,7 @@ class ASession(unittest.TestCase):
                 self.assertEqual(os.listdir(outside), [])
                 self.assertEqual(processes_of(outside), [])
 
-    def test_does_not_meet_another(self):
+    def test_is_separate_from_another_session(self):
         script = """
             env
             pactl load-module module-null-sink sink_name=extra >/dev/null

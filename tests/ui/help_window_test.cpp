@@ -103,7 +103,7 @@ TEST_F(TheHelpWindow, SpreadsTheGradientOverItsWholeWidth) {
     for (const int width : {700, 520, 1000}) {
         SCOPED_TRACE(width);
         window_.resize(width, 500);
-        ASSERT_TRUE(comesTrue([this, width] { return text().width() == width; }));
+        ASSERT_TRUE(becomesTrue([this, width] { return text().width() == width; }));
         const QImage image = window_.grab().toImage();
         const auto isNear = [&image](int x, int y, const QColor& expected) {
             const QColor color = image.pixelColor(x, y);
@@ -147,7 +147,7 @@ TEST_F(TheHelpWindow, EndsWithALinkToTheManual) {
     EXPECT_EQ(opened.toLocalFile(), "/some where/users.md");
 }
 
-TEST_F(TheHelpWindow, SetsEmojiAloneInTheirFont) {
+TEST_F(TheHelpWindow, UsesTheEmojiFontForEmojiOnly) {
     QTextBlock::iterator parts = blockWith("Know what you allow").begin();
     EXPECT_EQ(parts.fragment().text(), "⚠️");
     EXPECT_EQ(parts.fragment().charFormat().font().families().value(0), "Noto Color Emoji");
@@ -174,7 +174,7 @@ TEST_F(TheHelpWindow, AddsUpTheSpacingsOfNeighbours) {
 TEST_F(TheHelpWindow, KeepsTheLinesOfAParagraphEvenlyApart) {
     show();
     window_.resize(520, 400);
-    ASSERT_TRUE(comesTrue([this] { return text().width() == 520; }));
+    ASSERT_TRUE(becomesTrue([this] { return text().width() == 520; }));
     const QTextLayout& wrapped = *blockWith("Check: your desktop").layout();
     ASSERT_GE(wrapped.lineCount(), 2);
     EXPECT_EQ(wrapped.lineAt(0).x(), wrapped.lineAt(1).x());
@@ -223,12 +223,12 @@ TEST_F(TheHelpWindow, KeepsItsPlaceWhenClosedAndShownAgain) {
         EXPECT_EQ(text().verticalScrollBar()->value(), 700);
     }
     window_.showMinimized();
-    ASSERT_TRUE(comesTrue([this] { return window_.isMinimized(); }));
+    ASSERT_TRUE(becomesTrue([this] { return window_.isMinimized(); }));
     show();
     EXPECT_FALSE(window_.isMinimized());
 }
 
-TEST_F(TheHelpWindow, FollowsTheDesktopIntoTheDark) {
+TEST_F(TheHelpWindow, FollowsTheDesktopsDarkMode) {
     const QPalette before = QApplication::palette();
     show();
     text().verticalScrollBar()->setValue(300);

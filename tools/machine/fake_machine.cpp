@@ -124,7 +124,7 @@ std::optional<pid_t> start(char** command, const sigset_t& blocked) {
 }
 
 /// Handles the signals received. Returns the program's exit status if it has ended.
-std::optional<int> takeSignals(const FileDescriptor& signals, pid_t program) {
+std::optional<int> handleSignals(const FileDescriptor& signals, pid_t program) {
     signalfd_siginfo received{};
     while (read(signals.get(), &received, sizeof received) > 0) {
         int status = 0;
@@ -171,7 +171,7 @@ int run(const char* pipePath, char** command) {
         std::array<pollfd, 2> ready{pollfd{pipe.get(), POLLIN, 0},
                                     pollfd{signals.get(), POLLIN, 0}};
         poll(ready.data(), ready.size(), -1);
-        if (const std::optional<int> status = takeSignals(signals, *program)) {
+        if (const std::optional<int> status = handleSignals(signals, *program)) {
             unlink(pipePath);
             return *status;
         }

@@ -130,14 +130,14 @@ void SinkRecorder::streamChanged() {
     const pa_stream_state_t state = pa_stream_get_state(stream_.get());
     if (state == PA_STREAM_READY) {
         if (rendersAhead_) {
-            forgetRenderedAhead();
+            dropRenderedAhead();
         }
     } else if (!PA_STREAM_IS_GOOD(state)) {
         setState(State::Dropped);
     }
 }
 
-void SinkRecorder::forgetRenderedAhead() {
+void SinkRecorder::dropRenderedAhead() {
     const auto resumed = [](pa_context*, int, void* self) {
         static_cast<SinkRecorder*>(self)->resumed();
     };

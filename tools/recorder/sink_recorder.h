@@ -78,7 +78,7 @@ private:
     void serverKnown(const pa_server_info* server);
     void connectStream();
     void streamChanged();
-    void forgetRenderedAhead();
+    void dropRenderedAhead();
     void resumed();
     void suspendedChanged();
     void readAll();

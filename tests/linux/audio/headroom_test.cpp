@@ -43,7 +43,7 @@ std::vector<float> bell(double seconds, double amplitude) {
     return samples;
 }
 
-TEST(Headroom, LeavesAloneWhatPlaysByItselfOrFitsIn) {
+TEST(Headroom, DoesNotChangeASoundThatPlaysAloneOrFits) {
     for (const double amplitude : {1.0, 0.4}) {
         Headroom headroom;
         for (int i = 0; i < 50; ++i) {
@@ -63,7 +63,7 @@ TEST(Headroom, LeavesAloneWhatPlaysByItselfOrFitsIn) {
     }
 }
 
-TEST(Headroom, KeepsAnySumInRangeHoweverTheStartsAreOff) {
+TEST(Headroom, KeepsAnySumInRangeEvenIfStartsAreInexact) {
     std::mt19937 random(7);
     std::uniform_int_distribution<std::int64_t> startOffset(0, kSecond);
     std::uniform_int_distribution<std::int64_t> error(-470, 470);
@@ -83,7 +83,7 @@ TEST(Headroom, KeepsAnySumInRangeHoweverTheStartsAreOff) {
     }
 }
 
-TEST(Headroom, LetsASoundSwellAsTheOneBeforeItFades) {
+TEST(Headroom, RaisesASoundAsTheOneBeforeItFades) {
     Headroom headroom;
     auto first = bell(0.5, 0.95);
     headroom.fit(first, kSecond);
@@ -101,7 +101,7 @@ TEST(Headroom, ScalesDownASoundThatIsItselfTooLoud) {
     EXPECT_GE(peak(sound), 0.9F);
 }
 
-TEST(Headroom, LeavesRoomBesideALongSound) {
+TEST(Headroom, LeavesRoomForOthersBesideALongSound) {
     Headroom headroom;
     for (int part = 0; part < 4; ++part) {
         auto sound = sine(500, 1.0, 0.5);
@@ -113,7 +113,7 @@ TEST(Headroom, LeavesRoomBesideALongSound) {
     EXPECT_GT(peak(event), 0.2F);
 }
 
-TEST(Headroom, ForgetsWhatIsPastAlsoAfterAVeryLongTime) {
+TEST(Headroom, ForgetsThePastEvenAfterAVeryLongTime) {
     Headroom headroom;
     for (const std::int64_t start :
          {std::int64_t{0}, kSecond * 5, kSecond * 86400 * 365, kSecond * 86400 * 366}) {

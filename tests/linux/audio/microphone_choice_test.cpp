@@ -37,7 +37,7 @@ std::optional<MicrophoneSource> choose(const char* defaultSource,
     return choice.best();
 }
 
-TEST(TheChoiceOfAMicrophone, IsTheDefaultUnlessThatHearsTheComputerItself) {
+TEST(TheChoiceOfAMicrophone, IsTheDefaultUnlessThatIsAMonitor) {
     const Source monitor{.name = "monitor", .monitor = true, .hardware = true};
     const Source filter{.name = "filter"};
     const Source device{.name = "device", .hardware = true};

@@ -34,7 +34,7 @@ TEST(TheStereoMix, SendsEachChannelToItsSideAndIsNeverLouderThanItsSources) {
     }
 }
 
-TEST(TheOverflowMixer, AddsUpWhatOverlapsAndDropsWhatHasEnded) {
+TEST(TheOverflowMixer, AddsOverlappingSoundsAndDropsFinishedOnes) {
     OverflowMixer mixer;
     mixer.add(1, {0.5F, 0.5F, 0.5F, 0.5F}, true);
     mixer.add(2, {0.25F, 0.0F}, true);

@@ -67,14 +67,14 @@ TEST_F(TheOutputVolume, FollowsWhenAnotherSinkBecomesTheDefaultOrTheDefaultGoesA
     EXPECT_TRUE(becomes(0.1F));
 }
 
-TEST_F(TheOutputVolume, EndsOnTheLastOfManyChanges) {
+TEST_F(TheOutputVolume, ReportsTheLastOfManyChanges) {
     run("for i in $(seq 1 100); do pactl set-sink-volume speaker $i%; done; pactl set-sink-volume "
         "speaker "
         "37%");
     EXPECT_TRUE(becomes(0.37F));
 }
 
-TEST_F(TheOutputVolume, IsNoneWithoutAServerAndThereAgainWithOne) {
+TEST_F(TheOutputVolume, IsNoneWithoutAServerAndReturnsWithOne) {
     run("kill -9 $(cat $PULSE_RUNTIME_PATH/pid)");
     EXPECT_TRUE(becomes(std::nullopt));
     EXPECT_EQ(source.volume(Element::firstChannel), std::nullopt);

@@ -53,7 +53,7 @@ protected:
     void TearDown() override { run("pactl set-default-source microphone"); }
 
     /// Knocks every third of a second until a knock is heard.
-    bool hearsSoon(MicrophoneFeeder& feeder) {
+    bool detectsKnock(MicrophoneFeeder& feeder) {
         return runUntil(queue, [&, last = KnockDetector::Time{}, before = knocks]() mutable {
             if (const auto now = std::chrono::steady_clock::now(); now - last > 333ms) {
                 last = now;
@@ -63,7 +63,7 @@ protected:
         });
     }
     /// How many of these knocks, a third of a second apart, are heard.
-    int heardOf(int count, MicrophoneFeeder& feeder, std::size_t channel = 0) {
+    int knocksDetected(int count, MicrophoneFeeder& feeder, std::size_t channel = 0) {
         const int before = knocks;
         for (int i = 0; i < count; ++i) {
             runUntil(
@@ -91,45 +91,45 @@ protected:
     KnockDetector detector{queue, microphone};
 };
 
-TEST_F(ThePulseMicrophone, HearsEachKnockOnceWhileTheSensitivityIsChanged) {
-    ASSERT_TRUE(hearsSoon(mono));
+TEST_F(ThePulseMicrophone, DetectsEachKnockOnceWhileTheSensitivityChanges) {
+    ASSERT_TRUE(detectsKnock(mono));
     detector.slapThreshold = 0.75F;
-    EXPECT_EQ(heardOf(6, mono), 6);
+    EXPECT_EQ(knocksDetected(6, mono), 6);
     detector.slapThreshold = 0.95F;
-    EXPECT_EQ(heardOf(3, mono), 0);
+    EXPECT_EQ(knocksDetected(3, mono), 0);
 }
 
 TEST_F(ThePulseMicrophone, LeavesNothingRunningWhenItStopsAndOneStreamAfterManyRestarts) {
-    ASSERT_TRUE(hearsSoon(mono));
+    ASSERT_TRUE(detectsKnock(mono));
     detector.stop();
     EXPECT_TRUE(recordings("0"));
     for (int i = 0; i < 20; ++i) {
         detector.restartAudio();
     }
-    ASSERT_TRUE(hearsSoon(mono));
+    ASSERT_TRUE(detectsKnock(mono));
     EXPECT_TRUE(recordings("1"));
 }
 
 TEST_F(ThePulseMicrophone, HearsTheFirstChannelOfAnotherDefaultSourceAndTheOldOneWhenThatHasGone) {
-    ASSERT_TRUE(hearsSoon(mono));
+    ASSERT_TRUE(detectsKnock(mono));
     {
         const PipeSource other("other", folder / "other", 16000, 2);
         MicrophoneFeeder stereo(folder / "other", 16000, 2);
         run("pactl set-default-source other");
-        ASSERT_TRUE(hearsSoon(stereo));
-        EXPECT_EQ(heardOf(3, stereo, 1), 0);
-        EXPECT_EQ(heardOf(3, stereo, 0), 3);
-        EXPECT_EQ(heardOf(3, mono), 0);
+        ASSERT_TRUE(detectsKnock(stereo));
+        EXPECT_EQ(knocksDetected(3, stereo, 1), 0);
+        EXPECT_EQ(knocksDetected(3, stereo, 0), 3);
+        EXPECT_EQ(knocksDetected(3, mono), 0);
         EXPECT_TRUE(recordings("1"));
     }
-    EXPECT_TRUE(hearsSoon(mono));
+    EXPECT_TRUE(detectsKnock(mono));
 }
 
-TEST_F(ThePulseMicrophone, NeverTakesWhatTheComputerPlaysForAMicrophone) {
+TEST_F(ThePulseMicrophone, NeverUsesAMonitorAsAMicrophone) {
     SinkRecorder recorder;
     ASSERT_TRUE(recorder.start());
     run("pactl set-default-source speaker.monitor");
-    ASSERT_TRUE(hearsSoon(mono));  // The only real one.
+    ASSERT_TRUE(detectsKnock(mono));  // The only real one.
 
     run("pactl unload-module module-pipe-source");
     ASSERT_TRUE(recordings("0"));
@@ -144,19 +144,19 @@ TEST_F(ThePulseMicrophone, NeverTakesWhatTheComputerPlaysForAMicrophone) {
 
     run("pactl load-module module-pipe-source source_name=microphone file=" + fifo +
         " format=float32le rate=48000 channels=1");
-    EXPECT_TRUE(hearsSoon(mono));
+    EXPECT_TRUE(detectsKnock(mono));
 }
 
 TEST_F(ThePulseMicrophone, ListensAgainWhenItsStreamHasBeenEndedOrTheServerHasDied) {
-    ASSERT_TRUE(hearsSoon(mono));
+    ASSERT_TRUE(detectsKnock(mono));
     ASSERT_TRUE(killStreams("source-output"));
     ASSERT_TRUE(recordings("0"));
-    EXPECT_TRUE(hearsSoon(mono));
+    EXPECT_TRUE(detectsKnock(mono));
 
     run("kill -9 $(cat \"$PULSE_RUNTIME_PATH/pid\")");
-    EXPECT_EQ(heardOf(1, mono), 0);
+    EXPECT_EQ(knocksDetected(1, mono), 0);
     run("\"$CHIMEWERK_START_PULSEAUDIO\"");
-    EXPECT_TRUE(hearsSoon(mono));
+    EXPECT_TRUE(detectsKnock(mono));
 }
 
 }  // namespace

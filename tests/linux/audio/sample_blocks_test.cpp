@@ -16,7 +16,7 @@ std::vector<float> counting(float from, std::size_t length) {
     return samples;
 }
 
-TEST(SampleBlocks, AreOfOneLengthAndMissNothingWhateverThePieces) {
+TEST(SampleBlocks, HaveOneLengthAndMissNothing) {
     for (const std::vector<std::size_t>& pieces :
          std::vector<std::vector<std::size_t>>{{8},
                                                {4, 4},
@@ -43,7 +43,7 @@ TEST(SampleBlocks, AreOfOneLengthAndMissNothingWhateverThePieces) {
     }
 }
 
-TEST(SampleBlocks, ForgetWhatCameBeforeAGap) {
+TEST(SampleBlocks, DropSamplesFromBeforeAGap) {
     SampleBlocks blocks(4);
     std::vector<float> heard;
     const auto take = [&](std::span<const float> block) {

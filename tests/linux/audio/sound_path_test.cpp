@@ -214,7 +214,7 @@ TEST_F(TheSoundPath, PlaysALongFileToItsEndWithoutASeam) {
     EXPECT_TRUE(eventually(allCorked));
 }
 
-TEST_F(TheSoundPath, IsHeardAgainAfterTheServerWasAwayAlsoIfItWasAwayAtTheStart) {
+TEST_F(TheSoundPath, PlaysAgainAfterTheServerReturnsEvenIfItWasAwayAtTheStart) {
     const auto shortSound = file("short.wav", sine(480, 0.5, 0.2));
     play(file("long.wav", sine(480, 0.5, 20)));
     std::this_thread::sleep_for(300ms);

@@ -44,7 +44,7 @@ TEST(TheMainQueue, RunsDelayedJobsInOrderAndNeverEarly) {
     EXPECT_GE(std::chrono::steady_clock::now() - begin, Seconds{0.03});
 }
 
-TEST(TheMainQueue, LetsTimersOfMultipleIntervalsShareAWakeUp) {
+TEST(TheMainQueue, SharesWakeUpsBetweenTimersOfMultipleIntervals) {
     EpollMainQueue queue;
     int slow = 0;
     int wakeUpsWithoutFast = 0;
@@ -65,7 +65,7 @@ TEST(TheMainQueue, LetsTimersOfMultipleIntervalsShareAWakeUp) {
     other->invalidate();
 }
 
-TEST(TheMainQueue, RunsATimerUntilInvalidatedEvenIfNobodyHoldsIt) {
+TEST(TheMainQueue, RunsATimerUntilInvalidatedEvenWithoutItsHandle) {
     EpollMainQueue queue;
     int runs = 0;
     std::shared_ptr<Timer> timer = queue.every(Seconds{0.002}, [&] {

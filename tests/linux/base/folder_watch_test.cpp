@@ -29,20 +29,20 @@ protected:
     void watch(FolderWatch::Report report = FolderWatch::Report::names) {
         watched.emplace(
             queue, folder.string(),
-            [this](std::string_view name) { told.insert(std::string(name)); }, report);
+            [this](std::string_view name) { reported.insert(std::string(name)); }, report);
     }
     static void touch(const fs::path& file) { std::ofstream{file} << "x"; }
     /// Returns whether a new file in the folder is reported, ignoring other reports.
-    bool hears() {
+    bool reportsNewFile() {
         const std::string name = "probe" + std::to_string(++probes);
-        told.clear();
+        reported.clear();
         touch(folder / name);
-        return isTold(name);
+        return wasReported(name);
     }
     /// Returns whether this was reported since the last call. The kernel reports at once.
-    bool isTold(const std::string& name) {
+    bool wasReported(const std::string& name) {
         runReady(queue);
-        return told.erase(name) > 0;
+        return reported.erase(name) > 0;
     }
 
     TemporaryFolder home;
@@ -50,7 +50,7 @@ protected:
     fs::path above = folder.parent_path();
     EpollMainQueue queue;
     std::optional<FolderWatch> watched;
-    std::set<std::string> told;
+    std::set<std::string> reported;
     int probes = 0;
 };
 
@@ -66,17 +66,17 @@ TEST_F(AFolderWatch, ReportsNamesDirectlyInTheFolder) {
     fs::rename(home.path() / "elsewhere", folder / "moved in");
     fs::remove(folder / "old");
     runReady(queue);
-    EXPECT_EQ(told, (std::set<std::string>{"new", "moved in", "old"}));
+    EXPECT_EQ(reported, (std::set<std::string>{"new", "moved in", "old"}));
 }
 
 TEST_F(AFolderWatch, ReportsPermissionsWhenAskedTo) {
     touch(folder / "device");
     watch(FolderWatch::Report::namesAndPermissions);
     fs::permissions(folder / "device", fs::perms::owner_read);
-    EXPECT_TRUE(isTold("device"));
+    EXPECT_TRUE(wasReported("device"));
 }
 
-TEST_F(AFolderWatch, SurvivesWhateverHappensToTheFolder) {
+TEST_F(AFolderWatch, FollowsTheFolderThroughRemovalReplacementAndReturn) {
     const fs::path other = home.path() / "other";
     fs::create_directories(other / "folder");
     struct Case {
@@ -92,7 +92,7 @@ TEST_F(AFolderWatch, SurvivesWhateverHappensToTheFolder) {
         {"deleted, and made again once that is known",
          [&] {
              fs::remove_all(folder);
-             ASSERT_TRUE(isTold(""));
+             ASSERT_TRUE(wasReported(""));
              fs::create_directory(folder);
          }},
         {"replaced by another",
@@ -113,9 +113,9 @@ TEST_F(AFolderWatch, SurvivesWhateverHappensToTheFolder) {
         {"deleted with the folders above",
          [&] {
              fs::remove_all(above);
-             ASSERT_TRUE(isTold(""));
+             ASSERT_TRUE(wasReported(""));
              fs::create_directory(above);
-             ASSERT_TRUE(isTold(""));
+             ASSERT_TRUE(wasReported(""));
              fs::create_directory(folder);
          }},
         {"moved away with the folder above, and made again",
@@ -127,7 +127,7 @@ TEST_F(AFolderWatch, SurvivesWhateverHappensToTheFolder) {
          [&] {
              fs::remove_all(folder);
              touch(folder);
-             ASSERT_TRUE(isTold(""));
+             ASSERT_TRUE(wasReported(""));
              fs::remove(folder);
              fs::create_directory(folder);
          }},
@@ -141,8 +141,8 @@ TEST_F(AFolderWatch, SurvivesWhateverHappensToTheFolder) {
     const std::size_t before = openDescriptors();
     for (const Case& c : cases) {
         c.happens();
-        EXPECT_TRUE(isTold("")) << c.what;
-        EXPECT_TRUE(hears()) << c.what;
+        EXPECT_TRUE(wasReported("")) << c.what;
+        EXPECT_TRUE(reportsNewFile()) << c.what;
     }
     EXPECT_EQ(openDescriptors(), before);
 }
@@ -152,8 +152,8 @@ TEST_F(AFolderWatch, WaitsForAMissingFolderWithoutWakingUp) {
     watch();
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
     fs::create_directories(folder);
-    EXPECT_TRUE(isTold(""));
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(wasReported(""));
+    EXPECT_TRUE(reportsNewFile());
 }
 
 TEST_F(AFolderWatch, RetriesWhereNothingReportsChanges) {
@@ -163,8 +163,8 @@ TEST_F(AFolderWatch, RetriesWhereNothingReportsChanges) {
     watch();
     fs::create_directory(target);  // Behind a dangling link.
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
-    EXPECT_TRUE(runUntil(queue, [&] { return told.contains(""); }));
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(runUntil(queue, [&] { return reported.contains(""); }));
+    EXPECT_TRUE(reportsNewFile());
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
 }
 
@@ -179,8 +179,8 @@ TEST_F(AFolderWatch, LosesNothingWhenTheKernelQueueOverflows) {
         ASSERT_EQ(link((above / "file").c_str(), (folder / "burst").c_str()), 0);
         ASSERT_EQ(unlink((folder / "burst").c_str()), 0);
     }
-    EXPECT_TRUE(isTold(""));
-    EXPECT_TRUE(hears());
+    EXPECT_TRUE(wasReported(""));
+    EXPECT_TRUE(reportsNewFile());
 }
 
 }  // namespace

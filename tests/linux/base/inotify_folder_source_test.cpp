@@ -38,7 +38,7 @@ protected:
     TemporaryFolder home;
 };
 
-TEST_F(TheUsersFolders, AreWhereTheUserHasPlacedThem) {
+TEST_F(TheUsersFolders, AreThoseOfTheUsersConfiguration) {
     EXPECT_THAT(screenshotFolders(),
                 ElementsAre(home / "Desktop", home / "Pictures", home / "Pictures/Screenshots"));
     struct Case {

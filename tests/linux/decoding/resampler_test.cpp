@@ -42,7 +42,7 @@ std::vector<float> convert(const std::vector<float>& source, int from) {
     }
 }
 
-TEST(TheResampler, KeepsAToneItsPitchLevelPlaceAndLengthAtAnyRate) {
+TEST(TheResampler, KeepsPitchLevelPlaceAndLengthAtAnyRate) {
     for (const int from :
          {100, 8000, 11025, 22050, 44100, 47999, 48001, 88200, 96000, 192000, 768000}) {
         const double hertz = from < 1000 ? 20 : 1000;
@@ -60,7 +60,7 @@ TEST(TheResampler, KeepsAToneItsPitchLevelPlaceAndLengthAtAnyRate) {
     }
 }
 
-TEST(TheResampler, LetsNothingThroughThatTheLowerRateCannotHold) {
+TEST(TheResampler, RemovesWhatTheLowerRateCannotHold) {
     const auto result = convert(sine(30000, 0.5, 0.2, 96000), 96000);
     float loudest = 0;
     for (std::size_t i = 400; i + 400 < result.size(); ++i) {
@@ -69,7 +69,7 @@ TEST(TheResampler, LetsNothingThroughThatTheLowerRateCannotHold) {
     EXPECT_LT(loudest, 0.001F);
 }
 
-TEST(TheResampler, KeepsTheSidesApartAndALevelLevel) {
+TEST(TheResampler, KeepsChannelsSeparateAndConstantLevelsConstant) {
     std::vector<float> source(8820);
     for (std::size_t i = 0; i < source.size(); i += 2) {
         source[i] = 0.25F;

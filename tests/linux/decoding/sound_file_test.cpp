@@ -190,7 +190,7 @@ TEST_F(ASoundFile, DecodesEveryBundledSound) {
     EXPECT_GT(sounds, 100);
 }
 
-TEST_F(ASoundFile, GoesOnBehindItsHeadWithoutASeam) {
+TEST_F(ASoundFile, ContinuesAfterItsHeadWithoutASeam) {
     // Large enough that the head is decoded from a part of the file, and at a rate that
     // needs converting.
     constexpr float kRadians = 2 * std::numbers::pi_v<float> * 440 / kOutputRate;
@@ -448,7 +448,7 @@ TEST_F(ASoundFile, IsNoneForWhatHoldsNoSound) {
     }
 }
 
-TEST_F(ASoundFile, WhoseLengthIsNotToldPlaysToItsEnd) {
+TEST_F(ASoundFile, OfUnknownLengthPlaysToItsEnd) {
     // As written to a pipe: the lengths in the header are placeholders.
     writeSoundFile(folder / "tone.wav", sine(440, 0.5, 3), 48000, 1);
     std::string bytes = bytesOf("tone.wav");

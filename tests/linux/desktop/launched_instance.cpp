@@ -18,33 +18,33 @@ int main(int count, char** arguments) {
         return 2;
     }
     const FileDescriptor log(open(arguments[2], O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600));
-    const auto say = [&log](const std::string& line) {
+    const auto writeLine = [&log](const std::string& line) {
         const std::string whole = line + "\n";
         static_cast<void>(write(log.get(), whole.data(), whole.size()) == 0);
     };
     EpollMainQueue queue;
     SingleInstance instance(
         queue, arguments[1],
-        {.onActivate = [&](const std::string& token) { say("activate " + token); },
+        {.onActivate = [&](const std::string& token) { writeLine("activate " + token); },
          .onAction =
              [&](const std::string& action, const std::string& token) {
-                 say(action + " " + token);
+                 writeLine(action + " " + token);
                  if (action == SingleInstance::kQuit) {
                      queue.quit();
                  }
              }});
     switch (instance.claim(LaunchRequest::ofThisProcess(count > 3 ? arguments[3] : ""))) {
         case SingleInstance::Outcome::alreadyRunning:
-            say("already");
+            writeLine("already");
             return 0;
         case SingleInstance::Outcome::first:
-            say("first");
+            writeLine("first");
             break;
         case SingleInstance::Outcome::noBus:
-            say("no bus");
+            writeLine("no bus");
             break;
     }
     queue.run();
-    say("ended");
+    writeLine("ended");
     return 0;
 }

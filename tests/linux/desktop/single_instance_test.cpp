@@ -32,9 +32,9 @@ using namespace std::chrono_literals;
 using Outcome = SingleInstance::Outcome;
 
 /// One instance in the test, and others launched as separate processes.
-class TheSessionsInstance : public testing::Test {
+class TheSingleInstance : public testing::Test {
 protected:
-    ~TheSessionsInstance() override { setTokens("", ""); }
+    ~TheSingleInstance() override { setTokens("", ""); }
 
     static void setTokens(const char* activationToken, const char* startupId) {
         setenv("XDG_ACTIVATION_TOKEN", activationToken, 1);
@@ -63,7 +63,7 @@ protected:
             std::vector<std::string>{LAUNCHED_INSTANCE, kId, folder / "log", action});
     }
     /// Returns how often the launched programs have logged this line.
-    long said(const std::string& wanted) {
+    long timesLogged(const std::string& wanted) {
         std::ifstream lines(folder / "log");
         long count = 0;
         for (std::string line; std::getline(lines, line);) {
@@ -73,10 +73,10 @@ protected:
     }
     /// Launches the program again, waits until it has found the running instance, and returns the
     /// request that the instance received.
-    std::string askedByLaunch(const std::string& action = "") {
-        const long before = said("already");
+    std::string requestOfLaunch(const std::string& action = "") {
+        const long before = timesLogged("already");
         launch(action);
-        EXPECT_TRUE(runUntil(queue, [&] { return said("already") > before; }));
+        EXPECT_TRUE(runUntil(queue, [&] { return timesLogged("already") > before; }));
         runReady(queue);
         return std::exchange(log, "");
     }
@@ -91,24 +91,27 @@ protected:
     std::list<ChildProcess> launched;
 };
 
-TEST_F(TheSessionsInstance, IsOneOfAllLaunchedAtTheSameTime) {
+TEST_F(TheSingleInstance, IsOneOfSeveralLaunchedAtTheSameTime) {
     constexpr long kLaunches = 8;
     ASSERT_TRUE(bus.start());
     for (long round = 1; round <= 5; ++round) {
         for (long i = 0; i < kLaunches; ++i) {
             launch();
         }
-        ASSERT_TRUE(eventually(
-            [&] { return said("first") + said("already") == round * kLaunches + round - 1; }));
-        EXPECT_EQ(said("first"), round);
-        EXPECT_TRUE(eventually([&] { return said("activate ") == round * (kLaunches - 1); }));
+        ASSERT_TRUE(eventually([&] {
+            return timesLogged("first") + timesLogged("already") == round * kLaunches + round - 1;
+        }));
+        EXPECT_EQ(timesLogged("first"), round);
+        EXPECT_TRUE(
+            eventually([&] { return timesLogged("activate ") == round * (kLaunches - 1); }));
         launch(SingleInstance::kQuit);
-        ASSERT_TRUE(eventually(
-            [&] { return said("ended") == round && said("already") == round * kLaunches; }));
+        ASSERT_TRUE(eventually([&] {
+            return timesLogged("ended") == round && timesLogged("already") == round * kLaunches;
+        }));
     }
 }
 
-TEST_F(TheSessionsInstance, ReceivesARequestFromEachFurtherLaunch) {
+TEST_F(TheSingleInstance, ReceivesARequestFromEachFurtherLaunch) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
     struct Case {
@@ -124,12 +127,12 @@ TEST_F(TheSessionsInstance, ReceivesARequestFromEachFurtherLaunch) {
                           Case{"", "", "open-help", "open-help ; "},
                           Case{"", "", "quit", "quit ; "}, Case{"", "", "dance", ""}}) {
         setTokens(c.activationToken, c.startupId);
-        EXPECT_EQ(askedByLaunch(c.action), c.asked);
+        EXPECT_EQ(requestOfLaunch(c.action), c.asked);
     }
 }
 
 /// The caller is another client, which reads the interface by introspection.
-TEST_F(TheSessionsInstance, ReceivesRequestsFromTheDesktop) {
+TEST_F(TheSingleInstance, ReceivesRequestsFromTheDesktop) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
     const auto call = [this](std::vector<std::string> methodAndArguments) {
@@ -150,21 +153,21 @@ TEST_F(TheSessionsInstance, ReceivesRequestsFromTheDesktop) {
               "activate ; ");
 }
 
-TEST_F(TheSessionsInstance, IsReplacedByALaunchThatFindsItQuitting) {
+TEST_F(TheSingleInstance, IsReplacedByALaunchThatFindsItQuitting) {
     ASSERT_TRUE(bus.start());
     for (const int milliseconds : {0, 5, 10, 20, 100}) {
-        const long before = said("first");
+        const long before = timesLogged("first");
         ASSERT_EQ(claim(), Outcome::first);
         launch();
         std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
         instance.reset();
-        EXPECT_TRUE(eventually([&] { return said("first") == before + 1; })) << milliseconds;
+        EXPECT_TRUE(eventually([&] { return timesLogged("first") == before + 1; })) << milliseconds;
         launched.clear();
     }
-    EXPECT_EQ(said("already"), 0);
+    EXPECT_EQ(timesLogged("already"), 0);
 }
 
-TEST_F(TheSessionsInstance, IsNotWaitedForForeverWhenItHangs) {
+TEST_F(TheSingleInstance, DoesNotBlockLaunchesForeverWhenItHangs) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
     SingleInstance second(queue, kId, callbacks(), kTiming);
@@ -174,7 +177,7 @@ TEST_F(TheSessionsInstance, IsNotWaitedForForeverWhenItHangs) {
     EXPECT_EQ(log, "activate ; ");
 }
 
-TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesTheNameOnceThereIsOne) {
+TEST_F(TheSingleInstance, RunsWithoutABusAndClaimsTheNameOnceThereIsOne) {
     for (const bool hasBus : {false, true}) {
         if (hasBus) {
             ASSERT_TRUE(bus.start());
@@ -186,19 +189,19 @@ TEST_F(TheSessionsInstance, RunsWithoutABusAndTakesTheNameOnceThereIsOne) {
         }
         ASSERT_TRUE(bus.start());
         ASSERT_TRUE(runUntil(queue, isNameOwned));
-        EXPECT_EQ(askedByLaunch(), "activate ; ");
+        EXPECT_EQ(requestOfLaunch(), "activate ; ");
         bus.kill();
     }
     ASSERT_TRUE(bus.start());
     launch();
-    ASSERT_TRUE(eventually([&] { return said("first") == 1; }));
+    ASSERT_TRUE(eventually([&] { return timesLogged("first") == 1; }));
     while (wakeUpsWithin(queue, Seconds{0.1}) > 0) {
     }
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);  // It no longer tries.
-    EXPECT_EQ(askedByLaunch(), "");
+    EXPECT_EQ(requestOfLaunch(), "");
 }
 
-TEST_F(TheSessionsInstance, DoesNotWaitForABusThatHangs) {
+TEST_F(TheSingleInstance, DoesNotWaitForABusThatHangs) {
     const FileDescriptor silent(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
     bus.path().copy(address.sun_path, sizeof address.sun_path - 1);

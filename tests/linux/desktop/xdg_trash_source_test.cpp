@@ -62,7 +62,7 @@ TEST_F(TheTrashFolder, ChangesItsTimeWithEachItemAndCountsHiddenOnesAndFolders) 
     EXPECT_EQ(count(), 4);
 }
 
-TEST_F(TheTrashFolder, MayBeALinkAndMayVanish) {
+TEST_F(TheTrashFolder, MayBeALinkAndMayDisappear) {
     const fs::path elsewhere = home.path() / "elsewhere";
     fs::create_directories(elsewhere);
     fs::create_directories(files.parent_path());

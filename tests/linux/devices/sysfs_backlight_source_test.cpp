@@ -28,7 +28,7 @@ protected:
     SysfsBacklightSource source;
 };
 
-TEST_F(TheBacklight, IsReadAnewEachTimeAndMayComeGoAndComeBack) {
+TEST_F(TheBacklight, IsReadEachTimeAndMayDisappearAndReturn) {
     EXPECT_EQ(source.brightness(), std::nullopt);
     const std::string panel = add("intel_backlight", "raw", "300", "1200");
     EXPECT_EQ(source.brightness(), 0.25F);
@@ -60,7 +60,7 @@ TEST_F(TheBacklight, IsAtFirstTheFirmwaresThenThePlatformsThenARawOneThatCanBeRe
     EXPECT_EQ(atFirst(), 0.1F) << "nothing at all";
 }
 
-TEST_F(TheBacklight, FollowsTheOneThatTheDesktopSetsAndMovesAsMuch) {
+TEST_F(TheBacklight, FollowsTheBacklightThatTheDesktopSets) {
     // A laptop with two graphics chips, whose firmware's backlight does nothing.
     const std::string firmware = add("acpi_video0", "firmware", "100", "100");
     const std::string intel = add("intel_backlight", "raw", "4000", "10000");
@@ -79,7 +79,7 @@ TEST_F(TheBacklight, FollowsTheOneThatTheDesktopSetsAndMovesAsMuch) {
     EXPECT_FLOAT_EQ(*source.brightness(), 0.9F);
 }
 
-TEST_F(TheBacklight, IsNotThatOfAnOutputThatIsOff) {
+TEST_F(TheBacklight, IgnoresOutputsThatAreOff) {
     // Of card0-eDP-1 and card1-eDP-2.
     const std::string amd = add("amdgpu_bl0", "raw", "2", "10");
     const std::string nvidia = add("nvidia_0", "raw", "6", "10");
@@ -95,7 +95,7 @@ TEST_F(TheBacklight, IsNotThatOfAnOutputThatIsOff) {
     EXPECT_FLOAT_EQ(*source.brightness(), 0.5F);
 }
 
-TEST_F(TheBacklight, StaysWithinItsScale) {
+TEST_F(TheBacklight, IsClampedToItsScale) {
     const std::string panel = add("panel", "raw", "11", "10");
     EXPECT_EQ(source.brightness(), 1.0F);
     machine.set(panel, "brightness", "-1\n");

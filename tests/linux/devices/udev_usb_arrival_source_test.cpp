@@ -29,7 +29,7 @@ protected:
         return machine.add("usb", name, hub, attributes, {{"DEVTYPE", "usb_device"}});
     }
     /// Returns the number of calls since the last time.
-    int heard() {
+    int takeCalls() {
         for (int i = 0; i < 10; ++i) {
             queue.dispatch();
         }
@@ -45,51 +45,51 @@ protected:
     int calls = 0;
 };
 
-TEST_F(UsbArrivals, AreDevicesThatComeAfterTheStart) {
+TEST_F(UsbArrivals, AreDevicesPluggedInAfterTheStart) {
     const std::string there = plug("usb1");
     open();
-    EXPECT_EQ(heard(), 0);
+    EXPECT_EQ(takeCalls(), 0);
     const std::string stick = plug("1-1");
-    EXPECT_EQ(heard(), 1);
+    EXPECT_EQ(takeCalls(), 1);
     plug("1-1:1.0", "usb_interface");
-    EXPECT_EQ(heard(), 0) << "a part of a device";
+    EXPECT_EQ(takeCalls(), 0) << "a part of a device";
     machine.add("input", "event9", "", {}, {{"DEVTYPE", "usb_device"}});
-    EXPECT_EQ(heard(), 0) << "no USB";
+    EXPECT_EQ(takeCalls(), 0) << "no USB";
     machine.announce(there, "change");
     machine.announce(there, "bind");
     machine.remove(stick);
-    EXPECT_EQ(heard(), 0) << "no arrivals";
+    EXPECT_EQ(takeCalls(), 0) << "no arrivals";
     awake += Seconds(2);
     plug("1-1");
-    EXPECT_EQ(heard(), 1);
+    EXPECT_EQ(takeCalls(), 1);
 }
 
-TEST_F(UsbArrivals, LeaveOutEventsThatAreOnlyRepeated) {
+TEST_F(UsbArrivals, IgnoreEventsThatAreOnlyRepeated) {
     open();
     const std::string stick = plug("1-1");
-    EXPECT_EQ(heard(), 1);
+    EXPECT_EQ(takeCalls(), 1);
     machine.setProperty(stick, "SYNTH_UUID", "0");
     machine.announce(stick, "add");
-    EXPECT_EQ(heard(), 0);
+    EXPECT_EQ(takeCalls(), 0);
 }
 
-TEST_F(UsbArrivals, ShareACallWhenTheyComeTogetherAndEndAtClose) {
+TEST_F(UsbArrivals, ShareACallWhenTheyArriveTogetherAndEndAtClose) {
     open();
     plug("1-1");
     plug("1-2");
     plug("1-3");
-    EXPECT_EQ(heard(), 1);
+    EXPECT_EQ(takeCalls(), 1);
     plug("1-4");
     source.close();
-    EXPECT_EQ(heard(), 0);
+    EXPECT_EQ(takeCalls(), 0);
     plug("1-5");
     open();
-    EXPECT_EQ(heard(), 0);
+    EXPECT_EQ(takeCalls(), 0);
     plug("1-6");
-    EXPECT_EQ(heard(), 1);
+    EXPECT_EQ(takeCalls(), 1);
 }
 
-TEST_F(UsbArrivals, AreOneForADockWhoseDevicesComeOneByOneOnTwoBuses) {
+TEST_F(UsbArrivals, AreOneForADockWithDevicesOnTwoBuses) {
     // The hubs of a USB 3 dock, at the two ports of one connector.
     const std::string slowBus = plug("usb1");
     const std::string fastBus = plug("usb2");
@@ -100,20 +100,20 @@ TEST_F(UsbArrivals, AreOneForADockWhoseDevicesComeOneByOneOnTwoBuses) {
     open();
     const std::string dock = plugInto(slowBus, "1-4");
     machine.link(dock, "port", "../1-0:1.0/usb1-port4");
-    EXPECT_EQ(heard(), 1);
+    EXPECT_EQ(takeCalls(), 1);
     awake += Seconds(0.2);
     machine.link(plugInto(fastBus, "2-9"), "port", "../2-0:1.0/usb2-port9");
-    EXPECT_EQ(heard(), 0) << "the same connector";
+    EXPECT_EQ(takeCalls(), 0) << "the same connector";
     for (const char* const name : {"1-4.1", "1-4.3", "1-4.4"}) {
         awake += Seconds(0.9);
         plugInto(dock, name);
-        EXPECT_EQ(heard(), 0) << name;
+        EXPECT_EQ(takeCalls(), 0) << name;
     }
     plugInto(slowBus, "1-2");
-    EXPECT_EQ(heard(), 1) << "another port";
+    EXPECT_EQ(takeCalls(), 1) << "another port";
     awake += Seconds(1.1);
     plugInto(dock, "1-4.2");
-    EXPECT_EQ(heard(), 1) << "plugged into the dock later";
+    EXPECT_EQ(takeCalls(), 1) << "plugged into the dock later";
 }
 
 TEST_F(UsbArrivals, AreNotDevicesThatComeBackAfterAWakeOrInAnotherMode) {
@@ -124,10 +124,10 @@ TEST_F(UsbArrivals, AreNotDevicesThatComeBackAfterAWakeOrInAnotherMode) {
     const auto replug = [&](const std::string& serial, Seconds gap) {
         machine.announce(key, "remove");
         machine.remove(key);
-        heard();
+        takeCalls();
         awake += gap;
         plugInto(bus, "1-2", {{"serial", serial + "\n"}});
-        return heard();
+        return takeCalls();
     };
     asleep += Seconds(3600);
     EXPECT_EQ(replug("4C530001", Seconds(4)), 0) << "back after hibernation";
@@ -137,10 +137,10 @@ TEST_F(UsbArrivals, AreNotDevicesThatComeBackAfterAWakeOrInAnotherMode) {
     EXPECT_EQ(replug("other", Seconds(0.8)), 0) << "a modem that changes its mode";
 
     machine.remove(camera);
-    heard();
+    takeCalls();
     awake += Seconds(60);
     plugInto(bus, "1-6", {{"removable", "fixed\n"}});
-    EXPECT_EQ(heard(), 0) << "built in, switched off and on with a key";
+    EXPECT_EQ(takeCalls(), 0) << "built in, switched off and on with a key";
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ protected:
 
     bool listen() {
         tap = source.createTap(
-            {.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); },
+            {.onKeyDown = [this](std::int64_t keyCode) { received.push_back(keyCode); },
              .onDisabled =
                  [this] {
                      ++disablings;
@@ -44,14 +44,15 @@ protected:
         return tap != nullptr;
     }
     /// Presses and releases these keys on a device and returns the key codes reported.
-    std::vector<std::int64_t> hear(const std::string& device, const std::vector<unsigned>& keys) {
-        heard.clear();
+    std::vector<std::int64_t> pressEach(const std::string& device,
+                                        const std::vector<unsigned>& keys) {
+        received.clear();
         for (const unsigned key : keys) {
             devices.send(device, key, 1);
             devices.send(device, key, 0);
         }
         runReady(queue);
-        return heard;
+        return received;
     }
 
     /// Returns the number of open descriptors on devices (the devices' end included) and for
@@ -63,12 +64,12 @@ protected:
     FakeKeyboards devices;
     EpollMainQueue queue;
     EvdevKeySource source{queue};
-    std::vector<std::int64_t> heard;
+    std::vector<std::int64_t> received;
     int disablings = 0;
     std::unique_ptr<KeyTap> tap;
 };
 
-TEST_F(TheEventDevices, AreTrustedWhenOneOfThemHasKeysThatType) {
+TEST_F(TheEventDevices, AreTrustedIfOneOfThemHasTypingKeys) {
     EXPECT_FALSE(source.trusted());
     devices.plug("event0", {KEY_POWER, KEY_SLEEP});
     devices.plug("event1", {BTN_LEFT, BTN_RIGHT, BTN_MIDDLE});
@@ -80,47 +81,47 @@ TEST_F(TheEventDevices, AreTrustedWhenOneOfThemHasKeysThatType) {
     EXPECT_TRUE(listen());
 }
 
-TEST_F(TheEventDevices, TellOfPressesAndRepeatsButNotOfReleasesModifiersAndMediaKeys) {
+TEST_F(TheEventDevices, ReportPressesAndRepeatsButNoReleasesModifiersOrMediaKeys) {
     devices.plug("event0", kKeyboard);
     ASSERT_TRUE(listen());
-    EXPECT_THAT(hear("event0", {KEY_A, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_VOLUMEUP, KEY_ENTER}),
+    EXPECT_THAT(pressEach("event0", {KEY_A, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_VOLUMEUP, KEY_ENTER}),
                 ElementsAre(0, 36));
-    heard.clear();
+    received.clear();
     devices.send("event0", KEY_A, 1);
     devices.send("event0", KEY_A, 2);
     devices.send("event0", KEY_A, 2);
     devices.send("event0", KEY_A, 0);
     runReady(queue);
-    EXPECT_THAT(heard, ElementsAre(0, 0, 0));
+    EXPECT_THAT(received, ElementsAre(0, 0, 0));
 }
 
-TEST_F(TheEventDevices, AreHeardTogetherAndWhenTheyComeLater) {
+TEST_F(TheEventDevices, ReportTogetherAndWhenPluggedInLater) {
     devices.plug("event0", kKeyboard);
     devices.plug("event1", kKeyboard);
     ASSERT_TRUE(listen());
-    EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
     devices.plug("event7", kKeyboard);
     runReady(queue);
-    EXPECT_THAT(hear("event7", {KEY_B}), ElementsAre(11));
-    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event7", {KEY_B}), ElementsAre(11));
+    EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
 }
 
-TEST_F(TheEventDevices, GoOnWithoutTheOneThatIsUnpluggedAndWithItOnceItIsBack) {
+TEST_F(TheEventDevices, GoOnWithoutAnUnpluggedKeyboardAndReportItsKeysAgainLater) {
     devices.plug("event0", kKeyboard);
     devices.plug("event1", kKeyboard);
     ASSERT_TRUE(listen());
-    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
-    EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
     const std::size_t before = held();
     for (int i = 1; i <= 3; ++i) {
         devices.unplug("event1");
         runReady(queue);
         EXPECT_EQ(disablings, i);
-        EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+        EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
         EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 0);
         devices.plug("event1", kKeyboard);
         runReady(queue);
-        EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
+        EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
     }
     EXPECT_EQ(held(), before);
     devices.unplug("event0");
@@ -129,45 +130,45 @@ TEST_F(TheEventDevices, GoOnWithoutTheOneThatIsUnpluggedAndWithItOnceItIsBack) {
     EXPECT_FALSE(source.trusted());
     devices.plug("event5", kKeyboard);
     runReady(queue);
-    EXPECT_THAT(hear("event5", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event5", {KEY_A}), ElementsAre(0));
 }
 
-TEST_F(TheEventDevices, AreHeardWhileTheyMayBeRead) {
+TEST_F(TheEventDevices, ReportOnlyWhileTheyAreReadable) {
     devices.plug("event0", kKeyboard);
     devices.plug("event1", kKeyboard);
-    devices.letOthersIn();
+    devices.makeAccessible();
     const Unprivileged self;
     self.permit(devices.file("event0"), 0);
     self.permit(devices.file("event1"), 0666);
     ASSERT_TRUE(listen());
-    EXPECT_THAT(hear("event1", {KEY_A}), ElementsAre(0));
-    EXPECT_THAT(hear("event0", {KEY_A}), IsEmpty());
+    EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event0", {KEY_A}), IsEmpty());
     self.permit(devices.file("event0"), 0666);
     runReady(queue);
-    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
     self.permit(devices.file("event0"), 0);
     self.permit(devices.file("event1"), 0);
     EXPECT_FALSE(source.trusted());
     runReady(queue);
-    EXPECT_THAT(hear("event0", {KEY_A}), IsEmpty());
+    EXPECT_THAT(pressEach("event0", {KEY_A}), IsEmpty());
     EXPECT_EQ(disablings, 0);
     self.permit(devices.file("event0"), 0666);
     runReady(queue);
-    EXPECT_THAT(hear("event0", {KEY_B}), ElementsAre(11));
+    EXPECT_THAT(pressEach("event0", {KEY_B}), ElementsAre(11));
 }
 
 TEST_F(TheEventDevices, AreSilentWhileTheTapIsDisabled) {
     devices.plug("event0", kKeyboard);
     ASSERT_TRUE(listen());
-    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
     const std::size_t before = held();
     tap->setEnabled(false);
     EXPECT_EQ(held(), before - 2);
-    EXPECT_THAT(hear("event0", {KEY_A}), IsEmpty());
+    EXPECT_THAT(pressEach("event0", {KEY_A}), IsEmpty());
     tap->setEnabled(true);
     tap->setEnabled(true);
     EXPECT_EQ(held(), before);
-    EXPECT_THAT(hear("event0", {KEY_A}), ElementsAre(0));
+    EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
 }
 
 }  // namespace

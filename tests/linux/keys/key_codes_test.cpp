@@ -13,7 +13,7 @@
 namespace chimewerk {
 namespace {
 
-TEST(TheKeyCodes, AreThoseOfTheProgramForKeysThatHaveOne) {
+TEST(TheKeyCodes, AreTheProgramsCodesForTheKernelsKeys) {
     struct Case {
         unsigned evdev;
         std::int64_t code;
@@ -28,7 +28,7 @@ TEST(TheKeyCodes, AreThoseOfTheProgramForKeysThatHaveOne) {
     }
 }
 
-TEST(TheKeyCodes, LeaveOutWhatIsNoKeyPress) {
+TEST(TheKeyCodes, LeaveOutModifiersMediaKeysAndButtons) {
     for (const unsigned evdev : {KEY_RESERVED,
                                  KEY_LEFTSHIFT,
                                  KEY_RIGHTSHIFT,
@@ -86,7 +86,7 @@ TEST(TheKeyCodes, AreTheSameOnlyForKeysInTheSamePlace) {
     EXPECT_GE(keys.size(), 95U);
 }
 
-TEST(TheSession, IsX11WhenItsServerIsNotThereForTheProgramsOfAWaylandSession) {
+TEST(TheSession, IsX11UnlessItsServerServesAWaylandSession) {
     struct Case {
         SessionEnvironment environment;
         bool isX11;

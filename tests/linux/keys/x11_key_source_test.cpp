@@ -34,42 +34,42 @@ protected:
     }
 
     void listen(KeySource& from) {
-        tap =
-            from.createTap({.onKeyDown = [this](std::int64_t keyCode) { heard.push_back(keyCode); },
-                            .onDisabled = [] {}});
+        tap = from.createTap(
+            {.onKeyDown = [this](std::int64_t keyCode) { received.push_back(keyCode); },
+             .onDisabled = [] {}});
         ASSERT_NE(tap, nullptr);
         tap->setEnabled(true);
         runReady(queue);
     }
     /// Presses and releases these keys, then space, and returns the key codes reported. The space
     /// ends the list, so that silence needs no waiting.
-    std::vector<std::int64_t> hear(const std::vector<unsigned>& keys) {
-        heard.clear();
+    std::vector<std::int64_t> pressEach(const std::vector<unsigned>& keys) {
+        received.clear();
         for (const unsigned key : keys) {
             x.tap(key);
         }
         x.tap(KEY_SPACE);
         runUntil(
-            queue, [&] { return !heard.empty() && heard.back() == 49; }, Seconds{2});
-        return heard;
+            queue, [&] { return !received.empty() && received.back() == 49; }, Seconds{2});
+        return received;
     }
 
     FakeXInput x;
     EpollMainQueue queue;
     X11KeySource source{queue, std::getenv("DISPLAY")};
-    std::vector<std::int64_t> heard;
+    std::vector<std::int64_t> received;
     std::unique_ptr<KeyTap> tap;
 };
 
-TEST_F(TheX11Keys, AreHeardWhateverWindowHasTheFocus) {
+TEST_F(TheX11Keys, AreReportedWhateverWindowHasTheFocus) {
     EXPECT_TRUE(source.trusted());
     listen(source);
-    EXPECT_THAT(hear({KEY_A, KEY_ENTER, KEY_KPENTER, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_CAPSLOCK,
-                      KEY_VOLUMEUP, KEY_S}),
+    EXPECT_THAT(pressEach({KEY_A, KEY_ENTER, KEY_KPENTER, KEY_LEFTSHIFT, KEY_CAPSLOCK, KEY_CAPSLOCK,
+                           KEY_VOLUMEUP, KEY_S}),
                 ElementsAre(0, 36, 76, 1, 49));
 }
 
-TEST_F(TheX11Keys, AreHeardPastAGrab) {
+TEST_F(TheX11Keys, AreReportedDespiteAGrab) {
     listen(source);
     std::free(xcb_grab_keyboard_reply(
         x.server(),
@@ -77,40 +77,40 @@ TEST_F(TheX11Keys, AreHeardPastAGrab) {
                           xcb_setup_roots_iterator(xcb_get_setup(x.server())).data->root,
                           XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
         nullptr));
-    EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
+    EXPECT_THAT(pressEach({KEY_A}), ElementsAre(0, 49));
     xcb_ungrab_keyboard(x.server(), XCB_CURRENT_TIME);
     x.sync();
 }
 
-TEST_F(TheX11Keys, RepeatWhileAKeyIsHeldAsTheServerLetsThem) {
+TEST_F(TheX11Keys, RepeatWhileHeldWithTheServersSettings) {
     ASSERT_EQ(std::system("xset r rate 200 50"), 0);
     listen(source);
     x.press(KEY_LEFTCTRL);  // Does not repeat, and is not reported.
     x.press(KEY_A);
-    EXPECT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
+    EXPECT_TRUE(runUntil(queue, [&] { return received.size() == 1; }));
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.1}), 0);
     EXPECT_TRUE(runUntil(
-        queue, [&] { return heard.size() == 6; }, Seconds{2}));
+        queue, [&] { return received.size() == 6; }, Seconds{2}));
     x.press(KEY_B);  // Only the last key repeats.
     EXPECT_TRUE(runUntil(
-        queue, [&] { return heard.size() == 9; }, Seconds{2}));
-    EXPECT_THAT(heard, ElementsAre(0, 0, 0, 0, 0, 0, 11, 11, 11));
+        queue, [&] { return received.size() == 9; }, Seconds{2}));
+    EXPECT_THAT(received, ElementsAre(0, 0, 0, 0, 0, 0, 11, 11, 11));
     x.release(KEY_A);
     EXPECT_TRUE(runUntil(
-        queue, [&] { return heard.size() == 10; }, Seconds{2}));
+        queue, [&] { return received.size() == 10; }, Seconds{2}));
     x.release(KEY_B);
     x.release(KEY_LEFTCTRL);
     x.sync();
     runReady(queue);
-    const std::size_t atRelease = heard.size();
+    const std::size_t atRelease = received.size();
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
-    EXPECT_EQ(heard.size(), atRelease);
+    EXPECT_EQ(received.size(), atRelease);
 
     ASSERT_EQ(std::system("xset r off"), 0);  // The server announces the change to the tap.
     runReady(queue);
-    heard.clear();
+    received.clear();
     x.press(KEY_A);
-    EXPECT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
+    EXPECT_TRUE(runUntil(queue, [&] { return received.size() == 1; }));
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.4}), 0);
     x.release(KEY_A);
     ASSERT_EQ(std::system("xset r on"), 0);
@@ -125,11 +125,11 @@ TEST_F(TheX11Keys, AreSilentWhileTheTapIsDisabled) {
     x.tap(KEY_A);
     x.sync();
     runReady(queue);
-    EXPECT_THAT(heard, IsEmpty());
+    EXPECT_THAT(received, IsEmpty());
     tap->setEnabled(true);
     runReady(queue);
     EXPECT_EQ(openDescriptors(), enabled);
-    EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
+    EXPECT_THAT(pressEach({KEY_A}), ElementsAre(0, 49));
 }
 
 TEST_F(TheX11Keys, AreNotTrustedWithoutAServer) {
@@ -141,7 +141,7 @@ TEST_F(TheX11Keys, AreNotTrustedWithoutAServer) {
 }
 
 /// Uses another X server, which can be killed.
-TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
+TEST_F(TheX11Keys, AreReportedAgainAfterTheServerRestarts) {
     const std::vector<std::string> command{"Xvfb",       ":4712",     "-screen", "0",
                                            "640x480x24", "-nolisten", "tcp",     "-noreset"};
     constexpr Seconds kRetry{0.1};
@@ -153,28 +153,28 @@ TEST_F(TheX11Keys, AreHeardAgainWhenTheServerHasGoneAndComeBack) {
         listen(passing);
         FakeXInput keyboard(":4712");
         keyboard.press(KEY_A);  // Held when the server dies; must not go on repeating.
-        ASSERT_TRUE(runUntil(queue, [&] { return heard.size() == 1; }));
+        ASSERT_TRUE(runUntil(queue, [&] { return received.size() == 1; }));
         server.end(SIGKILL);
     }
     runReady(queue);
     EXPECT_LE(wakeUpsWithin(queue, 8 * kRetry), 16);  // It does not spin.
-    EXPECT_EQ(heard.size(), 1U);
+    EXPECT_EQ(received.size(), 1U);
     ChildProcess server(command);
     ASSERT_TRUE(runUntil(queue, [&] { return passing.trusted(); }));
     FakeXInput keyboard(":4712");
-    heard.clear();
+    received.clear();
     EXPECT_TRUE(runUntil(queue, [&] {
         keyboard.tap(KEY_A);
-        return !heard.empty();
+        return !received.empty();
     }));
 }
 
-TEST_F(TheX11Keys, AreTheWayOfAnX11SessionWithoutEventDevicesAndOfNoOther) {
+TEST_F(TheX11Keys, AreUsedOnlyInAnX11SessionWithoutEventDevices) {
     const std::string display = std::getenv("DISPLAY");
     DesktopKeySource x11(queue, {.type = "x11", .waylandDisplay = "", .display = display});
     EXPECT_TRUE(x11.trusted());
     listen(x11);
-    EXPECT_THAT(hear({KEY_A}), ElementsAre(0, 49));
+    EXPECT_THAT(pressEach({KEY_A}), ElementsAre(0, 49));
     DesktopKeySource wayland(
         queue, {.type = "wayland", .waylandDisplay = "wayland-0", .display = display});
     EXPECT_FALSE(wayland.trusted());

@@ -46,7 +46,7 @@ protected:
     EpollMainQueue queue;
 };
 
-TEST_F(ThePermissionPage, IsOpenedByTheDesktopAsOftenAsItIsShown) {
+TEST_F(ThePermissionPage, IsOpenedByTheDesktopEachTimeItIsShown) {
     install("echo \"$@\" >> " + folder / "opened");
     XdgPermissionPage page(queue, "/some where/page.html");
     const std::size_t before = openDescriptors();
@@ -57,7 +57,7 @@ TEST_F(ThePermissionPage, IsOpenedByTheDesktopAsOftenAsItIsShown) {
     EXPECT_EQ(openDescriptors(), before);
 }
 
-TEST_F(ThePermissionPage, StaysUpWhenTheProgramEnds) {
+TEST_F(ThePermissionPage, StaysOpenWhenTheProgramEnds) {
     install("read line < " + folder / "pipe" + "; echo \"$line\" > " + folder / "opened");
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     {
@@ -70,7 +70,7 @@ TEST_F(ThePermissionPage, StaysUpWhenTheProgramEnds) {
     EXPECT_EQ(opened(), "still there\n");
 }
 
-TEST_F(ThePermissionPage, IsSilentWhereNothingCanOpenIt) {
+TEST_F(ThePermissionPage, FailsSilentlyIfNothingCanOpenIt) {
     setenv("PATH", folder.path().c_str(), 1);
     XdgPermissionPage page(queue, "/page.html");
     page.show();

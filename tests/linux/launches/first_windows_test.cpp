@@ -29,7 +29,7 @@ protected:
     std::set<Owner> dead;
     std::vector<Owner> launched;
     FirstWindows windows{
-        {.factsAbout =
+        {.factsOf =
              [](const std::vector<Window>& asked) {
                  std::vector<FirstWindows::Facts> facts;
                  for (const Window window : asked) {
@@ -39,7 +39,7 @@ protected:
                  }
                  return facts;
              },
-         .lives = [this](Owner owner) { return !dead.contains(owner); },
+         .isAlive = [this](Owner owner) { return !dead.contains(owner); },
          .onFirstWindow = [this](Owner owner) { launched.push_back(owner); }}};
 };
 

@@ -30,7 +30,7 @@ protected:
     /// Starts the manager and waits until the source has subscribed to it.
     void startManager() {
         manager.emplace(queue);
-        ASSERT_TRUE(runUntil(queue, [this] { return units->hears(); }));
+        ASSERT_TRUE(runUntil(queue, [this] { return units->isSubscribed(); }));
     }
     /// Returns the launches since the last call, after all signals and answers have arrived.
     int launched() {
@@ -54,10 +54,10 @@ TEST_F(TheUnits, AreLaunchesOnlyWhenStarted) {
     manager->start(kMaps);
     manager->start("app-firefox@0a1b.service");
     EXPECT_EQ(launched(), 2);
-    manager->tellOfJob(kMaps, "done");  // It was already running, or it was stopped.
-    manager->tellOfNew("app-loaded.service");
-    manager->tellOfJob("app-unknown.service", "done");
-    manager->tellOfJob("app-failing.service", "failed");
+    manager->reportJobEnd(kMaps, "done");  // It was already running, or it was stopped.
+    manager->reportNewUnit("app-loaded.service");
+    manager->reportJobEnd("app-unknown.service", "done");
+    manager->reportJobEnd("app-failing.service", "failed");
     manager->start("dbus.service");
     manager->start("app-firefox.slice");
     manager->start("app-nm\\x2dapplet@autostart.service");
@@ -73,8 +73,8 @@ TEST_F(TheUnits, DoNotCountWhenTheyWereRunningBefore) {
     manager->start(kMaps);
     runReady(queue);
     listen();
-    ASSERT_TRUE(runUntil(queue, [this] { return units->hears(); }));
-    manager->tellOfJob(kMaps, "done");
+    ASSERT_TRUE(runUntil(queue, [this] { return units->isSubscribed(); }));
+    manager->reportJobEnd(kMaps, "done");
     EXPECT_EQ(launched(), 0);
 }
 
@@ -82,13 +82,13 @@ TEST_F(TheUnits, AreReportedWhenTheManagerComesLateAndReturns) {
     startBus();
     listen();
     launched();
-    EXPECT_FALSE(units->hears());
+    EXPECT_FALSE(units->isSubscribed());
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
     startManager();
     manager->start(kMaps);
     EXPECT_EQ(launched(), 1);
     manager.reset();
-    EXPECT_TRUE(runUntil(queue, [this] { return !units->hears(); }));
+    EXPECT_TRUE(runUntil(queue, [this] { return !units->isSubscribed(); }));
     startManager();
     EXPECT_EQ(manager->subscriptions, 1);
     manager->start(kMaps);
@@ -98,7 +98,7 @@ TEST_F(TheUnits, AreReportedWhenTheManagerComesLateAndReturns) {
 TEST_F(TheUnits, AreReportedWhenTheBusComesLateAndReturns) {
     listen();
     for (const int killedBy : {SIGTERM, SIGKILL}) {
-        EXPECT_FALSE(units->hears());
+        EXPECT_FALSE(units->isSubscribed());
         EXPECT_LE(wakeUpsWithin(queue, 5 * kTestRetryInterval), 10);  // It does not spin.
         startBus();
         startManager();
@@ -106,7 +106,7 @@ TEST_F(TheUnits, AreReportedWhenTheBusComesLateAndReturns) {
         EXPECT_EQ(launched(), 1);
         manager.reset();
         bus.kill(killedBy);
-        EXPECT_TRUE(runUntil(queue, [this] { return !units->hears(); }));
+        EXPECT_TRUE(runUntil(queue, [this] { return !units->isSubscribed(); }));
     }
 }
 

@@ -103,7 +103,7 @@ protected:
         launchesUntilNow();
         windows.emplace(queue, std::getenv("DISPLAY"),
                         X11AppLaunches::Callbacks{
-                            .isHeardElsewhere = [](pid_t process) { return process == kInUnit; },
+                            .isReportedElsewhere = [](pid_t process) { return process == kInUnit; },
                             .onLaunch = [this] { ++launches; }});
     }
     bool launched(int times) {
@@ -202,7 +202,7 @@ TEST_F(TheWindows, AreReportedByTheDesktopSourceOfAnX11SessionWhileItHasObserver
 
 /// A private X server that can be killed. The test keeps the window list itself, because a window
 /// manager takes minutes for hundreds of windows.
-class TheWindowsOfAPassingServer : public TheWindows {
+class TheWindowsOfARestartingServer : public TheWindows {
 protected:
     void startServer() {
         server.emplace(std::vector<std::string>{"Xvfb", kDisplay, "-screen", "0", "640x480x24",
@@ -217,10 +217,11 @@ protected:
         return there;
     }
     void listenThere() {
-        windows.emplace(queue, kDisplay,
-                        X11AppLaunches::Callbacks{.isHeardElsewhere = [](pid_t) { return false; },
-                                                  .onLaunch = [this] { ++launches; }},
-                        kRetry);
+        windows.emplace(
+            queue, kDisplay,
+            X11AppLaunches::Callbacks{.isReportedElsewhere = [](pid_t) { return false; },
+                                      .onLaunch = [this] { ++launches; }},
+            kRetry);
         runReady(queue);
     }
 
@@ -229,7 +230,7 @@ protected:
     std::optional<ChildProcess> server;
 };
 
-TEST_F(TheWindowsOfAPassingServer, AreGroupedByTheirLeader) {
+TEST_F(TheWindowsOfARestartingServer, AreGroupedByTheirLeader) {
     startServer();
     listenThere();
     Client application(kDisplay);
@@ -259,7 +260,7 @@ TEST_F(TheWindowsOfAPassingServer, AreGroupedByTheirLeader) {
     EXPECT_TRUE(launched(3));
 }
 
-TEST_F(TheWindowsOfAPassingServer, AreReportedWhenTheServerComesLateAndReturns) {
+TEST_F(TheWindowsOfARestartingServer, AreReportedWhenTheServerComesLateAndReturns) {
     listenThere();
     for (int i = 0; i < 2; ++i) {
         EXPECT_LE(wakeUpsWithin(queue, 5 * kRetry), 10);  // It does not spin.

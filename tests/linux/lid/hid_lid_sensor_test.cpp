@@ -122,7 +122,7 @@ TEST(TheHidLidSensor, IsWokenBitByBit) {
                   {1, 0b1010'1010, 0xFF, 0x77}, {1, 0b1010'1010, 0x01, 0x77}, {2, 1, 2, 100, 0}}));
 }
 
-TEST(TheHidLidSensor, IsLeftAsItIsWhereItCannotBeRead) {
+TEST(TheHidLidSensor, IsNotWrittenToIfItCannotBeRead) {
     const auto sensor = findLidSensor(kSleepyLid);
     ASSERT_TRUE(sensor);
     FakeFeatureReports device;

@@ -44,7 +44,7 @@ protected:
         }
         return condition();
     }
-    bool tells(bool found) {
+    bool reports(bool found) {
         return until([&] { return nowFound == found; });
     }
     /// Returns the next angle; none if none arrives.
@@ -86,15 +86,15 @@ TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
     for (int i = 0; i < 2; ++i) {
         FakeHidDevice mouse(machine, "0", kMouseDescriptor);
         FakeHidDevice lid(machine, "1", kLidDescriptor);
-        ASSERT_TRUE(tells(true));
+        ASSERT_TRUE(reports(true));
         lid.reportAngle(i);
         EXPECT_EQ(next(), static_cast<float>(i));
         lid.unplug();
-        ASSERT_TRUE(tells(false));
+        ASSERT_TRUE(reports(false));
     }
 }
 
-TEST_F(TheLidSensor, GivesWayToTheNextInTheTableAndComesBack) {
+TEST_F(TheLidSensor, IsReplacedByTheNextInTheTableUntilItReturns) {
     std::optional<FakeHidDevice> lid(std::in_place, machine, "0", kLidDescriptor);
     const std::string hinge = addHinge({{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "120\n"}});
     ASSERT_TRUE(open());
@@ -145,7 +145,7 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
     }
 }
 
-TEST_F(TheLidSensor, IsNoOtherThingWithAnAngle) {
+TEST_F(TheLidSensor, IsNoOtherDeviceWithAnAngle) {
     for (const FakeDevices::Values& attributes : std::vector<FakeDevices::Values>{
              {{"name", "tmag5273\n"}, {"in_angl_raw", "90\n"}},
              {{"name", "hinge\n"}, {"in_angl0_raw", "90\n"}, {"in_angl0_label", "keyboard\n"}},
@@ -158,7 +158,7 @@ TEST_F(TheLidSensor, IsNoOtherThingWithAnAngle) {
     }
 }
 
-TEST_F(TheLidSensor, SkipsReadingsThatAreNoAngleAndGoesWithItsDevice) {
+TEST_F(TheLidSensor, SkipsInvalidReadingsAndDisappearsWithItsDevice) {
     const std::string hinge = addHinge({{"name", "lid\n"}, {"in_angl_raw", "500\n"}});
     ASSERT_TRUE(open());
     for (const char* const raw : {"none\n", "45\n"}) {
@@ -169,10 +169,10 @@ TEST_F(TheLidSensor, SkipsReadingsThatAreNoAngleAndGoesWithItsDevice) {
     }
     EXPECT_EQ(next(), 45);
     machine.remove(hinge);
-    EXPECT_TRUE(tells(false));
+    EXPECT_TRUE(reports(false));
 }
 
-TEST(AnIioHinge, TurnsReadingsIntoDegreesUnlessNoLidCanHaveThem) {
+TEST(AnIioHinge, ConvertsReadingsToDegreesAndRejectsImpossibleOnes) {
     struct Case {
         double raw;
         std::optional<float> degrees;
@@ -190,7 +190,7 @@ TEST(AnIioHinge, TurnsReadingsIntoDegreesUnlessNoLidCanHaveThem) {
     }
 }
 
-TEST_F(TheLidSensor, MakesTheEventPossible) {
+TEST_F(TheLidSensor, MakesTheLidAngleEventAvailable) {
     const LinuxHardwareQuery machineToday("x86_64", LinuxHardwareQuery::hasHingeSensor);
     EXPECT_FALSE(machineToday.supportsLidAngle());
     const std::string hinge = addHinge({{"name", "lid\n"}, {"in_angl_raw", "45\n"}});

@@ -139,7 +139,7 @@ std::string hopsOf(std::span<const std::byte> bytes) {
     return text;
 }
 
-TEST(ARoute, HasTheNextHopsThatLeadFurther) {
+TEST(ARoute, HasOnlyTheNextHopsThatLeadFurther) {
     struct Case {
         const char* what;
         Bytes bytes;
@@ -169,7 +169,7 @@ TEST(ARoute, HasTheNextHopsThatLeadFurther) {
     }
 }
 
-TEST(ARoute, MayBeCutOffAnywhere) {
+TEST(ARoute, MayBeTruncatedAnywhere) {
     const Bytes whole = bytesOf(route()) + attribute(RTA_MULTIPATH, nextHop(4, 0, gateway()) +
                                                                         nextHop(5, 0, gateway()));
     for (std::size_t size = 0; size < whole.size(); ++size) {

@@ -84,7 +84,7 @@ TEST_F(TheReachability, CountsAnIpv6OnlyNetwork) {
     plugAndUnplug("far0");
 }
 
-TEST_F(TheReachability, SeesARouteVanishWithItsAddress) {
+TEST_F(TheReachability, NoticesThatARouteHasGoneWithItsAddress) {
     // The kernel removes the route together with its address, but announces only the removal of
     // the address.
     ip("route add default dev near0 src 192.0.0.1");
@@ -126,7 +126,7 @@ TEST_F(TheReachability, NeedsOneOfSeveralNextHopsToBePluggedIn) {
     plugAndUnplug("far1");
 }
 
-TEST_F(TheReachability, CountsATunnelOnlyAsLongAsACableCarriesIt) {
+TEST_F(TheReachability, CountsATunnelOnlyWhileACableCarriesIt) {
     const int tunnel = open("/dev/net/tun", O_RDWR | O_CLOEXEC);
     if (tunnel < 0) {
         GTEST_SKIP() << "This machine has no tunnel device.";
@@ -184,7 +184,7 @@ TEST_F(TheReachability, BelievesOnlyTheKernel) {
     EXPECT_TRUE(asked.isReachable());
 }
 
-TEST_F(TheReachability, IsGoneWhenClosedAndAnswersAgainWhenReopened) {
+TEST_F(TheReachability, IsFalseWhenClosedAndReadAgainWhenReopened) {
     ip("route add default dev near0");
     EXPECT_TRUE(becomes(true));
     source.close();
@@ -193,7 +193,7 @@ TEST_F(TheReachability, IsGoneWhenClosedAndAnswersAgainWhenReopened) {
     EXPECT_TRUE(source.isReachable());
 }
 
-TEST_F(TheReachability, JudgesAHugeTableByItsBeginningAndSurvivesItsChanges) {
+TEST_F(TheReachability, ReadsOnlyTheBeginningOfAHugeTableAndSurvivesItsChanges) {
     const TemporaryFolder folder;
     {
         std::ofstream batch(folder / "routes");

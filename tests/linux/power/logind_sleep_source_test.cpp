@@ -93,7 +93,7 @@ TEST_F(TheSleep, IgnoresAnswersToOtherMessages) {
     EXPECT_EQ(logind->held(), 1U);
 }
 
-TEST_F(TheSleep, IsNotHeldUpByAnInhibitorThatComesTooLate) {
+TEST_F(TheSleep, IsNotDelayedByAnInhibitorThatComesTooLate) {
     logind.emplace(queue).isSlow = true;
     ASSERT_TRUE(runUntil(queue, [this] { return logind->asked == 1; }));
     prepareForSleep(true);
@@ -125,7 +125,7 @@ TEST_F(TheSleep, IsReportedWhenLogindComesLateAndReturns) {
     }
 }
 
-TEST_F(TheSleep, IsNotHeldUpWhileTheBusIsAway) {
+TEST_F(TheSleep, IsNotDelayedWhileTheBusIsAway) {
     startLogind();
     settle();
     prepareForSleep(true);
@@ -156,7 +156,7 @@ TEST_F(TheSleep, BeginsNoSoonerThanAThirdOfASecondAfterItsMessage) {
     EXPECT_EQ(library.event("lid_close").triggerCount, 1);
 }
 
-TEST_F(TheSleep, WaitsAccordingToAnIndependentFakeLogind) {
+TEST_F(TheSleep, WaitsForTheAnswerWithAnIndependentFakeLogind) {
     DbusmockService other("logind", "org.freedesktop.login1", "/org/freedesktop/login1");
     ASSERT_TRUE(other.isThere());
     const auto held = [&] {

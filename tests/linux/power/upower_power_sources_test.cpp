@@ -54,7 +54,7 @@ protected:
         return text.str();
     }
     /// Returns the next callback, and all others since the last call.
-    std::string told() {
+    std::string takeLog() {
         EXPECT_TRUE(runUntil(queue, [this] { return !log.str().empty(); }));
         return std::exchange(log, std::ostringstream()).str();
     }
@@ -77,12 +77,12 @@ TEST_F(ThePowerSources, ReportEachChangeOnceAndTheStartSeparately) {
     startUPower(true);
     follow();
     EXPECT_EQ(shown(), "none");
-    EXPECT_EQ(told(), "known battery 50; ");
+    EXPECT_EQ(takeLog(), "known battery 50; ");
     upower->changeDevice({{"Percentage", 49.0}});
-    EXPECT_EQ(told(), "change battery 49; ");
+    EXPECT_EQ(takeLog(), "change battery 49; ");
     upower->changeMachine({{"OnBattery", false}});
     upower->changeDevice({{"Percentage", 48.9}, {"State", 1U}});
-    EXPECT_EQ(told(), "change mains 48; ") << "as desktops show it";
+    EXPECT_EQ(takeLog(), "change mains 48; ") << "as desktops show it";
     upower->changeMachine({{"OnBattery", false}, {"LidIsClosed", true}});
     upower->changeDevice({{"Percentage", 48.2}, {"TimeToFull", 1.0}, {"IconName", "battery"}});
     EXPECT_TRUE(isQuiet());
@@ -102,20 +102,20 @@ TEST_F(ThePowerSources, AreNoneOnAMachineWithoutBatteryUntilItGetsOne) {
     EXPECT_TRUE(isQuiet());
     upower->changeMachine({{"OnBattery", true}});
     upower->changeDevice({{"Type", 3U}});
-    EXPECT_EQ(told(), "known battery 3; ");
+    EXPECT_EQ(takeLog(), "known battery 3; ");
     upower->changeDevice({{"IsPresent", false}});
-    EXPECT_EQ(told(), "change none; ");
+    EXPECT_EQ(takeLog(), "change none; ");
 }
 
 TEST_F(ThePowerSources, CountAsMainsWithoutAStateAndMayLackTheirCharge) {
     upower.emplace(queue, Properties{}, Properties{{"IsPresent", true}, {"Type", 2U}});
     follow();
-    EXPECT_EQ(told(), "known mains ?; ");
+    EXPECT_EQ(takeLog(), "known mains ?; ");
     upower->changeMachine({{"OnBattery", true}});
     upower->changeDevice({{"Percentage", "half"}});
-    EXPECT_EQ(told(), "change battery ?; ");
+    EXPECT_EQ(takeLog(), "change battery ?; ");
     upower->changeDevice({{"Percentage", 50.0}});
-    EXPECT_EQ(told(), "change battery 50; ");
+    EXPECT_EQ(takeLog(), "change battery 50; ");
 }
 
 TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
@@ -123,7 +123,7 @@ TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     EXPECT_TRUE(isQuiet());
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);
     startUPower(true);
-    EXPECT_EQ(told(), "known battery 50; ");
+    EXPECT_EQ(takeLog(), "known battery 50; ");
     upower.reset();
     EXPECT_TRUE(isQuiet());
     EXPECT_EQ(shown(), "battery 50");
@@ -137,7 +137,7 @@ TEST_F(ThePowerSources, KeepTheirStateWhileUPowerIsAwayAndReportOnlyChanges) {
     EXPECT_TRUE(isQuiet());
     upower.reset();
     startUPower(false, {{"IsPresent", true}, {"Type", 2U}});
-    EXPECT_EQ(told(), "change mains ?; ");
+    EXPECT_EQ(takeLog(), "change mains ?; ");
 }
 
 /// The bus starts UPower when it is called. Once stopped, it must stay stopped.
@@ -161,7 +161,7 @@ TEST_F(ThePowerSources, StartUPowerOnceAndNotAgainAfterItStopped) {
     follow();
     ASSERT_TRUE(runUntil(queue, [&] { return starts() == 1; }));
     startUPower(true);
-    EXPECT_EQ(told(), "known battery 50; ");
+    EXPECT_EQ(takeLog(), "known battery 50; ");
     upower.reset();
     EXPECT_TRUE(isQuiet());
     EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
@@ -171,14 +171,14 @@ TEST_F(ThePowerSources, StartUPowerOnceAndNotAgainAfterItStopped) {
 TEST_F(ThePowerSources, KeepTheirStateWhileTheBusIsAway) {
     startUPower(true);
     follow();
-    EXPECT_EQ(told(), "known battery 50; ");
+    EXPECT_EQ(takeLog(), "known battery 50; ");
     bus.kill();
     runReady(queue);
     EXPECT_EQ(shown(), "battery 50");
     upower->machine["OnBattery"] = false;
     upower->asked = 0;
     ASSERT_TRUE(bus.start());
-    EXPECT_EQ(told(), "change mains 50; ");
+    EXPECT_EQ(takeLog(), "change mains 50; ");
 }
 
 TEST_F(ThePowerSources, WorkWithAnIndependentFakeUPower) {
@@ -197,7 +197,7 @@ TEST_F(ThePowerSources, WorkWithAnIndependentFakeUPower) {
     };
     comes(true);
     ASSERT_TRUE(runUntil(queue, [this] { return shown() == "battery 50"; })) << log.str();
-    told();
+    takeLog();
     other->kill();
     comes(true);
     EXPECT_TRUE(isQuiet());

@@ -49,7 +49,7 @@ protected:
         return text.str();
     }
     /// Runs the queue until the file contains this text. Returns false if it never does.
-    bool comesToHold(const std::string& part) {
+    bool eventuallyContains(const std::string& part) {
         return runUntil(queue, [&] { return textAt(file).find(part) != std::string::npos; });
     }
 
@@ -59,7 +59,7 @@ protected:
     std::optional<JsonDefaultsStore> opened{std::in_place, queue, home.path().string()};
 };
 
-TEST_F(TheJsonStore, GivesBackWhatItHoldsKindByKind) {
+TEST_F(TheJsonStore, ReturnsEachTypeOfValueUnchanged) {
     const Dictionary values = {
         {"boolean", {true}},
         {"\xFE key", {false}},
@@ -115,7 +115,7 @@ TEST(ANumberInJson, IsTheSameFloatBitForBit) {
     EXPECT_EQ(comeBack(std::nan("")), DefaultsValue{});
 }
 
-TEST_F(TheJsonStore, WritesForHumansAndKeepsWhatItDoesNotKnow) {
+TEST_F(TheJsonStore, WritesReadableJsonAndKeepsUnknownEntries) {
     const std::string unknown = R"({
   "Other": {
     "big": 18446744073709551615,
@@ -142,7 +142,7 @@ TEST_F(TheJsonStore, WritesForHumansAndKeepsWhatItDoesNotKnow) {
     EXPECT_EQ(textAt(file), unknown);
 }
 
-TEST_F(TheJsonStore, TakesForeignJsonForWhatItIsNearest) {
+TEST_F(TheJsonStore, ReadsForeignJsonAsTheNearestType) {
     restartOn(
         "\xEF\xBB\xBF"
         R"({"list":[1],"null":null,"whole":1,"huge":1e300,"in":{"list":[],"half":0.5},"$data":"x"})");
@@ -157,7 +157,7 @@ TEST_F(TheJsonStore, TakesForeignJsonForWhatItIsNearest) {
     EXPECT_EQ(store().object("absent"), std::nullopt);
 }
 
-TEST_F(TheJsonStore, SetsAsideWhatItCannotUnderstandAndStartsAfresh) {
+TEST_F(TheJsonStore, SetsAsideAnInvalidFileAndStartsEmpty) {
     const std::string deep(100000, '[');
     int number = 0;
     for (const std::string& damaged :
@@ -199,9 +199,9 @@ TEST_F(TheJsonStore, WritesNothingUntilTheFirstChangeAndThenSoonByItself) {
     EXPECT_EQ(textAt(file), "{ }");
     store().setObject("a", DefaultsValue{true});
     EXPECT_EQ(textAt(file), "{ }");
-    EXPECT_TRUE(comesToHold("true"));
+    EXPECT_TRUE(eventuallyContains("true"));
     store().setObject("a", DefaultsValue{1.5});
-    EXPECT_TRUE(comesToHold("1.5"));
+    EXPECT_TRUE(eventuallyContains("1.5"));
 }
 
 TEST_F(TheJsonStore, GoesOnInMemoryWhileItCannotWriteAndWritesWhenItCan) {
@@ -224,7 +224,7 @@ TEST_F(TheJsonStore, GoesOnInMemoryWhileItCannotWriteAndWritesWhenItCan) {
         changeTo("lost in a folder that is read-only");
         self.permit(file.parent_path(), 0777);
         // By itself, without another change.
-        EXPECT_TRUE(comesToHold("read-only"));
+        EXPECT_TRUE(eventuallyContains("read-only"));
     }
 }
 

@@ -61,7 +61,7 @@ TEST_F(TheSettingsFile, IsAbsentUntilItIsWrittenAndKeepsItsPermissions) {
     EXPECT_EQ(fs::status(path).permissions(), fs::perms{0640});
 }
 
-TEST_F(TheSettingsFile, StaysALinkAndTheFileItLeadsToIsReplaced) {
+TEST_F(TheSettingsFile, StaysALinkWhoseTargetIsReplaced) {
     const fs::path elsewhere = home.path() / "elsewhere" / "real.json";
     fs::create_directories(folder);
     fs::create_symlink("b", path);
@@ -77,7 +77,7 @@ TEST_F(TheSettingsFile, StaysALinkAndTheFileItLeadsToIsReplaced) {
     EXPECT_TRUE(fs::is_symlink(path) && fs::is_symlink(folder / "b"));
 }
 
-TEST_F(TheSettingsFile, IsSetAsideOrCopiedUnderANameOfItsOwnEachTime) {
+TEST_F(TheSettingsFile, IsSetAsideOrCopiedUnderANewNameEachTime) {
     file.setAside();
     file.copyAsideFirst();
     EXPECT_TRUE(file.replace("one")) << "there was nothing to keep";
@@ -126,7 +126,7 @@ TEST_F(TheSettingsFile, SetsAsidePipesFoldersAndDevicesWithoutWaitingForThem) {
     EXPECT_TRUE(fs::exists(path.string() + ".damaged-2/inside"));
 }
 
-TEST_F(TheSettingsFile, IsAsItWasWhenTheDiskIsFull) {
+TEST_F(TheSettingsFile, IsUnchangedWhenTheDiskIsFull) {
     ASSERT_TRUE(file.replace("old"));
     {
         const SmallDisk disk(1000);
@@ -150,7 +150,7 @@ TEST_F(TheSettingsFile, IsNeverOverwrittenWhenItCouldNotBeSetAside) {
     EXPECT_TRUE(stuck.replace("new"));
 }
 
-TEST_F(TheSettingsFile, IsNotWrittenWhereThereCanBeNoFolder) {
+TEST_F(TheSettingsFile, IsNotWrittenIfItsFolderCannotBeMade) {
     std::ofstream(folder) << "a file";
     EXPECT_EQ(file.read().finding, Finding::absent);
     EXPECT_FALSE(file.replace("new"));
@@ -162,7 +162,7 @@ TEST_F(TheSettingsFile, IsNotWrittenWhereThereCanBeNoFolder) {
     EXPECT_TRUE(nowhere.replace("new"));
 }
 
-TEST_F(TheSettingsFile, RemovesWhatKilledProgramsHaveLeftButNothingElse) {
+TEST_F(TheSettingsFile, RemovesOnlyTheLeftoversOfKilledPrograms) {
     const std::string leftover = ".chimewerk-unfinished-abcdef";
     const std::string subfolder = ".chimewerk-unfinished-folder";
     fs::create_directories(folder / subfolder);

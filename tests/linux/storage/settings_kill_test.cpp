@@ -32,7 +32,7 @@ DefaultsDictionary stateOf(int number) {
 
 /// Stores one state after another forever. Writes the number of each into the pipe before
 /// storing it.
-[[noreturn]] void storeForEver(const std::string& home, int lastState, int pipe) {
+[[noreturn]] void storeForever(const std::string& home, int lastState, int pipe) {
     EpollMainQueue queue;
     JsonDefaultsStore store(queue, home);
     for (int number = lastState + 1;; ++number) {
@@ -59,17 +59,17 @@ TEST(Settings, AreWholeAndAtMostOneStateOldWheneverTheProgramIsKilled) {
     for (int kill = 0; kill < 60; ++kill) {
         std::array<int, 2> ends{};
         ASSERT_EQ(pipe(ends.data()), 0);
-        const FileDescriptor said(ends[0]);
-        FileDescriptor say(ends[1]);
+        const FileDescriptor readEnd(ends[0]);
+        FileDescriptor writeEnd(ends[1]);
         const pid_t program = fork();
         if (program == 0) {
-            storeForEver(home.path().string(), stored, say.get());
+            storeForever(home.path().string(), stored, writeEnd.get());
         }
-        say = FileDescriptor();
-        int asked = 0;
+        writeEnd = FileDescriptor();
+        int begun = 0;
         // The second message means that the first state is written.
         for (int message = 0; message < 2; ++message) {
-            ASSERT_EQ(read(said.get(), &asked, sizeof asked), sizeof asked);
+            ASSERT_EQ(read(readEnd.get(), &begun, sizeof begun), sizeof begun);
         }
         // Half of the kills come at any moment, half soon after a file was begun.
         std::chrono::microseconds life(random() % 30'000);
@@ -82,15 +82,15 @@ TEST(Settings, AreWholeAndAtMostOneStateOldWheneverTheProgramIsKilled) {
         std::this_thread::sleep_for(life);
         ::kill(program, SIGKILL);
         waitpid(program, nullptr, 0);
-        while (read(said.get(), &asked, sizeof asked) > 0) {
+        while (read(readEnd.get(), &begun, sizeof begun) > 0) {
         }
 
         EpollMainQueue queue;
         const JsonDefaultsStore left(queue, home.path().string());
         const auto number = left.object("number").value_or(DefaultsValue{0.0});
         stored = static_cast<int>(std::get<double>(number.value));
-        EXPECT_TRUE(stored == asked || stored == asked - 1)
-            << stored << " instead of " << asked << ", seed " << seed;
+        EXPECT_TRUE(stored == begun || stored == begun - 1)
+            << stored << " instead of " << begun << ", seed " << seed;
         for (const auto& [key, value] : stored == 0 ? DefaultsDictionary{} : stateOf(stored)) {
             EXPECT_EQ(left.object(key), value) << key << ", seed " << seed;
         }

@@ -297,7 +297,7 @@ private:
     std::string log_;
 };
 
-TEST(AnySessionOfSettings, LeavesTheLibraryAsTheRulesHaveIt) {
+TEST(RandomSettingsSessions, LeaveTheLibraryInTheStateOfTheModel) {
     constexpr unsigned kSessions = 30;
     constexpr int kSteps = 50;
     for (unsigned seed = 1; seed <= kSessions; ++seed) {

@@ -85,7 +85,7 @@ TEST_F(TheWriteSchedule, LeavesNoChangeUnwrittenLongerThanADelayAndTwoWrites) {
     }
 }
 
-TEST_F(TheWriteSchedule, HoldsADragBackUntilItsEndButNotForEver) {
+TEST_F(TheWriteSchedule, DelaysADragUntilItsEndButNotForever) {
     const auto drag = [this](int moves) {
         for (int i = 0; i < moves; ++i) {
             schedule->changed();
@@ -109,7 +109,7 @@ TEST_F(TheWriteSchedule, HoldsADragBackUntilItsEndButNotForEver) {
     schedule.reset();
 }
 
-TEST_F(TheWriteSchedule, FollowsALongWriteAtOnceWithWhatHasChangedMeanwhile) {
+TEST_F(TheWriteSchedule, WritesAgainAtOnceIfSomethingChangedDuringALongWrite) {
     schedule->changed();
     advance(0.1);
     schedule->changed();
@@ -123,7 +123,7 @@ TEST_F(TheWriteSchedule, FollowsALongWriteAtOnceWithWhatHasChangedMeanwhile) {
     EXPECT_EQ(queue.queued(), 0U);
 }
 
-TEST_F(TheWriteSchedule, TriesAgainEverMoreRarelyUntilItSucceeds) {
+TEST_F(TheWriteSchedule, RetriesLessAndLessOftenUntilItSucceeds) {
     schedule->changed();
     advance(0.1);
     std::vector<double> waits;
@@ -147,7 +147,7 @@ TEST_F(TheWriteSchedule, TriesAgainEverMoreRarelyUntilItSucceeds) {
     EXPECT_TRUE(writing());
 }
 
-TEST_F(TheWriteSchedule, TriesAgainAtTheNextChangeDuringALongWait) {
+TEST_F(TheWriteSchedule, RetriesAtTheNextChangeDuringALongWait) {
     schedule->changed();
     advance(0.1);
     for (int i = 0; i < 7; ++i) {
@@ -178,7 +178,7 @@ TEST_F(TheWriteSchedule, DoesNotWriteAgainWhatFlushHasWritten) {
     EXPECT_FALSE(schedule->hasUnwritten());
 }
 
-TEST_F(TheWriteSchedule, MayEndBeforeItsWriteAndItsWakeUps) {
+TEST_F(TheWriteSchedule, MayBeDestroyedBeforeItsWriteAndWakeUpsEnd) {
     schedule->changed();
     advance(0.1);
     schedule->changed();

@@ -78,7 +78,7 @@ protected:
     std::optional<XdgSoundFolder> sounds{std::in_place, queue, decoders, home / "data"};
 };
 
-TEST_F(TheSoundFolder, TakesACopyOfAFileUnderItsName) {
+TEST_F(TheSoundFolder, CopiesAFileUnderItsName) {
     for (const std::string& name :
          {std::string("knock.wav"), std::string("a b\n.WAV"), std::string("\xff\xfe.mp3"),
           std::string(".hidden"), std::string("Ä📁.aiff"), std::string(255, 'n')}) {
@@ -94,7 +94,7 @@ TEST_F(TheSoundFolder, TakesACopyOfAFileUnderItsName) {
     }
 }
 
-TEST_F(TheSoundFolder, UsesAFileThatIsThereAlreadyWhereItIs) {
+TEST_F(TheSoundFolder, UsesAFileInTheFolderInPlace) {
     const std::string there = load(music("knock.wav")).path;
     fs::create_directories(home / "other");
     fs::create_symlink(there, home / "other/knock.wav");
@@ -132,7 +132,7 @@ TEST_F(TheSoundFolder, NeverWritesThroughALink) {
     EXPECT_FALSE(fs::exists(home / "nowhere"));
 }
 
-TEST_F(TheSoundFolder, IsAsItWasWhenAFileCannotBeCopied) {
+TEST_F(TheSoundFolder, IsUnchangedWhenAFileCannotBeCopied) {
     const std::string before = bytesOf(load(music("knock.wav", 0.1)).path);
     fs::create_directories(folder + "/taken.wav");
     fs::create_directories(home / "other");
@@ -163,7 +163,7 @@ TEST_F(TheSoundFolder, KeepsThePreviousSoundWhenTheDiskIsFull) {
     EXPECT_THAT(names(), ElementsAre("knock.wav"));
 }
 
-TEST_F(TheSoundFolder, SaysSoWhenItCannotBeMade) {
+TEST_F(TheSoundFolder, ReportsThatItCannotBeMade) {
     const std::string sound = music("knock.wav");
     std::ofstream(home / "data") << "in the way";
     EXPECT_EQ(load(sound).error, std::strerror(ENOTDIR));
@@ -171,7 +171,7 @@ TEST_F(TheSoundFolder, SaysSoWhenItCannotBeMade) {
     EXPECT_EQ(load(sound).error, std::strerror(ENOENT));
 }
 
-TEST_F(TheSoundFolder, TakesNothingThatIsNoSound) {
+TEST_F(TheSoundFolder, RefusesFilesThatHoldNoSound) {
     const std::string before = bytesOf(load(music("knock.wav")).path);
     const std::string whole = bytesOf(music("knock.wav", 1));
     for (const std::string& bytes :
@@ -183,7 +183,7 @@ TEST_F(TheSoundFolder, TakesNothingThatIsNoSound) {
     }
 }
 
-TEST_F(TheSoundFolder, IsAsItWasWhenACopyIsGivenUp) {
+TEST_F(TheSoundFolder, IsUnchangedWhenACopyIsCancelled) {
     const std::string before = bytesOf(load(music("knock.wav")).path);
     auto addition = sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE(); });
     ASSERT_TRUE(eventually([&] { return names().size() == 2; }));
@@ -204,7 +204,7 @@ TEST_F(TheSoundFolder, IsAsItWasWhenACopyIsGivenUp) {
     EXPECT_EQ(bytesOf(folder + "/knock.wav"), before);
 }
 
-TEST_F(TheSoundFolder, EndsWithTheProgramInTheMiddleOfACopy) {
+TEST_F(TheSoundFolder, MayBeDestroyedDuringACopy) {
     const auto addition = sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE(); });
     ASSERT_TRUE(eventually([&] { return names().size() == 1; }));
     sounds.reset();

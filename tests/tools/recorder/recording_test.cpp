@@ -65,7 +65,7 @@ TEST_F(ARecording, FindsTheFirstSoundThatReachesTheThreshold) {
     EXPECT_EQ(soundAfter(10s, 0.01F), -1);
 }
 
-TEST_F(ARecording, IsPlacedByTheBlocksThatCameInTime) {
+TEST_F(ARecording, IsTimedByTheBlocksThatArriveOnTime) {
     EXPECT_FALSE(recording.end());
     const auto mostLateSomeEarly = [](int i) {
         if (i % 5 == 3) {
@@ -81,7 +81,7 @@ TEST_F(ARecording, IsPlacedByTheBlocksThatCameInTime) {
     EXPECT_NEAR(static_cast<double>(micros(*recording.end())), 4'005'000 - 21, 200);
 }
 
-TEST(ThePaceOfBlocks, IsLiveOnceATenthOfASecondTookATenthOfASecond) {
+TEST(ThePaceOfBlocks, IsLiveOnceATenthOfASecondArrivesInRealTime) {
     struct Case {
         const char* name;
         /// The length that arrives at once; then nothing arrives until that has been played.

@@ -38,7 +38,7 @@ SteadyTime playClick(float level) {
     return end - 500ms;
 }
 
-TEST(TheSinkRecorder, PlacesAClickWhereTheServerSaysThatItWasPlayedAndHearsNothingElse) {
+TEST(TheSinkRecorder, TimesAClickAsTheServerDoesAndRecordsNothingElse) {
     for (const auto suspending :
          {SinkRecorder::Suspending::Prevented, SinkRecorder::Suspending::Allowed}) {
         SinkRecorder recorder("speaker", suspending);
@@ -49,13 +49,13 @@ TEST(TheSinkRecorder, PlacesAClickWhereTheServerSaysThatItWasPlayedAndHearsNothi
                       0);
         }
         const SteadyTime before = std::chrono::steady_clock::now();
-        const SteadyTime said = playClick(0.75F);
-        const auto heard = recorder.waitForSound(before, 0.1F, said + 1s);
-        ASSERT_TRUE(heard);
-        EXPECT_NEAR(std::chrono::duration<double>(*heard - said).count(), 0, 0.01);
-        EXPECT_FLOAT_EQ(recorder.peakBetween(*heard - 100ms, *heard + 100ms), 0.75F);
-        EXPECT_EQ(recorder.peakBetween(*heard - 400ms, *heard - 1ms), 0.0F);
-        EXPECT_FALSE(recorder.firstSoundAfter(*heard + 1ms, 0.001F));
+        const SteadyTime expected = playClick(0.75F);
+        const auto recorded = recorder.waitForSound(before, 0.1F, expected + 1s);
+        ASSERT_TRUE(recorded);
+        EXPECT_NEAR(std::chrono::duration<double>(*recorded - expected).count(), 0, 0.01);
+        EXPECT_FLOAT_EQ(recorder.peakBetween(*recorded - 100ms, *recorded + 100ms), 0.75F);
+        EXPECT_EQ(recorder.peakBetween(*recorded - 400ms, *recorded - 1ms), 0.0F);
+        EXPECT_FALSE(recorder.firstSoundAfter(*recorded + 1ms, 0.001F));
     }
 }
 

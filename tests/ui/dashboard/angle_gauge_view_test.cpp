@@ -60,7 +60,7 @@ TEST(TheAngleGaugeView, PointsItsNeedleUpwards) {
     }
 }
 
-TEST(TheAngleGaugeView, TellsWhatItHasPainted) {
+TEST(TheAngleGaugeView, DescribesWhatItPaints) {
     AngleGaugeView view;
     EXPECT_EQ(view.accessibleName(), "Lid angle");
     EXPECT_EQ(view.accessibleDescription(), "N/A, no sensor in the hinge");

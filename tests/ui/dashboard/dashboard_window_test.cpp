@@ -77,17 +77,17 @@ protected:
     void chooseTheme(const QString& title) {
         click(bed.themes());
         QAbstractItemView& menu = *bed.themes().view();
-        ASSERT_TRUE(comesTrue([&menu] { return menu.isVisible(); }));
+        ASSERT_TRUE(becomesTrue([&menu] { return menu.isVisible(); }));
         const QModelIndex item = menu.model()->index(bed.themes().findText(title), 0);
         clickAt(*menu.viewport(), menu.visualRect(item).center());
-        ASSERT_TRUE(comesTrue([&menu] { return !menu.isVisible(); }));
+        ASSERT_TRUE(becomesTrue([&menu] { return !menu.isVisible(); }));
     }
     /// Types into the dialog that comes and ends it with this key.
     void answer(const std::string& typed, Qt::Key key) {
-        ASSERT_TRUE(dialogComes<QDialog>());
+        ASSERT_TRUE(dialogAppears<QDialog>());
         type(typed);
         press(key);
-        ASSERT_TRUE(comesTrue([] { return dialog<QDialog>() == nullptr; }));
+        ASSERT_TRUE(becomesTrue([] { return dialog<QDialog>() == nullptr; }));
         bed.window().activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&bed.window()));
     }
@@ -127,7 +127,7 @@ TEST_F(TheDashboard, SwitchesAnEventByItsCheckBoxAndSelectsNothing) {
     EXPECT_TRUE(isOn("lid_open"));
 }
 
-TEST_F(TheDashboard, HasNoCheckBoxForWhatCannotWork) {
+TEST_F(TheDashboard, HasNoCheckBoxForLockedEvents) {
     clickCheckBox(kLidAngleRow);
     EXPECT_THAT(selectedRows(), ElementsAre(kLidAngleRow));
     press(Qt::Key_Space);
@@ -141,7 +141,7 @@ TEST_F(TheDashboard, HasNoCheckBoxForWhatCannotWork) {
     EXPECT_TRUE(isOn("lid_angle"));
 }
 
-TEST_F(TheDashboard, IsWorkedFromTheKeyboard) {
+TEST_F(TheDashboard, WorksByKeyboard) {
     press(Qt::Key_Down);
     press(Qt::Key_Space);
     EXPECT_FALSE(isOn("lid_open"));
@@ -163,14 +163,14 @@ TEST_F(TheDashboard, IsWorkedFromTheKeyboard) {
     press(Qt::Key_Tab);
     EXPECT_TRUE(bed.themes().hasFocus());
     press(Qt::Key_Down);
-    ASSERT_TRUE(comesTrue([this] { return bed.themes().view()->isVisible(); }));
+    ASSERT_TRUE(becomesTrue([this] { return bed.themes().view()->isVisible(); }));
     EXPECT_EQ(bed.library->currentTheme, SoundTheme::classic);
     press(Qt::Key_Up);
     press(Qt::Key_Return);
     EXPECT_EQ(bed.library->currentTheme, SoundTheme::scifi);
 }
 
-TEST_F(TheDashboard, TellsAScreenReaderOfEachRow) {
+TEST_F(TheDashboard, DescribesEachRowToScreenReaders) {
     bed.library.event("lid_open").triggerCount = 12;
     bed.library.event("lid_open").isEnabled = false;
     const QAccessibleInterface* const row = accessible(bed.table()).tableInterface()->cellAt(1, 0);
@@ -182,15 +182,15 @@ TEST_F(TheDashboard, TellsAScreenReaderOfEachRow) {
 }
 
 TEST_F(TheDashboard, PaintsOnlyTheRowWhoseCountHasChanged) {
-    ASSERT_TRUE(comesTrue([this] { return !bed.window().grab().isNull(); }));
+    ASSERT_TRUE(becomesTrue([this] { return !bed.window().grab().isNull(); }));
     QApplication::processEvents();
     PaintLog log(*bed.table().viewport());
     trigger("lid_close");
-    EXPECT_TRUE(comesTrue([&log] { return !log.painted.empty(); }));
+    EXPECT_TRUE(becomesTrue([&log] { return !log.painted.empty(); }));
     EXPECT_THAT(log.painted, ElementsAre(rowRect(2)));
     EXPECT_TRUE(bed.shows("Not triggered yet"));
     trigger("slap", 2);
-    EXPECT_TRUE(comesTrue([&] { return log.painted.back() == rowRect(0); }));
+    EXPECT_TRUE(becomesTrue([&] { return log.painted.back() == rowRect(0); }));
     EXPECT_TRUE(bed.shows("Triggered: 2 times"));
 
     log.painted.clear();
@@ -201,14 +201,14 @@ TEST_F(TheDashboard, PaintsOnlyTheRowWhoseCountHasChanged) {
     EXPECT_THAT(log.painted, IsEmpty());
 }
 
-TEST_F(TheDashboard, PaintsAFloodOfCountsNoOftenerThanADisplayShowsThem) {
+TEST_F(TheDashboard, LimitsRepaintsToTheDisplaysRate) {
     PaintLog log(*bed.table().viewport());
     const auto begun = std::chrono::steady_clock::now();
     for (int i = 0; i < 300; ++i) {
         trigger("slap");
         QApplication::processEvents();
     }
-    EXPECT_TRUE(comesTrue([this] { return bed.shows("Triggered: 300 times"); }));
+    EXPECT_TRUE(becomesTrue([this] { return bed.shows("Triggered: 300 times"); }));
     const auto taken = std::chrono::steady_clock::now() - begun;
     EXPECT_LE(log.painted.size(),
               3 + static_cast<std::size_t>(taken / std::chrono::milliseconds(15)));
@@ -243,7 +243,7 @@ TEST_F(TheDashboard, RemembersWhetherItIsDarkAndPaintsIt) {
     EXPECT_EQ(pixel(sidebar), ColorScheme::light().controlBackground);
 }
 
-TEST_F(TheDashboard, ChoosesAThemeAndLetsItBeHeard) {
+TEST_F(TheDashboard, SelectsAThemeAndPlaysItsPreview) {
     bed.library.sounds.addFile("/res/t_soft_slap.wav");
     for (const char* const title : {"🎵 Soft", "🎵 Soft", "System"}) {
         chooseTheme(QString::fromUtf8(title));
@@ -300,7 +300,7 @@ TEST_F(TheDashboard, OffersTheMenuWhereThereIsNoTrayAndItsKeysAlways) {
     EXPECT_EQ(bed.chosen, "High ");
 }
 
-TEST_F(TheDashboard, HandsTheLidsAngleOnWhicheverEventIsSelected) {
+TEST_F(TheDashboard, ShowsTheLidsAngleWhicheverEventIsSelected) {
     const AngleGaugeView& gauge = *childrenOf<AngleGaugeView>(bed.window()).at(0);
     const auto announce = [this](std::any angle) {
         bed.library.notifications.post(

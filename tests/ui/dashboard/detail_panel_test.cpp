@@ -54,15 +54,15 @@ protected:
     void chooseFile(const std::string& name) {
         std::ofstream(music / name) << "sound";
         click(loadButton());
-        ASSERT_TRUE(dialogComes<QFileDialog>());
+        ASSERT_TRUE(dialogAppears<QFileDialog>());
         dialog<QFileDialog>()->findChild<QLineEdit*>()->setText(
             QString::fromStdString(music / name));
         press(Qt::Key_Return);
-        ASSERT_TRUE(comesTrue([this] { return bed.folder.busy(); }));
+        ASSERT_TRUE(becomesTrue([this] { return bed.folder.busy(); }));
         EXPECT_EQ(bed.folder.chosen, music / name);
     }
     bool dialogGoes() {
-        return comesTrue([] { return QApplication::activeModalWidget() == nullptr; });
+        return becomesTrue([] { return QApplication::activeModalWidget() == nullptr; });
     }
 
     const TemporaryFolder music;
@@ -86,13 +86,13 @@ TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
     EXPECT_EQ(bed.library.defaults.changes, changes);
 }
 
-TEST_F(TheDetailPanel, FollowsAPermissionThatIsGivenElsewhere) {
+TEST_F(TheDetailPanel, NoticesAPermissionThatIsGrantedElsewhere) {
     bed.keys.mayListen = false;
     bed.select("key_press");
     click(button(detail_texts::kGrantButton));
     EXPECT_EQ(bed.keys.pagesShown, 1);
     bed.keys.mayListen = true;
-    EXPECT_TRUE(comesTrue([this] { return showsTextFrom("Vintage mechanical click"); }));
+    EXPECT_TRUE(becomesTrue([this] { return showsTextFrom("Vintage mechanical click"); }));
     EXPECT_THROW(button(detail_texts::kGrantButton), std::out_of_range);
 
     bed.select("slap");
@@ -103,7 +103,8 @@ TEST_F(TheDetailPanel, FollowsAPermissionThatIsGivenElsewhere) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&elsewhere));
     EXPECT_FALSE(bed.shows("📁 own.wav"));
     bed.window().activateWindow();
-    EXPECT_TRUE(comesTrue([this] { return bed.shows("📁 own.wav"); })) << "not looked at on return";
+    EXPECT_TRUE(becomesTrue([this] { return bed.shows("📁 own.wav"); }))
+        << "not looked at on return";
 }
 
 TEST_F(TheDetailPanel, SetsTheVolumeByDraggingClickingAndKeys) {
@@ -174,7 +175,7 @@ TEST_F(TheDetailPanel, SetsTheAngleWhereThereIsASensor) {
     EXPECT_FALSE(gauge().sensorAvailable);
 }
 
-TEST_F(TheDetailPanel, LetsTheBatteryWarnAgainAtItsNewLevel) {
+TEST_F(TheDetailPanel, AllowsAnotherBatteryWarningAtANewLevel) {
     bed.select("battery_low");
     EXPECT_TRUE(showsTextFrom("Plays once when battery drops to or below 20%"));
     ValueSlider& level = slider("Alert Threshold");
@@ -215,7 +216,7 @@ TEST_F(TheDetailPanel, LoadsAFileAndRemovesItAgain) {
     EXPECT_TRUE(loadButton().hasFocus()) << "the keyboard has lost its place";
 }
 
-TEST_F(TheDetailPanel, SaysWhyAFileCannotBeLoaded) {
+TEST_F(TheDetailPanel, ShowsWhyAFileCannotBeLoaded) {
     const std::pair<Outcome, std::string> cases[] = {
         {{.kind = Outcome::Kind::notCopied, .error = "No <b>space</b> left"},
          std::string(detail_texts::kNotCopied) + "No <b>space</b> left"},
@@ -224,7 +225,7 @@ TEST_F(TheDetailPanel, SaysWhyAFileCannotBeLoaded) {
         SCOPED_TRACE(message);
         ASSERT_NO_FATAL_FAILURE(chooseFile("knock.wav"));
         bed.folder.finish(outcome);
-        ASSERT_TRUE(dialogComes<QMessageBox>());
+        ASSERT_TRUE(dialogAppears<QMessageBox>());
         EXPECT_EQ(dialog<QMessageBox>()->informativeText().toStdString(), message);
         EXPECT_EQ(dialog<QMessageBox>()->textFormat(), Qt::PlainText);
         EXPECT_FALSE(dialog<QMessageBox>()->iconPixmap().isNull());
@@ -234,22 +235,22 @@ TEST_F(TheDetailPanel, SaysWhyAFileCannotBeLoaded) {
     }
 }
 
-TEST_F(TheDetailPanel, LetsTheUserGiveUpWhileAFileIsChosenAndWhileItIsCopied) {
+TEST_F(TheDetailPanel, CanBeCancelledWhileAFileIsChosenOrCopied) {
     click(loadButton());
-    ASSERT_TRUE(dialogComes<QFileDialog>());
+    ASSERT_TRUE(dialogAppears<QFileDialog>());
     press(Qt::Key_Escape);
     EXPECT_TRUE(dialogGoes());
     EXPECT_EQ(bed.folder.chosen, "");
 
     ASSERT_NO_FATAL_FAILURE(chooseFile("knock.wav"));
-    ASSERT_TRUE(dialogComes<QDialog>());
+    ASSERT_TRUE(dialogAppears<QDialog>());
     press(Qt::Key_Escape);
     EXPECT_EQ(bed.folder.givenUp, 1);
     EXPECT_TRUE(dialogGoes());
     EXPECT_EQ(knock.soundPath, std::nullopt);
 
     ASSERT_NO_FATAL_FAILURE(chooseFile("knock.wav"));
-    ASSERT_TRUE(dialogComes<QDialog>());
+    ASSERT_TRUE(dialogAppears<QDialog>());
     bed.folder.finish({.kind = Outcome::Kind::added, .path = "/data/knock.wav"});
     EXPECT_EQ(knock.soundPath, "/data/knock.wav");
     EXPECT_EQ(bed.folder.givenUp, 1);
@@ -357,7 +358,7 @@ TEST_F(TheDetailPanel, CutsALongNameInItsMiddleAndShowsItWholeUnderThePointer) {
     EXPECT_EQ(label.toolTip(), "");
 }
 
-TEST_F(TheDetailPanel, TellsAssistivePrograms) {
+TEST_F(TheDetailPanel, DescribesItselfToAssistivePrograms) {
     bed.library.event("slap").volume = 0.555F;
     bed.select("slap");
     QAccessibleInterface& volume = accessible(slider("Volume"));
@@ -376,7 +377,7 @@ TEST_F(TheDetailPanel, TellsAssistivePrograms) {
     EXPECT_FALSE(knock.isEnabled);
 }
 
-TEST_F(TheDetailPanel, IsGoneThroughByTheKeyboardFromTopToBottom) {
+TEST_F(TheDetailPanel, HasAKeyboardOrderFromTopToBottom) {
     bed.library.sounds.addFile("/own.wav");
     bed.library->setPath("/own.wav", "battery_low");
     bed.select("battery_low");

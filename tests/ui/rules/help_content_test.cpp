@@ -62,7 +62,7 @@ TEST(TheGuide, SeparatesItsSectionsByDividers) {
     }
 }
 
-TEST(TheGuide, CountsTheStepsOfEachListAnew) {
+TEST(TheGuide, NumbersTheStepsOfEachListFromOne) {
     std::vector<int> lengths;
     int number = 0;
     for (const HelpParagraph& paragraph : helpContent()) {

@@ -19,7 +19,7 @@ protected:
     SoundLibrary library;
 };
 
-TEST_F(TheSidebarRow, SaysWhereTheSoundComesFrom) {
+TEST_F(TheSidebarRow, ShowsTheSourceOfTheSound) {
     struct Case {
         std::optional<std::string> path;
         bool custom;
@@ -40,7 +40,7 @@ TEST_F(TheSidebarRow, SaysWhereTheSoundComesFrom) {
     }
 }
 
-TEST_F(TheSidebarRow, CountsFromTheFirstTimeAndDimsWhatIsOff) {
+TEST_F(TheSidebarRow, ShowsCountsAndDimsDisabledEvents) {
     SidebarRow expected{
         .emoji = "👊", .name = "Single Knock", .hint = "🍎 Classic", .badge = "", .isOn = true};
     EXPECT_EQ(row("slap"), expected);
@@ -64,7 +64,7 @@ TEST_F(TheSidebarRow, LocksOnlyTheLidAngleAndOnlyWhereItCannotWork) {
     EXPECT_EQ(row("lid_open").isOn, true);
 }
 
-TEST(TheSidebarRowLayout, GivesTheTextsWhatTheRowIsWider) {
+TEST(TheSidebarRowLayout, GivesExtraWidthToTheTexts) {
     for (const int more : {0, 30}) {
         const SidebarRowLayout layout = sidebarRowLayout(200 + more);
         EXPECT_EQ(layout.emoji, (RowFrame{10, 8, 36, 30}));

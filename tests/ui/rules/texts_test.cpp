@@ -11,14 +11,14 @@
 namespace chimewerk {
 namespace {
 
-TEST(TheCounterText, SaysTimeOnlyForOne) {
+TEST(TheCounterText, UsesTheSingularOnlyForOne) {
     EXPECT_EQ(counterText(0), "Not triggered yet");
     EXPECT_EQ(counterText(1), "Triggered: 1 time");
     EXPECT_EQ(counterText(-1), "Triggered: -1 times");
     EXPECT_EQ(counterText(5'000'000'000), "Triggered: 5000000000 times");
 }
 
-TEST(TheValueTexts, CutNumbersOffToWholeOnes) {
+TEST(TheValueTexts, TruncateNumbersToWholeOnes) {
     for (const auto& [volume, text] : {std::pair{0.3F, "30%"},
                                        {0.555F, "55%"},
                                        {0.29F, "29%"},
@@ -44,7 +44,7 @@ TEST(TheLastPathComponent, IsTheNameWithoutTheSlashesAroundIt) {
     }
 }
 
-TEST(TheThemeName, LosesSpacesAndTabsAtItsEndsButNoLineBreak) {
+TEST(TheThemeName, LosesSpacesAndTabsButNoLineBreaksAtItsEnds) {
     for (const auto& [typed, name] : {std::pair{"  Focus  ", "Focus"},
                                       {"\t a \t b\t", "a \t b"},
                                       {"   ", ""},

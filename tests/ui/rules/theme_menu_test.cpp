@@ -66,7 +66,7 @@ TEST_F(TheThemeMenu, ShowsTheThemeInUse) {
     expectShown("🍎 Classic", false);
 }
 
-TEST_F(TheThemeMenu, HasOneItemForANameThatOfTheLaterTheme) {
+TEST_F(TheThemeMenu, ShowsOnlyTheLastThemeOfAName) {
     setThemes({"Same", "Other", "Same", "System"}, "0");
     EXPECT_THAT(rest(), ElementsAre(kSeparator, ThemeMenuItem{"👤 Other", 2001},
                                     ThemeMenuItem{"👤 Same", 2002}, ThemeMenuItem{"👤 System", 2003},
@@ -74,7 +74,7 @@ TEST_F(TheThemeMenu, HasOneItemForANameThatOfTheLaterTheme) {
     expectShown("👤 Same", true);
 }
 
-TEST_F(TheThemeMenu, LetsEveryThemeBeChosenHoweverManyThereAre) {
+TEST_F(TheThemeMenu, OffersEveryThemeHoweverMany) {
     std::vector<std::string> names;
     for (int i = 0; i < 1002; ++i) {
         names.push_back(std::to_string(i));
@@ -93,7 +93,7 @@ TEST_F(TheThemeMenu, LetsEveryThemeBeChosenHoweverManyThereAre) {
     EXPECT_EQ(rest().back(), kNewTheme);
 }
 
-TEST(TheThemeTag, MeansNothingOutsideOfWhatIsThere) {
+TEST(TheThemeTag, IsInvalidOutsideTheMenu) {
     using Kind = ThemeChoice::Kind;
     const std::pair<int, ThemeChoice> meaningful[] = {{1000, {Kind::builtIn, 0}},
                                                       {1006, {Kind::builtIn, 6}},
