@@ -73,17 +73,16 @@ QFont helpFont(const HelpStyle& style) {
 QTextCharFormat inEmojiFont(QTextCharFormat format) {
     QFont font = format.font();
     font.setFamilies(QStringList{QStringLiteral("Noto Color Emoji")} + font.families());
-    // There is no bold one.
+    // The font has no bold style.
     font.setWeight(QFont::Normal);
-    // Pictures of a fixed size are scaled by their height, which is more than the size of
-    // their font.
+    // Bitmap emoji are scaled by their height, which is larger than their font size.
     font.setPixelSize(qRound(font.pixelSize() * 1.17));
     format.setFont(font);
     return format;
 }
 
-/// `spacingAbove` is the spacing below the paragraph above. A document takes the larger margin
-/// where two paragraphs meet; here the two add up.
+/// `spacingAbove` is the spacing below the previous paragraph. A document uses the larger margin
+/// between two paragraphs; here they are added.
 QTextBlockFormat blockFormat(const HelpStyle& style, int spacingAbove) {
     QTextBlockFormat format;
     format.setTopMargin(spacingAbove + style.spacingBefore);
@@ -145,7 +144,7 @@ protected:
     }
 };
 
-/// Shows the guide in the colours of the desktop's appearance. Its document has one block for each
+/// Shows the guide in the colours of the desktop's appearance. Its document has one block per
 /// paragraph of the content.
 class GuideView final : public QTextBrowser {
 public:
@@ -197,7 +196,7 @@ private:
         cursor.mergeCharFormat(format);
     }
 
-    /// The scheme that the text is coloured in.
+    /// The scheme of the text's current colours.
     const ColorScheme* colors_;
 };
 
@@ -219,7 +218,7 @@ HelpWindowController::HelpWindowController(const std::string& manual, const Menu
     window_->setWindowTitle(worded(kHelpTitle));
     window_->setMinimumSize(520, 400);
     window_->resize(700, 640);
-    // There is no screen while none is plugged in.
+    // There is no screen if none is plugged in.
     if (const QScreen* const screen = QGuiApplication::primaryScreen()) {
         window_->move(screen->availableGeometry().center() - window_->rect().center());
     }
@@ -254,7 +253,7 @@ void HelpWindowController::buildUI(const QUrl& manual) {
     guide->setFocus();
     buildContent(*guide->document(), manual);
     guide->colorText();
-    // After insertion the cursor, and with it the view, is at the end.
+    // After insertion, the cursor and the view are at the end.
     guide->moveCursor(QTextCursor::Start);
 }
 
@@ -271,7 +270,7 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
 
 void HelpWindowController::buildContent(QTextDocument& document, const QUrl& manual) {
     QTextCursor cursor(&document);
-    // One change, so that the text is laid out once.
+    // One edit block, so that the text is laid out once.
     cursor.beginEditBlock();
     bool isFirst = true;
     int spacingAbove = 0;
@@ -280,7 +279,7 @@ void HelpWindowController::buildContent(QTextDocument& document, const QUrl& man
         QTextCharFormat format;
         format.setFont(helpFont(style));
         if (isFirst) {
-            // The document's margin is the only spacing above it.
+            // Only the document's margin is above it.
             cursor.setBlockFormat(blockFormat(style, -style.spacingBefore));
             cursor.setBlockCharFormat(format);
         } else {

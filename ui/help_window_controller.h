@@ -18,16 +18,16 @@ class QUrl;
 
 namespace chimewerk {
 
-/// The guide's window: a coloured header with the program's name above a text that scrolls. It
-/// starts hidden; closing hides it, and it keeps its place in the text. It is light or dark as the
-/// desktop is.
+/// The guide's window: a coloured header with the program's name above a scrolling text. It
+/// starts hidden; closing it hides it and keeps the position in the text. It is light or dark
+/// like the desktop.
 class HelpWindowController final : public Window {
 public:
     /// `manual` is the absolute path of the manual that the guide's last words lead to. The keys of
     /// the menu's entries work in the window; `menu` outlives it.
     HelpWindowController(const std::string& manual, const Menu& menu);
 
-    /// Shows the window, in front of the others if the desktop allows it.
+    /// Shows the window, in front of the others if the desktop permits.
     void showWindow() override;
 
     QWidget& window() { return *window_; }
@@ -36,7 +36,7 @@ private:
     void buildUI(const QUrl& manual);
     /// Fills an empty document with the guide.
     static void buildContent(QTextDocument& document, const QUrl& manual);
-    /// Returns a label of the header: white, on one line, as opaque as `alpha`, 0 to 1.
+    /// Returns a label for the header: white, on one line, with opacity `alpha`, 0 to 1.
     static QLabel* heroLabel(const QString& text, int size, QFont::Weight weight,
                              double alpha = 1.0);
 

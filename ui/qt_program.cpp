@@ -21,8 +21,8 @@ namespace {
 
 constexpr const char* kActivationToken = "XDG_ACTIVATION_TOKEN";
 
-/// The toolkit's platforms in its own order, and last the one that needs no display: without that
-/// one the toolkit ends a program that finds no display.
+/// Returns the toolkit's platforms in its own order, and last the one that needs no display:
+/// without that, the toolkit ends a program that finds no display.
 QByteArray platforms() {
     const bool wayland =
         qgetenv("XDG_SESSION_TYPE") == "wayland" && !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
@@ -36,7 +36,7 @@ void setUnlessGiven(const char* variable, const QByteArray& value) {
     }
 }
 
-/// Keeps the toolkit's messages off the terminal, except the one before it ends the program.
+/// Hides the toolkit's messages, except the one before it ends the program.
 void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
     if (type == QtFatalMsg) {
         std::fprintf(stderr, "%s\n", qPrintable(message));
@@ -60,18 +60,18 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
         qInstallMessageHandler(dropMessage);
     }
     setUnlessGiven("QT_QPA_PLATFORM", platforms());
-    // Nothing is drawn with OpenGL, whose libraries weigh more than all the rest.
+    // Nothing is drawn with OpenGL, whose libraries use more memory than everything else.
     setUnlessGiven("QT_XCB_GL_INTEGRATION", "none");
     // Reserves a place in the environment while no other thread may be reading it.
     setUnlessGiven(kActivationToken, "");
-    // Before the application, so that the desktop's own style is not even loaded.
+    // Set before the application is created, so that the desktop's style is not loaded.
     QApplication::setStyle(new ChimewerkStyle);
     application_.emplace(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("chimewerk"));
     // No display name: the toolkit would append it to the windows' titles.
     QApplication::setDesktopFileName(QString::fromLatin1(id));
     QApplication::setWindowIcon(programIcon());
-    // The program lives in the tray.
+    // The program keeps running in the tray.
     QApplication::setQuitOnLastWindowClosed(false);
     // Desktops start the program by its autostart entry; restored, it would start twice.
     QObject::connect(

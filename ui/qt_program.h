@@ -12,13 +12,14 @@
 
 namespace chimewerk {
 
-/// The toolkit and its main loop. One per process, made before any other part of `ui/` and
-/// destroyed after them. Without a display the windows are painted into memory and everything else
+/// The toolkit and its main loop. Create one per process, before any other part of `ui/`, and
+/// destroy it last. Without a display the windows are painted into memory and everything else
 /// works. Main thread only.
 class QtProgram {
 public:
-    /// The arguments are those of `main()` and outlive the object; the toolkit removes its own from
-    /// them. `id` is the name by which desktops know the program, such as "org.example.Program".
+    /// The arguments are those of `main()` and must outlive the object; the toolkit
+    /// removes its own from them. `id` is the name that desktops know the program by, such
+    /// as "org.example.Program".
     QtProgram(int& argumentCount, char** arguments, const char* id);
     QtProgram(const QtProgram&) = delete;
     QtProgram& operator=(const QtProgram&) = delete;

@@ -15,7 +15,7 @@ namespace chimewerk {
 
 namespace {
 
-/// Casts the option to the type that its element always has.
+/// Casts the option to the type that its element always uses.
 template <typename Option>
 const Option& as(const QStyleOption* option) {
     return *qstyleoption_cast<const Option*>(option);
@@ -69,7 +69,7 @@ QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part, int 
     }
 }
 
-/// Worked out here because a pop-up button's menu proposes the menu's size instead of the item's.
+/// Computed here because a pop-up button's menu proposes the menu's size instead of the item's.
 QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
     constexpr int kGapBeforeShortcut = 24;
     if (item.menuItemType == QStyleOptionMenuItem::Separator) {
@@ -105,7 +105,7 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
             }
             return;
         case PE_PanelItemViewRow: {
-            // The items of a row paint its selection.
+            // The items of a row paint its selection themselves.
             QStyleOptionViewItem row = as<QStyleOptionViewItem>(option);
             row.state &= ~State_Selected;
             return QProxyStyle::drawPrimitive(element, &row, painter, widget);

@@ -7,12 +7,12 @@
 
 namespace chimewerk {
 
-/// The name of a push button's property that is true if a click destroys something.
+/// The name of a push button's property, which is true if a click destroys something.
 inline constexpr char kDestructive[] = "chimewerkDestructive";
 
-/// The style of all controls, in light and in dark, independent of the desktop's: rounded shapes,
-/// one accent colour, a ring around the widget that has the keyboard, emoji in colour. Give it to
-/// QApplication::setStyle() before the application is made, so that no other style is loaded.
+/// The style of all controls, in light and dark, independent of the desktop's: rounded shapes, one
+/// accent colour, a ring around the widget with the keyboard focus, emoji in colour. Pass it to
+/// QApplication::setStyle() before creating the application, so that no other style is loaded.
 class ChimewerkStyle final : public QProxyStyle {
 public:
     ChimewerkStyle();

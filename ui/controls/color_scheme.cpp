@@ -68,7 +68,7 @@ QPalette paletteOf(const ColorScheme& colors) {
     palette.setColor(QPalette::Button, dark ? QColor(0x48, 0x48, 0x4b) : QColor(0xff, 0xff, 0xff));
     palette.setColor(QPalette::ButtonText, colors.label);
     palette.setColor(QPalette::BrightText, QColor(Qt::white));
-    // White has to be legible on it, which the blue for dark backgrounds is too light for.
+    // White must be legible on it, and the blue for dark backgrounds is too light for that.
     palette.setColor(QPalette::Highlight, dark ? colors.blue.darker(128) : colors.blue);
     palette.setColor(QPalette::HighlightedText, QColor(Qt::white));
     palette.setColor(QPalette::Link, colors.blue);

@@ -9,7 +9,7 @@
 
 namespace chimewerk {
 
-/// The colours of one appearance, by their role. There are two of them, `light()` and `dark()`.
+/// The colours of one appearance, by role. There are two: `light()` and `dark()`.
 struct ColorScheme {
     QColor windowBackground;
     /// Behind lists and text.
@@ -30,13 +30,13 @@ struct ColorScheme {
     bool isDark() const { return this == &dark(); }
 };
 
-/// Returns the scheme that a palette was made of, or that comes nearest: its window
-/// background decides.
+/// Returns the scheme that a palette was made from, or the nearest one, by its window background.
 const ColorScheme& colorSchemeOf(const QPalette& palette);
-/// Returns the scheme that the widget is painted in now.
+/// Returns the scheme in which the widget is painted now.
 const ColorScheme& colorSchemeOf(const QWidget& widget);
 
-/// Returns the palette that gives a window and all in it these colours, whatever the desktop's are.
+/// Returns the palette that gives a window and its contents these colours, whatever the
+/// desktop's colours.
 QPalette paletteOf(const ColorScheme& colors);
 
 }  // namespace chimewerk

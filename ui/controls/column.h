@@ -9,14 +9,14 @@
 
 namespace chimewerk {
 
-/// Places widgets below one another in their parent, each as high as it needs to be, and mirrors
-/// them where the language reads from right to left. Lengths are device-independent pixels.
+/// Places widgets below one another in their parent, each as high as it needs, mirrored for
+/// right-to-left languages. Lengths are device-independent pixels.
 class Column {
 public:
-    /// One of several widgets side by side.
+    /// One of several widgets in a row.
     struct Cell {
         QWidget& widget;
-        /// Between it and the one before it.
+        /// The distance from the widget before it.
         int gap = 0;
         /// 0 for the widget's preferred width.
         int width = 0;
@@ -30,18 +30,18 @@ public:
           bottom_(margins.top()) {}
 
     void skip(int gap) { bottom_ += gap; }
-    /// `bottom` is where something ends that places itself.
+    /// Skips to `bottom`, for a widget that was placed elsewhere.
     void skipTo(int bottom) { bottom_ = bottom; }
-    /// As wide as the column.
+    /// Adds a widget as wide as the column.
     void add(QWidget& widget);
-    /// Side by side from the start of the line, vertically centred on the highest.
+    /// Adds widgets in a row from the start of the line, vertically centred on the highest.
     void addRow(std::initializer_list<Cell> cells);
-    /// At this place, which is mirrored too. Does not move what follows.
+    /// Places a widget here, mirrored if necessary. Does not move the widgets that follow.
     void place(QWidget& widget, const QRect& where) const;
 
-    /// Between the margins.
+    /// The width between the margins.
     int width() const { return parentWidth_ - margins_.left() - margins_.right(); }
-    /// Where the next widget begins.
+    /// The place of the next widget.
     int bottom() const { return bottom_; }
 
 private:

@@ -18,7 +18,8 @@ constexpr qreal kRadius = 5.5;
 constexpr int kMenuInset = 4;
 constexpr int kMenuTextInset = 24;
 
-/// Keeps a painter's state over a scope, and smooths edges in it.
+/// Saves a painter's state, switches antialiasing on and restores the state at the end of
+/// the scope.
 class Painting {
 public:
     explicit Painting(QPainter& painter) : painter_(painter) {
@@ -81,7 +82,7 @@ QColor accentFill(const QStyleOption& option) {
                  option);
 }
 
-/// The line is one pixel wide and lies within the rectangle.
+/// Draws a line one pixel wide within the rectangle.
 void outline(QPainter& painter, const QRectF& rect, const QColor& color, qreal radius,
              qreal width = 1) {
     painter.setPen(QPen(color, width));
@@ -96,7 +97,7 @@ void fill(QPainter& painter, const QRectF& rect, const QColor& color, qreal radi
     painter.drawRoundedRect(rect, radius, radius);
 }
 
-/// A plain raised control: its fill, its edge and the shadow that lifts it off a light background.
+/// Paints a raised control: fill, edge and, on a light background, the shadow.
 void paintRaised(QPainter& painter, const QStyleOption& option, const QRectF& rect) {
     if (!isDark(option) && isEnabled(option)) {
         fill(painter, rect.translated(0, 1), QColor(0, 0, 0, 16), kRadius);
@@ -126,7 +127,7 @@ void strokeChevron(QPainter& painter, QPointF center, bool up, const QColor& col
     painter.drawPath(chevron);
 }
 
-/// A control is drawn a pixel smaller than its rectangle, so that its shadow has room.
+/// Returns the shape of a control, smaller than its rectangle to leave room for the shadow.
 QRectF shapeOf(const QStyleOption& option) {
     return QRectF(option.rect).adjusted(1, 1, -1, -2);
 }

@@ -11,11 +11,11 @@ namespace chimewerk {
 // Paints the parts of controls for `ChimewerkStyle`, in the colour scheme of the option's palette.
 // Lengths are device-independent pixels. Each function restores the painter's state.
 
-/// What fills a push button.
+/// The kind of fill of a push button.
 enum class ButtonKind { plain, standard, destructive };
 
 void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind);
-/// The colour of a button's title.
+/// Returns the colour of a button's title.
 QColor buttonTextColor(const QStyleOption& option, ButtonKind kind);
 /// `QStyle::State_Selected` means that the background has the accent colour.
 void paintCheckBox(QPainter& painter, const QStyleOption& option);
@@ -26,9 +26,9 @@ void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, cons
 void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
 void paintTextField(QPainter& painter, const QStyleOption& option);
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option);
-/// A ring within `rect`, around the widget that has the keyboard.
+/// Paints a ring within `rect` around the widget with the keyboard focus.
 void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect, qreal radius);
-/// Whether a focus ring shows: only while the user works with the keyboard.
+/// Returns whether the focus ring is shown: only while the user works with the keyboard.
 bool showsFocusRing(const QStyleOption& option);
 
 }  // namespace chimewerk

@@ -28,7 +28,7 @@ QFont emojiFont(const QFont& font) {
     return emoji;
 }
 
-/// Sets the emoji of the layout's text in their font.
+/// Sets the emoji font for the emoji in the layout's text.
 void dress(QTextLayout& layout, const QFont& font, const QString& text) {
     QList<QTextLayout::FormatRange> formats;
     QTextCharFormat format;
@@ -55,7 +55,7 @@ QString withoutMnemonics(const QString& text) {
     return plain;
 }
 
-/// Breaks the text into lines and puts each below the one before; returns their height.
+/// Breaks the text into lines below one another and returns their height.
 qreal layLines(QTextLayout& layout, qreal width, Qt::Alignment alignment, qreal lineHeight) {
     qreal y = 0;
     layout.beginLayout();
@@ -92,7 +92,7 @@ QString elided(const QFont& font, const QString& text, int width) {
     if (textWidth(font, text) <= width) {
         return text;
     }
-    // The metrics do not know the wider colour emoji, so their result may have to be cut further.
+    // The metrics do not include the wider colour emoji, so the result may have to be cut further.
     const QFontMetrics metrics(font);
     QString shorter = metrics.elidedText(text, Qt::ElideRight, width);
     for (int less = width; textWidth(font, shorter) > width && less > 0; --less) {
@@ -116,7 +116,7 @@ void drawText(QPainter& painter, const QRect& rect, int flags, const QString& te
     option.setTextDirection(painter.layoutDirection());
     option.setWrapMode((flags & Qt::TextWordWrap) != 0 ? QTextOption::WordWrap
                                                        : QTextOption::ManualWrap);
-    // Lines are aligned in layLines(), by the width that is drawn.
+    // layLines() aligns the lines by their drawn width.
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     layout.setTextOption(option);
     const Qt::Alignment alignment = QStyle::visualAlignment(

@@ -10,18 +10,18 @@
 
 namespace chimewerk {
 
-/// Whether any part of the text is emoji.
+/// Returns whether any part of the text is emoji.
 bool holdsEmoji(const QString& text);
 
-/// Returns the width of the text on one line, its emoji in colour, in device-independent pixels.
+/// Returns the width of the text on one line, with colour emoji, in device-independent pixels.
 int textWidth(const QFont& font, const QString& text);
 
-/// Returns the text, cut short with an ellipsis at its end if it is wider than `width`.
+/// Returns the text, cut with an ellipsis at its end if it is wider than `width`.
 QString elided(const QFont& font, const QString& text, int width);
 
-/// Draws as QPainter::drawText() does, with the painter's font and pen, and every emoji in colour.
-/// `flags` is an alignment, which an RTL painter mirrors, with Qt::TextWordWrap and the two
-/// mnemonic flags.
+/// Draws like QPainter::drawText(), with the painter's font and pen, but with every emoji in
+/// colour. `flags` is an alignment, which is mirrored for right-to-left layouts, with
+/// Qt::TextWordWrap and the two mnemonic flags.
 void drawText(QPainter& painter, const QRect& rect, int flags, const QString& text);
 
 }  // namespace chimewerk

@@ -10,22 +10,22 @@
 
 namespace chimewerk {
 
-// Makers of the texts and push buttons that the windows are made of. The caller gives each
-// a parent.
+// Functions that make the labels and push buttons of the windows. The caller sets the parent.
 
-/// Which of the text colours a label has. It follows its window from light to dark and back.
+/// The text colours of labels. A label follows its window from light to dark and back.
 enum class LabelColor { label, secondary, tertiary, quaternary };
 
-/// A text on one line that cannot be edited. It is shown as it is, never taken for markup.
+/// Makes a text on one line that cannot be edited. It is shown literally, never interpreted
+/// as markup.
 QLabel* makeLabel(const QString& text, int size, QFont::Weight weight = QFont::Normal,
                   LabelColor color = LabelColor::label);
-/// The same, broken into lines.
+/// Makes a text that is broken into lines.
 QLabel* makeParagraph(std::string_view text, int size, LabelColor color);
-/// A text with a number in it, whose digits are equally wide.
+/// Makes a text with a number in it, whose digits have equal widths.
 QLabel* makeNumberLabel(std::string_view text, int size, LabelColor color);
-/// The heading of a section.
+/// Makes the heading of a section.
 QLabel* makeSectionLabel(std::string_view text);
-/// An ampersand in the title is shown as one.
+/// Makes a push button. An ampersand in the title is shown literally.
 QPushButton* makeButton(const QString& title);
 
 }  // namespace chimewerk

@@ -19,7 +19,7 @@ PopUpButton::PopUpButton() {
 }
 
 void PopUpButton::showPopup() {
-    // The menu is a window of its own, which would have the desktop's colours.
+    // The menu is a separate window, which would have the desktop's colours.
     const QPalette colors = paletteOf(colorSchemeOf(*this));
     view()->window()->setPalette(colors);
     view()->setPalette(colors);

@@ -50,7 +50,7 @@ void SwitchControl::checkStateSet() {
 void SwitchControl::nextCheckState() {
     QCheckBox::nextCheckState();
     constexpr int kLongest = 150;
-    // 0 if the user wants no animations.
+    // The style's duration is 0 if the user wants no animations.
     moveKnob(std::min(kLongest,
                       style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this)));
 }

@@ -8,11 +8,11 @@
 
 namespace chimewerk {
 
-/// A switch: a knob on a track. It slides when the user moves it, and jumps when the program does.
-/// For the keyboard and for assistive programs it is a check box.
+/// A switch: a knob on a track. The knob slides when the user moves it and jumps when the program
+/// does. To the keyboard and assistive programs it is a check box.
 class SwitchControl final : public QCheckBox {
 public:
-    /// By how much it exceeds its track on every side, which is room for the focus ring.
+    /// The margin around the track on every side, which leaves room for the focus ring.
     static constexpr int kOverhang = 3;
 
     explicit SwitchControl(QWidget* parent = nullptr);
@@ -29,7 +29,7 @@ protected:
 private:
     void moveKnob(int milliseconds);
 
-    /// Where the knob is, from 0 (off) to 1 (on).
+    /// The position of the knob, from 0 (off) to 1 (on).
     QVariantAnimation knob_;
 };
 

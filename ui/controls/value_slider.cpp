@@ -15,10 +15,10 @@ namespace chimewerk {
 
 namespace {
 
-/// The slider itself counts in tenths of the unit.
+/// The slider internally counts tenths of the unit.
 constexpr int kFineness = 10;
 
-/// The slider for assistive programs; the toolkit's own would give them tenths.
+/// The slider's interface for assistive programs; the toolkit's own would report tenths.
 class AccessibleValueSlider final : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
     explicit AccessibleValueSlider(ValueSlider* slider)
@@ -91,7 +91,7 @@ void ValueSlider::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && !knob.contains(event->position().toPoint())) {
         setSliderPosition(valueAt(event->position().toPoint().x()));
     }
-    // The knob is under the pointer now, so the drag begins there.
+    // The knob is now under the pointer, so the drag begins there.
     QSlider::mousePressEvent(event);
 }
 

@@ -9,9 +9,9 @@
 
 namespace chimewerk {
 
-/// A horizontal slider over real numbers that are shown in a unit of their own, such as 0.0 to 1.0
-/// as 0% to 100%. An arrow key moves it by one unit, and a click moves the knob to the pointer.
-/// Assistive programs get the number and the text in that unit.
+/// A horizontal slider for real numbers that are shown in another unit, such as 0.0 to 1.0 as 0% to
+/// 100%. An arrow key moves it by one unit, and a click moves the knob to the pointer. Assistive
+/// programs get the number and the text in that unit.
 class ValueSlider final : public QSlider {
 public:
     using Text = std::function<std::string(float number)>;
@@ -26,10 +26,10 @@ public:
 
     ValueSlider(const Range& range, Text text);
 
-    /// Returns its number, to a tenth of the unit; a whole unit is not less than one when it is
-    /// cut off.
+    /// Returns the slider's number, to a tenth of the unit. A whole number of units is never
+    /// rounded to less than that, so truncation keeps it.
     float number() const;
-    /// Moves it to this number, or as near as it can go, without emitting a signal.
+    /// Moves the slider to this number, or the nearest possible one, without emitting a signal.
     void setNumber(float number);
 
     const Range& range() const { return range_; }

@@ -18,7 +18,7 @@ public:
     void display(const DetailView& view);
     void setCurrentAngle(float degrees);
     void setThreshold(float degrees);
-    /// In device-independent pixels; takes effect when the box is arranged next.
+    /// In device-independent pixels; takes effect at the next arrangement of the box.
     void setGaugeHeight(int height) { gaugeHeight_ = height; }
 
 protected:

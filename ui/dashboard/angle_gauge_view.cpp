@@ -57,7 +57,7 @@ QColor roleColor(const ColorScheme& colors, GaugeColor color) {
     return colors.label;
 }
 
-/// Paints the gauge's shapes, whose y grows upwards from the bottom of the area.
+/// Paints the gauge's shapes, whose y axis points up from the bottom of the area.
 class ShapePainter {
 public:
     ShapePainter(QPainter& painter, const ColorScheme& colors, const QRectF& area)
@@ -138,7 +138,7 @@ void AngleGaugeView::paintEvent(QPaintEvent*) {
     for (const GaugeShape& shape : gaugeShapes({area.width(), area.height()}, state, measured)) {
         std::visit(paint, shape);
     }
-    // The description changes with the picture, so that both say the same.
+    // The description changes with the picture, so that the two agree.
     const QString description = worded(gaugeDescription(state));
     if (accessibleDescription() != description) {
         setAccessibleDescription(description);

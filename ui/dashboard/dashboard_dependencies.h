@@ -18,29 +18,30 @@
 
 namespace chimewerk {
 
-/// What the dashboard shows and works on. All of it outlives the window.
+/// The objects that the dashboard shows and changes. All must outlive the window.
 struct DashboardDependencies {
     SoundManager& sounds;
     NotificationCenter& notifications;
     DefaultsStore& defaults;
     const FileSystem& files;
-    /// Where the program's own sounds are, an absolute path; empty if there is no such folder.
+    /// The absolute path of the folder with the program's own sounds; empty if there is no
+    /// such folder.
     std::string resourceFolder;
     /// The files that the user has loaded.
     SoundFolder& soundFolder;
-    /// Knows whether key presses can be heard.
+    /// Whether key presses can be received.
     KeySource& keys;
-    /// Shows the user how to allow that.
+    /// Explains how to permit that.
     PermissionPage& keyPermissionPage;
     /// Whether the lid-angle event can work on this machine.
     bool isAppleSilicon = false;
 };
 
-/// The parts of the program that the dashboard shows and steers. All of them outlive the window.
+/// The parts of the program that the dashboard shows and controls. All must outlive the window.
 struct DashboardMonitors {
     LidAngleMonitor& lid;
     KeyboardMonitor& keyboard;
-    /// Lets the low-battery sound play again in this discharge.
+    /// Lets the low-battery sound play again before the next charge.
     std::function<void()> resetBatteryLowFlag;
     /// Whether this event cannot be heard before the program starts again.
     std::function<bool(std::string_view eventId)> waitsForRestart;

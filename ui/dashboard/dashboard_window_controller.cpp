@@ -47,7 +47,7 @@ void setBackground(QWidget& widget, const QColor& color) {
     widget.setPalette(own);
 }
 
-/// A view that is filled with the colour of its background.
+/// Returns a view filled with its background colour.
 QWidget* makeFilledView() {
     auto* const view = new QWidget;
     view->setAutoFillBackground(true);
@@ -96,7 +96,7 @@ void DashboardWindowController::center() {
         const QRect available = screen->availableGeometry();
         QRect place(QPoint(), kContentSize);
         place.moveCenter(available.center());
-        // The title bar stays on a screen that is too small for the window.
+        // Keeps the title bar visible on a screen that is too small for the window.
         window_.move(std::max(place.left(), available.left()),
                      std::max(place.top(), available.top()));
     }
@@ -154,8 +154,8 @@ QWidget* DashboardWindowController::buildTitleRow() {
 
     auto* const titleRow = new QWidget;
     auto* const row = new QHBoxLayout(titleRow);
-    // The title is 20 below the top and 8 above the themes. The higher button is centred on it and
-    // reaches into both gaps.
+    // The title is 20 below the top and 8 above the themes. The button is higher and centred on the
+    // title, so it reaches into both gaps.
     const int reach =
         std::max(0, (appearanceBtn_->sizeHint().height() - title->sizeHint().height() + 1) / 2);
     row->setContentsMargins(16, 20 - reach, 8, 8 - reach);
@@ -240,7 +240,8 @@ void DashboardWindowController::onCounterUpdated(const Notification& notificatio
     }
 }
 
-// Counts may change more often than a display is refreshed; painting is limited to that.
+// Counts may change more often than the display is refreshed; painting is limited to the
+// refresh rate.
 void DashboardWindowController::showCounts() {
     if (newCounts_.empty()) {
         return;

@@ -20,8 +20,8 @@
 
 namespace chimewerk {
 
-/// The window that configures the events: a sidebar with the themes and a table of all events, and
-/// beside it the settings of the selected event. It stays up to date while it is hidden. Main
+/// The window that configures the events: a sidebar with the themes and a table of all events,
+/// beside the settings of the selected event. It is kept up to date while it is hidden. Main
 /// thread only.
 class DashboardWindowController final : public Window {
 public:
@@ -66,7 +66,7 @@ private:
     QTimer countPause_;
 
     QWidget window_;
-    // The window owns the following widgets.
+    // The window owns these widgets.
     QWidget* sidebarBgView_ = nullptr;
     QWidget* dividerView_ = nullptr;
     QPushButton* menuBtn_ = nullptr;

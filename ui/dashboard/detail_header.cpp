@@ -16,7 +16,7 @@ DetailHeader::DetailHeader(QWidget* panel, const std::function<void()>& onToggle
       eventTitle_(add(makeLabel({}, 20, QFont::Bold))),
       enableSwitch_(add(new SwitchControl)),
       counterLabel_(add(makeNumberLabel("Triggered: 0 times", 11, LabelColor::tertiary))) {
-    // The ring around the switch reaches beyond the margin that its track keeps.
+    // The ring around the switch extends beyond the margin of its track.
     setContentsMargins(SwitchControl::kOverhang, 0, SwitchControl::kOverhang, 0);
     eventEmoji_->setAlignment(Qt::AlignCenter);
     connect(enableSwitch_, &SwitchControl::toggled, this, onToggle);

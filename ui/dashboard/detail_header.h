@@ -13,7 +13,7 @@
 
 namespace chimewerk {
 
-/// The top of the detail panel: which event it shows, its switch and its count.
+/// The top of the detail panel: the event's name, its switch and its count.
 class DetailHeader final : public PanelBox {
 public:
     /// `onToggle` is called when the user has moved the switch.
@@ -23,7 +23,7 @@ public:
     void showCounter(std::int64_t triggerCount);
 
     bool isOn() const { return enableSwitch_->isChecked(); }
-    /// Where the switch is in the panel.
+    /// Returns the area of the switch in the panel.
     QRect switchArea() const { return enableSwitch_->geometry().translated(pos()); }
 
 protected:

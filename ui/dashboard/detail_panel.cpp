@@ -19,19 +19,19 @@ namespace {
 constexpr int kMargin = 28;
 constexpr int kBottomMargin = 8;
 constexpr int kGaugeHeight = 130;
-/// The dial is lower than kGaugeHeight if long texts take its room, but not lower than this.
+/// The dial is lower than kGaugeHeight if long texts need the room, but not lower than this.
 constexpr int kLowestGauge = 84;
 
 }  // namespace
 
-/// Dims the panel as if that were less opaque, except for the switch, which ends the dimming.
+/// Dims the panel as if it were less opaque, except for the switch, which ends the dimming.
 class DetailPanel::Veil final : public QWidget {
 public:
     explicit Veil(QWidget* parent) : QWidget(parent) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
         hide();
     }
-    /// `alpha` is the opacity that the panel seems to have, 0 to 1; `clear` is the area that is
+    /// `alpha` is the apparent opacity of the panel, 0 to 1; `clear` is the area that is
     /// not dimmed.
     void set(double alpha, const QRect& clear) {
         alpha_ = alpha;
@@ -266,8 +266,8 @@ void DetailPanel::hideEvent(QHideEvent* event) {
     watch_.stop();
 }
 
-/// Permission, tap and sensor come and go without a notification, so they are polled while
-/// they show.
+/// Permission, tap and sensor change without a notification, so they are polled while they
+/// are shown.
 void DetailPanel::watch() {
     const bool wanted =
         isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::threshold);
@@ -278,7 +278,7 @@ void DetailPanel::watch() {
     }
 }
 
-/// Aligns texts with the controls, independent of the direction of their own language.
+/// Aligns texts with the controls, whatever the direction of their language.
 void DetailPanel::alignTexts() {
     for (QLabel* const label : findChildren<QLabel*>()) {
         if ((label->alignment() & Qt::AlignHCenter) == 0) {
@@ -296,7 +296,7 @@ void DetailPanel::arrange() {
     }
 }
 
-/// Places all boxes that show and returns where the last one ends.
+/// Places all visible boxes and returns the end of the last one.
 int DetailPanel::arrange(int gaugeHeight) {
     const int inner = width() - 2 * kMargin;
     int bottom = header_->arrange({kMargin, kMargin}, inner);

@@ -26,12 +26,12 @@ public:
     /// `selectedIndex` returns the index of the shown event in the sound library.
     /// `onSettingsChanged` is called when the user has changed something that the list of events
     /// shows too; it must update the list and keep the selection. `dependencies` and `monitors`
-    /// outlive the panel.
+    /// must outlive the panel.
     DetailPanel(const DashboardDependencies& dependencies, const DashboardMonitors& monitors,
                 std::function<std::size_t()> selectedIndex,
                 std::function<void()> onSettingsChanged);
 
-    /// Shows the selected event as it is now; nothing if there is no such event.
+    /// Shows the current state of the selected event; nothing if there is no such event.
     void refreshDetail();
     /// Shows how often the selected event has been triggered.
     void showCounter(std::int64_t triggerCount) { header_->showCounter(triggerCount); }
@@ -47,7 +47,7 @@ protected:
 private:
     class Veil;
 
-    /// What changes without a notification.
+    /// State that changes without a notification.
     struct Watched {
         bool trusted;
         bool tapActive;
@@ -68,7 +68,7 @@ private:
     void watch();
     void display(const DetailView& view);
     void displayBox(const DetailView& view);
-    /// The box that only some events have; null for the other events.
+    /// Returns the box that only some events have; null for the other events.
     PanelBox* shownBox() const;
     void alignTexts();
     void arrange();
@@ -84,7 +84,7 @@ private:
     Watched shown_{};
     DetailBox box_ = DetailBox::none;
 
-    // In the order in which the keyboard goes through them.
+    // In the order of keyboard navigation.
     DetailHeader* const header_;
     SoundBox* const soundBox_;
     LabeledSlider* const volumeSlider_;

@@ -14,7 +14,7 @@
 
 namespace chimewerk {
 
-/// A slider with a heading, and beside it its number as text.
+/// A slider with a heading and its number as text.
 class LabeledSlider final : public PanelBox {
 public:
     struct Settings {
@@ -28,13 +28,12 @@ public:
         int gap = 0;
     };
 
-    /// `onChange` is called with each number that the user chooses. Those of one drag are written
-    /// to the settings once, at its end. The library outlives the slider.
+    /// `onChange` is called with each number that the user chooses. The numbers of one drag are
+    /// written to the settings once, at its end. The library must outlive the slider.
     LabeledSlider(QWidget* parent, const Settings& settings, SoundManager& sounds,
                   std::function<void(float number)> onChange);
 
-    /// Shows this number, or the nearest that the slider has, and this text. Does not
-    /// call `onChange`.
+    /// Shows this number, or the nearest possible one, and this text. Does not call `onChange`.
     void display(float number, const std::string& text);
     void setSliderEnabled(bool enabled) { slider_->setEnabled(enabled); }
 
@@ -47,7 +46,7 @@ private:
     QLabel* const section_;
     ValueSlider* const slider_;
     QLabel* const valueLabel_;
-    /// Held during a drag.
+    /// Delays writing during a drag.
     std::shared_ptr<const void> heldWrites_;
 };
 

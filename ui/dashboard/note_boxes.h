@@ -11,7 +11,7 @@
 
 namespace chimewerk {
 
-/// Says when an event triggers, and if it is on and yet silent.
+/// Explains when an event triggers, and warns if it is on but will be silent.
 class TriggerBox final : public PanelBox {
 public:
     explicit TriggerBox(QWidget* panel);
@@ -27,7 +27,7 @@ private:
     QLabel* const silence_;
 };
 
-/// Says that key presses need a permission, with a button that shows how to give it.
+/// Explains that key presses need a permission, with a button that shows how to grant it.
 class PermissionBox final : public PanelBox {
 public:
     PermissionBox(QWidget* panel, const std::function<void()>& onGrant);
@@ -42,7 +42,7 @@ private:
     QPushButton* const grantBtn_;
 };
 
-/// Says that the lid-angle event cannot work on this machine.
+/// Explains that the lid-angle event cannot work on this machine.
 class LockBox final : public PanelBox {
 public:
     explicit LockBox(QWidget* panel);

@@ -10,21 +10,21 @@
 
 namespace chimewerk {
 
-/// A part of the detail panel that places its own widgets below one another. What reaches beyond
-/// its contents lies in its contents' margins. Lengths are device-independent pixels.
+/// A part of the detail panel that places its own widgets below one another. Anything outside its
+/// contents is in its contents' margins. Lengths are device-independent pixels.
 class PanelBox : public QWidget {
 public:
     using QWidget::QWidget;
 
-    /// Lays the box out within this width, its contents beginning at `corner`; returns where
-    /// they end.
+    /// Lays the box out within this width, with its contents starting at `corner`, and returns
+    /// where they end.
     int arrange(QPoint corner, int width);
 
 protected:
     /// Places all widgets of the box.
     virtual void fill(Column& column) = 0;
 
-    /// Makes the widget a part of the box and returns it.
+    /// Adds the widget to the box and returns it.
     template <typename Widget>
     Widget* add(Widget* widget) {
         widget->setParent(this);

@@ -25,7 +25,7 @@ QRect selectionRect(const QRect& cell, Qt::LayoutDirection direction) {
     return QStyle::visualRect(direction, cell, cell.marginsRemoved(kSelectionMargins));
 }
 
-/// Maps frames within a row to rectangles of the table.
+/// Maps frames of a row to rectangles of the table.
 class Placement {
 public:
     Placement(const QRect& cell, Qt::LayoutDirection direction)
@@ -55,7 +55,7 @@ struct RowColors {
     QColor badge;
 };
 
-/// On the accent colour all is white.
+/// On the accent colour, everything is white.
 RowColors rowColors(const ColorScheme& colors, bool onAccent) {
     if (onAccent) {
         return {Qt::white, QColor(255, 255, 255, 215), QColor(255, 255, 255, 200)};
@@ -89,7 +89,7 @@ void paintLine(QPainter& painter, const QFont& font, const QColor& color, const 
              elided(font, text, rect.width()));
 }
 
-/// A long count takes its room from the hint.
+/// A long count takes room from the hint.
 void paintHintAndBadge(QPainter& painter, const Placement& place, Qt::LayoutDirection direction,
                        const SidebarRow& row, const RowColors& colors) {
     const QFont badgeFont = monospacedDigitSystemFont(10);

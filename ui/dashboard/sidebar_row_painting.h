@@ -14,8 +14,8 @@ namespace chimewerk {
 /// Paints one row of the dashboard's table into the option's rectangle.
 void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, const SidebarRow& row);
 
-/// Returns the area in which a click counts for the check box of the row in `cell`: a little more
-/// than the box.
+/// Returns the area in which a click counts as a click on the check box of the row in `cell`:
+/// slightly larger than the box.
 QRect sidebarCheckBoxArea(const QRect& cell, Qt::LayoutDirection direction);
 
 }  // namespace chimewerk

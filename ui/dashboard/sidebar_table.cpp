@@ -123,7 +123,7 @@ std::optional<int> SidebarTable::checkBoxAt(QPoint place) const {
                : std::nullopt;
 }
 
-// A click on a check box switches the event and does not select the row.
+// A click on a check box toggles the event and does not select the row.
 void SidebarTable::mousePressEvent(QMouseEvent* event) {
     pressedBox_ = event->button() == Qt::LeftButton ? checkBoxAt(event->pos()) : std::nullopt;
     if (!pressedBox_) {

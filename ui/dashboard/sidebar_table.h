@@ -14,23 +14,22 @@
 
 namespace chimewerk {
 
-/// The dashboard's table: one row per event, with a check box that switches it. The library is read
-/// when a row is painted. Call `reload()` or `reloadRow()` after it has changed.
+/// The dashboard's table: one row per event, with a check box that toggles it. The library is read
+/// when a row is painted. Call `reload()` or `reloadRow()` after changes.
 class SidebarTable final : public QTableView {
 public:
     struct Callbacks {
-        /// Called when a check box was clicked or toggled with the keyboard, with the state
-        /// asked for.
+        /// Called when a check box was clicked or toggled by keyboard, with the new state.
         std::function<void(int row, bool on)> onToggle;
         std::function<void()> onSelectionChange;
     };
 
-    /// The library outlives the table. `isAppleSilicon` as in `sidebarRow()`.
+    /// The library must outlive the table. `isAppleSilicon` as in `sidebarRow()`.
     SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Callbacks callbacks);
 
-    /// Returns none while no row is selected.
+    /// Returns the selected row, or none.
     std::optional<int> selectedRow() const;
-    /// Repaints all rows; the selection stays.
+    /// Repaints all rows; keeps the selection.
     void reload();
     /// Repaints this row only.
     void reloadRow(int row);
@@ -76,12 +75,12 @@ private:
         const Model& model_;
     };
 
-    /// Returns the row whose check box is at this place of the viewport.
+    /// Returns the row with its check box at this place of the viewport.
     std::optional<int> checkBoxAt(QPoint place) const;
 
     const Callbacks callbacks_;
     Model* const model_;
-    /// The row whose check box the mouse was pressed on, until it is released.
+    /// The row whose check box was pressed with the mouse, until it is released.
     std::optional<int> pressedBox_;
 };
 

@@ -30,7 +30,7 @@ void SoundBox::display(const DetailView& view) {
     removeSoundBtn_->setVisible(view.hasOwnSound);
 }
 
-/// Cuts a text in its middle that is too long for its line, and shows it whole under the pointer.
+/// Cuts a text that is too long for its line in the middle, and shows all of it as a tooltip.
 void SoundBox::showSoundText(int width) {
     QString line = soundText_;
     line.replace(QLatin1Char('\n'), QLatin1Char(' '));

@@ -11,7 +11,7 @@
 
 namespace chimewerk {
 
-/// Which sound an event has, with buttons that load, try and remove one.
+/// Shows an event's sound, with buttons that load, test and remove it.
 class SoundBox final : public PanelBox {
 public:
     struct Callbacks {

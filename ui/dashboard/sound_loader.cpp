@@ -27,7 +27,7 @@ namespace {
 
 constexpr int kTextWidth = 320;
 
-/// Returns a warning sign in the same emoji font as the other pictures. `scale` is the screen's.
+/// Returns a warning sign in the emoji font of the other pictures. `scale` is the screen's.
 QPixmap warningSign(qreal scale) {
     constexpr int kSide = 40;
     QPixmap pixmap(QSize(kSide, kSide) * scale);
@@ -54,7 +54,7 @@ QString nameFilter() {
     return worded("Sound Files (%1)").arg(patterns.join(QLatin1Char(' ')));
 }
 
-/// Returns the bytes of the path, which need not be text; empty if the URL is no local file.
+/// Returns the bytes of the path, which need not be valid text; empty if the URL is no local file.
 std::string pathOf(const QUrl& url) {
     return url.isLocalFile()
                ? QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1())
@@ -66,7 +66,7 @@ QUrl musicFolder() {
     return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
 }
 
-/// Says that a file is being copied and offers to cancel. It blocks its window at once and appears
+/// Shows that a file is being copied and offers to cancel. Blocks its window at once and appears
 /// after half a second.
 class WaitDialog final : public QDialog {
 public:

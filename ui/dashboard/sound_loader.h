@@ -16,18 +16,18 @@
 namespace chimewerk {
 
 /// Lets the user choose a sound file and copies it into the sound folder. Dialogs block the window
-/// meanwhile; it is still painted, and the user can cancel a copy that takes long.
+/// meanwhile, but it is still painted, and the user can cancel a long copy.
 class SoundLoader final : public QObject {
 public:
     using Loaded = std::function<void(const std::string& path)>;
 
     /// `widget` is in the window to be blocked and becomes the parent of the loader. The folder
-    /// outlives both.
+    /// must outlive both.
     SoundLoader(QWidget& widget, SoundFolder& folder);
 
-    /// Asks for a file and returns at once. `onLoaded` is called later with the absolute path of
-    /// the copy; not if the user cancels, nor if the file cannot be loaded, for which a dialog says
-    /// the reason. Does nothing while a file is being chosen or loaded.
+    /// Opens a file dialog and returns at once. `onLoaded` is called later with the absolute path
+    /// of the copy, unless the user cancels or the file cannot be loaded; a dialog then gives the
+    /// reason. Does nothing while a file is being chosen or loaded.
     void chooseFile(Loaded onLoaded);
 
 private:
@@ -39,9 +39,9 @@ private:
     QWidget& widget_;
     SoundFolder& folder_;
     Loaded onLoaded_;
-    /// The folder in which the last file was chosen.
+    /// The folder of the file chosen last.
     QUrl lastFolder_;
-    /// The dialog that is open, if any.
+    /// The open dialog, if any.
     QPointer<QDialog> dialog_;
     std::unique_ptr<SoundFolder::Addition> addition_;
 };

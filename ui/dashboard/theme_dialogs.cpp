@@ -23,7 +23,7 @@ constexpr int kFieldWidth = 220;
 constexpr int kFieldHeight = 24;
 constexpr int kTextWidth = 300;
 
-/// Returns a text in up to three lines, cut in its middle if it is longer.
+/// Returns a text in up to three lines, cut in the middle if it is longer.
 QLabel* makeLines(const QString& text, int size, QFont::Weight weight, LabelColor color) {
     QLabel* const label = makeLabel(text, size, weight, color);
     const QFontMetrics metrics(label->font());
@@ -38,8 +38,8 @@ QLabel* makeLines(const QString& text, int size, QFont::Weight weight, LabelColo
     return label;
 }
 
-/// A dialog in the colours of its parent window: the texts, then what the caller inserts, then the
-/// two buttons. It destroys itself when it is closed.
+/// A dialog in the colours of its parent window: the texts, then what the caller inserts, then two
+/// buttons. It deletes itself when closed.
 class Question final : public QDialog {
 public:
     Question(QWidget& parent, const DialogTexts& texts) : QDialog(parent.window()) {
@@ -55,7 +55,7 @@ public:
     }
 
     QPushButton& confirmButton() { return *confirm_; }
-    /// Between the texts and the buttons.
+    /// Inserts a widget between the texts and the buttons.
     void insert(QWidget* widget) { layout_->insertWidget(2, widget, 0, Qt::AlignHCenter); }
 
 private:

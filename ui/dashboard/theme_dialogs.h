@@ -12,10 +12,10 @@
 namespace chimewerk {
 
 // The questions about custom themes. Each function opens a dialog that blocks the program's windows
-// and returns at once. The callback is called when the user confirms; not if the user cancels or
+// and returns at once. The callback is called if the user confirms, not if the user cancels or
 // `parent` is destroyed.
 
-/// Asks for a name. The field holds `value` at first, and shows `placeholder` while it is empty.
+/// Asks for a name. The field first contains `value`, and shows `placeholder` while it is empty.
 void askForName(QWidget& parent, const DialogTexts& texts, const QString& value,
                 const QString& placeholder, std::function<void(const QString& name)> onConfirmed);
 

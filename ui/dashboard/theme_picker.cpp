@@ -26,7 +26,7 @@ QPushButton* makeSmallButton(const char* title, const char* tip) {
     button->setFixedSize(kButtonWidth, kControlHeight);
     button->setToolTip(worded(tip));
     button->setAccessibleName(worded(tip));
-    // The menu keeps its width when the buttons are not there.
+    // The menu keeps its width while the buttons are hidden.
     QSizePolicy policy = button->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     button->setSizePolicy(policy);

@@ -18,11 +18,11 @@ namespace chimewerk {
 /// theme in use.
 class ThemePicker final : public QWidget {
 public:
-    /// `onSoundsChanged` is called after a choice that may have changed the sound of any event. The
-    /// library outlives the row.
+    /// `onSoundsChanged` is called after a choice that may have changed any event's sound. The
+    /// library must outlive the row.
     ThemePicker(SoundManager& sounds, std::function<void()> onSoundsChanged);
 
-    /// Shows the library's themes and which one is in use.
+    /// Shows the library's themes and the one in use.
     void rebuildThemePopup();
 
 private:
@@ -36,7 +36,7 @@ private:
 
     SoundManager& sm_;
     const std::function<void()> onSoundsChanged_;
-    /// What the menu holds.
+    /// The items of the menu.
     std::vector<ThemeMenuItem> items_;
     PopUpButton* const themePopup_;
     QPushButton* const renameThemeBtn_;

@@ -33,7 +33,7 @@ bool hasReading(const GaugeState& state) {
     return state.sensorAvailable && std::isfinite(state.currentAngle) && state.currentAngle >= 0;
 }
 
-/// Whole degrees, truncated. Values that do not fit into an integer are limited.
+/// Returns whole degrees, truncated. Values too large for an integer are clamped.
 std::string degrees(float angle) {
     constexpr float kLimit = 1e9F;
     return std::to_string(static_cast<int>(std::clamp(angle, -kLimit, kLimit))) + "°";
@@ -79,7 +79,7 @@ void Drawing::radialLine(double angle, double from, double to, double width, Gau
     shapes_.emplace_back(GaugeLine{at(angle, from), at(angle, to), width, paint});
 }
 
-/// Adds the text around this centre; returns its origin.
+/// Adds the text centred at `center`; returns its origin.
 GaugePoint Drawing::text(std::string text, GaugeFont font, GaugeColor color, GaugePoint center) {
     const GaugeSize size = measure_(text, font);
     const GaugePoint origin{center.x - size.width / 2, center.y - size.height / 2};

@@ -10,7 +10,7 @@
 
 namespace chimewerk {
 
-/// What the gauge of the lid's angle shows. Angles are in degrees; any value is allowed.
+/// The state that the gauge of the lid's angle shows. Angles are in degrees; any value is allowed.
 struct GaugeState {
     /// Negative: no reading yet.
     float currentAngle = -1;
@@ -38,14 +38,14 @@ struct GaugePaint {
     double alpha = 1;
 };
 
-/// The upper half of a disc, filled.
+/// A filled upper half of a disc.
 struct GaugeFace {
     GaugePoint center;
     double radius = 0;
     GaugePaint paint;
 };
 
-/// The upper half of a circle, stroked.
+/// A stroked upper half of a circle.
 struct GaugeRim {
     GaugePoint center;
     double radius = 0;
@@ -60,7 +60,7 @@ struct GaugeLine {
     GaugePaint paint;
 };
 
-/// A disc, filled.
+/// A filled disc.
 struct GaugeHub {
     GaugePoint center;
     double radius = 0;
@@ -87,13 +87,12 @@ struct GaugeText {
 using GaugeShape = std::variant<GaugeFace, GaugeRim, GaugeLine, GaugeHub, GaugeText>;
 using MeasureGaugeText = std::function<GaugeSize(const std::string& text, const GaugeFont& font)>;
 
-/// Returns the shapes of the gauge in the order of painting. 0° is at the left end, 180° at the
-/// right end; angles beyond are not clamped. An angle that is not a finite number has no needle and
-/// no mark.
+/// Returns the shapes of the gauge in painting order. 0° is at the left end, 180° at the right end;
+/// angles beyond are not clamped. An angle that is not finite has no needle and no mark.
 std::vector<GaugeShape> gaugeShapes(GaugeSize bounds, const GaugeState& state,
                                     const MeasureGaugeText& measure);
 
-/// Returns what the gauge shows, for assistive programs: "112°, threshold 90°".
+/// Returns a text for assistive programs: "112°, threshold 90°".
 std::string gaugeDescription(const GaugeState& state);
 
 }  // namespace chimewerk

@@ -8,7 +8,7 @@
 
 namespace chimewerk {
 
-/// The settings key of the choice between light and dark: a boolean, true for dark.
+/// The settings key for light or dark: a boolean, true for dark.
 inline constexpr char kDarkModeKey[] = "ChimewerkDarkMode";
 
 /// An opaque grey: 0 is black, 1 is white.
@@ -18,15 +18,15 @@ struct Gray {
     bool operator==(const Gray&) const = default;
 };
 
-/// What differs between the light and the dark dashboard, beside the colours of its texts
+/// The differences between the light and the dark dashboard, apart from the colours of texts
 /// and controls.
 struct Appearance {
     bool isDark;
     /// The title of the button that switches; it names the other appearance.
     std::string buttonTitle;
-    /// None for the colour behind lists and text.
+    /// None stands for the colour behind lists and text.
     std::optional<Gray> sidebarBackground;
-    /// None for the colour of separators.
+    /// None stands for the colour of separators.
     std::optional<Gray> divider;
 };
 

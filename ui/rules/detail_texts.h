@@ -35,7 +35,7 @@ inline constexpr std::string_view kNotASound =
 /// Followed by the system's description of the error.
 inline constexpr std::string_view kNotCopied = "Could not copy the file: ";
 
-/// The file name extensions that can be loaded, in any case of letters.
+/// The extensions of files that can be loaded, in lower case; upper case works too.
 inline constexpr std::array<std::string_view, 8> kSoundFileTypes = {"mp3",  "wav", "aiff", "m4a",
                                                                     "flac", "ogg", "oga",  "opus"};
 

@@ -17,7 +17,7 @@ bool hasOwnSound(const SoundEvent& event, const DetailFacts& facts) {
     return event.soundPath && !event.soundPath->empty() && facts.files.fileExists(*event.soundPath);
 }
 
-/// What plays when the event has no file of its own.
+/// Returns the source of the sound of an event without a file of its own.
 std::string givenSoundText(const SoundEvent& event, const DetailFacts& facts) {
     if (facts.isCustomThemeActive) {
         return "— not set — (click Load to add)";
@@ -67,7 +67,7 @@ std::string batteryLowDesc(const DetailFacts& facts) {
            " while unplugged. Threshold adjustable via the slider.";
 }
 
-/// The events whose description is always the same.
+/// An event whose description never changes.
 struct FixedDesc {
     std::string_view id;
     std::string_view text;

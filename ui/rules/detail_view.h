@@ -13,22 +13,23 @@
 
 namespace chimewerk {
 
-/// What decides how the panel shows an event.
+/// The facts that determine how the panel shows an event.
 struct DetailFacts {
-    /// All events. The battery's threshold is read from here.
+    /// All events; the battery's threshold is read from here.
     const std::vector<SoundEvent>& events;
     SoundTheme currentTheme = SoundTheme::system;
     bool isCustomThemeActive = false;
     const FileSystem& files;
-    /// Where the program's own sounds are, an absolute path; empty if there is no such folder.
+    /// The absolute path of the folder with the program's own sounds; empty if there is no
+    /// such folder.
     std::string_view resourceFolder;
     /// Whether the lid-angle event can work on this machine.
     bool isAppleSilicon = false;
-    /// Whether there is a sensor of the lid's angle.
+    /// Whether there is a lid-angle sensor.
     bool sensorFound = false;
-    /// Whether key presses can be heard.
+    /// Whether key presses can be received.
     bool trusted = false;
-    /// Whether key presses are being heard.
+    /// Whether key presses are being received.
     bool tapActive = false;
     /// Whether the event cannot be heard before the program starts again.
     bool waitsForRestart = false;
@@ -37,12 +38,12 @@ struct DetailFacts {
 /// The settings that only some events have.
 enum class DetailBox { none, threshold, permission, intelLock, batteryThreshold };
 
-/// Everything that the panel shows of an event.
+/// Everything that the panel shows about an event.
 struct DetailView {
     std::string emoji;
     std::string title;
     std::string soundText;
-    /// Whether the event has a file of its own that can be removed.
+    /// Whether the event has its own file, which can be removed.
     bool hasOwnSound = false;
     /// 0.0 to 1.0.
     float volume = 0.0F;
@@ -59,14 +60,14 @@ struct DetailView {
     /// Whether the permission box offers to open the settings.
     bool canGrant = false;
     bool thresholdIsEnabled = false;
-    /// In degrees or percent, for the two boxes that set it. The text includes the unit.
+    /// In degrees or percent, for the two boxes with a threshold. The text includes the unit.
     float threshold = 0.0F;
     std::string thresholdText;
 };
 
 DetailView detailView(const SoundEvent& event, const DetailFacts& facts);
 
-/// Returns in words when the event triggers; empty for an unknown event.
+/// Returns a description of when the event triggers; empty for an unknown event.
 std::string triggerDesc(const SoundEvent& event, const DetailFacts& facts);
 
 }  // namespace chimewerk

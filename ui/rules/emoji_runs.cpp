@@ -20,7 +20,7 @@ struct Range {
     char32_t last;
 };
 
-/// The characters that are emoji unless a selector says otherwise.
+/// The characters that are emoji by default.
 constexpr std::array kEmoji = {
     Range{0x231A, 0x231B},   Range{0x23E9, 0x23EC},   Range{0x23F0, 0x23F0},
     Range{0x23F3, 0x23F3},   Range{0x25FD, 0x25FE},   Range{0x2614, 0x2615},
@@ -43,7 +43,8 @@ struct Character {
     std::size_t length = 0;
 };
 
-/// The first character of the text; half a surrogate pair counts as one. Zero for an empty text.
+/// Returns the first character of the text; an unpaired surrogate counts as one. Zero for an
+/// empty text.
 Character firstOf(std::u16string_view text) {
     if (text.empty()) {
         return {};

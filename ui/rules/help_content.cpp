@@ -12,7 +12,7 @@ namespace {
 
 using enum HelpKind;
 
-/// A paragraph without the sign or number that its kind puts before it.
+/// A paragraph without the sign or number that its kind adds.
 struct Entry {
     HelpKind kind;
     std::string_view text = {};

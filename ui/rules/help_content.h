@@ -40,7 +40,7 @@ struct HelpStyle {
     /// Above the paragraph, in addition to the spacing below the one above.
     int spacingBefore;
     int spacingAfter;
-    /// Of all lines, from the left.
+    /// Of all lines, from the left edge.
     int indent;
 };
 
@@ -51,9 +51,9 @@ const HelpStyle& helpStyle(HelpKind kind);
 
 struct HelpParagraph {
     HelpKind kind;
-    /// As shown, with its number or sign, in UTF-8 and without a line feed.
+    /// As shown, with its number or sign, in UTF-8 without a line feed.
     std::string text;
-    /// The colour of its kind, except for headings with one of their own.
+    /// The colour of its kind, or the heading's own colour.
     HelpColor color;
 };
 

@@ -21,7 +21,7 @@ std::string hintOf(const SoundEvent& event, const SoundManager& sounds) {
     return std::string(displayName(sounds.currentTheme));
 }
 
-/// From a frame whose origin is the bottom left corner of the row.
+/// Converts from a frame whose origin is the bottom left corner of the row.
 constexpr RowFrame fromBottom(int x, int bottom, int width, int height) {
     return {x, kSidebarRowHeight - bottom - height, width, height};
 }

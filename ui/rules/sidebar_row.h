@@ -14,13 +14,13 @@ namespace chimewerk {
 struct SidebarRow {
     std::string emoji;
     std::string name;
-    /// Where the event's sound comes from.
+    /// The source of the event's sound.
     std::string hint;
-    /// How often it was triggered; empty when never.
+    /// How often it was triggered; empty if never.
     std::string badge;
     /// The opacity of the texts, 0 to 1. The switch and the lock are always opaque.
     double alpha = 1.0;
-    /// Whether the check box is set; none if there is a lock in its place.
+    /// Whether the check box is set; none if a lock is in its place.
     std::optional<bool> isOn;
 
     bool operator==(const SidebarRow&) const = default;
@@ -29,15 +29,15 @@ struct SidebarRow {
 /// The lock of an event that cannot work on this machine.
 inline constexpr char kLockEmoji[] = "🔒";
 
-/// Whether the event cannot work on this machine, so that it has no switch.
+/// Returns whether the event cannot work on this machine and so has no switch.
 bool isLocked(const SoundEvent& event, bool isAppleSilicon);
 
 SidebarRow sidebarRow(const SoundEvent& event, const SoundManager& sounds, bool isAppleSilicon);
 
-/// Returns the row as a screen reader says it, without the state of its check box.
+/// Returns the row as a screen reader speaks it, without the state of its check box.
 std::string spokenSidebarRow(const SidebarRow& row);
 
-/// Where a part of a row is, from its left edge and its top, in device-independent pixels. Width
+/// The place of a part of a row, from its left edge and top, in device-independent pixels. Width
 /// beyond 200 goes to the name and the hint; the badge and the switch keep their distance from the
 /// right edge.
 struct RowFrame {

@@ -8,7 +8,7 @@
 
 namespace chimewerk {
 
-/// The texts of a question to the user. Beside the button that confirms there is one that cancels.
+/// The texts of a question to the user. Besides the confirming button there is one that cancels.
 struct DialogTexts {
     std::string message;
     std::string informative;
@@ -18,15 +18,15 @@ struct DialogTexts {
 };
 
 inline constexpr char kCancelTitle[] = "Cancel";
-/// Shown in the empty field for a new theme's name.
+/// The placeholder of the field for a new theme's name.
 inline constexpr char kNewThemePlaceholder[] = "My Theme";
 
 DialogTexts newThemeTexts();
 DialogTexts renameThemeTexts();
 DialogTexts deleteThemeTexts(const std::string& themeName);
 
-/// A typed name without the spaces at both ends: tabs and every kind of space, but no line break.
-/// UTF-8; bytes that are not valid stay as they are.
+/// Returns a typed name without spaces at its ends: tabs and every kind of space, but not line
+/// breaks. UTF-8; invalid bytes are kept.
 std::string trimmedThemeName(std::string_view name);
 
 }  // namespace chimewerk

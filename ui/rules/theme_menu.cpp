@@ -15,7 +15,7 @@ namespace {
 constexpr int kFirstBuiltIn = 1000;
 constexpr int kFirstCustom = 2000;
 constexpr int kNewTheme = 3000;
-/// Further custom themes have their tags above that of the new theme.
+/// Custom themes beyond this number have tags above that of the new theme.
 constexpr int kCustomsBelowNewTheme = kNewTheme - kFirstCustom;
 
 int customTag(std::size_t position) {
@@ -27,7 +27,7 @@ std::string customTitle(const CustomTheme& theme) {
     return "👤 " + theme.name;
 }
 
-/// Of custom themes with the same name only the last has an item.
+/// Returns which themes have a menu item: of themes with the same name, only the last.
 std::vector<bool> haveItems(const std::vector<CustomTheme>& themes) {
     std::vector<bool> have(themes.size());
     std::unordered_set<std::string_view> laterNames;

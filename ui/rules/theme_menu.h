@@ -22,11 +22,11 @@ struct ThemeMenuItem {
     bool operator==(const ThemeMenuItem&) const = default;
 };
 
-/// The theme row: the menu and which of its items shows. No two items have the same title.
+/// The theme row: the menu and its selected item. No two items have the same title.
 struct ThemeMenu {
     std::vector<ThemeMenuItem> items;
     std::size_t selected = 0;
-    /// Whether the buttons that rename and delete the theme in use show.
+    /// Whether the buttons that rename and delete the theme in use are shown.
     bool showsThemeButtons = false;
 
     bool operator==(const ThemeMenu&) const = default;

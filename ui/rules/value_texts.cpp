@@ -10,7 +10,8 @@ namespace chimewerk {
 
 namespace {
 
-/// The integer part; nothing that cannot be written out is ever stored.
+/// Returns the integer part. NaN is shown as 0, and huge values are clamped; neither is
+/// ever stored.
 std::string integerPart(float value) {
     constexpr float kMost = 1e9F;
     const float shown = std::isnan(value) ? 0.0F : std::clamp(value, -kMost, kMost);

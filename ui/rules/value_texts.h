@@ -9,19 +9,19 @@
 
 namespace chimewerk {
 
-/// How often an event has been triggered, in words.
+/// Returns in words how often an event has been triggered.
 std::string counterText(std::int64_t triggerCount);
 
-// Numbers are cut off to whole ones, not rounded.
+// Numbers are truncated to whole ones, not rounded.
 
-/// A volume from 0.0 to 1.0 as "55%".
+/// Returns a volume from 0.0 to 1.0 as "55%".
 std::string volumeText(float volume);
-/// An angle as "90°".
+/// Returns an angle as "90°".
 std::string degreesText(float degrees);
-/// A charge as "20%".
+/// Returns a charge as "20%".
 std::string percentText(float percent);
 
-/// The last name in a path, without the slashes that may follow it: "b.wav" for "/a/b.wav".
+/// Returns the last name in a path, without slashes that follow it: "b.wav" for "/a/b.wav".
 std::string lastPathComponent(std::string_view path);
 
 }  // namespace chimewerk

@@ -13,7 +13,7 @@
 
 namespace chimewerk {
 
-/// The status item as the toolkit's tray icon. It appears when there is a tray.
+/// The program's icon, as the toolkit's tray icon. It appears when there is a tray.
 class QtStatusItem final : public StatusItem {
 public:
     QtStatusItem();

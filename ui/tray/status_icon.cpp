@@ -12,10 +12,10 @@ namespace chimewerk {
 
 namespace {
 
-// The drawing's own coordinates: a square with sides of this length.
+// The drawing's own coordinates: a square with this side.
 constexpr qreal kSide = 16;
 
-/// A speaker, and two chime bars that grow like its waves.
+/// Returns a speaker, and two chime bars that grow like its waves.
 QPainterPath speaker() {
     QPainterPath path;
     path.moveTo(4, 5);
@@ -34,7 +34,8 @@ QPainterPath speaker() {
     return path;
 }
 
-/// Paints the speaker in dark violet with a light rim: every panel contrasts with one of the two.
+/// Paints the speaker in dark violet with a light rim, so that one of the two contrasts with
+/// every panel.
 void paintSpeaker(QPainter& painter, const QRectF& square) {
     painter.translate(square.topLeft());
     painter.scale(square.width() / kSide, square.height() / kSide);

@@ -22,7 +22,7 @@ namespace {
 
 constexpr auto kRegistrar = "org.kde.StatusNotifierWatcher";
 constexpr auto kRegistrarPath = "/StatusNotifierWatcher";
-/// How long a host may come after the registrar. Panels take some seconds to load at login.
+/// How long a host may appear after the registrar. Panels take some seconds to load at login.
 constexpr std::chrono::seconds kPatience{5};
 
 /// Returns the toolkit's connection to the X11 display; null if the windows are not on one.
@@ -52,7 +52,7 @@ TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) 
     if (xcb_connection_t* const server = x11Connection()) {
         manager_ = atomNamed(server, "MANAGER");
         traySelection_ = atomNamed(server, "_NET_SYSTEM_TRAY_S0");
-        // A new tray sends a message to the root window, whose events the toolkit has selected.
+        // A new tray sends a message to the root window, whose events the toolkit already receives.
         qApp->installNativeEventFilter(this);
     }
     hostSignal_.setSingleShot(true);
@@ -68,7 +68,7 @@ TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) 
 }
 
 TrayWatch::~TrayWatch() {
-    // In a sudden end the application is destroyed first, with its filters.
+    // In a sudden end the application, with its filters, is destroyed first.
     if (qApp != nullptr) {
         qApp->removeNativeEventFilter(this);
     }

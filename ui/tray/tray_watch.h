@@ -17,11 +17,11 @@ namespace chimewerk {
 
 /// Waits until the desktop has a tray: a host of icons that register over the session bus, or a
 /// window that embeds icons on an X11 display. The toolkit chooses between the two once, when the
-/// first icon is made, so no icon may be made before there is a tray.
+/// first icon is made, so make no icon before.
 ///
-/// The bus name for the icons' registration may come long before a host that shows them. While it
-/// is owned, an embedding tray counts only when no host has come for some seconds: it may be one
-/// that merely passes icons on to a host. Main thread only.
+/// The bus name for the icons' registration may appear long before a host that shows them. While it
+/// is owned, an embedding tray counts only if no host appears for some seconds: it may only pass
+/// icons on to a host. Main thread only.
 class TrayWatch final : private QAbstractNativeEventFilter {
 public:
     /// `onTray` is called once, from the event loop.
