@@ -12,15 +12,15 @@ namespace chimewerk {
 namespace {
 
 constexpr std::size_t kChannels = 2;
-/// A start is known to within this many blocks; a sound reserves as many on either side.
+/// A start is known to within this many blocks; a sound reserves this many more on either side.
 constexpr std::int64_t kSlack = 2;
-/// Just below the full range, so that rounding does not take a sum beyond it.
+/// Just below full scale, so that rounding cannot take a sum beyond it.
 constexpr float kFull = 0.98F;
 /// The factors by which a gain may rise and fall from one block to the next. A faster change would
-/// be heard as a distortion.
+/// be audible as distortion.
 constexpr float kRise = 1.5F;
 constexpr float kFall = 2.0F;
-/// Where a gain starts to rise from silence.
+/// The gain at which a rise from silence starts.
 constexpr float kLeast = 0.1F;
 
 std::vector<float> peaksOf(std::span<const float> stereo) {
@@ -50,7 +50,7 @@ std::vector<float> withSlack(const std::vector<float>& peaks) {
     return reach;
 }
 
-/// Lowers gains where they would change too fast.
+/// Lowers gains that would change too fast.
 void smooth(std::vector<float>& gains) {
     for (std::size_t i = 1; i < gains.size(); ++i) {
         gains[i] = std::min(gains[i], std::max(gains[i - 1], kLeast) * kRise);

@@ -7,7 +7,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The server converts from a source's own rate to the usual one if no microphone has such a rate.
+/// If no microphone has this rate, the server converts from a source's own rate to this one.
 constexpr std::uint32_t kUsualRate = 48000;
 constexpr std::uint32_t kLowestRate = 8000;
 constexpr std::uint32_t kHighestRate = 96000;

@@ -13,7 +13,7 @@
 
 namespace chimewerk {
 
-/// What a record stream must know about a source of the sound server.
+/// The properties of an audio source that a record stream needs.
 struct MicrophoneSource {
     std::uint32_t index;
     std::string name;
@@ -22,9 +22,9 @@ struct MicrophoneSource {
     bool operator==(const MicrophoneSource&) const = default;
 };
 
-/// Chooses the microphone among the sources of a sound server: the default source, unless that is
-/// the monitor of a sink, which hears what the computer plays. Then it is another source, if
-/// possible a hardware device that is plugged in.
+/// Chooses the microphone among the sources of an audio server: the default source, unless that is
+/// the monitor of a sink, which records what the computer plays. In that case it is another source,
+/// preferably a hardware device that is plugged in.
 class MicrophoneChoice {
 public:
     explicit MicrophoneChoice(std::string_view defaultSource) : defaultSource_(defaultSource) {}

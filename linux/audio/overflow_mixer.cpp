@@ -18,7 +18,7 @@ void OverflowMixer::append(std::uint64_t voice, std::span<const float> stereo, b
     if (found == voices_.end()) {
         return;
     }
-    // The frames that have been mixed are removed, so that a long sound does not pile up.
+    // Mixed frames are removed, so that a long sound does not use more and more memory.
     found->stereo.erase(found->stereo.begin(),
                         found->stereo.begin() + static_cast<std::ptrdiff_t>(found->mixed));
     found->mixed = 0;

@@ -10,13 +10,13 @@
 
 namespace chimewerk {
 
-/// Adds up the sounds that have no stream of their own. Their levels have been fitted into the
-/// range before (see headroom.h), so the sum needs no limit. Has no lock and no clock.
+/// Adds up the sounds that have no stream of their own. Their levels were fitted into the range
+/// before (see headroom.h), so the sum needs no limiter. Has no lock and no clock.
 class OverflowMixer {
 public:
     /// Adds a sound. If it is not `complete`, more frames follow through `append()`.
     void add(std::uint64_t voice, std::vector<float> stereo, bool complete);
-    /// Appends the next frames of a sound; does nothing if the sound is not there.
+    /// Appends the next frames of a sound; does nothing if the sound was removed.
     void append(std::uint64_t voice, std::span<const float> stereo, bool complete);
 
     /// Replaces `stereo` with the sum of the next frames of all sounds. A sound that ends, or whose
@@ -25,7 +25,7 @@ public:
 
     bool empty() const { return voices_.empty(); }
     void clear() { voices_.clear(); }
-    /// Returns how many frames of the sound have not been mixed; 0 if the sound is not there.
+    /// Returns the number of frames of the sound that are not yet mixed; 0 if it was removed.
     std::size_t framesLeft(std::uint64_t voice) const;
 
 private:

@@ -10,8 +10,8 @@ namespace chimewerk {
 
 namespace {
 
-/// Longer than a pooled stream's: the connection's thread mixes in time with the server, and may
-/// have to wait for its turn.
+/// Longer than a pooled stream's latency: the connection's thread mixes in step with the server,
+/// and may have to wait for processor time.
 constexpr unsigned kLatencyMilliseconds = 60;
 constexpr std::int64_t kLatencyFrames = std::int64_t{kLatencyMilliseconds} * kOutputRate / 1000;
 

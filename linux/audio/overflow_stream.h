@@ -18,26 +18,27 @@
 
 namespace chimewerk {
 
-/// Plays the voices for which the pool has no stream: mixes them here and sends the sum through one
-/// stream, which is made for the first of them. Used under the connection's lock.
+/// Plays the voices for which the pool has no stream: mixes them and sends the sum through one
+/// stream, which is made for the first voice. Used under the connection's lock.
 class OverflowStream {
 public:
-    /// Calls `quiet` when all voices have been heard. `connection` and `parts` outlive this.
+    /// Calls `quiet` when all voices have been played. `connection` and `parts` must outlive
+    /// this object.
     OverflowStream(PulseConnection& connection, VoiceParts& parts, std::function<void()> quiet)
         : connection_(connection), parts_(parts), quiet_(std::move(quiet)) {}
 
-    /// Plays the voice. `context` is valid until `clear()`.
+    /// Plays the voice. `context` must be valid until `clear()`.
     void start(pa_context& context, Voice voice);
-    /// Plays the next part of a long sound, if this still plays it.
+    /// Plays the next part of a long sound if this object still plays it.
     void deliver(std::uint64_t voice, std::span<float> stereo, bool last);
-    /// Destroys the stream, with the voices that play on it.
+    /// Destroys the stream and the voices that play on it.
     void clear();
 
     bool exists() const { return stream_ != nullptr; }
     bool isQuiet() const { return state_ != State::feeding && state_ != State::draining; }
 
 private:
-    /// The stream is made, kept fed, heard to its end and corked, in turn.
+    /// The stream is connected, kept fed, played to its end and corked, in this order.
     enum class State { connecting, feeding, draining, idle };
 
     void connect(pa_context& context);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kFirstRetry{100};
 
-/// Returns a main loop whose thread runs, or null if the system is out of resources.
+/// Returns a running main loop with its thread; null if the system lacks resources.
 PulseHandle<pa_threaded_mainloop> startLoop() {
     PulseHandle<pa_threaded_mainloop> loop(pa_threaded_mainloop_new());
     if (loop) {
@@ -42,7 +42,7 @@ public:
 private:
     static void fire(pa_mainloop_api* /*api*/, pa_time_event* /*event*/, const timeval* /*when*/,
                      void* user) {
-        // The job may destroy this alarm, so it must not be a part of it.
+        // The job may destroy this alarm, so it is moved out first.
         const auto job = std::move(static_cast<TimeEvent*>(user)->job_);
         job();
     }
@@ -140,8 +140,7 @@ void PulseConnection::connect(pa_context_flags_t flags) {
             static_cast<PulseConnection*>(user)->dispatch(event);
         },
         this);
-    // A failure may have been reported to the state callback already, which then has dropped
-    // the context.
+    // The state callback may already have reported a failure and dropped the context.
     if (pa_context_connect(context_.get(), nullptr, flags, nullptr) < 0 && context_) {
         drop();
         retryLater();
@@ -168,7 +167,7 @@ void PulseConnection::onStateChange() {
     }
 }
 
-/// Subscribes to the events of all clients together. It comes before a client reads the server's
+/// Subscribes to the events of all clients together. This comes before clients read the server's
 /// state, so that no change is missed.
 void PulseConnection::subscribe() {
     auto mask = PA_SUBSCRIPTION_MASK_NULL;
@@ -205,7 +204,7 @@ void PulseConnection::drop() {
     pa_context_disconnect(context.get());
 }
 
-/// Looks again later, without having a server started: only a sound that is to be heard starts one.
+/// Schedules another attempt, which does not start a server: only a sound to be played starts one.
 void PulseConnection::retryLater() {
     retry_ = after(retryDelay_, [this] { connect(PA_CONTEXT_NOAUTOSPAWN); });
     retryDelay_ = std::min(retryDelay_ * 2, longestRetry_);

@@ -12,47 +12,48 @@
 
 namespace chimewerk {
 
-/// A user of the connection to the sound server. All calls come with the connection's lock held.
+/// A user of the connection to the audio server. All calls are made with the connection's
+/// lock held.
 class PulseClient {
 public:
     virtual ~PulseClient() = default;
 
-    /// The server has been reached; `context` is valid until `onServerLost()`.
+    /// The server is connected; `context` is valid until `onServerLost()`.
     virtual void onServerFound(pa_context& context) = 0;
     /// The server has gone, or the client is being removed: releases everything that was made on
     /// the context.
     virtual void onServerLost() = 0;
 
-    /// The server's events that the client receives; always the same.
+    /// Returns the types of events that the client receives; always the same.
     virtual pa_subscription_mask_t subscriptionMask() const { return PA_SUBSCRIPTION_MASK_NULL; }
-    /// One of these events has come.
+    /// Called for each of these events.
     virtual void onServerEvent() {}
 };
 
-/// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of
-/// its own. While there is no server, the connection looks for one: after 100 ms at first, then
-/// less and less often.
+/// The program's only connection to PulseAudio, or to PipeWire by the same protocol, with its
+/// own thread. While there is no server, it tries to connect: first after 100 ms, then less and
+/// less often.
 class PulseConnection {
 public:
-    /// Starts the thread. If the system is out of resources for it, there is never a server.
-    /// `longestRetry` is the longest time between two looks for the server.
+    /// Starts the thread. If the system lacks the resources for it, there is never a server.
+    /// `longestRetry` is the longest time between two attempts.
     explicit PulseConnection(
         std::chrono::milliseconds longestRetry = std::chrono::milliseconds(2000));
     PulseConnection(const PulseConnection&) = delete;
     PulseConnection& operator=(const PulseConnection&) = delete;
-    /// Ends the connection and the thread. All clients have been removed.
+    /// Ends the connection and the thread. All clients must have been removed.
     ~PulseConnection();
 
-    /// Adds a client, which must be removed before it is destroyed; calls its `onServerFound()` if
-    /// there is a server. Lock not held; any thread but the connection's.
+    /// Adds a client, which must be removed before it is destroyed. Calls its `onServerFound()` if
+    /// there is a server. Lock not held; any thread except the connection's.
     void add(PulseClient& client);
-    /// Removes a client; calls its `onServerLost()` if there is a server. No call comes after the
-    /// return. Lock not held; any thread but the connection's.
+    /// Removes a client. Calls its `onServerLost()` if there is a server. The client is not called
+    /// after this returns. Lock not held; any thread except the connection's.
     void remove(PulseClient& client);
 
-    /// Holds the connection's lock. The context, and everything that was made on it, may be used
-    /// only under the lock. The connection's thread holds it during every callback and must not
-    /// take it again; no other thread takes it twice either.
+    /// Holds the connection's lock. The context, and everything made on it, may only be used under
+    /// the lock. The connection's thread holds it during every callback and must not take it again;
+    /// no other thread may take it twice either.
     class Lock {
     public:
         explicit Lock(PulseConnection& connection);
@@ -64,22 +65,21 @@ public:
         pa_threaded_mainloop* const loop_;
     };
 
-    /// Looks for the server at once if there is none. Lock held.
+    /// Tries to connect at once if there is no server. Lock held.
     void connectNow();
 
-    /// Drops the connection and makes it anew; to the clients the server goes and comes back.
-    /// It frees the memory that libpulse shares with the server, which otherwise only grows.
-    /// Lock held; on the connection's thread, but not in a callback of something that was made
-    /// on the context.
+    /// Drops the connection and makes a new one; for the clients, the server goes and returns. This
+    /// frees the memory that libpulse shares with the server, which otherwise only grows. Lock
+    /// held; on the connection's thread, but not in a callback of an object made on the context.
     void reconnect();
 
-    /// A job that runs later on the connection's thread. Destroying the alarm cancels the job.
+    /// A scheduled job on the connection's thread. Destroying the alarm cancels the job.
     class Alarm {
     public:
         virtual ~Alarm() = default;
     };
     /// Runs `job` once on the connection's thread, lock held, after `delay`. Lock held; the alarm
-    /// is destroyed under the lock too, or by the job itself. Only while there is a server.
+    /// must be destroyed under the lock too, or by the job itself. Only while there is a server.
     [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,
                                                std::function<void()> job);
 
@@ -98,7 +98,7 @@ private:
     // Guarded by the lock:
     PulseHandle<pa_context> context_;
     bool ready_ = false;
-    pa_subscription_mask_t subscribed_ = PA_SUBSCRIPTION_MASK_NULL;  // On this context.
+    pa_subscription_mask_t subscribed_ = PA_SUBSCRIPTION_MASK_NULL;  // For this context.
     std::vector<PulseClient*> clients_;
     std::chrono::milliseconds retryDelay_;
     std::unique_ptr<Alarm> retry_;

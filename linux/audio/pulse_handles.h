@@ -9,7 +9,7 @@
 
 namespace chimewerk {
 
-/// Releases one reference to an object of libpulse, or frees one that has no references.
+/// Releases one reference to a libpulse object, or frees an object without reference counting.
 struct PulseDeleter {
     void operator()(pa_threaded_mainloop* loop) const { pa_threaded_mainloop_free(loop); }
     void operator()(pa_context* context) const { pa_context_unref(context); }
@@ -18,9 +18,8 @@ struct PulseDeleter {
     void operator()(pa_proplist* properties) const { pa_proplist_free(properties); }
 };
 
-/// Owns an object of libpulse, or is null. What runs for the object is stopped before its
-/// handle goes: a context or a stream is disconnected, an operation cancelled if its callback
-/// must not come.
+/// Owns a libpulse object, or is null. Stop its activity before the handle is destroyed: disconnect
+/// a context or a stream, cancel an operation whose callback must not be called.
 template <typename Object>
 using PulseHandle = std::unique_ptr<Object, PulseDeleter>;
 

@@ -103,8 +103,8 @@ private:
         query_.finish();
     }
 
-    /// Records from this source, or from none. Does nothing if it is the same source as before,
-    /// whether it can be recorded now or not.
+    /// Records from this source, or from none. Does nothing if the source is the same as before,
+    /// even if it cannot be recorded now.
     void listenTo(const std::optional<MicrophoneSource>& source) {
         if (source != source_) {
             source_ = source;

@@ -10,19 +10,19 @@
 
 namespace chimewerk {
 
-/// The sound server's default source, or another one if that is the monitor of a sink: what the
-/// computer itself plays is never taken for a microphone. Taps are called on the connection's
-/// thread, with its lock held, for buffers of exactly the length that they ask for.
+/// The audio server's default source, or another one if that is the monitor of a sink: the sound
+/// that the computer plays is never used as a microphone. Taps are called on the connection's
+/// thread, with its lock held, with buffers of exactly the requested length.
 ///
-/// While an engine runs, it follows servers, sources and defaults that come, go or change. While
-/// there is no microphone, nothing runs.
+/// While an engine runs, it follows changes of servers, sources and defaults. While there is no
+/// microphone, nothing runs.
 ///
-/// A sound server lets every program of the user record, so access is always granted. If a server
-/// refuses after all, the engine stays silent.
+/// An audio server lets every program of the user record, so access is always granted. If a server
+/// refuses anyway, the engine stays silent.
 class PulseMicrophone final : public Microphone {
 public:
-    /// The connection outlives the engines. A stream that ends, or cannot be made, though its
-    /// source is there is made again after `firstRetry`, and then less and less often.
+    /// The connection must outlive the engines. A stream that ends or cannot be made, although its
+    /// source exists, is made again after `firstRetry`, then less and less often.
     explicit PulseMicrophone(PulseConnection& connection,
                              std::chrono::milliseconds firstRetry = std::chrono::milliseconds(1000))
         : connection_(connection), firstRetry_(firstRetry) {}

@@ -10,9 +10,8 @@
 
 namespace chimewerk {
 
-/// A request to the sound server that has not been answered. Its callback does not come any
-/// more once this is destroyed or holds another request. Used, and destroyed, under the
-/// connection's lock.
+/// A pending request to the audio server. Its callback is not called any more once this object is
+/// destroyed or holds another request. Used, and destroyed, under the connection's lock.
 class PulseOperation {
 public:
     PulseOperation() = default;
@@ -20,8 +19,8 @@ public:
     PulseOperation& operator=(const PulseOperation&) = delete;
     ~PulseOperation() { reset(nullptr); }
 
-    /// Takes ownership of `operation` and cancels the one before it. Returns false if `operation`
-    /// is null, because the request could not be made.
+    /// Takes ownership of `operation` and cancels the previous one. Returns false if `operation` is
+    /// null, because the request could not be made.
     bool reset(pa_operation* operation) {
         if (operation_) {
             pa_operation_cancel(operation_.get());
@@ -34,15 +33,15 @@ private:
     PulseHandle<pa_operation> operation_;
 };
 
-/// A query of the server's state, of one or more requests after each other, that is repeated when
-/// the state may have changed. Only one runs at a time: any number of changes before its end lead
-/// to one more. Used under the connection's lock.
+/// A query of the server's state, in one or more consecutive requests, that is repeated when the
+/// state may have changed. Only one runs at a time: any number of changes during it lead to one
+/// repetition. Used under the connection's lock.
 class PulseQuery {
 public:
     /// `start` makes the first request.
     explicit PulseQuery(std::function<void()> start) : start_(std::move(start)) {}
 
-    /// Starts the query, or has it repeated if it is running.
+    /// Starts the query, or schedules a repetition if it is running.
     void refresh() {
         if (std::exchange(pending_, true)) {
             refreshAgain_ = true;
@@ -50,10 +49,11 @@ public:
             start_();
         }
     }
-    /// Takes ownership of the query's next request. Returns false if it is null: it could not
-    /// be made.
+    /// Takes ownership of the query's next request. Returns false if it is null because it could
+    /// not be made.
     bool request(pa_operation* operation) { return operation_.reset(operation); }
-    /// Ends the query: its last request has been answered, or the next one could not be made.
+    /// Ends the query. Call this when the last request has been answered or the next one could not
+    /// be made.
     void finish() {
         pending_ = false;
         if (std::exchange(refreshAgain_, false)) {

@@ -14,7 +14,7 @@ PulseOutputVolumeSource& self(void* user) {
 }
 
 /// The server rounds a step of 3 % down, to 1966 or 1965 of the 65536 units that are 100 %. On this
-/// slightly shorter scale it is 0.03 all the same.
+/// slightly shorter scale it is still 0.03.
 constexpr float kScale = 65500;
 
 float asShown(pa_volume_t volume) {

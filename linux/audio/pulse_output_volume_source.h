@@ -12,12 +12,13 @@
 
 namespace chimewerk {
 
-/// The volume of the sound server's default sink as mixers show it: that of its loudest channel.
-/// 100 % and more are 1, or a trace above it: no step of 3 % is lost to rounding. The server reports changes, so `volume()` asks nobody. Muting does not change the volume.
-/// Without a server or a sink there is no volume.
+/// The volume of the audio server's default sink as mixers show it: that of its loudest channel.
+/// 100 % and more give 1 or slightly above, so that no step of 3 % is lost to rounding. The server
+/// reports changes, so `volume()` makes no request. Muting does not change the volume. Without a
+/// server or a sink there is no volume.
 class PulseOutputVolumeSource final : public OutputVolumeSource, public PulseClient {
 public:
-    /// The connection outlives the source.
+    /// The connection must outlive the source.
     explicit PulseOutputVolumeSource(PulseConnection& connection);
     PulseOutputVolumeSource(const PulseOutputVolumeSource&) = delete;
     PulseOutputVolumeSource& operator=(const PulseOutputVolumeSource&) = delete;

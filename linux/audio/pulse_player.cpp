@@ -75,8 +75,8 @@ void PulsePlayer::shrinkLater() {
     }
 }
 
-/// Frees what a burst of sounds has needed, unless sounds are playing: the end of the last one
-/// calls again.
+/// Frees what a burst of sounds needed, unless sounds are playing: then the end of the last one
+/// schedules another call.
 void PulsePlayer::shrink() {
     if (!pool_.isQuiet() || !overflow_.isQuiet()) {
         return;

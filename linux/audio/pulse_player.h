@@ -15,15 +15,14 @@
 
 namespace chimewerk {
 
-/// Plays sounds on the sound server: through a pool of streams, and those beyond the pool through
-/// one stream that mixes them. What a burst of sounds has needed is freed once it has been quiet
-/// for a while.
+/// Plays sounds on the audio server: through a pool of streams, and those beyond the pool through
+/// one stream that mixes them. What a burst of sounds needed is freed after a quiet time.
 ///
-/// `play()` belongs to the main thread; the rest runs under the connection's lock, mostly on
+/// Call `play()` on the main thread; everything else runs under the connection's lock, mostly on
 /// its thread.
 class PulsePlayer final : public PulseClient {
 public:
-    /// The connection outlives the player. `quietBeforeShrinking` is how long it is quiet before
+    /// The connection must outlive the player. `quietBeforeShrinking` is the quiet time before
     /// memory is freed.
     explicit PulsePlayer(
         PulseConnection& connection,
@@ -32,8 +31,8 @@ public:
     PulsePlayer& operator=(const PulsePlayer&) = delete;
     ~PulsePlayer() override;
 
-    /// Starts the sound and returns at once. `volume` is from 0 to 1. Without a server or a device
-    /// the sound waits for one, for a second.
+    /// Starts the sound and returns at once. `volume` is 0 to 1. Without a server or a device the
+    /// sound waits for one, for up to a second.
     void play(std::shared_ptr<SoundFile> sound, float volume);
 
     void onServerFound(pa_context& context) override;
@@ -52,7 +51,7 @@ private:
     std::unique_ptr<PulseConnection::Alarm> shrinking_;
     std::uint64_t lastVoice_ = 0;
 
-    VoiceParts parts_;  // Last, so that its worker ends first.
+    VoiceParts parts_;  // Declared last, so that its worker ends first.
 };
 
 }  // namespace chimewerk

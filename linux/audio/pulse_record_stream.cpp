@@ -14,11 +14,11 @@ PulseRecordStream& self(void* user) {
     return *static_cast<PulseRecordStream*>(user);
 }
 
-// Without remapping and remixing the server sends the first channel only, by its number; PipeWire
+// Without remapping and remixing, the server sends the first channel only, by its number; PipeWire
 // goes by the channel's name. A plain mono stream would get the average of all channels. With early
-// requests the source delivers fragments of the length that is asked for; without, or if it may
-// adjust them, it delivers up to two seconds at a time. A stream that is not moved ends with its
-// source; the next source is chosen here, and is never a sink's monitor.
+// requests the source delivers fragments of the requested length; otherwise, or if it may adjust
+// them, it delivers up to two seconds at a time. A stream that is not moved ends with its source;
+// the program then chooses the next source itself, and never a sink's monitor.
 constexpr auto kFlags =
     static_cast<pa_stream_flags_t>(PA_STREAM_EARLY_REQUESTS | PA_STREAM_NO_REMAP_CHANNELS |
                                    PA_STREAM_NO_REMIX_CHANNELS | PA_STREAM_DONT_MOVE);
@@ -65,7 +65,7 @@ PulseRecordStream::~PulseRecordStream() {
         return;
     }
     pa_stream_set_read_callback(stream_.get(), nullptr, nullptr);
-    // A stream that the server is still making can be disconnected only once it is made.
+    // A stream that is still being created can only be disconnected once it is ready.
     pa_stream_set_state_callback(
         stream_.get(),
         [](pa_stream* stream, void*) {
@@ -84,7 +84,7 @@ void PulseRecordStream::onStateChange() {
 }
 
 void PulseRecordStream::end() {
-    // The callback may destroy this stream, so it must not be a part of it.
+    // The callback may destroy this stream, so it is moved out first.
     if (const auto ended = std::exchange(callbacks_.ended, nullptr)) {
         ended();
     }

@@ -14,21 +14,21 @@
 
 namespace chimewerk {
 
-/// Records the first channel of one source of the sound server, at the source's rate. Used,
-/// and destroyed, under the connection's lock; the callbacks come under it too, and never from
+/// Records the first channel of one source of the audio server, at the source's rate. Used, and
+/// destroyed, under the connection's lock; the callbacks are called under it too, but never by
 /// the constructor.
 class PulseRecordStream {
 public:
     struct Callbacks {
-        /// Samples have come, at most as many at once as were asked for; none stands for samples
-        /// that the server has lost.
+        /// Called with the next samples, at most as many as requested; none stands for samples that
+        /// the server has lost.
         std::function<void(std::optional<std::span<const float>>)> heard;
-        /// The stream has ended for good: the server ended it, or it could not be made. The
-        /// callback may destroy the stream.
+        /// Called when the stream has ended for good: the server ended it, or it could not be made.
+        /// May destroy the stream.
         std::function<void()> ended;
     };
 
-    /// Asks the server for a stream that delivers `frames` frames at a time.
+    /// Requests a stream that delivers `frames` frames at a time.
     PulseRecordStream(PulseConnection& connection, pa_context& context,
                       const MicrophoneSource& source, std::size_t frames, Callbacks callbacks);
     PulseRecordStream(const PulseRecordStream&) = delete;

@@ -14,7 +14,7 @@ namespace chimewerk {
 /// Sounds from files and from a folder of alert sounds, played through PulseAudio or PipeWire.
 class PulseSoundService final : public SoundService {
 public:
-    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. `decoders` and `player`
+    /// The alert sound "Tink" is the file Tink.wav in `alertFolder`. `decoders` and `player` must
     /// outlive the service and its sounds.
     PulseSoundService(const Decoders& decoders, PulsePlayer& player, std::string alertFolder);
 

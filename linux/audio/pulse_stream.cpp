@@ -19,7 +19,7 @@ PulseStream& self(void* user) {
     return *static_cast<PulseStream*>(user);
 }
 
-/// Releases a request whose outcome shows in other ways.
+/// Releases a request whose result is not needed.
 void forget(pa_operation* operation) {
     const PulseHandle<pa_operation> released(operation);
 }
@@ -57,8 +57,8 @@ bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
     const auto latency = static_cast<std::uint32_t>(
         pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
     // Playing starts with the first frame. A pre-buffer of 0 would start as fast, but the server
-    // would never count the stream as run dry: it would play silence and never report the stream
-    // as drained.
+    // would never consider the stream empty: it would play silence and never report that the stream
+    // has drained.
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
                                 .tlength = latency,
                                 .prebuf = kFrameSize,
@@ -93,7 +93,7 @@ void PulseStream::onStateChange() {
 }
 
 void PulseStream::fail() {
-    // The callback may destroy this stream, so it must not be a part of it.
+    // The callback may destroy this stream, so it is moved out first.
     if (const auto failed = std::exchange(callbacks_.failed, nullptr)) {
         failed();
     }

@@ -15,42 +15,42 @@
 
 namespace chimewerk {
 
-/// One playback stream on the sound server, in the output form (see pcm_reader.h). It starts
-/// corked. Used, and destroyed, under the connection's lock; the callbacks come under it too, and
-/// never from the constructor.
+/// One playback stream on the audio server, in the output form (see pcm_reader.h). It starts
+/// corked. Used, and destroyed, under the connection's lock; the callbacks are called under it too,
+/// but never by the constructor.
 class PulseStream {
 public:
     struct Callbacks {
-        /// The server has made the stream; only now may it be used.
+        /// The server has created the stream, which may be used from now on.
         std::function<void()> ready;
-        /// The stream has ended for good: the server ended it, or it could not be made. The
-        /// callback may destroy the stream.
+        /// The stream has ended for good: the server ended it, or it could not be made. May destroy
+        /// the stream.
         std::function<void()> failed;
         /// The server can take this many more frames. Optional.
         std::function<void(std::size_t frames)> wanted = {};
     };
 
-    /// Asks the server for a stream that keeps about `latencyMilliseconds` of sound between itself
-    /// and the speaker.
+    /// Requests a stream that keeps about `latencyMilliseconds` of sound between the program and
+    /// the speaker.
     PulseStream(PulseConnection& connection, pa_context& context, unsigned latencyMilliseconds,
                 Callbacks callbacks);
     PulseStream(const PulseStream&) = delete;
     PulseStream& operator=(const PulseStream&) = delete;
     ~PulseStream();
 
-    /// Appends frames to those that wait to be played.
+    /// Appends frames to those waiting to be played.
     void write(std::span<const float> stereo);
-    /// Starts playing what has been written.
+    /// Starts playing the frames written.
     void uncork();
-    /// Stops playing at once and drops the frames that wait.
+    /// Stops playing at once and drops the waiting frames.
     void corkAndFlush();
-    /// Calls `drained` when everything written has been heard. A later `write()` or
+    /// Calls `drained` when everything written has been played. A later `write()` or
     /// `corkAndFlush()` cancels that.
     void drain(std::function<void()> drained);
-    /// Returns how many frames the server can take now.
+    /// Returns the number of frames that the server can take now.
     std::size_t wantedFrames() const;
-    /// Asks the server how many frames wait to be played, and calls `answer` with them, or with
-    /// none if the server does not know.
+    /// Requests the number of frames waiting to be played and calls `answer` with it, or with none
+    /// if the server does not know.
     void askQueued(std::function<void(std::optional<std::int64_t> frames)> answer);
 
 private:

@@ -10,14 +10,14 @@
 
 namespace chimewerk {
 
-/// Divides samples that come in pieces of any length into blocks of one length. Copies only blocks
-/// that span several pieces, and allocates only in its constructor.
+/// Divides samples that arrive in pieces of any length into blocks of one length. Copies only
+/// blocks that span several pieces, and allocates only in its constructor.
 class SampleBlocks {
 public:
-    /// `length` is at least 1.
+    /// `length` must be at least 1.
     explicit SampleBlocks(std::size_t length) : block_(length) {}
 
-    /// Calls `take` with each block that is now complete; the block is valid during the call.
+    /// Calls `take` with each completed block; the block is valid during the call.
     template <typename Take>
     void push(std::span<const float> samples, Take&& take) {
         while (filled_ + samples.size() >= block_.size()) {
@@ -32,7 +32,7 @@ public:
         }
         append(samples, samples.size());
     }
-    /// Drops the samples of a block that is not complete.
+    /// Drops the samples of an incomplete block.
     void clear() { filled_ = 0; }
 
 private:

@@ -12,16 +12,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Streams that are kept while it is quiet: enough for a few sounds at once without waiting for
-/// the server.
+/// Streams that are kept while nothing plays: enough for a few simultaneous sounds without waiting
+/// for the server.
 constexpr std::size_t kQuietStreams = 3;
-/// A server allows a few hundred streams, for all programs together.
+/// A server allows a few hundred streams for all programs together.
 constexpr std::size_t kMostStreams = 24;
 constexpr unsigned kLatencyMilliseconds = 10;
 /// How long a voice waits for a stream.
 constexpr auto kPatience = 1s;
 constexpr std::size_t kMostWaiting = 64;
-/// A voice that has not been heard this long after it should have been will not be: the device has
+/// A voice that has not finished this long after its expected end never will: the device has
 /// stopped. Its stream is then reused.
 constexpr auto kOverdue = 2s;
 constexpr auto kRefillInterval = 300ms;
@@ -121,7 +121,7 @@ bool StreamPool::deliver(std::uint64_t voice, std::span<float> stereo, bool last
     return true;
 }
 
-/// Has more decoded if what waits at the server runs short; else looks again later.
+/// Decodes more if little is waiting at the server; otherwise checks again later.
 void StreamPool::refill(PooledStream& stream) {
     stream.stream->askQueued([this, &stream](std::optional<std::int64_t> frames) {
         if (frames.value_or(0) < VoiceParts::kAheadFrames) {
@@ -140,7 +140,7 @@ void StreamPool::keepWaiting(Voice voice) {
     waiting_.push_back(std::move(voice));
 }
 
-/// Plays the voice that has waited longest, unless it has waited too long.
+/// Plays the voice that has waited longest. Drops voices that have waited too long.
 void StreamPool::takeWaiting(PooledStream& stream) {
     while (!waiting_.empty() && stream.state == PooledStream::State::idle) {
         Voice voice = std::move(waiting_.front());

@@ -19,33 +19,34 @@
 
 namespace chimewerk {
 
-/// Streams that are connected beforehand and corked, which costs nothing while it is quiet. A voice
-/// takes one of them, is written to it and uncorks it; when it has been heard the stream is corked
-/// again. The pool grows with the voices that play at once, up to a limit. Used under the
+/// Streams that are connected in advance and corked, which costs nothing while nothing plays. A
+/// voice is written to an idle stream, which is then uncorked; after the voice the stream is corked
+/// again. The pool grows with the number of simultaneous voices, up to a limit. Used under the
 /// connection's lock.
 class StreamPool {
 public:
-    /// Calls `quiet` when a stream has become idle. `connection` and `parts` outlive the pool.
+    /// Calls `quiet` when a stream has become idle. `connection` and `parts` must outlive the pool.
     StreamPool(PulseConnection& connection, VoiceParts& parts, std::function<void()> quiet)
         : connection_(connection), parts_(parts), quiet_(std::move(quiet)) {}
 
-    /// Makes the first streams. `context` is valid until `clear()`.
+    /// Makes the first streams. `context` must be valid until `clear()`.
     void fill(pa_context& context);
-    /// Destroys all streams, with the voices that play on them; those that wait for a stream stay.
+    /// Destroys all streams and the voices that play on them; voices that wait for a stream
+    /// are kept.
     void clear();
 
-    /// Plays the voice on an idle stream, or keeps it until there is one, for a second at most:
-    /// then nobody would know any more what it was for. Returns false, and leaves the voice as it
-    /// is, if as many voices play as the pool may have streams.
+    /// Plays the voice on an idle stream, or keeps it until one is idle, for up to a second: a
+    /// later sound would confuse the user. Returns false, and does not take the voice, if the pool
+    /// is at its limit and all streams play.
     bool start(Voice& voice);
     /// Plays the next part of a long sound. Returns false if the pool does not play this voice.
     bool deliver(std::uint64_t voice, std::span<float> stereo, bool last);
 
     bool isQuiet() const;
     std::size_t size() const { return streams_.size(); }
-    /// Whether there are more streams than are kept while it is quiet.
+    /// Returns whether there are more streams than are kept while nothing plays.
     bool isLarge() const;
-    /// Destroys the streams that only a burst of sounds has needed. The pool is quiet.
+    /// Destroys the streams that only a burst of sounds needed. No stream may be playing.
     void shrink();
 
 private:
@@ -56,7 +57,7 @@ private:
         State state = State::connecting;
         std::unique_ptr<PulseStream> stream = {};
         Voice voice = {};
-        Clock::time_point heardBy = {};  // When the voice should have been heard to its end.
+        Clock::time_point heardBy = {};  // When the voice should have been played to its end.
         std::unique_ptr<PulseConnection::Alarm> refill = {};
     };
 

@@ -12,7 +12,7 @@ namespace chimewerk {
 namespace {
 
 constexpr std::size_t kPartFrames = kOutputRate / 2;
-/// A sound of many seconds leaves this much of the range to the others.
+/// A sound of many seconds leaves this share of the range to the others.
 constexpr float kLongSoundCeiling = 0.75F;
 
 }  // namespace
