@@ -16,7 +16,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The first bytes of a file, behind its tags.
+/// The first bytes of a file after its tags.
 using Magic = std::array<std::byte, 12>;
 
 bool has(const Magic& magic, std::size_t at, std::string_view text) {
@@ -40,7 +40,7 @@ bool isForSndfile(const Magic& magic) {
 
 /// Returns whether the file starts with a frame of MPEG audio, layer III.
 bool isMp3(const Magic& magic) {
-    const unsigned version = byteAt(magic, 1) >> 3U & 3U;  // 1 does not exist.
+    const unsigned version = byteAt(magic, 1) >> 3U & 3U;  // 1 is invalid.
     const unsigned layer = byteAt(magic, 1) >> 1U & 3U;    // 1 is layer III.
     const unsigned bitRate = byteAt(magic, 2) >> 4U;
     const unsigned rate = byteAt(magic, 2) >> 2U & 3U;
@@ -48,7 +48,7 @@ bool isMp3(const Magic& magic) {
            bitRate != 15 && rate != 3;
 }
 
-/// The formats, in order: the first one that recognises the file opens it.
+/// The formats in order: the first one that recognises the file opens it.
 struct Format {
     bool (*recognises)(const Magic& magic);
     std::unique_ptr<Decoder> (*open)(M4aModule& m4a, ByteStream& file);
@@ -81,7 +81,8 @@ std::int64_t tagLength(const Magic& magic) {
     return kHeader + length + (hasFooter ? kHeader : 0);
 }
 
-/// Skips the tags at the file's start, which may contain pictures, and returns what follows.
+/// Skips the tags at the file's start, which may contain pictures, and returns the bytes
+/// after them.
 Magic magicBehindTags(ByteStream& file) {
     constexpr int kMostTags = 8;
     Magic magic = magicOf(file);

@@ -14,8 +14,8 @@ namespace chimewerk {
 
 class M4aModule;
 
-/// Decodes one sound. Its rate and channels never change; a file whose sound changes them ends
-/// there. Used by one thread at a time.
+/// Decodes one sound. The rate and channels never change; a sound that changes them ends there.
+/// Used by one thread at a time.
 class Decoder {
 public:
     virtual ~Decoder() = default;
@@ -28,13 +28,13 @@ public:
     /// be any number.
     virtual double seconds() const = 0;
 
-    /// Decodes the next frames into `samples`, interleaved, nominally from -1 to 1, and returns
-    /// their number. If that is less than fits, the sound has ended or its rest is damaged or gone:
-    /// do not read again.
+    /// Decodes the next frames into `samples`, interleaved, nominally -1 to 1, and returns their
+    /// number. If fewer than fit, the sound has ended or the rest is damaged or lost: do not
+    /// call again.
     virtual std::size_t read(std::span<float> samples) = 0;
 };
 
-/// Opens decoders for the formats that are known: WAV, AIFF, MP3, M4A, FLAC and Ogg. Any thread.
+/// Opens decoders for the known formats: WAV, AIFF, MP3, M4A, FLAC and Ogg. Any thread.
 class Decoders {
 public:
     /// `moduleFolder` holds the module for M4A, which is loaded when the first such sound
@@ -42,8 +42,8 @@ public:
     explicit Decoders(const std::string& moduleFolder);
     ~Decoders();
 
-    /// Returns a decoder for the file, which must outlive it; null if the format is not known or
-    /// the start is damaged.
+    /// Returns a decoder for the file, which must outlive it; null if the format is unknown or the
+    /// start is damaged.
     std::unique_ptr<Decoder> open(ByteStream& file) const;
 
 private:

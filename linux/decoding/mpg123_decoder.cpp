@@ -28,8 +28,8 @@ struct CloseMp3 {
     void operator()(mpg123_handle* mp3) const { mpg123_delete(mp3); }
 };
 
-/// Not by libsndfile, which estimates the length of a file without a table of contents from its
-/// first frame, and then ends there.
+/// An MP3 decoder. Not libsndfile, which estimates the length of a file without a table of contents
+/// from its first frame, and then stops there.
 class Mpg123Decoder final : public Decoder {
 public:
     /// Returns false if the file holds no sound that can be decoded.

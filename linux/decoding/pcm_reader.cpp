@@ -11,7 +11,7 @@ namespace chimewerk {
 
 namespace {
 
-/// At most so much is decoded at once.
+/// The most frames decoded at once.
 constexpr std::size_t kBlockFrames = 4096;
 constexpr std::size_t kBlockSamples = 4 * kBlockFrames;
 
@@ -58,7 +58,7 @@ std::size_t PcmReader::readAtOwnRate(std::span<float> stereo) {
 std::size_t PcmReader::readConverted(std::span<float> stereo) {
     std::size_t done = resampler_->read(stereo);
     while (done * kOutputChannels + 1 < stereo.size() && !ended_) {
-        // Decodes only what the missing frames are made of: decoding more would delay the start of
+        // Decodes only the source frames that are needed: decoding more would delay the start of
         // a sound.
         const std::size_t wanted = stereo.size() / kOutputChannels - done;
         const std::size_t source = wanted * rate_ / kOutputRate + 64;

@@ -13,12 +13,12 @@
 
 namespace chimewerk {
 
-/// The one form in which sounds go to the sound server: stereo frames of 32-bit floats.
+/// The form in which all sounds go to the audio server: stereo frames of 32-bit floats.
 inline constexpr int kOutputRate = 48000;
 inline constexpr int kOutputChannels = 2;
 
-/// Converts the frames of a decoder, of any rate and number of channels, into the output form.
-/// All samples are numbers within `kLoudest`. Used by one thread at a time.
+/// Converts a decoder's frames, of any rate and number of channels, into the output form. All its
+/// samples are numbers within `kLoudest`. Used by one thread at a time.
 class PcmReader {
 public:
     /// Returns null if the decoder's rate cannot be converted.
@@ -39,7 +39,7 @@ private:
     const std::size_t rate_;
     const std::size_t channels_;
     std::unique_ptr<Resampler> resampler_;  // Null if the rate is the output's.
-    std::vector<float> decoded_;            // Interleaved, as decoded; of the size of one block.
+    std::vector<float> decoded_;            // Interleaved, as decoded; the size of one block.
     std::vector<float> own_;                // Stereo at the decoder's rate.
     bool ended_ = false;
 };

@@ -14,10 +14,10 @@ namespace chimewerk {
 
 namespace {
 
-/// How many source frames make one result frame. If the rate is lowered, it is more in proportion.
+/// How many source frames make one result frame; proportionally more if the rate is lowered.
 constexpr std::size_t kTaps = 32;
-/// How many filters there are for positions between two source frames; positions between two
-/// filters are interpolated.
+/// The number of filters for positions between two source frames; positions between two filters
+/// are interpolated.
 constexpr std::size_t kPhases = 256;
 /// The window's shape: about 80 dB of attenuation.
 constexpr double kKaiserBeta = 8.0;
@@ -25,7 +25,7 @@ constexpr double kKaiserBeta = 8.0;
 /// fall off.
 constexpr double kPassBand = 0.93;
 
-/// The modified Bessel function of the first kind of order 0, by its series.
+/// Returns the modified Bessel function of the first kind of order 0, computed by its series.
 double bessel0(double x) {
     double term = 1.0;
     double sum = 1.0;
@@ -68,7 +68,7 @@ struct Resampler::Filter {
                         : 0;
                 row[tap] = static_cast<float>(sinc(x * cutoff) * window);
             }
-            // The taps of a row add up to 1, so that a constant level stays as it is.
+            // The taps of a row add up to 1, so that a constant level does not change.
             const float sum = std::accumulate(row.begin(), row.end(), 0.0F);
             std::ranges::for_each(row, [sum](float& value) { value /= sum; });
         }

@@ -20,7 +20,7 @@ public:
     static constexpr int kLowestRate = 100;
     static constexpr int kHighestRate = 768000;
 
-    /// `from` is within the limits above.
+    /// `from` must be within the limits above.
     Resampler(int from, int to);
     ~Resampler();
 
@@ -29,8 +29,8 @@ public:
     /// Ends the source: no more frames follow.
     void end();
 
-    /// Writes up to `stereo.size() / 2` frames of the result and returns their number. If that is
-    /// less than fits, it needs more of the source, or the result has ended.
+    /// Writes up to `stereo.size() / 2` frames of the result and returns their number. If fewer
+    /// than fit, it needs more of the source, or the result has ended.
     std::size_t read(std::span<float> stereo);
 
 private:
@@ -40,12 +40,13 @@ private:
     const int from_;
     const int to_;
     const std::shared_ptr<const Filter> filter_;
-    // The source's two channels, from the oldest frame that a filter still reaches.
+    // The source's two channels, from the oldest frame that a filter still uses.
     std::vector<float> left_;
     std::vector<float> right_;
-    std::size_t begin_ = 0;  // Where in them the filter of the next frame starts.
-    long phase_ = 0;       // How far the next frame is after a source frame, in units of 1 / `to_`.
-    std::size_t fed_ = 0;  // Frames of the source so far.
+    std::size_t begin_ = 0;  // Where the filter of the next frame starts in them.
+    // The distance of the next frame from a source frame, in units of 1 / `to_`.
+    long phase_ = 0;
+    std::size_t fed_ = 0;      // Frames of the source so far.
     std::size_t written_ = 0;  // Frames of the result so far.
     bool ended_ = false;
 };

@@ -54,7 +54,7 @@ public:
     int rate() const override { return info_.samplerate; }
     int channels() const override { return info_.channels; }
     double seconds() const override {
-        // For a file of unknown length the number of frames is the largest possible one.
+        // For a file of unknown length, libsndfile gives the largest possible number of frames.
         const bool known = info_.frames > 0 && info_.frames < SF_COUNT_MAX;
         return known ? static_cast<double>(info_.frames) / info_.samplerate : 0.0;
     }

@@ -14,11 +14,11 @@ namespace chimewerk {
 
 namespace {
 
-/// A file whose head needs more bytes than this is not decoded: it would hold up the main thread.
-/// Pictures before the sound may be large.
+/// A file whose head needs more bytes than this is not decoded, because that would block the main
+/// thread. Large pictures may precede the sound.
 constexpr std::int64_t kHeadBytes = std::int64_t{32} << 20U;
-/// A sound of up to a second is decoded completely. The head of a longer one lasts until the thread
-/// that decodes the rest gets its turn on a busy machine.
+/// A sound of up to a second is decoded completely. The head of a longer one is long enough to play
+/// until the thread that decodes the rest has run, even on a busy machine.
 constexpr double kShortSeconds = 1;
 constexpr std::size_t kHeadFrames = kOutputRate / 5;
 constexpr double kLongestSeconds = 24 * 60 * 60;
@@ -53,7 +53,7 @@ bool SoundFile::decodeHead(const Decoders& decoders) {
     const double stated = reader_->decoder().seconds();
     seconds_ = stated > 0 ? std::min(stated, kLongestSeconds) : 0;
     const double complete = seconds_ > 0 ? seconds_ : kShortSeconds;
-    // Somewhat more than the whole sound, so that its end is seen.
+    // Slightly more than the whole sound, to reach its end.
     const std::size_t more =
         complete <= kShortSeconds ? static_cast<std::size_t>(complete * kOutputRate) : 0;
     head_.resize((more + kHeadFrames) * kOutputChannels);

@@ -21,7 +21,7 @@ struct Share {
 constexpr Share kLeft{1.0F, 0.0F};
 constexpr Share kRight{0.0F, 1.0F};
 constexpr Share kCentre{0.7071F, 0.7071F};
-/// The channel of low frequencies is left out, as usual without a speaker for it.
+/// The low-frequency channel is left out, as is usual without a speaker for it.
 constexpr Share kNone{0.0F, 0.0F};
 
 std::vector<Share> sharesOf(std::size_t channels) {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The module that decodes M4A with FFmpeg's libraries. It has one C function, so that the program
-// itself is not linked with these libraries.
+// The module that decodes M4A with FFmpeg's libraries. It exports one C function, so that the
+// program itself is not linked with these libraries.
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
@@ -45,12 +45,12 @@ struct FreeConverter {
     void operator()(SwrContext* converter) const { swr_free(&converter); }
 };
 
-/// The only decoders that may run: a file chooses among them.
+/// The only decoders that may be used; the file chooses among them.
 constexpr const char* kDecoders = "aac,alac,mp3float";
-/// No single block of memory may be larger; a sound of some eight hours needs this much for
+/// The largest permitted block of memory; a sound of some eight hours needs this much for
 /// its index.
 constexpr std::size_t kLargestBlock = std::size_t{32} << 20U;
-/// After so many packets without a frame the sound counts as ended.
+/// After this many packets without a frame, the sound counts as ended.
 constexpr int kMostEmptyPackets = 1000;
 
 ByteStream& streamOf(void* file) {
@@ -73,7 +73,7 @@ int refuseToOpen(AVFormatContext* /*format*/, AVIOContext** /*io*/, const char* 
     return AVERROR(EPERM);
 }
 
-/// The form of the samples.
+/// The format of the samples.
 struct Form {
     int rate;
     int channels;
@@ -141,8 +141,8 @@ private:
         return true;
     }
 
-    /// Opens the decoder of the first sound track, and discards the other tracks. They are not
-    /// probed: what the header says of the samples does not count.
+    /// Opens the decoder of the first sound track and discards the other tracks. Does not probe
+    /// them: the header's statements about the samples do not count.
     bool openCodec() {
         const AVCodec* decoder = nullptr;
         for (unsigned i = 0; i < format_->nb_streams; ++i) {
@@ -166,11 +166,11 @@ private:
             return false;
         }
         codec_->codec_whitelist = av_strdup(kDecoders);
-        codec_->pkt_timebase = stream.time_base;  // To drop the encoder's priming.
+        codec_->pkt_timebase = stream.time_base;  // Needed to drop the encoder's priming.
         return avcodec_open2(codec_.get(), decoder, nullptr) >= 0;
     }
 
-    /// Keeps the form of the first frame.
+    /// Stores the form of the first frame and opens a converter for it.
     bool openConverter() {
         form_ = formOf(*frame_);
         const auto format = static_cast<AVSampleFormat>(form_.sampleFormat);
@@ -186,8 +186,8 @@ private:
         return swr_init(converter) >= 0;
     }
 
-    /// Decodes the next frame. Returns false at the end of the sound, where it is damaged, and
-    /// where its form changes.
+    /// Decodes the next frame. Returns false at the end of the sound, where it is damaged, or where
+    /// its form changes.
     bool decodeNextFrame() { return decodeFrame() && formOf(*frame_) == form_; }
 
     bool decodeFrame() {
@@ -204,7 +204,7 @@ private:
         return false;
     }
 
-    /// Sends the next packet to the decoder, or the mark of the end after the last one.
+    /// Sends the next packet to the decoder; after the last one, signals the end.
     bool feed() {
         while (av_read_frame(format_.get(), packet_.get()) >= 0) {
             const bool ours = packet_->stream_index == stream_;
@@ -236,8 +236,9 @@ private:
     std::unique_ptr<AVPacket, FreePacket> packet_{av_packet_alloc()};
     int stream_ = -1;
     Form form_{};
-    std::vector<const std::uint8_t*> planes_;  // Of the frame, from the next sample.
-    int taken_ = 0;                            // How many samples of the frame are used up.
+    std::vector<const std::uint8_t*> planes_;  // The frame's planes, from the next sample.
+    // The number of samples already taken from the frame.
+    int taken_ = 0;
 };
 
 }  // namespace
