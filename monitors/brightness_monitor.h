@@ -16,8 +16,9 @@ class BrightnessSource {
 public:
     virtual ~BrightnessSource() = default;
 
-    /// Returns the built-in display's current brightness on a scale of length 1; none if there is no
-    /// such display or it cannot be read. Only differences matter. Does not block; cheap enough for four calls a second.
+    /// Returns the built-in display's current brightness on a scale of length 1; none if there is
+    /// no such display or it cannot be read. Only differences matter. Does not block; cheap enough
+    /// for four calls a second.
     virtual std::optional<float> brightness() = 0;
 };
 

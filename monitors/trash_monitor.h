@@ -21,14 +21,15 @@ public:
 
     virtual ~TrashSource() = default;
 
-    /// Returns whether a disk with a trash of its own may have come or gone since the last call: then
-    /// the number of items has changed, and nobody has put one in or emptied the trash.
+    /// Returns whether a disk with its own trash may have appeared or disappeared since the
+    /// last call. The number of items has then changed, although nobody has put one in or
+    /// emptied the trash.
     virtual bool volumesChanged() { return false; }
 
-    /// Returns a number that changes whenever an item is added to the trash or removed from it: when
-    /// that last happened, in seconds since 1970-01-01 UTC, or the sum of such times where the trash
-    /// has several folders; 0 if that cannot be read, for example if there is no trash folder yet.
-    /// Costs one file status call for each folder.
+    /// Returns a number that changes whenever an item is added to the trash or removed from it: the
+    /// time of the last such change, in seconds since 1970-01-01 UTC, or the sum of these times if
+    /// the trash has several folders; 0 if that cannot be read, for example if there is no trash
+    /// folder yet. Costs one file status call per folder.
     virtual double modificationTime() const = 0;
 
     /// Counts the items in the trash without blocking. Calls `completion` on the main thread,

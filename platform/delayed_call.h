@@ -10,16 +10,16 @@
 
 namespace chimewerk {
 
-/// Calls a function once for any number of calls of `schedule()`: a fixed delay after the first of
-/// them. Turns a burst into one call, and spaces attempts that may fail. Destroying it cancels a
-/// call that is due; as a member, declare it last, so that it is destroyed first. Main thread only;
-/// the queue must outlive it.
+/// Merges any number of `schedule()` calls into one call of a function, made a fixed delay after
+/// the first of them. Use it to merge bursts and to space attempts that may fail. Destruction
+/// cancels a pending call; as a member, declare it last, so that it is destroyed first. Main thread
+/// only; the queue must outlive it.
 class DelayedCall {
 public:
     DelayedCall(MainQueue& queue, Seconds delay, MainQueue::Job call)
         : queue_(queue), delay_(delay), call_(std::move(call)) {}
 
-    /// Schedules a call unless one is due. So each `schedule()` is followed by a call.
+    /// Schedules a call unless one is pending. So each `schedule()` is followed by a call.
     void schedule() {
         if (!std::exchange(isDue_, true)) {
             queue_.postAfter(delay_, lifeline_.guard([this] {

@@ -14,7 +14,7 @@ namespace chimewerk {
 
 namespace {
 
-/// The two clocks are read one after the other.
+/// The two clocks are read one after the other, so smaller differences are no sleep.
 constexpr Seconds kNoSleep{0.1};
 
 Seconds read(clockid_t clock) {
@@ -41,7 +41,7 @@ WakeWatch::WakeWatch(EpollMainQueue& queue, MachineTimes times)
     if (timer_) {
         arm();
         watch_ = queue.watch(timer_.get(), [this] {
-            // Reading it fails by design, and makes it quiet.
+            // The read fails by design, and clears the descriptor's readable state.
             std::uint64_t count = 0;
             [[maybe_unused]] const auto size = ::read(timer_.get(), &count, sizeof count);
             arm();
@@ -50,8 +50,8 @@ WakeWatch::WakeWatch(EpollMainQueue& queue, MachineTimes times)
     }
 }
 
-/// Sets the timer to a day that never comes. The kernel cancels it at each wake, and when the wall
-/// clock is set.
+/// Sets the timer to a date that is never reached. The kernel cancels it at each wake and when the
+/// wall clock is set.
 void WakeWatch::arm() {
     itimerspec never{};
     never.it_value.tv_sec = 9'000'000'000;  // In the year 2255.

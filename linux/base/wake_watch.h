@@ -12,9 +12,9 @@
 
 namespace chimewerk {
 
-/// The kernel's two monotonic clocks.
+/// Readings of the kernel's two monotonic clocks.
 struct MachineTimes {
-    /// Time since the start of the machine, without the time that it slept.
+    /// The time since the machine started, without the time that it slept.
     std::function<Seconds()> awake = timeAwake;
     /// The time that it slept.
     std::function<Seconds()> asleep = timeAsleep;
@@ -23,14 +23,14 @@ struct MachineTimes {
     static Seconds timeAsleep();
 };
 
-/// Knows how long ago the machine woke from suspension or hibernation. Asks only the kernel. Main
+/// Reports how long ago the machine woke from suspension or hibernation. Asks only the kernel. Main
 /// thread only.
 class WakeWatch {
 public:
-    /// The queue outlives the watch.
+    /// The queue must outlive the watch.
     WakeWatch(EpollMainQueue& queue, MachineTimes times);
 
-    /// Whether the machine has woken within this time.
+    /// Returns whether the machine has woken within this time.
     bool wokeWithin(Seconds time);
 
 private:
@@ -41,7 +41,7 @@ private:
     Seconds asleepBefore_;
     std::optional<Seconds> wake_;
     FileDescriptor timer_;
-    std::unique_ptr<EpollMainQueue::Watch> watch_;  // ends before the timer that it watches
+    std::unique_ptr<EpollMainQueue::Watch> watch_;  // Destroyed before the timer that it watches.
 };
 
 }  // namespace chimewerk

@@ -37,8 +37,8 @@ std::vector<std::string> writableDisksIn(std::string_view mountInfo) {
     std::vector<std::string> disks;
     std::istringstream lines{std::string(mountInfo)};
     for (std::string line; std::getline(lines, line);) {
-        // Identifier, parent, device, root, mount point, options, optional fields, a dash; then
-        // type, source, options of the file system.
+        // The fields are identifier, parent, device, root, mount point, options, optional fields, a
+        // dash, then type, source and options of the file system.
         std::istringstream fields(line);
         std::string skipped;
         std::string point;

@@ -12,11 +12,11 @@
 namespace chimewerk {
 
 /// Returns the mount points of disks in the text of /proc/self/mountinfo: file systems on a device,
-/// mounted for writing. Network file systems are left out, because a dead server would block
-/// whoever looks there.
+/// mounted for writing. Network file systems are left out, because access would block if their
+/// server is dead.
 std::vector<std::string> writableDisksIn(std::string_view mountInfo);
 
-/// A mount table of the kernel. Any one thread.
+/// A mount table of the kernel. One thread at a time.
 class MountTable {
 public:
     /// `file` has the kernel's format.
@@ -25,8 +25,8 @@ public:
     /// Returns the mount points of disks.
     const std::vector<std::string>& writableDisks() const { return disks_; }
 
-    /// Reads the table again if the kernel says that it has changed. Returns whether the disks
-    /// are others now.
+    /// Reads the table again if the kernel reports a change. Returns whether the list of disks
+    /// has changed.
     bool refresh();
 
 private:

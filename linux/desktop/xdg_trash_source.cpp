@@ -68,7 +68,7 @@ void XdgTrashSource::collectFolders() {
     }
 }
 
-/// Returns the sum of the folders' times, which changes with each of them.
+/// Returns the sum of the folders' times, which changes when any of them does.
 double XdgTrashSource::modificationTime() const {
     double sum = 0;
     for (const std::string& folder : folders_) {
@@ -87,7 +87,7 @@ void XdgTrashSource::countItems(CountCompletion completion) {
                   completion = std::move(completion)](const std::stop_token& stop) mutable {
         auto count = countEntries(folders.front(), stop);
         for (std::size_t i = 1; count && i < folders.size(); ++i) {
-            // That of another disk may not be readable, and is then none of ours.
+            // The trash of another disk may be unreadable; it then does not count.
             *count += countEntries(folders[i], stop).value_or(0);
         }
         if (!stop.stop_requested()) {

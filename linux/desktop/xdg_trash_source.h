@@ -15,7 +15,7 @@ namespace chimewerk {
 
 /// The desktop's trash: the folder "Trash/files" in the user's data folder, and the user's trash
 /// folders at the top of other disks. Any folder may be a link, may be missing (it then counts 0
-/// items), and may come and go. The worker counts the items.
+/// items), and may appear and disappear. The worker counts the items.
 class XdgTrashSource final : public TrashSource {
 public:
     /// `dataHome` is the user's data folder. The queue must outlive the source.

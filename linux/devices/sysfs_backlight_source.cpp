@@ -37,7 +37,7 @@ std::optional<float> readLevel(const std::string& backlight) {
     return static_cast<float>(std::clamp(*now / *max, 0.0, 1.0));
 }
 
-/// Whether the backlight belongs to an output of a graphics card that is off.
+/// Returns whether the backlight belongs to a graphics output that is off.
 bool isOfDarkOutput(const std::string& backlight) {
     return readSysfsLine(backlight + "/device/enabled") == "disabled";
 }
@@ -67,7 +67,7 @@ bool SysfsBacklightSource::hasChanged(const Backlight& backlight) const {
     return before != levels_.end() && before->second != backlight.level;
 }
 
-/// `all` is not empty and begins with the preferred one.
+/// Returns the backlight to follow. `all` must not be empty and begins with the preferred one.
 const SysfsBacklightSource::Backlight& SysfsBacklightSource::choose(
     const std::vector<Backlight>& all) const {
     const auto current = std::ranges::find(all, current_, &Backlight::path);

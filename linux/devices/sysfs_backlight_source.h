@@ -14,14 +14,14 @@
 
 namespace chimewerk {
 
-/// The brightness of the kernel's backlights. Of several, follows the one that changed last; before
-/// any has changed, a firmware backlight, then a platform one, then one that drives the hardware
-/// directly. A backlight of an output that is off comes last.
+/// The display's brightness from the kernel's backlights. If there are several, follows the one
+/// that changed last; before any has changed, a firmware backlight, else a platform one, else one
+/// that drives the hardware directly. A backlight of an output that is off comes last.
 ///
-/// When it begins to follow another backlight, it shifts that one's levels so that the brightness
-/// does not jump. A shifted level may lie outside 0 to 1.
+/// When it starts to follow another backlight, it shifts that one's levels so that the brightness
+/// does not jump. A shifted level may be outside 0 to 1.
 ///
-/// Reads everything anew at each call, so a backlight that is plugged in or out is noticed at the
+/// Reads everything again at each call, so a backlight that is plugged in or out is noticed at the
 /// next call. A machine without one has no brightness.
 class SysfsBacklightSource final : public BrightnessSource {
 public:
@@ -43,7 +43,7 @@ private:
     const Backlight& choose(const std::vector<Backlight>& all) const;
 
     const std::string folder_;
-    /// The path of the backlight that is followed; empty without one.
+    /// The path of the backlight that is followed; empty if there is none.
     std::string current_;
     /// The levels at the last call, by path.
     std::map<std::string, float> levels_;

@@ -15,14 +15,15 @@ namespace chimewerk {
 
 namespace {
 
-/// Devices come back within this time after a wake.
+/// Devices reappear within this time after a wake.
 constexpr Seconds kAfterWake{5};
 
 std::string serialOf(const std::string& folder) {
     return readSysfsLine(folder + "/serial").value_or("");
 }
 
-/// Returns one name for a physical connector, which has a port on a USB 2 and one on a USB 3 bus.
+/// Returns a single name for a physical connector, which has one port on a USB 2 bus and one on a
+/// USB 3 bus.
 std::string connectorOf(const std::string& folder) {
     const std::string root = usbRootPort(folder);
     std::error_code none;
@@ -41,7 +42,7 @@ bool UdevUsbArrivalSource::open(std::function<void()> arrived) {
     monitor_ = UdevMonitor::open(
         queue_, {{.subsystem = "usb", .deviceType = "usb_device"}},
         [this, arrived = std::move(arrived)](std::span<const UdevEvent> events) {
-            // Each event is looked at, for what it says about those that follow.
+            // Every event must be examined, because it affects the events that follow.
             if (std::ranges::count_if(
                     events, [this](const UdevEvent& event) { return isArrival(event); })) {
                 arrived();

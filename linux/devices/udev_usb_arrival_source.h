@@ -15,10 +15,10 @@
 
 namespace chimewerk {
 
-/// Reports the USB devices that udev announces and that the user has plugged in: see `UsbArrivals`.
-/// Ignores the interfaces of devices, and events that udev was asked to repeat. Without udev's
-/// events it reports nothing. If so many arrive at once that some events are lost, the others
-/// still count.
+/// Reports the USB devices that udev announces and that the user has plugged in; see
+/// `UsbArrivals`. Ignores the interfaces of devices, and events that udev was asked to repeat.
+/// Without udev's events it reports nothing. If so many arrive at once that some events are lost,
+/// the others still count.
 class UdevUsbArrivalSource final : public UsbArrivalSource {
 public:
     /// The queue must outlive the source.

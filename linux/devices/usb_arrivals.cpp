@@ -9,9 +9,9 @@ namespace chimewerk {
 
 namespace {
 
-/// The devices of a dock come one after another, with less than this between two.
+/// The devices of a dock appear one after another, at most this far apart.
 constexpr Seconds kOneArrival{1};
-/// A modem or camera that changes its mode comes back sooner than anybody can replug it.
+/// A modem or camera that changes its mode reappears faster than a user can replug it.
 constexpr Seconds kModeChange{1};
 
 std::string nameOf(const std::string& folder) {
@@ -22,7 +22,7 @@ bool isRootHub(const std::string& name) {
     return name.starts_with("usb");
 }
 
-/// Returns the path up to and including its first folder of this name; empty if it has none.
+/// Returns the path up to and including its first folder of this name; empty if there is none.
 std::string upTo(const std::string& path, const std::string& name) {
     for (std::size_t at = path.find("/" + name); at != std::string::npos;
          at = path.find("/" + name, at + 1)) {
@@ -75,7 +75,8 @@ bool UsbArrivals::comesBack(const Device& device, Seconds now, bool wokeRecently
     return wokeRecently || (!device.serial.empty() && now - removal->second.time < kModeChange);
 }
 
-/// Whether something came at this place just now. Notes this coming.
+/// Returns whether a device appeared at this place just before `now`. Records `now` as the
+/// latest appearance.
 bool UsbArrivals::belongsToArrival(const std::string& place, Seconds now) {
     const auto [last, isFirst] = comings_.try_emplace(place, now);
     return !isFirst && now - std::exchange(last->second, now) < kOneArrival;

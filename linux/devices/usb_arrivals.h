@@ -12,35 +12,35 @@
 namespace chimewerk {
 
 /// Returns the folder of the device at the root port through which this device is attached: for
-/// ".../usb1/1-4/1-4.2/1-4.2.1" that is ".../usb1/1-4". A root hub is its own.
+/// ".../usb1/1-4/1-4.2/1-4.2.1" that is ".../usb1/1-4". For a root hub it is the hub's own folder.
 std::string usbRootPort(const std::string& folder);
 
-/// Returns the folder of the controller that this device is attached to; empty if the path does
-/// not tell.
+/// Returns the folder of the controller that this device is attached to; empty if the path does not
+/// show it.
 std::string usbController(const std::string& folder);
 
-/// Decides which USB devices the user has plugged in. A dock or hub with all that hangs on it is one
-/// arrival. A device that merely comes back is none: after a wake, or in another mode of operation.
-/// Knows no clock: all times come from the caller's monotonic one.
+/// Decides which USB devices the user has plugged in. A dock or hub with everything attached to it
+/// is one arrival. A device that only reappears, after a wake or in another mode, is none. Reads no
+/// clock: all times are passed in and come from a monotonic clock.
 class UsbArrivals {
 public:
     struct Device {
-        /// Folder in sysfs, which tells the port.
+        /// Folder in sysfs, which identifies the port.
         std::string folder;
-        /// Its physical connector: that of the root port, or of its USB 3 twin.
+        /// Physical connector: that of the root port, or of its USB 3 twin.
         std::string connector;
         std::string serial;
-        /// Whether it is built in and not unplugged by users.
+        /// Whether the device is built in, so that users cannot unplug it.
         bool isFixed;
     };
 
-    /// Notes a device that is there already.
+    /// Records a device that is already present.
     void setPresent(const std::string& folder, std::string serial) {
         serials_[folder] = std::move(serial);
     }
-    /// Notes that a device has gone.
+    /// Records the removal of a device.
     void remove(const std::string& folder, Seconds now);
-    /// Notes that a device has come. Returns whether it is an arrival of its own.
+    /// Records the appearance of a device. Returns whether it is a separate arrival.
     bool add(const Device& device, Seconds now, bool wokeRecently);
 
 private:
@@ -52,11 +52,11 @@ private:
     bool comesBack(const Device& device, Seconds now, bool wokeRecently) const;
     bool belongsToArrival(const std::string& place, Seconds now);
 
-    /// Of the devices that are there, by folder.
+    /// The serial numbers of the present devices, by folder.
     std::map<std::string, std::string> serials_;
     /// The last removal at each port.
     std::map<std::string, Removal> removals_;
-    /// When something last came at each connector and controller.
+    /// The time of the last appearance at each connector and controller.
     std::map<std::string, Seconds> comings_;
 };
 

@@ -20,7 +20,7 @@ struct UdevEvent {
     std::string action;
     /// Whether a program asked udev to repeat the event; then nothing has happened.
     bool isRepeated;
-    /// Folder of the device in sysfs.
+    /// The device's folder in sysfs.
     std::string folder;
 };
 

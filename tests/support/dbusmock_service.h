@@ -14,8 +14,8 @@
 
 namespace chimewerk {
 
-/// A service on the system bus, played by python-dbusmock in a separate process and therefore
-/// independent of our code. The test controls it over a connection of its own.
+/// A service on the system bus, faked by python-dbusmock in a separate process and so independent
+/// of our code. The test controls it over its own connection.
 class DbusmockService {
 public:
     /// `templateName` is a dbusmock template; check `isThere()` before use.

@@ -12,18 +12,18 @@
 
 namespace chimewerk {
 
-/// A bus that returns is found after this time in tests.
+/// The time between two attempts to reach the bus, in tests.
 inline constexpr Seconds kTestRetryInterval{0.02};
 
-/// Base of the services that a test plays on a bus, with the test's queue. The service is on the bus
-/// from its construction to its end, and returns to a bus that was away.
+/// Base class of fake services on a bus, which run on the test's queue. A service is on the bus as
+/// long as the object exists, and reconnects after the bus has restarted.
 class FakeBusService {
 public:
     FakeBusService(const FakeBusService&) = delete;
     FakeBusService& operator=(const FakeBusService&) = delete;
 
 protected:
-    /// `path` is the topmost object of the service that owns `name`.
+    /// `path` is the topmost object of the service; `name` is its bus name.
     FakeBusService(EpollMainQueue& queue, BusLink::Opener opener, std::string name,
                    std::string path)
         : name_(std::move(name)),
@@ -36,7 +36,8 @@ protected:
     }
     virtual ~FakeBusService() = default;
 
-    /// Answers a call of one of the service's objects; 0 if there is no such method or object.
+    /// Answers a call to one of the service's objects. Returns 0 if there is no such method
+    /// or object.
     virtual int answer(sd_bus_message* call) = 0;
 
     /// The connection; null while the bus is away.

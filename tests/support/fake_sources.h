@@ -94,7 +94,7 @@ public:
     /// Whether counts are answered at once with `items`.
     bool countsAtOnce = true;
 
-    /// Whether a disk has come or gone.
+    /// Whether a disk has appeared or disappeared.
     bool hasOtherVolumes = false;
 
     bool volumesChanged() override { return std::exchange(hasOtherVolumes, false); }

@@ -14,8 +14,8 @@
 
 namespace chimewerk {
 
-/// A fake UPower on the system bus with the properties of the machine and the display device. Runs
-/// on the test's queue.
+/// A fake UPower on the system bus, with properties for the machine and the display device. Runs on
+/// the test's queue.
 class FakeUPower final : public FakeBusService {
 public:
     using Value = std::variant<bool, unsigned, double, std::string>;

@@ -8,7 +8,7 @@
 
 namespace chimewerk {
 
-/// Returns the first word in the text that means nothing on this platform; empty if there is none.
+/// Returns the first word in the text that has no meaning on this platform; empty if there is none.
 inline std::string foreignWordIn(const std::string& text) {
     static const std::regex kForeign(
         "\\b(Macs?|macOS|Apple|Intel|Finder|Dock|Command|Accessibility|IOKit|SCNetwork\\w*|"

@@ -37,9 +37,9 @@ protected:
 
     QTextEdit& text() { return *window_.findChild<QTextEdit*>(); }
 
-    /// The paragraph with this text, laid out.
+    /// Returns the paragraph with this text, laid out.
     QTextBlock blockWith(const QString& part) {
-        // A document lays out what is out of sight later on; its size needs all of it.
+        // A document lays out invisible paragraphs later; its size needs all of them.
         text().document()->size();
         QTextBlock block = text().document()->begin();
         while (block.isValid() && !block.text().contains(part)) {
@@ -48,15 +48,16 @@ protected:
         return block;
     }
 
-    /// Where the line's share of the height begins, in pixels; the line itself is as high as its
-    /// fonts, and lies so that its baseline is at four fifths of the share.
+    /// Returns where the line's share of the height begins, in pixels. The line itself is as high
+    /// as its fonts; its baseline is at four fifths of the share.
     static double topOf(const QTextBlock& block, int line) {
         const QTextLine it = block.layout()->lineAt(line);
         return block.layout()->position().y() + it.y() + it.ascent() -
                0.8 * block.blockFormat().lineHeight();
     }
 
-    /// Between the last line of the paragraph above and the first of this one, in pixels.
+    /// Returns the distance between the last line of the paragraph above and the first of this one,
+    /// in pixels.
     double spacingAbove(const QString& part) {
         const QTextBlock below = blockWith(part);
         const QTextBlock above = below.previous();
@@ -180,7 +181,7 @@ TEST_F(TheHelpWindow, KeepsTheLinesOfAParagraphEvenlyApart) {
     EXPECT_EQ(wrapped.lineAt(0).x(), wrapped.lineAt(1).x());
     EXPECT_EQ(wrapped.lineAt(0).x(), 28);
 
-    // One of these lines has an emoji, and the others have none.
+    // One of these lines has an emoji, the others have none.
     const QTextLayout& lines = *blockWith("this event is automatically locked").layout();
     ASSERT_GE(lines.lineCount(), 3);
     for (int i = 1; i < lines.lineCount(); ++i) {

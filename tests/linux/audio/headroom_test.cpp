@@ -33,7 +33,7 @@ float peak(const std::vector<float>& samples, std::size_t from = 0) {
     return most;
 }
 
-/// A bell: loud at first and fading.
+/// Returns the sound of a bell: loud at first and fading.
 std::vector<float> bell(double seconds, double amplitude) {
     auto samples = sine(700, amplitude, seconds);
     for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -53,7 +53,7 @@ TEST(Headroom, DoesNotChangeASoundThatPlaysAloneOrFits) {
             EXPECT_EQ(sound, before) << amplitude;
         }
     }
-    // Two that fit side by side.
+    // Two sounds that fit side by side.
     Headroom headroom;
     for (int i = 0; i < 2; ++i) {
         auto sound = sine(500, 0.45, 1.0);

@@ -10,7 +10,7 @@
 namespace chimewerk {
 namespace {
 
-/// A source of the sound server; the texts are literals.
+/// A source of the audio server; the texts are literals.
 struct Source {
     const char* name;
     bool monitor = false;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The output volume as a real sound server tells it. Needs a private session.
+// The output volume as a real audio server reports it. Needs a private session.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Knocks on the way through a real sound server. Needs a private session.
+// Sends knocks through a real audio server. Needs a private session.
 #include "linux/audio/pulse_microphone.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ void run(const std::string& commands) {
     ASSERT_EQ(runShell(commands), 0) << commands;
 }
 
-/// A source of the sound server that plays a FIFO, for as long as the object lives.
+/// A source of the audio server that plays a FIFO as long as the object exists.
 class PipeSource {
 public:
     PipeSource(const std::string& name, const std::string& fifo, std::size_t rate,
@@ -52,7 +52,7 @@ protected:
     }
     void TearDown() override { run("pactl set-default-source microphone"); }
 
-    /// Knocks every third of a second until a knock is heard.
+    /// Knocks every third of a second until a knock is detected. Returns false if none is.
     bool detectsKnock(MicrophoneFeeder& feeder) {
         return runUntil(queue, [&, last = KnockDetector::Time{}, before = knocks]() mutable {
             if (const auto now = std::chrono::steady_clock::now(); now - last > 333ms) {
@@ -62,7 +62,7 @@ protected:
             return knocks > before;
         });
     }
-    /// How many of these knocks, a third of a second apart, are heard.
+    /// Makes this many knocks, a third of a second apart, and returns the number detected.
     int knocksDetected(int count, MicrophoneFeeder& feeder, std::size_t channel = 0) {
         const int before = knocks;
         for (int i = 0; i < count; ++i) {
@@ -74,7 +74,7 @@ protected:
             queue, [] { return false; }, Seconds{0.333});
         return knocks - before;
     }
-    /// Whether this becomes the number of our recordings at the server.
+    /// Returns whether the number of the program's recordings at the server becomes `count`.
     static bool recordings(const std::string& count) {
         constexpr auto kOurs =
             "pactl list source-outputs | grep -c 'application.name = \"Chimewerk\"'";

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The way from a sound file to the loudspeaker, on a real sound server whose sink is recorded.
-// Needs a private session.
+// Plays sound files through a real audio server whose sink is recorded. Needs a private session.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -55,7 +54,7 @@ protected:
         ASSERT_TRUE(eventually([] { return ourStreams() == 3; }));
     }
 
-    /// How many streams the program has at the server.
+    /// Returns the number of the program's streams at the server.
     static std::size_t ourStreams() {
         const std::string list = outputOfShell("pactl list sink-inputs 2>/dev/null");
         std::size_t count = 0;
@@ -95,8 +94,8 @@ protected:
     SinkRecorder recorder;
 };
 
-/// Where the sound in a recording begins, how many frames it lasts, from the first to the last
-/// audible sample of the left channel, and the longest stretch of silence within.
+/// Where the sound in a recording starts, its length in frames from the first to the last audible
+/// sample of the left channel, and the longest silence in between.
 struct Extent {
     std::size_t first = 0;
     std::size_t frames = 0;
@@ -139,7 +138,7 @@ TEST_F(TheSoundPath, PlaysAWholeSoundAtItsVolumeAtOnce) {
 }
 
 TEST_F(TheSoundPath, LosesNothingOfASoundWhenTheSinkWasSuspended) {
-    // Loud from the very first frame to the very last.
+    // Loud from the first frame to the last.
     const auto path = file("square.wav", std::vector<float>(19200, 0.5F));
     ASSERT_TRUE(eventually(sinkSuspended, 10s));
     SinkRecorder listening("speaker", SinkRecorder::Suspending::Allowed);
@@ -166,8 +165,7 @@ TEST_F(TheSoundPath, PlaysOneHundredSoundsAtOnceWithinRange) {
     recorder.stop();
     EXPECT_LE(recorder.peakBetween(begin, end + 1s), 1.0F);
     EXPECT_GE(recorder.peakBetween(begin, end + 1s), 0.5F);
-    // Tones of one pitch cancel each other for moments; a stream that starved would be heard
-    // for longer.
+    // Tones of the same pitch cancel each other for moments; a gap from a starved stream is longer.
     const Extent extent = extentOf(recorder.samples(), 0.005F);
     EXPECT_GT(static_cast<double>(extent.frames) / 48000,
               std::chrono::duration<double>(end - begin).count() + 0.3);
@@ -223,7 +221,7 @@ TEST_F(TheSoundPath, PlaysAgainAfterTheServerReturnsEvenIfItWasAwayAtTheStart) {
     PulseConnection lateConnection;
     PulsePlayer latePlayer(lateConnection);
     PulseSoundService lateService(decoders, latePlayer, "");
-    play(shortSound);  // Into the void.
+    play(shortSound);  // There is no server yet.
     const auto processorBefore = processorTime();
     std::this_thread::sleep_for(5s);
     EXPECT_LT((processorTime() - processorBefore).count(), 0.1);

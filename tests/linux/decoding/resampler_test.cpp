@@ -13,7 +13,7 @@
 namespace chimewerk {
 namespace {
 
-/// The source converted to 48 kHz, fed and read in uneven pieces.
+/// Returns the source converted to 48 kHz, fed and read in uneven pieces.
 std::vector<float> convert(const std::vector<float>& source, int from) {
     Resampler resampler(from, 48000);
     std::vector<float> result;
@@ -49,7 +49,7 @@ TEST(TheResampler, KeepsPitchLevelPlaceAndLengthAtAnyRate) {
         const double seconds = 0.5;
         const auto result = convert(sine(hertz, 0.5, seconds, from), from);
         ASSERT_NEAR(static_cast<double>(result.size()) / 2, 24000, 48000.0 / from + 1) << from;
-        // The ideal result differs only where the tone is cut off at its ends.
+        // The ideal result differs only at the ends of the tone.
         const auto ideal = sine(hertz, 0.5, seconds, 48000);
         const auto edge = static_cast<std::size_t>(2 * 48000 * 20 / from + 200) / 2 * 2;
         float error = 0;

@@ -28,7 +28,7 @@ protected:
         return SoundFile::open(decoders, folder / name);
     }
 
-    /// Everything that the file yields, in stereo.
+    /// Returns all frames of the file, in stereo.
     static std::vector<float> all(SoundFile& file) {
         std::vector<float> stereo = file.head();
         std::vector<float> part(10000);
@@ -41,7 +41,7 @@ protected:
         return stereo;
     }
 
-    /// Has ffmpeg make `name` from a file that is there.
+    /// Converts a file to `name` with ffmpeg.
     void encode(const std::string& from, const std::string& name,
                 const std::string& options) const {
         ffmpeg("-i " + (folder / from) + " " + options + " " + (folder / name));
@@ -71,7 +71,7 @@ float peak(const std::vector<float>& samples) {
     return most;
 }
 
-/// How often the left channel goes from below zero to above, a second.
+/// Returns how often per second the left channel crosses zero upwards.
 double crossingsPerSecond(const std::vector<float>& stereo) {
     int crossings = 0;
     for (std::size_t i = 2; i < stereo.size(); i += 2) {
@@ -80,8 +80,8 @@ double crossingsPerSecond(const std::vector<float>& stereo) {
     return crossings / (static_cast<double>(stereo.size()) / 2 / kOutputRate);
 }
 
-/// The greatest bend of the left channel; in a sine of w radians a frame it is amplitude times w
-/// squared, and a missing or doubled frame shows as many times that.
+/// Returns the largest second difference of the left channel. In a sine of w radians per frame it
+/// is the amplitude times w squared; a missing or doubled frame makes it many times larger.
 float greatestBend(const std::vector<float>& stereo, std::size_t skippedFrames) {
     float most = 0;
     for (std::size_t i = 2 * skippedFrames + 4; i + 2 * skippedFrames < stereo.size(); i += 2) {
@@ -100,7 +100,7 @@ std::string noise(std::size_t size) {
     return bytes;
 }
 
-/// How many bytes this process has read from files.
+/// Returns the number of bytes that this process has read from files.
 std::size_t bytesRead() {
     std::ifstream file("/proc/self/io");
     std::string label;
@@ -109,7 +109,7 @@ std::size_t bytesRead() {
     return bytes;
 }
 
-/// 0 where a sanitizer counts the memory.
+/// Returns the memory in use; 0 if a sanitizer manages it.
 std::size_t memoryInUse() {
     const auto info = mallinfo2();
     return info.uordblks + info.hblkhd;
@@ -191,8 +191,8 @@ TEST_F(ASoundFile, DecodesEveryBundledSound) {
 }
 
 TEST_F(ASoundFile, ContinuesAfterItsHeadWithoutASeam) {
-    // Large enough that the head is decoded from a part of the file, and at a rate that
-    // needs converting.
+    // Large enough that only a part of the file is needed for the head, and at a rate that
+    // needs conversion.
     constexpr float kRadians = 2 * std::numbers::pi_v<float> * 440 / kOutputRate;
     for (const int rate : {44100, 48000}) {
         writeSoundFile(folder / "long.wav", sine(440, 0.5, 8, rate), rate);
@@ -240,7 +240,7 @@ TEST_F(ASoundFile, HasOnlySamplesThatCanBeAddedUp) {
         for (std::size_t i = 0; i < samples.size(); ++i) {
             samples[i] = i / 20 % 2 == 0 ? 3e38F : -3e38F;
         }
-        // At another rate it passes the filter, which adds many samples up.
+        // At another rate the samples pass the resampler's filter, which adds up many of them.
         writeSoundFile(folder / "loud.wav", samples, 44100, channels,
                        SF_FORMAT_WAV | SF_FORMAT_FLOAT);
         const auto file = open("loud.wav");
@@ -267,7 +267,7 @@ TEST_F(ASoundFile, PlaysWhatItHasWhenItsEndIsLost) {
                                                   static_cast<double>(bytes.size()) * kept)));
             const auto file = open("cut");
             ASSERT_TRUE(file) << name << " cut to " << kept;
-            // A page of Ogg is a second, and is lost as a whole.
+            // A page of Ogg is a second long and is lost as a whole.
             EXPECT_NEAR(static_cast<double>(all(*file).size()) / 2 / kOutputRate, 6 * kept, 1.1)
                 << name << " cut to " << kept;
         }
@@ -357,7 +357,7 @@ TEST_F(ASoundFile, TakesItsFormFromItsFramesNotFromItsHeader) {
     }
     writeSoundFile(folder / "stereo.wav", samples);
     encode("stereo.wav", "stereo.m4a", "-c:a aac -b:a 256k");
-    // As in HE-AAC, version 2: the header says that the frames are mono.
+    // The header says that the frames are mono, as in HE-AAC version 2.
     std::string bytes = bytesOf("stereo.m4a");
     const std::size_t config = bytes.find("\x05\x80\x80\x80") + 5;
     ASSERT_EQ(bytes.substr(config, 2), "\x11\x90");
@@ -376,7 +376,7 @@ TEST_F(ASoundFile, LastsNoLongerThanADayWhateverItsHeaderSays) {
     encode("tone.wav", "tone.m4a", "-c:a aac -use_editlist 0");
     std::string bytes = bytesOf("tone.m4a");
     for (const char* const header : {"mvhd", "mdhd"}) {
-        // One tick a second, and more than 4 billion of them.
+        // One tick per second, and more than 4 billion ticks.
         bytes.replace(bytes.find(header) + 16, 8, std::string("\0\0\0\1\xFF\xFF\xFF\xF0", 8));
     }
     writeBytes("centuries.m4a", bytes);
@@ -395,7 +395,7 @@ TEST_F(ASoundFile, CostsLittleMemoryAndReadsLittleAheadHoweverLongItIs) {
     encode("long.wav", "last.m4a", "-c:a alac");
     for (const char* const name :
          {"long.wav", "long.aiff", "long.mp3", "long.flac", "long.ogg", "first.m4a", "last.m4a"}) {
-        open(name);  // Loads libraries and makes tables.
+        open(name);  // Loads libraries and creates tables.
         const auto readBefore = bytesRead();
         const auto memoryBefore = memoryInUse();
         const auto file = open(name);
@@ -436,7 +436,7 @@ TEST_F(ASoundFile, IsNoneForWhatHoldsNoSound) {
         "no frames.wav", "empty.wav", "text.wav",   "noise.mp3", "noise behind a frame.mp3",
         "chunks.wav",    "tags.mp3",  "folder.wav", "pipe.wav",  "dangling.wav",
         "missing.wav"};
-    if (geteuid() != 0) {  // Nothing is unreadable to root.
+    if (geteuid() != 0) {  // Root can read every file.
         fs::copy_file(folder / "good.wav", folder / "locked.wav");
         fs::permissions(folder / "locked.wav", fs::perms::none);
         silent.emplace_back("locked.wav");
@@ -449,7 +449,7 @@ TEST_F(ASoundFile, IsNoneForWhatHoldsNoSound) {
 }
 
 TEST_F(ASoundFile, OfUnknownLengthPlaysToItsEnd) {
-    // As written to a pipe: the lengths in the header are placeholders.
+    // A file that was written to a pipe: the lengths in its header are placeholders.
     writeSoundFile(folder / "tone.wav", sine(440, 0.5, 3), 48000, 1);
     std::string bytes = bytesOf("tone.wav");
     bytes.replace(4, 4, "\xFF\xFF\xFF\xFF");

@@ -197,7 +197,7 @@ TEST_F(TheSingleInstance, RunsWithoutABusAndClaimsTheNameOnceThereIsOne) {
     ASSERT_TRUE(eventually([&] { return timesLogged("first") == 1; }));
     while (wakeUpsWithin(queue, Seconds{0.1}) > 0) {
     }
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);  // It no longer tries.
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0);  // It has stopped trying.
     EXPECT_EQ(requestOfLaunch(), "");
 }
 

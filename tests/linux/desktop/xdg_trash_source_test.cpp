@@ -129,7 +129,7 @@ TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
     const TemporaryFolder media;
     const std::string stick = media / "USB STICK";
     fs::create_directory(stick);
-    // A disk for this process alone; memory in the place of a device.
+    // Mounts a disk for this process alone, in memory.
     if (unshare(CLONE_NEWNS) != 0 ||
         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) {
         GTEST_SKIP() << "This user may not mount; root may.";

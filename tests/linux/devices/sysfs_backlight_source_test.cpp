@@ -61,7 +61,7 @@ TEST_F(TheBacklight, IsAtFirstTheFirmwaresThenThePlatformsThenARawOneThatCanBeRe
 }
 
 TEST_F(TheBacklight, FollowsTheBacklightThatTheDesktopSets) {
-    // A laptop with two graphics chips, whose firmware's backlight does nothing.
+    // A laptop with two graphics chips; its firmware backlight has no effect.
     const std::string firmware = add("acpi_video0", "firmware", "100", "100");
     const std::string intel = add("intel_backlight", "raw", "4000", "10000");
     add("nvidia_0", "raw", "100", "100");
@@ -80,7 +80,7 @@ TEST_F(TheBacklight, FollowsTheBacklightThatTheDesktopSets) {
 }
 
 TEST_F(TheBacklight, IgnoresOutputsThatAreOff) {
-    // Of card0-eDP-1 and card1-eDP-2.
+    // The backlights of card0-eDP-1 and card1-eDP-2.
     const std::string amd = add("amdgpu_bl0", "raw", "2", "10");
     const std::string nvidia = add("nvidia_0", "raw", "6", "10");
     machine.set(amd, "device/enabled", "disabled\n");

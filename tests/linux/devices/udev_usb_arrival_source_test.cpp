@@ -23,7 +23,7 @@ protected:
     std::string plug(const std::string& name, const std::string& type = "usb_device") {
         return machine.add("usb", name, "", {}, {{"DEVTYPE", type}});
     }
-    /// Plugs a device into the hub that has this folder.
+    /// Plugs a device into the hub with this folder.
     std::string plugInto(const std::string& hub, const std::string& name,
                          const FakeDevices::Values& attributes = {}) {
         return machine.add("usb", name, hub, attributes, {{"DEVTYPE", "usb_device"}});

@@ -269,7 +269,7 @@ TEST_F(TheWindowsOfARestartingServer, AreReportedWhenTheServerComesLateAndReturn
         {
             Client client(kDisplay);
             std::uint32_t process = 0x30000000;
-            // Windows that are there when the server is found do not count.
+            // Windows that exist when the server is found do not count.
             EXPECT_TRUE(runUntil(queue, [&] {
                 client.setClientList({client.open(++process)});
                 return launches > 0;

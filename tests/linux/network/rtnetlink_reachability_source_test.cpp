@@ -147,7 +147,7 @@ TEST_F(TheReachability, CountsATunnelOnlyWhileACableCarriesIt) {
 }
 
 TEST_F(TheReachability, IsNotGivenByADummyLink) {
-    // Some VPNs hold back IPv6 in this way.
+    // Some VPNs block IPv6 in this way.
     if (!PrivateNetwork::ip("link add ipv6leakintrf0 type dummy")) {
         GTEST_SKIP() << "This kernel has no dummy links.";
     }
@@ -166,7 +166,7 @@ TEST_F(TheReachability, BelievesOnlyTheKernel) {
     asked.open();
     ASSERT_TRUE(asked.isReachable());
     const FileDescriptor liar(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE));
-    // The kernel numbers the first socket of a process like the process.
+    // The kernel gives the first socket of a process the process's number.
     sockaddr_nl us{};
     us.nl_family = AF_NETLINK;
     us.nl_pid = static_cast<unsigned>(getpid());

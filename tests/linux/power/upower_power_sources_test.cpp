@@ -58,7 +58,7 @@ protected:
         EXPECT_TRUE(runUntil(queue, [this] { return !log.str().empty(); }));
         return std::exchange(log, std::ostringstream()).str();
     }
-    /// Runs everything that is pending; returns whether nothing was told meanwhile.
+    /// Runs everything that is pending. Returns whether nothing was reported meanwhile.
     bool isQuiet() {
         while (wakeUpsWithin(queue, Seconds{0.1}) > 0) {
         }

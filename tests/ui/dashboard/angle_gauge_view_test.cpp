@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kOverhang = AngleGaugeView::kOverhang;
 
-/// A dial in bounds of 240 x 150, whose radius is 104 around the point (120, 16) from the
+/// Returns a dial in bounds of 240 x 150, with a radius of 104 around the point (120, 16) from the
 /// lower left.
 std::unique_ptr<AngleGaugeView> viewOf(float angle,
                                        const ColorScheme& colors = ColorScheme::light()) {
@@ -31,7 +31,8 @@ std::unique_ptr<AngleGaugeView> viewOf(float angle,
     return view;
 }
 
-/// The colour at a distance from the centre of the dial, in the direction of a value of it.
+/// Returns the colour at a distance from the centre of the dial, in the direction of one of
+/// its values.
 QColor at(const QImage& image, double angle, double distance) {
     const double direction = (180 - angle) * std::numbers::pi / 180;
     const double x = kOverhang + 120 + std::cos(direction) * distance;

@@ -73,7 +73,7 @@ protected:
         return named<QPushButton>(bed.window(), QString::fromUtf8(name));
     }
     std::string theme() { return bed.themes().currentText().toStdString(); }
-    /// Opens the theme menu and clicks the item of this title.
+    /// Opens the theme menu and clicks the item with this title.
     void chooseTheme(const QString& title) {
         click(bed.themes());
         QAbstractItemView& menu = *bed.themes().view();
@@ -82,7 +82,7 @@ protected:
         clickAt(*menu.viewport(), menu.visualRect(item).center());
         ASSERT_TRUE(becomesTrue([&menu] { return !menu.isVisible(); }));
     }
-    /// Types into the dialog that comes and ends it with this key.
+    /// Types into the dialog that appears and ends it with this key.
     void answer(const std::string& typed, Qt::Key key) {
         ASSERT_TRUE(dialogAppears<QDialog>());
         type(typed);
@@ -251,7 +251,7 @@ TEST_F(TheDashboard, SelectsAThemeAndPlaysItsPreview) {
     }
     const FakeSoundService::Play preview{"/res/t_soft_slap.wav", 0.6F};
     EXPECT_THAT(bed.library.sounds.plays(), ElementsAre(preview, preview));
-    // A change from elsewhere shows too.
+    // A change made elsewhere is shown too.
     bed.library->setTheme(SoundTheme::piano);
     bed.library.queue.runPosted();
     EXPECT_EQ(theme(), "🎹 Piano");

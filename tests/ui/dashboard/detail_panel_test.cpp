@@ -30,7 +30,7 @@ class TheDetailPanel : public testing::Test {
 protected:
     void SetUp() override { reopen(true); }
 
-    /// On a machine where the lid-angle event can work, or not.
+    /// Reopens the panel on a machine where the lid-angle event can work, or not.
     void reopen(bool isAppleSilicon) {
         bed.dependencies.isAppleSilicon = isAppleSilicon;
         bed.open();
@@ -43,14 +43,14 @@ protected:
     SwitchControl& enableSwitch() { return *childrenOf<SwitchControl>(panel()).at(0); }
     AngleGaugeView& gauge() { return *childrenOf<AngleGaugeView>(panel()).at(0); }
     QRect placeOf(const QWidget& part) { return {part.mapTo(&panel(), QPoint()), part.size()}; }
-    /// Whether a label shows a text that begins so.
+    /// Returns whether a label shows a text that begins with `begin`.
     bool showsTextFrom(const char* begin) {
         return std::ranges::any_of(childrenOf<QLabel>(panel()), [begin](QLabel* label) {
             return label->text().startsWith(QString::fromUtf8(begin)) && label->isVisible();
         });
     }
 
-    /// Chooses a file of this name in the dialog that the load button brings up.
+    /// Chooses a file of this name in the dialog of the load button.
     void chooseFile(const std::string& name) {
         std::ofstream(music / name) << "sound";
         click(loadButton());
@@ -78,7 +78,7 @@ TEST_F(TheDetailPanel, SwitchesTheEventByClickAndByKey) {
     enableSwitch().setFocus();
     press(Qt::Key_Space);
     EXPECT_TRUE(knock.isEnabled);
-    // What the program changes is no command of the user's.
+    // A change made by the program is not a user's action.
     const int changes = bed.library.defaults.changes;
     bed.library.event("slap").isEnabled = false;
     bed.select("slap");
@@ -278,8 +278,7 @@ TEST_F(TheDetailPanel, CutsNothingOffAndOverlapsNothing) {
                 EXPECT_GE(part->height(), part->hasHeightForWidth()
                                               ? part->heightForWidth(part->width())
                                               : part->sizeHint().height());
-                // The large emoji is drawn in a font that is narrower than the one it is
-                // measured by.
+                // The large emoji is drawn in a narrower font than the one used to measure it.
                 if (!part->hasHeightForWidth() && part->font().pixelSize() < 40) {
                     EXPECT_GE(part->width(), part->sizeHint().width());
                 }

@@ -11,7 +11,7 @@
 namespace chimewerk {
 namespace {
 
-/// A font whose letters are as wide as high: lengths that can be worked out in one's head.
+/// Measures a font whose letters are as wide as it is large, for easy arithmetic.
 GaugeSize measure(const std::string& text, const GaugeFont& font) {
     return {static_cast<double>(text.size()) * font.size, 2.0 * font.size};
 }
@@ -39,7 +39,7 @@ std::vector<std::string> textsOf(const GaugeState& state) {
     return texts;
 }
 
-/// The line of this colour; of the gray ones the last. All of zero when there is none.
+/// Returns the line of this colour, the last of the gray ones; all zero if there is none.
 GaugeLine lineOf(const std::vector<GaugeShape>& shapes, GaugeColor color) {
     GaugeLine found;
     for (const GaugeLine& line : only<GaugeLine>(shapes)) {
@@ -89,7 +89,7 @@ TEST(TheAngleGauge, SpreadsItsTicksFromLeftToRight) {
     expectAt(lines[5].to, 224, 16);
 
     const auto texts = only<GaugeText>(shapes);
-    expectAt(texts.at(0).origin, 6 - 13.5, 16 - 9);  // "0°" is three bytes, and so 27 wide.
+    expectAt(texts.at(0).origin, 6 - 13.5, 16 - 9);  // "0°" is three bytes, so it is 27 wide.
     expectAt(texts.at(1).origin, 120 - 18, 130 - 9);
     expectAt(texts.at(2).origin, 234 - 22.5, 16 - 9);
 }
@@ -126,7 +126,7 @@ TEST(TheAngleGauge, PointsItsNeedleAndMarkAtTheirAngles) {
         double x;
         double y;
     };
-    // Beyond 180° it goes on below the baseline.
+    // Beyond 180° the scale continues below the baseline.
     for (const auto& [angle, x, y] :
          {Case{0, -1, 0}, Case{60, -0.5, std::sqrt(0.75)}, Case{90, 0, 1}, Case{180, 1, 0},
           Case{210, std::sqrt(0.75), -0.5}}) {

@@ -10,7 +10,7 @@
 namespace chimewerk {
 namespace {
 
-/// The text with brackets around its emoji.
+/// Returns the text with brackets around its emoji.
 std::u16string marked(std::u16string_view text) {
     std::u16string result;
     for (const EmojiRun& run : emojiRuns(text)) {
@@ -30,15 +30,15 @@ TEST(TheEmojiRuns, SeparateEmojiFromText) {
              {u"plain — 3 ≥ 2", u"plain — 3 ≥ 2"},
              {u"a 🔊 b", u"a [🔊] b"},
              {u"🔊🔇🪫", u"[🔊🔇🪫]"},
-             // By themselves these are text; a selector decides otherwise.
+             // Without a selector these are text.
              {u"⚠ ✏ ⌘ ✓ ▸ ▶", u"⚠ ✏ ⌘ ✓ ▸ ▶"},
              {u"⚠\uFE0F x⌨\uFE0F", u"[⚠\uFE0F] x[⌨\uFE0F]"},
              {u"🔊\uFE0E ⌚\uFE0E ⌚", u"🔊\uFE0E ⌚\uFE0E [⌚]"},
-             // What is made of several characters stays together.
+             // An emoji of several characters stays in one run.
              {u"x1\uFE0F\u20E3y", u"x[1\uFE0F\u20E3]y"},
              {u"👨\u200D👩\u200D👧!", u"[👨\u200D👩\u200D👧]!"},
              {u"a\u200Db", u"a\u200Db"},
-             // Letters and mathematics beyond the Basic Multilingual Plane are text.
+             // Letters and mathematical symbols beyond the Basic Multilingual Plane are text.
              {u"𝐀 𠀀", u"𝐀 𠀀"}}) {
         EXPECT_EQ(marked(text), expected);
     }

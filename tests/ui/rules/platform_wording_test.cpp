@@ -18,7 +18,7 @@
 namespace chimewerk {
 namespace {
 
-/// Everything that the rules say on any machine.
+/// Returns every text that the rules can show on any machine.
 std::set<std::string> givenTexts() {
     std::set<std::string> texts;
     for (const std::string_view text :

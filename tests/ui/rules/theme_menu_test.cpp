@@ -19,7 +19,8 @@ const ThemeMenuItem kNewTheme{"+ New Theme…", 3000};
 
 class TheThemeMenu : public testing::Test {
 protected:
-    /// Custom themes of these names with the ids "0", "1", ...; the one in use, if any.
+    /// Creates custom themes with these names and the ids "0", "1", ... and selects the one with
+    /// the id `active`, if given.
     void setThemes(const std::vector<std::string>& names,
                    std::optional<std::string> active = std::nullopt) {
         library->customThemes.clear();
@@ -31,7 +32,7 @@ protected:
         library->currentTheme =
             library->isCustomThemeActive() ? SoundTheme::system : SoundTheme::classic;
     }
-    /// The items after the built-in themes.
+    /// Returns the items after the built-in themes.
     std::vector<ThemeMenuItem> rest() {
         const std::vector<ThemeMenuItem> all = themeMenu(*library).items;
         return {all.begin() + 7, all.end()};
