@@ -10,29 +10,12 @@
 
 namespace chimewerk {
 
-namespace {
-
-std::unique_ptr<KeySource> evdev(EpollMainQueue& queue, const SessionEnvironment& /*environment*/) {
-    return std::make_unique<EvdevKeySource>(queue);
-}
-
-std::unique_ptr<KeySource> x11(EpollMainQueue& queue, const SessionEnvironment& environment) {
-    return environment.isX11() ? std::make_unique<X11KeySource>(queue, environment.display)
-                               : nullptr;
-}
-
-/// In order of preference. Each returns null if it cannot work in this kind of session.
-constexpr std::unique_ptr<KeySource> (*kWays[])(EpollMainQueue&, const SessionEnvironment&) = {
-    evdev, x11};
-
-}  // namespace
-
-DesktopKeySource::DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment) {
-    for (const auto way : kWays) {
-        if (auto source = way(queue, environment)) {
-            sources_.push_back(std::move(source));
-        }
+DesktopKeySource::DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment,
+                                   const std::string& inputFolder) {
+    if (environment.isX11()) {
+        sources_.push_back(std::make_unique<X11KeySource>(queue, environment.display));
     }
+    sources_.push_back(std::make_unique<EvdevKeySource>(queue, inputFolder));
 }
 
 bool DesktopKeySource::trusted() {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "linux/base/epoll_main_queue.h"
@@ -12,17 +13,20 @@
 
 namespace chimewerk {
 
-/// Receives keys by the first method that works: the kernel's event devices if they are readable,
-/// else the X server of an X11 session. If neither works it is not trusted and creates no tap.
+/// Receives keys by the first method that works: the X server in an X11 session, which also gets the
+/// keys of remote desktops and on-screen keyboards; else the kernel's event devices if they are
+/// readable. If neither works it is not trusted and creates no tap.
 class DesktopKeySource final : public KeySource {
 public:
     /// The queue must outlive the source and its taps.
-    DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment);
+    DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment,
+                     const std::string& inputFolder = "/dev/input");
 
     bool trusted() override;
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
 
 private:
+    /// In order of preference.
     std::vector<std::unique_ptr<KeySource>> sources_;
 };
 

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <system_error>
@@ -19,6 +20,7 @@
 
 #include "linux/base/file_descriptor.h"
 #include "linux/base/folder_watch.h"
+#include "linux/base/sysfs.h"
 #include "linux/keys/key_codes.h"
 
 namespace chimewerk {
@@ -118,10 +120,28 @@ std::vector<std::string> eventDevices(const std::string& folder) {
     return names;
 }
 
+/// Whether the event device is a full keyboard, also if it may not be read. udev uses the same
+/// criterion: it has each of the kernel's first keys, from Escape to D.
+bool isFullKeyboard(const std::string& name) {
+    const auto keys = readSysfsLine("/sys/class/input/" + name + "/device/capabilities/key");
+    if (!keys) {
+        return false;
+    }
+    constexpr unsigned long long kFirstKeys = 0xFFFF'FFFE;
+    const std::size_t lastWord = keys->find_last_of(' ') + 1;
+    return (std::strtoull(keys->c_str() + lastWord, nullptr, 16) & kFirstKeys) == kFirstKeys;
+}
+
+const std::function<void(std::int64_t)> kIgnore = [](std::int64_t) {};
+
 class EvdevKeyTap final : public KeyTap {
 public:
-    EvdevKeyTap(EpollMainQueue& queue, std::string folder, KeyTapCallbacks callbacks)
-        : queue_(queue), folder_(std::move(folder)), callbacks_(std::move(callbacks)) {}
+    EvdevKeyTap(EpollMainQueue& queue, std::string folder, const ActiveSeat::Logind& logind,
+                KeyTapCallbacks callbacks)
+        : queue_(queue),
+          folder_(std::move(folder)),
+          callbacks_(std::move(callbacks)),
+          seat_(queue, logind) {}
 
     void setEnabled(bool enabled) override {
         if (!enabled) {
@@ -178,7 +198,8 @@ private:
             return;
         }
         auto watch = queue_.watch(keyboard->descriptor(), [this, name, opened = keyboard.get()] {
-            if (!opened->read(callbacks_.onKeyDown)) {
+            // Those who may always read the keyboards would hear another user's keys too.
+            if (!opened->read(seat_.isOurs() ? callbacks_.onKeyDown : kIgnore)) {
                 closeFailed(name);
             }
         });
@@ -197,6 +218,7 @@ private:
     EpollMainQueue& queue_;
     const std::string folder_;
     const KeyTapCallbacks callbacks_;
+    ActiveSeat seat_;
     std::map<std::string, OpenKeyboard> open_;
     std::map<std::string, ino_t> broken_;
     std::unique_ptr<FolderWatch> plugging_;
@@ -204,17 +226,25 @@ private:
 
 }  // namespace
 
-EvdevKeySource::EvdevKeySource(EpollMainQueue& queue, std::string folder)
-    : queue_(queue), folder_(std::move(folder)) {}
+EvdevKeySource::EvdevKeySource(EpollMainQueue& queue, std::string folder, ActiveSeat::Logind logind)
+    : queue_(queue), folder_(std::move(folder)), logind_(std::move(logind)) {}
 
 bool EvdevKeySource::trusted() {
-    return std::ranges::any_of(eventDevices(folder_), [this](const std::string& name) {
-        return Keyboard::open(folder_ + "/" + name) != nullptr;
+    const std::vector<std::string> devices = eventDevices(folder_);
+    const auto pathOf = [this](const std::string& name) { return folder_ + "/" + name; };
+    if (std::ranges::any_of(devices, [&](const std::string& name) {
+            return Keyboard::open(pathOf(name)) != nullptr;
+        })) {
+        return true;
+    }
+    // A wireless keyboard may be asleep. It is then not there, which is no lack of permission.
+    return !devices.empty() && std::ranges::none_of(devices, [&](const std::string& name) {
+        return access(pathOf(name).c_str(), R_OK) != 0 && isFullKeyboard(name);
     });
 }
 
 std::unique_ptr<KeyTap> EvdevKeySource::createTap(KeyTapCallbacks callbacks) {
-    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, std::move(callbacks))
+    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, logind_, std::move(callbacks))
                      : nullptr;
 }
 

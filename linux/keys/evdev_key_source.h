@@ -6,6 +6,7 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/keys/active_seat.h"
 #include "monitors/keyboard_monitor.h"
 
 namespace chimewerk {
@@ -13,7 +14,8 @@ namespace chimewerk {
 /// Receives keys from the kernel through libevdev, whichever window has the focus, from every
 /// readable event device with a typing key. A keyboard that is plugged in or becomes readable
 /// later is added; one that becomes unreadable, because another user's session comes to the
-/// foreground, is closed until it is readable again. When a keyboard is unplugged or fails, the
+/// foreground, is closed until it is readable again. Keys are ignored while no session of this user
+/// is in the foreground. When a keyboard is unplugged or fails, the
 /// tap calls `onDisabled` and goes on with the others. Grabs nothing, and does nothing while no
 /// key is pressed.
 ///
@@ -22,15 +24,18 @@ class EvdevKeySource final : public KeySource {
 public:
     /// `folder` is the folder of the kernel's input devices. The queue must outlive the source and
     /// its taps.
-    explicit EvdevKeySource(EpollMainQueue& queue, std::string folder = "/dev/input");
+    explicit EvdevKeySource(EpollMainQueue& queue, std::string folder = "/dev/input",
+                            ActiveSeat::Logind logind = {});
 
-    /// Returns whether at least one keyboard is readable.
+    /// Returns whether at least one keyboard is readable, or there is none at all now that this
+    /// process may not read.
     bool trusted() override;
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
 
 private:
     EpollMainQueue& queue_;
     const std::string folder_;
+    const ActiveSeat::Logind logind_;
 };
 
 }  // namespace chimewerk

@@ -44,8 +44,8 @@ constexpr Key kKeys[] = {
     // Function keys; Print Screen, Scroll Lock and Pause sit where F13 to F15 do.
     {KEY_F1, 122}, {KEY_F2, 120}, {KEY_F3, 99}, {KEY_F4, 118}, {KEY_F5, 96}, {KEY_F6, 97}, {KEY_F7, 98},
     {KEY_F8, 100}, {KEY_F9, 101}, {KEY_F10, 109}, {KEY_F11, 103}, {KEY_F12, 111}, {KEY_F13, 105}, {KEY_F14, 107},
-    {KEY_F15, 113}, {KEY_F16, 106}, {KEY_F17, 64}, {KEY_F18, 79}, {KEY_F19, 80}, {KEY_F20, 90}, {KEY_F21, kOther},
-    {KEY_F22, kOther}, {KEY_F23, kOther}, {KEY_F24, kOther}, {KEY_SYSRQ, 105}, {KEY_SCROLLLOCK, 107},
+    {KEY_F15, 113}, {KEY_F16, 106}, {KEY_F17, 64}, {KEY_F18, 79}, {KEY_F19, 80},
+    {KEY_SYSRQ, 105}, {KEY_SCROLLLOCK, 107},
     {KEY_PAUSE, 113},
     // Keys of Japanese and Korean keyboards.
     {KEY_MUHENKAN, 102}, {KEY_HENKAN, 104}, {KEY_KATAKANAHIRAGANA, 104}, {KEY_ZENKAKUHANKAKU, kOther},

@@ -9,6 +9,7 @@
 #include <umockdev.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdint>
@@ -45,12 +46,18 @@ public:
         std::filesystem::create_directories(root() + "/dev/input");
         mkfifo((root() + made).c_str(), 0600);
         std::filesystem::rename(root() + made, file(name));
+        std::filesystem::create_directories(abilities(name));
+        std::ofstream(abilities(name) + "/key")
+            << (std::ranges::find(keys, unsigned{KEY_A}) == keys.end()
+                    ? "10000000000000 0\n"  // A power button's.
+                    : "402000000 3803078f800d001 feffffdfffefffff fffffffffffffffe\n");
     }
     /// Removes the device: readers get an error and its file vanishes.
     void unplug(const std::string& name) {
         pipeTo(name);
         pipes_.erase(name);
         std::filesystem::remove(file(name));
+        std::filesystem::remove_all(abilities(name));
     }
     /// Returns the real path of the device's file.
     std::string file(const std::string& name) const { return root() + "/dev/input/" + name; }
@@ -59,8 +66,8 @@ public:
     /// be read.
     void makeAccessible() const {
         using std::filesystem::perms;
-        for (const char* const folder :
-             {"", "/ioctl", "/ioctl/dev", "/ioctl/dev/input", "/dev", "/dev/input"}) {
+        for (const char* const folder : {"", "/sys", "/sys/class", "/sys/class/input", "/ioctl",
+                                         "/ioctl/dev", "/ioctl/dev/input", "/dev", "/dev/input"}) {
             std::filesystem::permissions(root() + folder, perms(0755));
         }
         for (const auto& socket :
@@ -84,6 +91,9 @@ private:
         const std::unique_ptr<char, decltype(&g_free)> path(umockdev_testbed_get_root_dir(bed_),
                                                             g_free);
         return path.get();
+    }
+    std::string abilities(const std::string& name) const {
+        return root() + "/sys/class/input/" + name + "/device/capabilities";
     }
     /// Returns the pipe's descriptor. A pipe can be opened only while it has a reader, and then
     /// stays open.

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <linux/input-event-codes.h>
 
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -63,7 +65,10 @@ protected:
 
     FakeKeyboards devices;
     EpollMainQueue queue;
-    EvdevKeySource source{queue};
+    TemporaryFolder seats;
+    bool isOurs = true;
+    EvdevKeySource source{
+        queue, "/dev/input", {.folder = seats.path(), .isOurs = [this] { return isOurs; }}};
     std::vector<std::int64_t> received;
     int disablings = 0;
     std::unique_ptr<KeyTap> tap;
@@ -74,11 +79,47 @@ TEST_F(TheEventDevices, AreTrustedIfOneOfThemHasTypingKeys) {
     devices.plug("event0", {KEY_POWER, KEY_SLEEP});
     devices.plug("event1", {BTN_LEFT, BTN_RIGHT, BTN_MIDDLE});
     devices.plug("event2", {KEY_VOLUMEUP, KEY_PLAYPAUSE, KEY_MUTE});
+    devices.plug("event3", kKeyboard);
+    devices.makeAccessible();
+    const Unprivileged self;
+    for (const char* const device : {"event0", "event1", "event2", "event3"}) {
+        self.permit(devices.file(device), 0);
+    }
     EXPECT_FALSE(source.trusted());
     EXPECT_FALSE(listen());
-    devices.plug("event3", kKeyboard);
+    self.permit(devices.file("event3"), 0666);
     EXPECT_TRUE(source.trusted());
     EXPECT_TRUE(listen());
+}
+
+TEST_F(TheEventDevices, WaitForAKeyboardThatIsNotThereAfterAWake) {
+    devices.plug("event0", {KEY_POWER});
+    devices.makeAccessible();
+    {
+        const Unprivileged self;
+        self.permit(devices.file("event0"), 0);
+        EXPECT_TRUE(source.trusted()) << "there is no keyboard that may not be read";
+        ASSERT_TRUE(listen());
+    }
+    devices.plug("event9", kKeyboard);
+    runReady(queue);
+    EXPECT_THAT(pressEach("event9", {KEY_A}), ElementsAre(0));
+}
+
+TEST_F(TheEventDevices, AreSilentWhileAnotherUserIsInTheForeground) {
+    devices.plug("event0", kKeyboard);
+    ASSERT_TRUE(listen());
+    const auto switchUser = [this](bool toUs) {
+        isOurs = toUs;
+        std::ofstream(seats / ".seat0-new") << "ACTIVE=c2\n";
+        std::filesystem::rename(seats / ".seat0-new", seats / "seat0");
+        runReady(queue);
+    };
+    switchUser(false);
+    EXPECT_THAT(pressEach("event0", {KEY_A}), IsEmpty());
+    switchUser(true);
+    EXPECT_THAT(pressEach("event0", {KEY_B}), ElementsAre(11));
+    EXPECT_EQ(disablings, 0);
 }
 
 TEST_F(TheEventDevices, ReportPressesAndRepeatsButNoReleasesModifiersOrMediaKeys) {

@@ -18,49 +18,30 @@ TEST(TheKeyCodes, AreTheProgramsCodesForTheKernelsKeys) {
         unsigned evdev;
         std::int64_t code;
     };
-    for (const Case& c :
-         {Case{KEY_SPACE, 49}, Case{KEY_ENTER, 36}, Case{KEY_KPENTER, 76}, Case{KEY_A, 0},
-          Case{KEY_S, 1}, Case{KEY_Z, 6}, Case{KEY_M, 46}, Case{KEY_1, 18}, Case{KEY_0, 29},
-          Case{KEY_ESC, 53}, Case{KEY_BACKSPACE, 51}, Case{KEY_DELETE, 117}, Case{KEY_F1, 122},
-          Case{KEY_F12, 111}, Case{KEY_LEFT, 123}, Case{KEY_UP, 126}, Case{KEY_KP0, 82},
-          Case{KEY_102ND, 10}, Case{KEY_F24, kOtherKey}}) {
+    for (const Case& c : {Case{KEY_SPACE, 49},     Case{KEY_ENTER, 36},
+                          Case{KEY_KPENTER, 76},   Case{KEY_A, 0},
+                          Case{KEY_S, 1},          Case{KEY_Z, 6},
+                          Case{KEY_M, 46},         Case{KEY_1, 18},
+                          Case{KEY_0, 29},         Case{KEY_ESC, 53},
+                          Case{KEY_BACKSPACE, 51}, Case{KEY_DELETE, 117},
+                          Case{KEY_F1, 122},       Case{KEY_F12, 111},
+                          Case{KEY_LEFT, 123},     Case{KEY_UP, 126},
+                          Case{KEY_KP0, 82},       Case{KEY_102ND, 10},
+                          Case{KEY_F19, 80},       Case{KEY_ZENKAKUHANKAKU, kOtherKey}}) {
         EXPECT_EQ(virtualKeyCode(c.evdev), c.code) << "key " << c.evdev;
     }
 }
 
 TEST(TheKeyCodes, LeaveOutModifiersMediaKeysAndButtons) {
-    for (const unsigned evdev : {KEY_RESERVED,
-                                 KEY_LEFTSHIFT,
-                                 KEY_RIGHTSHIFT,
-                                 KEY_LEFTCTRL,
-                                 KEY_RIGHTCTRL,
-                                 KEY_LEFTALT,
-                                 KEY_RIGHTALT,
-                                 KEY_LEFTMETA,
-                                 KEY_RIGHTMETA,
-                                 KEY_CAPSLOCK,
-                                 KEY_FN,
-                                 KEY_MUTE,
-                                 KEY_VOLUMEUP,
-                                 KEY_VOLUMEDOWN,
-                                 KEY_MICMUTE,
-                                 KEY_BRIGHTNESSUP,
-                                 KEY_BRIGHTNESSDOWN,
-                                 KEY_KBDILLUMUP,
-                                 KEY_PLAYPAUSE,
-                                 KEY_NEXTSONG,
-                                 KEY_PREVIOUSSONG,
-                                 KEY_STOPCD,
-                                 KEY_EJECTCD,
-                                 KEY_POWER,
-                                 KEY_SLEEP,
-                                 KEY_RFKILL,
-                                 KEY_SWITCHVIDEOMODE,
-                                 BTN_LEFT,
-                                 BTN_SOUTH,
-                                 BTN_TOUCH,
-                                 KEY_MAX,
-                                 0x10000 + KEY_A}) {
+    for (const unsigned evdev :
+         {KEY_RESERVED, KEY_LEFTSHIFT, KEY_RIGHTSHIFT, KEY_LEFTCTRL, KEY_RIGHTCTRL, KEY_LEFTALT,
+          KEY_RIGHTALT, KEY_LEFTMETA, KEY_RIGHTMETA, KEY_CAPSLOCK, KEY_FN, KEY_MUTE, KEY_VOLUMEUP,
+          KEY_VOLUMEDOWN, KEY_MICMUTE,
+          // udev gives keys for the microphone and the touchpad these codes.
+          KEY_F20, KEY_F21, KEY_F22, KEY_F23, KEY_F24, KEY_BRIGHTNESSUP, KEY_BRIGHTNESSDOWN,
+          KEY_KBDILLUMUP, KEY_PLAYPAUSE, KEY_NEXTSONG, KEY_PREVIOUSSONG, KEY_STOPCD, KEY_EJECTCD,
+          KEY_POWER, KEY_SLEEP, KEY_RFKILL, KEY_SWITCHVIDEOMODE, BTN_LEFT, BTN_SOUTH, BTN_TOUCH,
+          KEY_MAX, 0x10000 + KEY_A}) {
         EXPECT_EQ(virtualKeyCode(evdev), std::nullopt) << "key " << evdev;
     }
 }

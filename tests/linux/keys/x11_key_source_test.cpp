@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "support/fake_x_input.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
+#include "tools/files/temporary_folder.h"
 #include "tools/process/child_process.h"
 
 namespace chimewerk {
@@ -171,12 +173,17 @@ TEST_F(TheX11Keys, AreReportedAgainAfterTheServerRestarts) {
 
 TEST_F(TheX11Keys, AreUsedOnlyInAnX11SessionWithoutEventDevices) {
     const std::string display = std::getenv("DISPLAY");
-    DesktopKeySource x11(queue, {.type = "x11", .waylandDisplay = "", .display = display});
+    // As when a joystick may be read and the keyboards may not.
+    const TemporaryFolder input;
+    std::ofstream(input / "event0") << "";
+    DesktopKeySource x11(queue, {.type = "x11", .waylandDisplay = "", .display = display},
+                         input.path());
     EXPECT_TRUE(x11.trusted());
     listen(x11);
     EXPECT_THAT(pressEach({KEY_A}), ElementsAre(0, 49));
-    DesktopKeySource wayland(
-        queue, {.type = "wayland", .waylandDisplay = "wayland-0", .display = display});
+    DesktopKeySource wayland(queue,
+                             {.type = "wayland", .waylandDisplay = "wayland-0", .display = display},
+                             input / "nothing");
     EXPECT_FALSE(wayland.trusted());
     EXPECT_EQ(wayland.createTap({.onKeyDown = [](std::int64_t) {}, .onDisabled = [] {}}), nullptr);
 }
