@@ -31,7 +31,7 @@ set(debian ${CMAKE_CURRENT_LIST_DIR}/debian)
 file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/conffiles
   CONTENT "/etc/xdg/autostart/${CHIMEWERK_ID}.desktop\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
-  ${CMAKE_CURRENT_BINARY_DIR}/conffiles ${debian}/postinst ${debian}/postrm)
+  ${CMAKE_CURRENT_BINARY_DIR}/conffiles ${debian}/postinst ${debian}/prerm ${debian}/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 configure_file(finish_package.cmake.in finish_package.cmake @ONLY)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_BINARY_DIR}/finish_package.cmake)

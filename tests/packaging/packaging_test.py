@@ -6,6 +6,8 @@
 
 import configparser
 import os
+import stat
+import struct
 import subprocess
 import sys
 import tempfile
@@ -14,6 +16,7 @@ from pathlib import Path
 
 BUILD, SESSION, DEMO, ID = (sys.argv.pop(1) for _ in range(4))
 LIMIT = 300
+PRERM = Path(__file__).parents[2] / "packaging/debian/prerm"
 
 
 def run(*command, **options):
@@ -23,6 +26,13 @@ def run(*command, **options):
     if result.returncode != 0:
         raise AssertionError(f"{command[0]} ended with status {result.returncode}:\n{result.stdout}")
     return result.stdout
+
+
+def acl_for_user(user):
+    """Returns the access control list that lets this user read and write, as the kernel stores it."""
+    nobody = 0xFFFFFFFF
+    entries = ((0x01, 6, nobody), (0x02, 6, user), (0x04, 0, nobody), (0x10, 6, nobody), (0x20, 0, nobody))
+    return struct.pack("<I", 2) + b"".join(struct.pack("<HHI", *entry) for entry in entries)
 
 
 def read_entry(file):
@@ -71,6 +81,24 @@ class AnInstallation(unittest.TestCase):
                 icon = read_entry(file)["Desktop Entry"]["Icon"]
                 self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").exists())
                 self.assertEqual(read_entry(file)["Desktop Entry"]["TryExec"], program)
+
+    def test_takes_the_permission_for_the_hinge_sensor_back_when_it_is_removed(self):
+        mouse = bytes([5, 1, 9, 2, 0xA1, 1, 0xC0])
+        hinge = bytes([5, 0x20, 9, 0x8A, 0xA1, 1, 0x85, 1, 9, 0x8A, 0x75, 16, 0x95, 1, 0x81, 2, 0xC0])
+        with tempfile.TemporaryDirectory() as root:
+            helper = Path(root, "usr/lib/udev/chimewerk-hinge-sensor")
+            helper.parent.mkdir(parents=True)
+            helper.symlink_to(self.prefix / "lib/udev/chimewerk-hinge-sensor")
+            Path(root, "dev").mkdir()
+            for name, descriptor in (("hidraw0", mouse), ("hidraw1", hinge)):
+                device = Path(root, "sys/class/hidraw", name, "device")
+                device.mkdir(parents=True)
+                (device / "report_descriptor").write_bytes(descriptor)
+                Path(root, "dev", name).touch()
+                os.setxattr(Path(root, "dev", name), "system.posix_acl_access", acl_for_user(1000))
+            run("sh", "-e", PRERM, "remove", env={**os.environ, "DPKG_ROOT": root})
+            masks = [Path(root, "dev", name).stat().st_mode & stat.S_IRWXG for name in ("hidraw0", "hidraw1")]
+        self.assertEqual(masks, [stat.S_IRGRP | stat.S_IWGRP, 0])
 
     def test_works_in_another_folder(self):
         with tempfile.TemporaryDirectory() as elsewhere:
