@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <array>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,8 +28,24 @@ struct IioHinge {
     std::optional<float> degrees(double raw) const;
 };
 
-/// Returns the machine's first industrial-I/O device that measures the angle of a hinge.
-std::optional<IioHinge> findIioHinge();
+/// A way to read the angle of the lid.
+struct IioAngle {
+    /// Returns the angle in whole degrees, 0 to 360; none if there is none to be had now. Any
+    /// thread. May block while the kernel queries the device.
+    std::function<std::optional<float>()> read;
+    /// A file that vanishes with the device.
+    std::string path;
+};
+
+/// An acceleration: x to the right, y upwards or to the back, z out of the screen or keyboard.
+using Acceleration = std::array<double, 3>;
+
+/// Returns the angle between lid and base, in degrees, 0 to 349, from the accelerations of gravity
+/// that they measure, in m/s²; none while the machine is moved or stands on its side, and near 360°.
+std::optional<float> lidAngleOf(const Acceleration& display, const Acceleration& base);
+
+/// Finds the machine's hinge sensor; without one, a pair of accelerometers in its lid and its base.
+std::optional<IioAngle> findIioAngle();
 
 /// A lid sensor that the kernel provides as an industrial-I/O device. It has no events, so it is
 /// read every 0.25 s; impossible angles are skipped. A worker reads it, because the kernel may have
@@ -45,12 +63,12 @@ public:
 
 private:
     void readAngle();
-    void take(std::optional<double> raw);
+    void take(std::optional<float> degrees);
 
     MainQueue& queue_;
     AngleHandler onAngle_;
     FoundHandler onFound_;
-    std::optional<IioHinge> hinge_;
+    std::optional<IioAngle> angle_;
     bool reading_ = false;
     Poller poller_;
     Worker worker_;

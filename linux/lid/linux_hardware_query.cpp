@@ -27,7 +27,7 @@ LinuxHardwareQuery::LinuxHardwareQuery(std::string machine, std::function<bool()
     : machine_(std::move(machine)), hasHingeSensor_(std::move(hasHingeSensor)) {}
 
 bool LinuxHardwareQuery::hasHingeSensor() {
-    return HidrawLidSensorSource::isPresent() || findIioHinge().has_value();
+    return HidrawLidSensorSource::isPresent() || findIioAngle().has_value();
 }
 
 bool LinuxHardwareQuery::supportsLidAngle() const {

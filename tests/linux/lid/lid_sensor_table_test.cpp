@@ -121,6 +121,9 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
          std::vector<Case>{{"degrees without a scale",
                             {{"name", "cros-ec-lid-angle\n"}, {"in_angl_raw", "135\n"}},
                             135},
+                           {"the laptops with Apple's processors",
+                            {{"name", "aop-sensors-las\n"}, {"in_angl_raw", "107\n"}},
+                            107},
                            {"radians, the hinge by its label",
                             {{"name", "hinge\n"},
                              {"in_angl0_raw", "10\n"},
@@ -142,6 +145,49 @@ TEST_F(TheLidSensor, IsReadFromIndustrialIoInDegreesOrRadians) {
         EXPECT_EQ(next(), c.degrees) << c.what;
         table.close();
         machine.remove(hinge);
+    }
+}
+
+TEST_F(TheLidSensor, IsAPairOfAccelerometersWhereThereIsNoHingeSensor) {
+    const auto accelerometer = [this](const std::string& device, const char* label, int y, int z) {
+        return addHinge({{"name", "cros-ec-accel\n"},
+                         {"label", std::string(label) + "\n"},
+                         {"in_accel_scale", "0.000598550\n"},  // 2 g are 32768.
+                         {"in_accel_x_raw", "120\n"},
+                         {"in_accel_y_raw", std::to_string(y) + "\n"},
+                         {"in_accel_z_raw", std::to_string(z) + "\n"}},
+                        device);
+    };
+    const std::string display = accelerometer("iio:device0", "accel-display", 16384, 0);
+    EXPECT_FALSE(open()) << "the base is missing";
+    table.close();
+    const std::string base = accelerometer("iio:device1", "accel-base", 0, 16384);
+    ASSERT_TRUE(open());
+    EXPECT_EQ(next(), 90);
+    machine.set(display, "in_accel_y_raw", "11585\n");
+    machine.set(display, "in_accel_z_raw", "11585\n");
+    ASSERT_TRUE(until([&] { return angles.back() == 135; }));
+    machine.remove(display);
+    EXPECT_TRUE(reports(false));
+}
+
+TEST(TheLidAngle, ComesFromGravityInLidAndBase) {
+    struct Case {
+        const char* what;
+        Acceleration display;
+        Acceleration base;
+        std::optional<float> degrees;
+    };
+    for (const Case& c : std::vector<Case>{
+             {"nearly closed", {0, 0.86, -9.77}, {0, 0, 9.81}, 5.0F},
+             {"upright", {0, 9.81, 0}, {0, 0, 9.81}, 90.0F},
+             {"flat", {0, 0, 9.81}, {0, 0, 9.81}, 180.0F},
+             {"flat on a slope", {0, 6.94, -6.94}, {0, 6.94, -6.94}, 180.0F},
+             {"upright on a slope", {0, 9.66, 1.7}, {0, -1.7, 9.66}, 90.0F},
+             {"closed, by a bad sensor", {0, -0.86, -9.77}, {0, 0, 9.81}, std::nullopt},
+             {"on its side", {9.7, 1, 1}, {9.7, 1, 1}, std::nullopt},
+             {"shaken", {0, 14, 0}, {0, 0, 9.81}, std::nullopt}}) {
+        EXPECT_EQ(lidAngleOf(c.display, c.base), c.degrees) << c.what;
     }
 }
 
