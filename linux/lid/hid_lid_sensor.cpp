@@ -11,7 +11,17 @@ namespace chimewerk {
 
 namespace {
 
+/// Sensors for the orientation of a whole device have the same usage.
 constexpr HidUsage kLidSensor = 0x0020'008A;
+/// The report that begins with the angle.
+constexpr std::uint8_t kAngleReport = 1;
+
+bool isLidSensor(const HidCollection& collection) {
+    return collection.usage == kLidSensor &&
+           std::ranges::any_of(collection.inputs, [](const HidInput& input) {
+               return input.reportId == kAngleReport && (input.bits == 9 || input.bits == 16);
+           });
+}
 
 struct WakeUp {
     HidUsage property;
@@ -38,7 +48,7 @@ void setBits(std::span<std::uint8_t> bytes, std::size_t firstBit, unsigned bits,
 
 std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportDescriptor) {
     const auto collections = readHidReportDescriptor(reportDescriptor);
-    const auto found = std::ranges::find(collections, kLidSensor, &HidCollection::usage);
+    const auto found = std::ranges::find_if(collections, isLidSensor);
     return found == collections.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -62,7 +72,6 @@ void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
 }
 
 std::optional<float> decodeLidReport(std::span<const std::uint8_t> report) {
-    constexpr std::uint8_t kAngleReport = 1;
     constexpr unsigned kAngleBits = 0x1FF;
     if (report.size() < 3 || report[0] != kAngleReport) {
         return std::nullopt;

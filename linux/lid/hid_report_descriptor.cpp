@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace chimewerk {
@@ -86,6 +87,7 @@ private:
     bool openCollection();
     bool closeCollection();
     bool takeFeature(std::uint32_t flags);
+    void takeInput(std::uint32_t flags);
     bool pop();
 
     Globals globals_;
@@ -94,6 +96,8 @@ private:
     /// The usages of the open collections, the outermost first.
     std::vector<HidUsage> open_;
     std::map<std::uint8_t, std::size_t> featureBits_;
+    /// The input reports of which some bits have been declared.
+    std::set<std::uint8_t> begunInputs_;
     std::vector<HidCollection> collections_;
 };
 
@@ -133,6 +137,8 @@ bool DescriptorReader::take(Item item, ItemData data) {
             sensible = takeFeature(data.asUnsigned());
             break;
         case Item::input:
+            takeInput(data.asUnsigned());
+            break;
         case Item::output:
             break;
         default:  // Limits, units and names are not needed.
@@ -198,6 +204,18 @@ bool DescriptorReader::takeFeature(std::uint32_t flags) {
         add(complete(usages_[i]), i, false);
     }
     return true;
+}
+
+void DescriptorReader::takeInput(std::uint32_t flags) {
+    constexpr std::uint32_t kConstant = 1;
+    const bool isEmpty = globals_.reportSize == 0 || globals_.reportCount == 0;
+    if (open_.empty() || isEmpty || !begunInputs_.insert(globals_.reportId).second) {
+        return;
+    }
+    if ((flags & kConstant) == 0) {
+        collections_.back().inputs.push_back(
+            {.reportId = globals_.reportId, .bits = globals_.reportSize});
+    }
 }
 
 /// Removes the next item from `rest` and passes it to `reader`; skips long items.

@@ -30,10 +30,20 @@ struct HidFeature {
     bool operator==(const HidFeature&) const = default;
 };
 
+/// The first field of an input report.
+struct HidInput {
+    /// 0 if the device does not number its reports.
+    std::uint8_t reportId;
+    unsigned bits;
+    bool operator==(const HidInput&) const = default;
+};
+
 /// A top-level collection: a part of a device that acts as a separate device.
 struct HidCollection {
     HidUsage usage;
     std::vector<HidFeature> features;
+    /// The first field of each input report.
+    std::vector<HidInput> inputs = {};
     bool operator==(const HidCollection&) const = default;
 };
 

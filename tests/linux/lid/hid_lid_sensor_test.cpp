@@ -41,6 +41,7 @@ const Bytes kApplication{0xA1, 0x01};
 const Bytes kLogical{0xA1, 0x02};
 const Bytes kEnd{0xC0};
 const Bytes kInput{0x81, 0x02};
+const Bytes kInputPadding{0x81, 0x01};
 const Bytes kVariable{0xB1, 0x02};
 const Bytes kChoice{0xB1, 0x00};
 const Bytes kPadding{0xB1, 0x01};
@@ -50,7 +51,9 @@ Bytes operator+(Bytes left, const Bytes& right) {
     return left;
 }
 
-const Bytes kLidBegin = page(0x20) + usage(0x8A) + kApplication;
+/// The angle: one field of 16 bits in report 1.
+const Bytes kAngle = reportId(1) + size(16) + count(1) + kInput;
+const Bytes kLidBegin = page(0x20) + usage(0x8A) + kApplication + kAngle;
 
 TEST(TheHidLidSensor, IsAnOutermostCollectionWithItsUsage) {
     struct Case {
@@ -60,22 +63,44 @@ TEST(TheHidLidSensor, IsAnOutermostCollectionWithItsUsage) {
     };
     for (const Case& c : std::vector<Case>{
              {"an application", kLidBegin + kEnd, true},
-             {"a physical collection", page(0x20) + usage(0x8A) + kPhysical + kEnd, true},
+             {"a physical collection", page(0x20) + usage(0x8A) + kPhysical + kAngle + kEnd, true},
              {"behind another one",
               page(0x01) + usage(0x02) + kApplication + kEnd + kLidBegin + kEnd, true},
-             {"the page set after the usage", usage(0x8A) + page(0x20) + kApplication + kEnd, true},
-             {"page and usage in one", Bytes{0x0B, 0x8A, 0x00, 0x20, 0x00} + kApplication + kEnd,
-              true},
+             {"the page set after the usage",
+              usage(0x8A) + page(0x20) + kApplication + kAngle + kEnd, true},
+             {"page and usage in one",
+              Bytes{0x0B, 0x8A, 0x00, 0x20, 0x00} + kApplication + kAngle + kEnd, true},
              {"the page from before a pop",
-              page(0x20) + kPush + page(1) + kPop + usage(0x8A) + kApplication + kEnd, true},
+              page(0x20) + kPush + page(1) + kPop + usage(0x8A) + kApplication + kAngle + kEnd,
+              true},
              {"behind a long item", Bytes{0xFE, 2, 0x10, 0xC0, 0xC0} + kLidBegin + kEnd, true},
-             {"one sensor among those of a hub",
-              page(0x20) + usage(0x01) + kApplication + usage(0x8A) + kPhysical + kEnd + kEnd,
+             {"nine bits and padding",
+              page(0x20) + usage(0x8A) + kApplication + reportId(1) + size(9) + count(1) + kInput +
+                  size(7) + kInputPadding + kEnd,
+              true},
+             {"the orientation of a tablet: state and event before the angles",
+              page(0x20) + usage(0x8A) + kApplication + reportId(1) + size(8) + count(2) + kInput +
+                  size(16) + count(3) + kInput + kEnd,
               false},
-             {"another page", page(0x0C) + usage(0x8A) + kApplication + kEnd, false},
-             {"another usage", page(0x20) + usage(0x8B) + kApplication + kEnd, false},
+             {"the angle in another report",
+              page(0x20) + usage(0x8A) + kApplication + reportId(2) + size(16) + count(1) + kInput +
+                  kEnd,
+              false},
+             {"padding in place of the angle",
+              page(0x20) + usage(0x8A) + kApplication + reportId(1) + size(16) + count(1) +
+                  kInputPadding + kInput + kEnd,
+              false},
+             {"no inputs", page(0x20) + usage(0x8A) + kApplication + kEnd, false},
+             {"one sensor among those of a hub",
+              page(0x20) + usage(0x01) + kApplication + usage(0x8A) + kPhysical + kAngle + kEnd +
+                  kEnd,
+              false},
+             {"another page", page(0x0C) + usage(0x8A) + kApplication + kAngle + kEnd, false},
+             {"another usage", page(0x20) + usage(0x8B) + kApplication + kAngle + kEnd, false},
              {"the usage of an input before",
-              page(0x20) + usage(0x8A) + kInput + kApplication + kEnd, false},
+              page(0x01) + usage(0x02) + kApplication + page(0x20) + usage(0x8A) + kInput + kEnd +
+                  kApplication + kAngle + kEnd,
+              false},
              {"nothing", {}, false},
              {"not closed", kLidBegin, false},
              {"closed twice", kLidBegin + kEnd + kEnd, false},
