@@ -34,8 +34,9 @@ Seconds MachineTimes::timeAsleep() {
     return read(CLOCK_BOOTTIME) - awake;
 }
 
-WakeWatch::WakeWatch(EpollMainQueue& queue, MachineTimes times)
+WakeWatch::WakeWatch(EpollMainQueue& queue, MachineTimes times, std::function<void()> onWake)
     : times_(std::move(times)),
+      onWake_(std::move(onWake)),
       asleepBefore_(times_.asleep()),
       timer_(timerfd_create(CLOCK_REALTIME, TFD_NONBLOCK | TFD_CLOEXEC)) {
     if (timer_) {
@@ -62,6 +63,9 @@ void WakeWatch::look() {
     const Seconds asleep = times_.asleep();
     if (asleep - std::exchange(asleepBefore_, asleep) > kNoSleep) {
         wake_ = times_.awake();
+        if (onWake_) {
+            onWake_();
+        }
     }
 }
 

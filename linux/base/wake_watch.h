@@ -27,8 +27,8 @@ struct MachineTimes {
 /// thread only.
 class WakeWatch {
 public:
-    /// The queue must outlive the watch.
-    WakeWatch(EpollMainQueue& queue, MachineTimes times);
+    /// The queue must outlive the watch. Calls `onWake` on the main thread after each wake.
+    WakeWatch(EpollMainQueue& queue, MachineTimes times, std::function<void()> onWake = nullptr);
 
     /// Returns whether the machine has woken within this time.
     bool wokeWithin(Seconds time);
@@ -38,6 +38,7 @@ private:
     void arm();
 
     const MachineTimes times_;
+    const std::function<void()> onWake_;
     Seconds asleepBefore_;
     std::optional<Seconds> wake_;
     FileDescriptor timer_;

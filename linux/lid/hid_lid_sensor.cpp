@@ -52,11 +52,12 @@ std::optional<HidCollection> findLidSensor(std::span<const std::uint8_t> reportD
     return found == collections.end() ? std::nullopt : std::optional(*found);
 }
 
-void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports) {
+void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports,
+                   const std::stop_token& stop) {
     for (const WakeUp& wakeUp : kWakeUps) {
         const auto feature =
             std::ranges::find(sensor.features, wakeUp.property, &HidFeature::usage);
-        if (feature == sensor.features.end()) {
+        if (stop.stop_requested() || feature == sensor.features.end()) {
             continue;
         }
         std::vector<std::uint8_t> report = reports.read(feature->reportId);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <vector>
 
 #include "linux/lid/hid_report_descriptor.h"
@@ -31,7 +32,9 @@ public:
 
 /// Wakes the sensor: switches on reporting and full power and sets the report interval. Skips
 /// settings that the sensor lacks or that cannot be read; keeps the other bits of the same reports.
-void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports);
+/// Breaks off when a stop is requested.
+void wakeLidSensor(const HidCollection& sensor, HidFeatureReports& reports,
+                   const std::stop_token& stop = {});
 
 /// Returns the hinge angle, 0 to 511 whole degrees, in an input report of the sensor, which begins
 /// with the report's identifier; none if the bytes are no such report. Any bytes of any length may

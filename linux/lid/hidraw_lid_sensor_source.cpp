@@ -91,18 +91,34 @@ bool HidrawLidSensorSource::open(AngleHandler onAngle, FoundHandler onFound) {
         if (!device) {
             continue;
         }
-        HidrawFeatureReports reports(device.get());
-        wakeLidSensor(candidate.sensor, reports);
         watch_ = queue_.watch(device.get(), [this] { receive(); });
         if (watch_) {
             device_ = std::move(device);
+            sensor_ = candidate.sensor;
+            wakes_.emplace(queue_, MachineTimes(), [this] { wakeSensor(); });
+            wakeSensor();
             return true;
         }
     }
     return false;
 }
 
+std::unique_ptr<HidFeatureReports> HidrawLidSensorSource::openHidraw(int device) {
+    return std::make_unique<HidrawFeatureReports>(device);
+}
+
+void HidrawLidSensorSource::wakeSensor() {
+    // A descriptor of its own: the source may be closed meanwhile.
+    auto device = std::make_shared<const FileDescriptor>(fcntl(device_.get(), F_DUPFD_CLOEXEC, 0));
+    worker_.post(
+        [device, sensor = sensor_, openReports = openReports_](const std::stop_token& stop) {
+            const auto reports = openReports(device->get());
+            wakeLidSensor(sensor, *reports, stop);
+        });
+}
+
 void HidrawLidSensorSource::close() {
+    wakes_ = std::nullopt;
     watch_ = nullptr;
     device_ = FileDescriptor();
     onAngle_ = nullptr;

@@ -5,15 +5,19 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <cmath>
+#include <memory>
 #include <optional>
+#include <semaphore>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/lid/hidraw_lid_sensor_source.h"
 #include "linux/lid/iio_lid_sensor_source.h"
 #include "linux/lid/linux_hardware_query.h"
 #include "tools/machine/fake_devices.h"
@@ -79,6 +83,41 @@ TEST_F(TheLidSensor, IsTheHidDeviceWithTheRightUsage) {
     lid.reportAngle(10);
     queue.dispatch();
     EXPECT_TRUE(angles.empty());
+}
+
+/// A device that answers only when it may.
+class SlowReports final : public HidFeatureReports {
+public:
+    explicit SlowReports(std::counting_semaphore<>& answers) : answers_(answers) {}
+    std::vector<std::uint8_t> read(std::uint8_t id) override {
+        answers_.acquire();
+        return {id, 0, 0, 0};
+    }
+    void write(const std::vector<std::uint8_t>& /*report*/) override { ++writes; }
+
+    static inline std::atomic<int> writes = 0;
+
+private:
+    std::counting_semaphore<>& answers_;
+};
+
+TEST_F(TheLidSensor, IsWokenWithoutBlockingTheProgramAndAgainAfterSuspension) {
+    // With a feature report for its reporting state.
+    Report descriptor = kLidDescriptor;
+    const Report feature{0x0A, 0x16, 0x03, 0x75, 8, 0xB1, 0x02};
+    descriptor.insert(descriptor.end() - 1, feature.begin(), feature.end());
+    const FakeHidDevice lid(machine, "0", descriptor);
+    std::counting_semaphore<> answers(0);
+    HidrawLidSensorSource source(queue,
+                                 [&](int) { return std::make_unique<SlowReports>(answers); });
+    ASSERT_TRUE(source.open([](float) {}, [](bool) {}));
+    for (const int wakes : {1, 2}) {
+        EXPECT_EQ(SlowReports::writes, wakes - 1) << "still waiting for the device";
+        answers.release();
+        EXPECT_TRUE(until([&] { return SlowReports::writes == wakes; }));
+        source.wakeSensor();
+    }
+    answers.release();
 }
 
 TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
