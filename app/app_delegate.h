@@ -45,8 +45,7 @@ public:
         PermissionPage& keyPermissionPage;
         OutputVolumeSource& output;
         FolderSource& folders;
-        /// Absolute paths of the folders that screenshots appear in.
-        std::vector<std::string> screenshotFolders;
+        std::vector<ScreenshotFolder> screenshotFolders;
         AppLaunchSource& launches;
         TrashSource& trash;
         ReachabilitySource& reachability;

@@ -23,6 +23,7 @@
 #include "linux/base/termination_signals.h"
 #include "linux/decoding/decoder.h"
 #include "linux/desktop/null_file_manager_sounds.h"
+#include "linux/desktop/screenshot_places.h"
 #include "linux/desktop/session_environment.h"
 #include "linux/desktop/single_instance.h"
 #include "linux/desktop/xdg_folders.h"

@@ -15,8 +15,9 @@ public:
     explicit InotifyFolderSource(EpollMainQueue& queue) : queue_(queue) {}
 
     std::vector<std::string> list(const std::string& folder) const override;
-    std::unique_ptr<Stream> watch(const std::string& folder,
-                                  std::function<void()> onChange) override;
+    std::optional<FileIdentity> identify(const std::string& folder,
+                                         const std::string& name) const override;
+    std::unique_ptr<Stream> watch(const std::string& folder, Change onChange) override;
 
 private:
     EpollMainQueue& queue_;

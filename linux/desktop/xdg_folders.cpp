@@ -23,6 +23,8 @@ std::string absoluteFromEnvironment(const char* name) {
     return path;
 }
 
+}  // namespace
+
 std::string homeFolder() {
     std::string home = absoluteFromEnvironment("HOME");
     if (home.empty()) {
@@ -33,6 +35,8 @@ std::string homeFolder() {
     }
     return home;
 }
+
+namespace {
 
 std::string folder(const char* variable, const char* belowHome) {
     std::string path = absoluteFromEnvironment(variable);
@@ -95,14 +99,6 @@ std::string xdgUserFolder(std::string_view name, std::string_view fallback) {
         }
     }
     return path;
-}
-
-std::vector<std::string> screenshotFolders() {
-    const std::string pictures = xdgUserFolder("PICTURES", "Pictures");
-    if (pictures.empty()) {
-        return {};
-    }
-    return {xdgUserFolder("DESKTOP", "Desktop"), pictures, pictures + "/Screenshots"};
 }
 
 }  // namespace chimewerk

@@ -5,13 +5,14 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace chimewerk {
 
 /// All paths are absolute and have no trailing slash; empty if there is no home folder. Environment
 /// variables that hold a relative path count as not set.
 
+/// Returns $HOME, else the home folder of the user's account.
+std::string homeFolder();
 /// Returns $XDG_DATA_HOME, else .local/share in the home folder.
 std::string xdgDataHome();
 /// Returns $XDG_CONFIG_HOME, else .config in the home folder.
@@ -19,8 +20,5 @@ std::string xdgConfigHome();
 /// Returns the user folder with this name in capitals, such as "DESKTOP", from the file
 /// user-dirs.dirs in the configuration folder; else the folder `fallback` in the home folder.
 std::string xdgUserFolder(std::string_view name, std::string_view fallback);
-/// Returns the folders where desktops save screenshots: Desktop, Pictures, and "Screenshots"
-/// in Pictures.
-std::vector<std::string> screenshotFolders();
 
 }  // namespace chimewerk

@@ -51,7 +51,7 @@ protected:
                                  keys,
                                  output,
                                  folders,
-                                 {"/shots"},
+                                 {{.path = "/shots"}},
                                  launches,
                                  trash,
                                  reachability,

@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kDesktop = "/home/someone/Desktop";
 constexpr const char* kPictures = "/home/someone/Pictures";
+constexpr const char* kShots = "/home/someone/Pictures/Bildschirmfotos";
 constexpr const char* kShot = "Screenshot From 2024-05-01 12-00-00.png";
 
 class TheScreenshotMonitor : public testing::Test {
@@ -30,7 +31,12 @@ protected:
 
     VirtualMainQueue queue;
     FakeFolderSource folders;
-    ScreenshotMonitor monitor{queue, folders, {kDesktop, kPictures, kDesktop}};
+    ScreenshotMonitor monitor{queue,
+                              folders,
+                              {{.path = kDesktop},
+                               {.path = kPictures, .beginnings = {"Screenshot", "Bildschirmfoto"}},
+                               {.path = kShots, .holdsOnlyShots = true},
+                               {.path = kDesktop}}};
     int shots = 0;
 };
 
@@ -100,13 +106,50 @@ TEST_F(TheScreenshotMonitor, CountsARenamedAndARecreatedScreenshotAsNew) {
 TEST_F(TheScreenshotMonitor, ChecksEachFolderSeparatelyAndOnceEvenIfNamedTwice) {
     folders.add(kPictures, kShot);
     monitor.start();
-    EXPECT_EQ(folders.streams(), 2U);
-    folders.remove(kPictures, kShot);
-    folders.add(kDesktop, kShot);
-    EXPECT_EQ(settle(), 1);
+    EXPECT_EQ(folders.streams(), 3U);
     folders.add(kDesktop, "Screenshot 1.png");
     folders.add(kPictures, "Screenshot 1.png");
     EXPECT_EQ(settle(), 2);
+}
+
+TEST_F(TheScreenshotMonitor, KnowsMoreNamesWhereTheDesktopSavesThem) {
+    monitor.start();
+    struct Case {
+        const char* folder;
+        const char* name;
+        int fires;
+    };
+    for (const Case& c : {Case{kDesktop, "Bildschirmfoto vom 2024-05-01 12-00-00.png", 0},
+                          Case{kPictures, "Bildschirmfoto vom 2024-05-01 12-00-00.png", 1},
+                          Case{kPictures, "Urlaub.png", 0}, Case{kShots, "2024-05-01.png", 1},
+                          Case{kShots, "2024-05-01.webm", 0}}) {
+        folders.add(c.folder, c.name);
+        EXPECT_EQ(settle(), c.fires) << c.folder << "/" << c.name;
+    }
+}
+
+TEST_F(TheScreenshotMonitor, TakesAMovedScreenshotForNoNewOne) {
+    folders.add(kShots, kShot);
+    monitor.start();
+    for (const auto& [from, to] : {std::pair(kShots, kDesktop), {kDesktop, kPictures}}) {
+        folders.move(from, to, kShot);
+        EXPECT_EQ(settle(), 0) << "to " << to;
+    }
+    folders.remove(kPictures, kShot);
+    settle();
+    folders.add(kDesktop, kShot);
+    EXPECT_EQ(settle(), 1) << "another file of the same name";
+}
+
+TEST_F(TheScreenshotMonitor, ListsAFolderOnlyWhenTheFolderItselfHasChanged) {
+    monitor.start();
+    const int before = folders.listings;
+    folders.add(kPictures, kShot);
+    EXPECT_EQ(settle(), 1);
+    EXPECT_EQ(folders.listings, before);
+    folders.putBack(kPictures, {{"Screenshot 2.png", 77}});
+    EXPECT_EQ(settle(), 1);
+    EXPECT_EQ(folders.listings, before + 1);
 }
 
 TEST_F(TheScreenshotMonitor, FiresForNewFilesWhenAFolderCanBeListedAgain) {

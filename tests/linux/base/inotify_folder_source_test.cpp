@@ -5,11 +5,16 @@
 
 #include <gmock/gmock.h>
 
+#include <clocale>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
+#include <vector>
 
+#include "linux/desktop/screenshot_places.h"
 #include "linux/desktop/xdg_folders.h"
 #include "tools/files/temporary_folder.h"
 
@@ -17,7 +22,6 @@ namespace chimewerk {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
@@ -34,13 +38,39 @@ protected:
         std::ofstream(home.path() / ".config" / "user-dirs.dirs") << text;
     }
 
+    /// Writes a catalogue of messages, in the format of the C library.
+    void translate(const std::string& program,
+                   const std::map<std::string, std::string>& messages) const {
+        const fs::path folder = home.path() / "locale/de/LC_MESSAGES";
+        fs::create_directories(folder);
+        std::map<std::string, std::string> all = messages;
+        all[""] = "Content-Type: text/plain; charset=UTF-8\n";
+        const auto count = static_cast<std::uint32_t>(all.size());
+        constexpr std::uint32_t kHeader = 28;
+        std::vector<std::uint32_t> words{0x950412DE, 0, count, kHeader, kHeader + 8 * count, 0, 0};
+        std::string texts;
+        const auto add = [&](const std::string& text) {
+            words.push_back(static_cast<std::uint32_t>(text.size()));
+            words.push_back(static_cast<std::uint32_t>(kHeader + 16 * count + texts.size()));
+            texts += text + '\0';
+        };
+        for (const auto& [text, translation] : all) {
+            add(text);
+        }
+        for (const auto& [text, translation] : all) {
+            add(translation);
+        }
+        std::ofstream file(folder / (program + ".mo"), std::ios::binary);
+        file.write(reinterpret_cast<const char*>(words.data()),
+                   static_cast<std::streamsize>(words.size() * sizeof words[0]));
+        file << texts;
+    }
+
     const std::string ownHome = std::getenv("HOME");
     TemporaryFolder home;
 };
 
 TEST_F(TheUsersFolders, AreThoseOfTheUsersConfiguration) {
-    EXPECT_THAT(screenshotFolders(),
-                ElementsAre(home / "Desktop", home / "Pictures", home / "Pictures/Screenshots"));
     struct Case {
         const char* text;
         std::string desktop;
@@ -60,6 +90,46 @@ TEST_F(TheUsersFolders, AreThoseOfTheUsersConfiguration) {
     }
 }
 
+/// Shows folders as "path: beginning, beginning" or "path: all".
+std::vector<std::string> shown(const std::vector<ScreenshotFolder>& folders) {
+    std::vector<std::string> texts;
+    for (const ScreenshotFolder& folder : folders) {
+        std::string text = folder.path + ":";
+        for (const std::string& beginning : folder.beginnings) {
+            text += folder.holdsOnlyShots ? " all" : " [" + beginning + "]";
+        }
+        texts.push_back(text);
+    }
+    return texts;
+}
+
+TEST_F(TheUsersFolders, HoldScreenshotsUnderTheNamesThatTheDesktopsGiveThem) {
+    EXPECT_THAT(shown(screenshotFolders(home / "no translations")),
+                testing::Contains(home / "Pictures/Screenshots: all"));
+    // As the German translators of GNOME and Xfce have it.
+    translate("gnome-shell", {{"Screenshot from %s", "Bildschirmfoto vom %s"},
+                              {"Screenshots", "Bildschirmfotos"}});
+    translate("xfce4-screenshooter", {{"Screenshot", "Bildschirmfoto"}});
+    placeFolders("XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\nXDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+    std::ofstream(home.path() / ".config" / "spectaclerc")
+        << "[Save]\ndefaultSaveLocation[$e]=file://$HOME/Meine%20Fotos/\n"
+           "saveFilenameFormat=Schnappschuss_%Y%M%D_%H%m%S\n";
+    setlocale(LC_ALL, "C.UTF-8");
+    setenv("LANGUAGE", "de", 1);
+    const auto folders = shown(screenshotFolders(home / "locale"));
+    unsetenv("LANGUAGE");
+    setlocale(LC_ALL, "C");
+    EXPECT_THAT(
+        folders,
+        testing::IsSupersetOf(
+            {home / "Schreibtisch: [Screenshot]",
+             home / ("Bilder: [Screenshot] [Schnappschuss_] [Bildschirmfoto vom ] [Screenshot From "
+                     "] [Screenshot from ] [Bildschirmfoto]"),
+             home / "Bilder/Screenshots: all", home / "Bilder/Bildschirmfotos: all",
+             home / ("Meine Fotos: [Screenshot] [Schnappschuss_] [Bildschirmfoto vom ] [Screenshot "
+                     "From ] [Screenshot from ] [Bildschirmfoto]")}));
+}
+
 class TheInotifyFolders : public TheUsersFolders {
 protected:
     TheInotifyFolders() { fs::create_directory(home / "Desktop"); }
@@ -76,8 +146,15 @@ TEST_F(TheInotifyFolders, ListWhatIsDirectlyInside) {
     fs::create_symlink("nowhere", home / "Desktop/dangling");
     EXPECT_THAT(source.list(home / "Desktop"), UnorderedElementsAre("folder", "file", "dangling"));
     EXPECT_THAT(source.list(home / "missing"), IsEmpty());
+    const auto file = source.identify(home / "Desktop", "file");
+    EXPECT_TRUE(file);
+    fs::rename(home / "Desktop/file", home / "moved");
+    EXPECT_EQ(source.identify(home.path(), "moved"), file);
+    EXPECT_EQ(source.identify(home / "Desktop", "file"), std::nullopt);
+    save("Desktop/file");
+    EXPECT_NE(source.identify(home / "Desktop", "file"), file);
     EXPECT_THAT(source.list(home / "Desktop/file"), IsEmpty());
-    EXPECT_EQ(source.watch("relative", [] {}), nullptr);
+    EXPECT_EQ(source.watch("relative", [](std::string_view) {}), nullptr);
 }
 
 }  // namespace
