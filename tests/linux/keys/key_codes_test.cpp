@@ -18,16 +18,8 @@ TEST(TheKeyCodes, AreTheProgramsCodesForTheKernelsKeys) {
         unsigned evdev;
         std::int64_t code;
     };
-    for (const Case& c : {Case{KEY_SPACE, 49},     Case{KEY_ENTER, 36},
-                          Case{KEY_KPENTER, 76},   Case{KEY_A, 0},
-                          Case{KEY_S, 1},          Case{KEY_Z, 6},
-                          Case{KEY_M, 46},         Case{KEY_1, 18},
-                          Case{KEY_0, 29},         Case{KEY_ESC, 53},
-                          Case{KEY_BACKSPACE, 51}, Case{KEY_DELETE, 117},
-                          Case{KEY_F1, 122},       Case{KEY_F12, 111},
-                          Case{KEY_LEFT, 123},     Case{KEY_UP, 126},
-                          Case{KEY_KP0, 82},       Case{KEY_102ND, 10},
-                          Case{KEY_F19, 80},       Case{KEY_ZENKAKUHANKAKU, kOtherKey}}) {
+    for (const Case& c : {Case{KEY_SPACE, 49}, Case{KEY_ENTER, 36}, Case{KEY_KPENTER, 76},
+                          Case{KEY_A, 0}, Case{KEY_F19, 80}, Case{KEY_ZENKAKUHANKAKU, kOtherKey}}) {
         EXPECT_EQ(virtualKeyCode(c.evdev), c.code) << "key " << c.evdev;
     }
 }
