@@ -7,6 +7,7 @@
 #include <linux/input-event-codes.h>
 #include <xcb/xproto.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
@@ -87,19 +88,20 @@ TEST_F(TheX11Keys, AreReportedDespiteAGrab) {
 TEST_F(TheX11Keys, RepeatWhileHeldWithTheServersSettings) {
     ASSERT_EQ(std::system("xset r rate 200 50"), 0);
     listen(source);
+    const auto hasReceived = [&](std::int64_t keyCode, int times) {
+        return runUntil(queue, [&] { return std::ranges::count(received, keyCode) >= times; });
+    };
     x.press(KEY_LEFTCTRL);  // Does not repeat, and is not reported.
+    const auto pressed = std::chrono::steady_clock::now();
     x.press(KEY_A);
-    EXPECT_TRUE(runUntil(queue, [&] { return received.size() == 1; }));
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.1}), 0);
-    EXPECT_TRUE(runUntil(
-        queue, [&] { return received.size() == 6; }, Seconds{2}));
+    EXPECT_TRUE(hasReceived(0, 2));
+    EXPECT_GE(std::chrono::steady_clock::now() - pressed, std::chrono::milliseconds(200));
+    EXPECT_TRUE(hasReceived(0, 5));
     x.press(KEY_B);  // Only the last key repeats.
-    EXPECT_TRUE(runUntil(
-        queue, [&] { return received.size() == 9; }, Seconds{2}));
-    EXPECT_THAT(received, ElementsAre(0, 0, 0, 0, 0, 0, 11, 11, 11));
+    EXPECT_TRUE(hasReceived(11, 3));
+    EXPECT_TRUE(std::ranges::is_sorted(received)) << "no A after the first B";
     x.release(KEY_A);
-    EXPECT_TRUE(runUntil(
-        queue, [&] { return received.size() == 10; }, Seconds{2}));
+    EXPECT_TRUE(hasReceived(11, 5));
     x.release(KEY_B);
     x.release(KEY_LEFTCTRL);
     x.sync();
