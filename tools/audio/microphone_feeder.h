@@ -10,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <csignal>
 #include <cstddef>
 #include <string>
 #include <thread>
@@ -36,6 +37,11 @@ private:
     static constexpr std::size_t kPartsPerSecond = std::chrono::seconds(1) / kPace;
 
     void feed(const std::stop_token& stop) {
+        // The server may close the FIFO between the opening and the writing.
+        sigset_t brokenPipe{};
+        sigemptyset(&brokenPipe);
+        sigaddset(&brokenPipe, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
         std::vector<float> part(rate_ / kPartsPerSecond * channels_);
         auto due = std::chrono::steady_clock::now();
         while (!stop.stop_requested()) {

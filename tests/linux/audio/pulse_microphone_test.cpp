@@ -64,14 +64,16 @@ protected:
     }
     /// Makes this many knocks, a third of a second apart, and returns the number detected.
     int knocksDetected(int count, MicrophoneFeeder& feeder, std::size_t channel = 0) {
-        const int before = knocks;
-        for (int i = 0; i < count; ++i) {
+        const auto wait = [&] {
             runUntil(
                 queue, [] { return false; }, Seconds{0.333});
+        };
+        wait();  // For knocks that are still on their way.
+        const int before = knocks;
+        for (int i = 0; i < count; ++i) {
             feeder.knock(channel);
+            wait();
         }
-        runUntil(
-            queue, [] { return false; }, Seconds{0.333});
         return knocks - before;
     }
     /// Returns whether the number of the program's recordings at the server becomes `count`.
