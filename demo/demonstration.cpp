@@ -85,7 +85,7 @@ bool Demonstration::writeSettings() const {
     std::ofstream settings(folder / "settings.json");
     const char* separator = R"({"ChimewerkEvents": {)";
     for (const DemoRow& row : rows_) {
-        settings << std::exchange(separator, ", ") << '"' << row.event << "\": {\"enabled\": true}";
+        settings << std::exchange(separator, ", ") << '"' << row.event << R"(": {"enabled": true})";
     }
     settings << '}';
     // Selects another theme than the factory's.

@@ -25,7 +25,7 @@ std::string serialOf(const std::string& folder) {
 /// Returns a single name for a physical connector, which has one port on a USB 2 bus and one on a
 /// USB 3 bus.
 std::string connectorOf(const std::string& folder) {
-    const std::string root = usbRootPort(folder);
+    std::string root = usbRootPort(folder);
     std::error_code none;
     const auto port = std::filesystem::canonical(root + "/port", none);
     if (none) {
@@ -44,7 +44,7 @@ bool UdevUsbArrivalSource::open(std::function<void()> arrived) {
         [this, arrived = std::move(arrived)](std::span<const UdevEvent> events) {
             // Every event must be examined, because it affects the events that follow.
             if (std::ranges::count_if(
-                    events, [this](const UdevEvent& event) { return isArrival(event); })) {
+                    events, [this](const UdevEvent& event) { return isArrival(event); }) > 0) {
                 arrived();
             }
         });
