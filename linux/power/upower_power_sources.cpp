@@ -164,11 +164,11 @@ void UPowerPowerSources::check() {
     if (!machineKnown_ || !deviceKnown_) {
         return;
     }
-    std::optional<PowerSourceDescription> now = describe();
+    const std::optional<PowerSourceDescription> now = describe();
     if (now == source_) {
         return;
     }
-    source_ = std::move(now);
+    source_ = now;
     const std::function<void()> call = isKnown_ ? callbacks_.onChange : callbacks_.onKnown;
     isKnown_ = true;
     if (call) {
