@@ -39,7 +39,7 @@ public:
         callbacks_.onKnown();
     }
     void change(std::optional<PowerSourceDescription> to) {
-        source = std::move(to);
+        source = to;
         if (isFollowed()) {
             callbacks_.onChange();
         }

@@ -149,6 +149,7 @@ void DetailPanel::displayBox(const DetailView& view) {
     }
     for (PanelBox* const box : std::initializer_list<PanelBox*>{thresholdBox_, permissionBox_,
                                                                 intelLockBox_, batteryThreshBox_}) {
+        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): only shownBox() may be null.
         box->setVisible(box == shownBox());
     }
     watch();
