@@ -22,9 +22,10 @@ struct MicrophoneSource {
     bool operator==(const MicrophoneSource&) const = default;
 };
 
-/// Chooses the microphone among the sources of an audio server: the default source, unless that is
-/// the monitor of a sink, which records what the computer plays. In that case it is another source,
-/// preferably a hardware device that is plugged in.
+/// Chooses the microphone among the sources of a sound server: a built-in one if it is plugged in,
+/// else the default source, else another one, if possible a hardware device that is plugged in.
+/// Never the monitor of a sink, which hears what the computer plays, nor a Bluetooth headset, whose
+/// playback suffers while it records; also if that is the default source.
 class MicrophoneChoice {
 public:
     explicit MicrophoneChoice(std::string_view defaultSource) : defaultSource_(defaultSource) {}
@@ -33,7 +34,7 @@ public:
     const std::optional<MicrophoneSource>& best() const { return best_; }
 
 private:
-    using Rank = std::tuple<bool, bool, bool>;
+    using Rank = std::tuple<bool, bool, bool, bool>;
 
     const std::string defaultSource_;
     std::optional<MicrophoneSource> best_;
