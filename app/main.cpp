@@ -203,6 +203,7 @@ int run(int& argumentCount, char** arguments, Command command) {
     queue.post([&program, &action] {
         program.delegate.applicationDidFinishLaunching();
         program.machine.permissionReminder.endStartUp();
+        program.machine.soundServer.open();
         carryOut(program.delegate, action);
     });
     toolkit.run();

@@ -44,7 +44,7 @@ public:
 
 class Ours final : public Way {
 public:
-    explicit Ours(std::string path) : path_(std::move(path)) {}
+    explicit Ours(std::string path) : path_(std::move(path)) { connection_.open(); }
     void play() override { service_.soundFromFile(path_)->play(); }
 
 private:

@@ -53,6 +53,7 @@ void listen(int seconds) {
     const MicrophoneFeeder feeder(fifo != nullptr ? fifo : "");
     EpollMainQueue queue;
     PulseConnection connection;
+    connection.open();
     PulseMicrophone microphone(connection);
     KnockDetector detector(queue, microphone);
     for (const bool listening : {false, true}) {

@@ -4,12 +4,31 @@
 #include "linux/audio/overflow_mixer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <utility>
 
 namespace chimewerk {
 
+namespace {
+
+/// Samples up to here stay as they are; what is above is bent to stay below the ceiling.
+constexpr float kKnee = 0.3F;
+constexpr float kCeiling = 0.49F;
+
+float bent(float sample) {
+    constexpr float kSpan = kCeiling - kKnee;
+    const float above = std::fabs(sample) - kKnee;
+    return above <= 0 ? sample : std::copysign(kKnee + kSpan * std::tanh(above / kSpan), sample);
+}
+
+}  // namespace
+
 void OverflowMixer::add(std::uint64_t voice, std::vector<float> stereo, bool complete) {
+    if (voices_.size() == kMost) {
+        const auto whole = std::ranges::find(voices_, true, &Voice::complete);
+        voices_.erase(whole == voices_.end() ? voices_.begin() : whole);
+    }
     voices_.push_back({voice, std::move(stereo), complete});
 }
 
@@ -33,6 +52,7 @@ void OverflowMixer::mix(std::span<float> stereo) {
         std::ranges::transform(stereo, next, stereo.begin(), std::plus<>());
         voice.mixed += std::min(stereo.size(), next.size());
     }
+    std::ranges::transform(stereo, stereo.begin(), bent);
     std::erase_if(voices_, [](const Voice& voice) {
         return voice.complete && voice.mixed == voice.stereo.size();
     });
@@ -41,6 +61,14 @@ void OverflowMixer::mix(std::span<float> stereo) {
 std::size_t OverflowMixer::framesLeft(std::uint64_t voice) const {
     const auto found = std::ranges::find(voices_, voice, &Voice::id);
     return found == voices_.end() ? 0 : (found->stereo.size() - found->mixed) / 2;
+}
+
+std::size_t OverflowMixer::mostFramesLeft() const {
+    std::size_t most = 0;
+    for (const Voice& voice : voices_) {
+        most = std::max(most, (voice.stereo.size() - voice.mixed) / 2);
+    }
+    return most;
 }
 
 }  // namespace chimewerk

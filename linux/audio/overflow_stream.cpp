@@ -4,6 +4,7 @@
 #include "linux/audio/overflow_stream.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace chimewerk {
@@ -18,8 +19,6 @@ constexpr std::int64_t kLatencyFrames = std::int64_t{kLatencyMilliseconds} * kOu
 }  // namespace
 
 void OverflowStream::start(pa_context& context, Voice voice) {
-    VoiceParts::place(voice, kLatencyFrames / 2);
-    parts_.fit(voice, voice.stereo);
     mixer_.add(voice.id, std::exchange(voice.stereo, {}), voice.sound == nullptr);
     if (voice.sound) {
         parts_.decodeNext(voice);
@@ -34,6 +33,7 @@ void OverflowStream::start(pa_context& context, Voice voice) {
 
 void OverflowStream::connect(pa_context& context) {
     state_ = State::connecting;
+    progressed_ = BootClock::now();
     stream_ =
         std::make_unique<PulseStream>(connection_, context, kLatencyMilliseconds,
                                       PulseStream::Callbacks{.ready = [this] { feed(); },
@@ -53,6 +53,7 @@ void OverflowStream::feed() {
 }
 
 void OverflowStream::mix(std::size_t frames) {
+    progressed_ = BootClock::now();
     if (mixer_.empty()) {
         drain();
         return;
@@ -85,10 +86,26 @@ void OverflowStream::deliver(std::uint64_t voice, std::span<float> stereo, bool 
         return;
     }
     found->decoding = false;
-    parts_.fit(*found, stereo);
     mixer_.append(voice, stereo, last);
     if (last) {
         unfinished_.erase(found);
+    }
+}
+
+std::int64_t OverflowStream::framesLeft() const {
+    const bool busy = stream_ != nullptr && state_ != State::idle;
+    return busy ? kLatencyFrames + static_cast<std::int64_t>(mixer_.mostFramesLeft()) : 0;
+}
+
+std::optional<BootClock::time_point> OverflowStream::deadline() const {
+    const bool busy = stream_ != nullptr && state_ != State::idle;
+    return busy ? std::optional(progressed_ + kPatience) : std::nullopt;
+}
+
+void OverflowStream::endOverdue(BootClock::time_point now) {
+    if (const auto due = deadline(); due && *due <= now) {
+        clear();
+        quiet_();
     }
 }
 

@@ -7,9 +7,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
+#include "linux/audio/boot_clock.h"
 #include "linux/audio/overflow_mixer.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_stream.h"
@@ -34,6 +36,13 @@ public:
     /// Destroys the stream and the voices that play on it.
     void clear();
 
+    /// Returns how many frames it has still to play, of the voices that it has now.
+    std::int64_t framesLeft() const;
+    /// Returns when the server must have asked for more or played all; none if it is quiet.
+    std::optional<BootClock::time_point> deadline() const;
+    /// Ends all voices if it has not.
+    void endOverdue(BootClock::time_point now);
+
     bool exists() const { return stream_ != nullptr; }
     bool isQuiet() const { return state_ != State::feeding && state_ != State::draining; }
 
@@ -51,6 +60,7 @@ private:
     const std::function<void()> quiet_;
     std::unique_ptr<PulseStream> stream_;
     State state_ = State::connecting;
+    BootClock::time_point progressed_;  // When the server last did something, or was asked to.
     OverflowMixer mixer_;
     std::vector<Voice> unfinished_;  // The voices that are still being decoded.
     std::vector<float> mixed_;

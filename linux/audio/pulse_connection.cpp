@@ -3,8 +3,14 @@
 
 #include "linux/audio/pulse_connection.h"
 
+#include <sys/timerfd.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <utility>
+
+#include "linux/base/file_descriptor.h"
 
 namespace chimewerk {
 
@@ -52,6 +58,57 @@ private:
     pa_time_event* event_;
 };
 
+class PulseConnection::BootTimer final : public Timer {
+public:
+    /// `api` is null if there is no main loop.
+    BootTimer(pa_mainloop_api* api, std::function<void()> job)
+        : api_(api),
+          job_(std::move(job)),
+          timer_(timerfd_create(CLOCK_BOOTTIME, TFD_CLOEXEC | TFD_NONBLOCK)) {
+        if (api_ != nullptr && timer_) {
+            event_ = api_->io_new(api_, timer_.get(), PA_IO_EVENT_INPUT, fire, this);
+        }
+    }
+    BootTimer(const BootTimer&) = delete;
+    BootTimer& operator=(const BootTimer&) = delete;
+    ~BootTimer() override {
+        if (event_ != nullptr) {
+            api_->io_free(event_);
+        }
+    }
+
+    void set(std::optional<BootClock::time_point> time) override {
+        if (event_ == nullptr || time == time_) {
+            return;
+        }
+        time_ = time;
+        itimerspec setting{};
+        if (time) {
+            const auto since = time->time_since_epoch();
+            const auto seconds = std::chrono::floor<std::chrono::seconds>(since);
+            setting.it_value = {.tv_sec = seconds.count(), .tv_nsec = (since - seconds).count()};
+        }
+        timerfd_settime(timer_.get(), TFD_TIMER_ABSTIME, &setting, nullptr);
+    }
+
+private:
+    static void fire(pa_mainloop_api* /*api*/, pa_io_event* /*event*/, int timer,
+                     pa_io_event_flags_t /*flags*/, void* user) {
+        std::uint64_t count = 0;
+        BootTimer& self = *static_cast<BootTimer*>(user);
+        if (read(timer, &count, sizeof count) > 0) {
+            self.time_.reset();
+            self.job_();
+        }
+    }
+
+    pa_mainloop_api* const api_;
+    const std::function<void()> job_;
+    const FileDescriptor timer_;
+    pa_io_event* event_ = nullptr;
+    std::optional<BootClock::time_point> time_;
+};
+
 PulseConnection::Lock::Lock(PulseConnection& connection) : loop_(connection.loop_.get()) {
     if (loop_ != nullptr) {
         pa_threaded_mainloop_lock(loop_);
@@ -65,10 +122,7 @@ PulseConnection::Lock::~Lock() {
 }
 
 PulseConnection::PulseConnection(std::chrono::milliseconds longestRetry)
-    : longestRetry_(longestRetry), loop_(startLoop()), retryDelay_(kFirstRetry) {
-    const Lock lock(*this);
-    connectNow();
-}
+    : longestRetry_(longestRetry), loop_(startLoop()), retryDelay_(kFirstRetry) {}
 
 PulseConnection::~PulseConnection() {
     if (!loop_) {
@@ -100,16 +154,23 @@ void PulseConnection::remove(PulseClient& client) {
     }
 }
 
+void PulseConnection::open() {
+    const Lock lock(*this);
+    connectNow();
+}
+
+/// Connecting reads files and may ask the display for the server's address, so that it belongs on
+/// the connection's thread.
 void PulseConnection::connectNow() {
     if (loop_ && !context_) {
         retryDelay_ = kFirstRetry;
-        connect(PA_CONTEXT_NOFLAGS);
+        retry_ = after(std::chrono::milliseconds(0), [this] { connect(); });
     }
 }
 
 void PulseConnection::reconnect() {
     drop();
-    connect(PA_CONTEXT_NOAUTOSPAWN);
+    connect();
 }
 
 std::unique_ptr<PulseConnection::Alarm> PulseConnection::after(std::chrono::milliseconds delay,
@@ -118,7 +179,12 @@ std::unique_ptr<PulseConnection::Alarm> PulseConnection::after(std::chrono::mill
                                        std::move(job));
 }
 
-void PulseConnection::connect(pa_context_flags_t flags) {
+std::unique_ptr<PulseConnection::Timer> PulseConnection::makeTimer(std::function<void()> job) {
+    return std::make_unique<BootTimer>(loop_ ? pa_threaded_mainloop_get_api(loop_.get()) : nullptr,
+                                       std::move(job));
+}
+
+void PulseConnection::connect() {
     retry_ = nullptr;
     const PulseHandle<pa_proplist> properties(pa_proplist_new());
     pa_proplist_sets(properties.get(), PA_PROP_APPLICATION_NAME, "Chimewerk");
@@ -140,8 +206,10 @@ void PulseConnection::connect(pa_context_flags_t flags) {
             static_cast<PulseConnection*>(user)->dispatch(event);
         },
         this);
-    // The state callback may already have reported a failure and dropped the context.
-    if (pa_context_connect(context_.get(), nullptr, flags, nullptr) < 0 && context_) {
+    // Starts no server: where one is wanted, its socket starts it. A failure may have been reported
+    // to the state callback already, which then has dropped the context.
+    if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0 &&
+        context_) {
         drop();
         retryLater();
     }
@@ -204,9 +272,8 @@ void PulseConnection::drop() {
     pa_context_disconnect(context.get());
 }
 
-/// Schedules another attempt, which does not start a server: only a sound to be played starts one.
 void PulseConnection::retryLater() {
-    retry_ = after(retryDelay_, [this] { connect(PA_CONTEXT_NOAUTOSPAWN); });
+    retry_ = after(retryDelay_, [this] { connect(); });
     retryDelay_ = std::min(retryDelay_ * 2, longestRetry_);
 }
 

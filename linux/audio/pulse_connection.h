@@ -6,8 +6,10 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "linux/audio/boot_clock.h"
 #include "linux/audio/pulse_handles.h"
 
 namespace chimewerk {
@@ -30,9 +32,9 @@ public:
     virtual void onServerEvent() {}
 };
 
-/// The program's only connection to PulseAudio, or to PipeWire by the same protocol, with its
-/// own thread. While there is no server, it tries to connect: first after 100 ms, then less and
-/// less often.
+/// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of
+/// its own. Once open, and while there is no server, the connection looks for one: after 100 ms at
+/// first, then less and less often. It never starts a server.
 class PulseConnection {
 public:
     /// Starts the thread. If the system lacks the resources for it, there is never a server.
@@ -44,8 +46,11 @@ public:
     /// Ends the connection and the thread. All clients must have been removed.
     ~PulseConnection();
 
-    /// Adds a client, which must be removed before it is destroyed. Calls its `onServerFound()` if
-    /// there is a server. Lock not held; any thread except the connection's.
+    /// Starts to look for the server. Returns at once. Lock not held; any thread.
+    void open();
+
+    /// Adds a client, which must be removed before it is destroyed; calls its `onServerFound()` if
+    /// there is a server. Lock not held; any thread but the connection's.
     void add(PulseClient& client);
     /// Removes a client. Calls its `onServerLost()` if there is a server. The client is not called
     /// after this returns. Lock not held; any thread except the connection's.
@@ -65,7 +70,7 @@ public:
         pa_threaded_mainloop* const loop_;
     };
 
-    /// Tries to connect at once if there is no server. Lock held.
+    /// Looks for the server now if there is none. Returns at once. Lock held.
     void connectNow();
 
     /// Drops the connection and makes a new one; for the clients, the server goes and returns. This
@@ -83,10 +88,23 @@ public:
     [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,
                                                std::function<void()> job);
 
+    /// Calls a job on the connection's thread, lock held, at a time that can be changed. Made, used
+    /// and destroyed with the lock held.
+    class Timer {
+    public:
+        virtual ~Timer() = default;
+        /// Sets when the job is called next; none for never. A time that passes while the program
+        /// or the machine sleeps is noticed at once when it goes on.
+        virtual void set(std::optional<BootClock::time_point> time) = 0;
+    };
+    /// If the system is out of resources, the job is never called.
+    [[nodiscard]] std::unique_ptr<Timer> makeTimer(std::function<void()> job);
+
 private:
     class TimeEvent;
+    class BootTimer;
 
-    void connect(pa_context_flags_t flags);
+    void connect();
     void onStateChange();
     void subscribe();
     void dispatch(pa_subscription_event_type_t event);

@@ -23,18 +23,27 @@ PulsePlayer::PulsePlayer(PulseConnection& connection,
                          std::chrono::milliseconds quietBeforeShrinking)
     : connection_(connection),
       quietBeforeShrinking_(quietBeforeShrinking),
-      pool_(connection, parts_, [this] { shrinkLater(); }),
-      overflow_(connection, parts_, [this] { shrinkLater(); }),
+      pool_(connection, parts_,
+            {.quiet = [this] { onQuiet(); },
+             .deadlineChanged = [this] { watchDeadline(); },
+             .framesBeside = [this] { return overflow_.framesLeft(); }}),
+      overflow_(connection, parts_, [this] { onQuiet(); }),
       parts_(connection, [this](std::uint64_t voice, std::span<float> stereo, bool last) {
           if (!pool_.deliver(voice, stereo, last)) {
               overflow_.deliver(voice, stereo, last);
           }
       }) {
+    {
+        const PulseConnection::Lock lock(connection_);
+        overdue_ = connection_.makeTimer([this] { endOverdue(); });
+    }
     connection_.add(*this);
 }
 
 PulsePlayer::~PulsePlayer() {
     connection_.remove(*this);
+    const PulseConnection::Lock lock(connection_);
+    overdue_ = nullptr;
 }
 
 void PulsePlayer::play(std::shared_ptr<SoundFile> sound, float volume) {
@@ -45,7 +54,7 @@ void PulsePlayer::play(std::shared_ptr<SoundFile> sound, float volume) {
     if (!sound->headIsAll()) {
         voice.sound = std::move(sound);
     }
-    voice.asked = std::chrono::steady_clock::now();
+    voice.asked = BootClock::now();
 
     const PulseConnection::Lock lock(connection_);
     voice.id = ++lastVoice_;
@@ -54,6 +63,8 @@ void PulsePlayer::play(std::shared_ptr<SoundFile> sound, float volume) {
     }
     if (!pool_.start(voice)) {
         overflow_.start(*context_, std::move(voice));
+        pool_.share();
+        watchDeadline();
     }
 }
 
@@ -69,14 +80,31 @@ void PulsePlayer::onServerLost() {
     context_ = nullptr;
 }
 
-void PulsePlayer::shrinkLater() {
+void PulsePlayer::onQuiet() {
+    watchDeadline();
     if (pool_.isLarge() || overflow_.exists()) {
         shrinking_ = connection_.after(quietBeforeShrinking_, [this] { shrink(); });
     }
 }
 
-/// Frees what a burst of sounds needed, unless sounds are playing: then the end of the last one
-/// schedules another call.
+/// Has `endOverdue()` called at the first deadline.
+void PulsePlayer::watchDeadline() {
+    auto first = pool_.deadline();
+    if (const auto other = overflow_.deadline(); other && (!first || *other < *first)) {
+        first = other;
+    }
+    overdue_->set(first);
+}
+
+void PulsePlayer::endOverdue() {
+    const auto now = BootClock::now();
+    pool_.endOverdue(now);
+    overflow_.endOverdue(now);
+    watchDeadline();
+}
+
+/// Frees what a burst of sounds has needed, unless sounds are playing: the end of the last one
+/// calls again.
 void PulsePlayer::shrink() {
     if (!pool_.isQuiet() || !overflow_.isQuiet()) {
         return;

@@ -15,8 +15,10 @@
 
 namespace chimewerk {
 
-/// Plays sounds on the audio server: through a pool of streams, and those beyond the pool through
-/// one stream that mixes them. What a burst of sounds needed is freed after a quiet time.
+/// Plays sounds on the sound server: through a pool of streams, and those beyond the pool through
+/// one stream that mixes them. A sound that is a second late, because there is no server or the
+/// device or the program has stood still, is not heard any more. What a burst of sounds has needed
+/// is freed once it has been quiet for a while.
 ///
 /// Call `play()` on the main thread; everything else runs under the connection's lock, mostly on
 /// its thread.
@@ -39,7 +41,9 @@ public:
     void onServerLost() override;
 
 private:
-    void shrinkLater();
+    void onQuiet();
+    void watchDeadline();
+    void endOverdue();
     void shrink();
 
     PulseConnection& connection_;
@@ -49,6 +53,7 @@ private:
     StreamPool pool_;
     OverflowStream overflow_;
     std::unique_ptr<PulseConnection::Alarm> shrinking_;
+    std::unique_ptr<PulseConnection::Timer> overdue_;  // Set while something plays or waits.
     std::uint64_t lastVoice_ = 0;
 
     VoiceParts parts_;  // Declared last, so that its worker ends first.

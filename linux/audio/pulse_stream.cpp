@@ -45,6 +45,10 @@ bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
     }
     pa_stream_set_state_callback(
         stream_.get(), [](pa_stream*, void* user) { self(user).onStateChange(); }, this);
+    if (callbacks_.started) {
+        pa_stream_set_started_callback(
+            stream_.get(), [](pa_stream*, void* user) { self(user).callbacks_.started(); }, this);
+    }
     if (callbacks_.wanted) {
         pa_stream_set_write_callback(
             stream_.get(),
@@ -73,6 +77,7 @@ bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
 PulseStream::~PulseStream() {
     if (stream_) {
         pa_stream_set_state_callback(stream_.get(), nullptr, nullptr);
+        pa_stream_set_started_callback(stream_.get(), nullptr, nullptr);
         pa_stream_set_write_callback(stream_.get(), nullptr, nullptr);
         pa_stream_disconnect(stream_.get());
     }
@@ -104,10 +109,12 @@ std::size_t PulseStream::wantedFrames() const {
     return bytes == static_cast<std::size_t>(-1) ? 0 : bytes / kFrameSize;
 }
 
-void PulseStream::write(std::span<const float> stereo) {
-    draining_.reset(nullptr);
-    pa_stream_write(stream_.get(), stereo.data(), stereo.size_bytes(), nullptr, 0,
-                    PA_SEEK_RELATIVE);
+void PulseStream::write(std::span<const float> stereo, std::size_t rewind) {
+    if (rewind == 0) {
+        draining_.reset(nullptr);
+    }
+    pa_stream_write(stream_.get(), stereo.data(), stereo.size_bytes(), nullptr,
+                    -static_cast<std::int64_t>(rewind * kFrameSize), PA_SEEK_RELATIVE);
 }
 
 void PulseStream::uncork() {
@@ -134,21 +141,22 @@ void PulseStream::drain(std::function<void()> drained) {
         this));
 }
 
-void PulseStream::askQueued(std::function<void(std::optional<std::int64_t> frames)> answer) {
+void PulseStream::askQueued(std::function<void(std::optional<Queued>)> answer) {
     queuedAnswer_ = std::move(answer);
     asking_.reset(pa_stream_update_timing_info(
         stream_.get(),
         [](pa_stream* stream, int success, void* user) {
             const pa_timing_info* const timing =
                 success != 0 ? pa_stream_get_timing_info(stream) : nullptr;
-            std::optional<std::int64_t> frames;
+            std::optional<Queued> queued;
             if (timing != nullptr && timing->write_index_corrupt == 0 &&
                 timing->read_index_corrupt == 0) {
-                frames = (timing->write_index - timing->read_index) /
-                         static_cast<std::int64_t>(kFrameSize);
+                queued = {.frames = (timing->write_index - timing->read_index) /
+                                    static_cast<std::int64_t>(kFrameSize),
+                          .age = std::chrono::microseconds(pa_timeval_age(&timing->timestamp))};
             }
             const auto answerTo = std::move(self(user).queuedAnswer_);
-            answerTo(frames);
+            answerTo(queued);
         },
         this));
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -26,6 +27,9 @@ public:
         /// The stream has ended for good: the server ended it, or it could not be made. May destroy
         /// the stream.
         std::function<void()> failed;
+        /// The server plays what has been written, for the first time since it was uncorked or
+        /// had run dry. Optional.
+        std::function<void()> started = {};
         /// The server can take this many more frames. Optional.
         std::function<void(std::size_t frames)> wanted = {};
     };
@@ -38,20 +42,27 @@ public:
     PulseStream& operator=(const PulseStream&) = delete;
     ~PulseStream();
 
-    /// Appends frames to those waiting to be played.
-    void write(std::span<const float> stereo);
-    /// Starts playing the frames written.
+    /// Writes frames in place of the last `rewind` ones that have been written, as far as those
+    /// have not been played, and after them.
+    /// `stereo` is at least that long.
+    void write(std::span<const float> stereo, std::size_t rewind = 0);
+    /// Starts playing what has been written.
     void uncork();
     /// Stops playing at once and drops the waiting frames.
     void corkAndFlush();
-    /// Calls `drained` when everything written has been played. A later `write()` or
-    /// `corkAndFlush()` cancels that.
+    /// Calls `drained` when everything written has been heard. A later `write()` that does not
+    /// rewind, or `corkAndFlush()`, cancels that.
     void drain(std::function<void()> drained);
     /// Returns the number of frames that the server can take now.
     std::size_t wantedFrames() const;
-    /// Requests the number of frames waiting to be played and calls `answer` with it, or with none
-    /// if the server does not know.
-    void askQueued(std::function<void(std::optional<std::int64_t> frames)> answer);
+    /// What the server knows about a stream.
+    struct Queued {
+        std::int64_t frames = 0;             // That wait to be played.
+        std::chrono::microseconds age = {};  // How long ago that was so.
+    };
+    /// Asks the server how many frames wait to be played, and calls `answer` with them, or with
+    /// none if the server does not know.
+    void askQueued(std::function<void(std::optional<Queued>)> answer);
 
 private:
     bool connect(pa_context& context, unsigned latencyMilliseconds);
@@ -62,7 +73,7 @@ private:
     PulseHandle<pa_stream> stream_;  // Null if it could not be made.
     std::unique_ptr<PulseConnection::Alarm> failing_;
     std::function<void()> drained_;
-    std::function<void(std::optional<std::int64_t>)> queuedAnswer_;
+    std::function<void(std::optional<Queued>)> queuedAnswer_;
     PulseOperation draining_;
     PulseOperation asking_;
 };

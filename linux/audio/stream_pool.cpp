@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace chimewerk {
 
@@ -15,16 +16,20 @@ using namespace std::chrono_literals;
 /// Streams that are kept while nothing plays: enough for a few simultaneous sounds without waiting
 /// for the server.
 constexpr std::size_t kQuietStreams = 3;
-/// A server allows a few hundred streams for all programs together.
-constexpr std::size_t kMostStreams = 24;
+/// More would take long to send again when another one starts, and a server allows only a few
+/// hundred streams for all programs together.
+constexpr std::size_t kMostStreams = 16;
 constexpr unsigned kLatencyMilliseconds = 10;
-/// How long a voice waits for a stream.
-constexpr auto kPatience = 1s;
 constexpr std::size_t kMostWaiting = 64;
-/// A voice that has not finished this long after its expected end never will: the device has
-/// stopped. Its stream is then reused.
-constexpr auto kOverdue = 2s;
-constexpr auto kRefillInterval = 300ms;
+/// The level of what plays beside the pool.
+constexpr float kHalf = 0.5F;
+constexpr auto kRefillInterval = 150ms;
+/// How long a part of a long sound may take to decode, on a slow disk.
+constexpr auto kDecodePatience = 10s;
+/// A voice that starts later than this plays beside other parts of the others than was thought.
+constexpr auto kPunctual = 10ms;
+/// A device that takes longer to start than this has stood still.
+constexpr auto kStandstill = 100ms;
 
 }  // namespace
 
@@ -43,7 +48,6 @@ void StreamPool::clear() {
 
 bool StreamPool::start(Voice& voice) {
     if (context_ != nullptr) {
-        reclaimOverdue();
         const auto idle =
             std::ranges::find(streams_, PooledStream::State::idle, &PooledStream::state);
         if (idle != streams_.end()) {
@@ -68,7 +72,8 @@ void StreamPool::addStream() {
                                        stream.state = PooledStream::State::idle;
                                        takeWaiting(stream);
                                    },
-                               .failed = [this, &stream] { onFailed(stream); }});
+                               .failed = [this, &stream] { onFailed(stream); },
+                               .started = [this, &stream] { onStarted(stream); }});
 }
 
 void StreamPool::onFailed(PooledStream& stream) {
@@ -78,27 +83,49 @@ void StreamPool::onFailed(PooledStream& stream) {
 void StreamPool::begin(PooledStream& stream, Voice voice) {
     stream.state = PooledStream::State::playing;
     stream.voice = std::move(voice);
-    Voice& playing = stream.voice;
-    const auto length = std::chrono::duration<double>(static_cast<double>(playing.stereo.size()) /
-                                                      (kOutputChannels * kOutputRate));
-    stream.heardBy = Clock::now() + std::chrono::ceil<Clock::duration>(length);
-    VoiceParts::place(playing, 0);
-    parts_.fit(playing, playing.stereo);
-    stream.stream->write(playing.stereo);
+    stream.sound = {};
+    stream.sound.append(stream.voice.stereo);
+    stream.voice.stereo = {};
+    stream.uncorked = BootClock::now();
+    stream.started.reset();
+    stream.heard = 0;
+    share();
     stream.stream->uncork();
-    playing.stereo = {};
-    if (playing.sound) {
-        parts_.decodeNext(playing);
+    if (stream.voice.sound) {
+        parts_.decodeNext(stream.voice);
     } else {
         stream.stream->drain([this, &stream] { finish(stream); });
+    }
+    callbacks_.deadlineChanged();
+}
+
+void StreamPool::onStarted(PooledStream& stream) {
+    const Time now = BootClock::now();
+    if (stream.state != PooledStream::State::playing || stream.started ||
+        deadlineOf(stream) <= now) {
+        return;
+    }
+    const auto standstill = now - deviceTime(now);
+    if (standstill > kStandstill) {
+        for (PooledStream& each : streams_) {
+            if (each.started) {
+                *each.started += standstill;
+            }
+        }
+    }
+    stream.started = stream.progressed = moved_ = now;
+    if (now - stream.uncorked > kPunctual) {
+        share();
     }
 }
 
 void StreamPool::finish(PooledStream& stream) {
+    moved_ = BootClock::now();
     stream.refill = nullptr;
     stream.stream->corkAndFlush();
     stream.state = PooledStream::State::idle;
     stream.voice = {};
+    stream.sound = {};
     takeWaiting(stream);
 }
 
@@ -109,35 +136,59 @@ bool StreamPool::deliver(std::uint64_t voice, std::span<float> stereo, bool last
         return false;
     }
     PooledStream& stream = *found;
+    const Time now = BootClock::now();
     stream.voice.decoding = false;
-    parts_.fit(stream.voice, stereo);
-    stream.stream->write(stereo);
-    stream.heardBy = Clock::now() + 2 * VoiceParts::kAhead;
+    stream.progressed = now;
+    const std::int64_t position = positionOf(stream, deviceTime(now));
+    if (stream.started && position == stream.sound.sent()) {
+        // It has run dry in the meantime.
+        stream.started = now - lengthOf(position);
+    }
+    stream.sound.forgetBefore(position);
+    stream.sound.append(stereo);
+    share();
     if (last) {
+        stream.voice.sound = nullptr;
         stream.stream->drain([this, &stream] { finish(stream); });
     } else {
         refill(stream);
     }
+    callbacks_.deadlineChanged();
     return true;
 }
 
 /// Decodes more if little is waiting at the server; otherwise checks again later.
 void StreamPool::refill(PooledStream& stream) {
-    stream.stream->askQueued([this, &stream](std::optional<std::int64_t> frames) {
-        if (frames.value_or(0) < VoiceParts::kAheadFrames) {
-            parts_.decodeNext(stream.voice);
-        } else {
-            stream.heardBy = Clock::now() + 2 * VoiceParts::kAhead;
-            stream.refill = connection_.after(kRefillInterval, [this, &stream] { refill(stream); });
-        }
+    stream.stream->askQueued([this, &stream](std::optional<PulseStream::Queued> queued) {
+        onQueued(stream, queued.value_or(PulseStream::Queued{}));
     });
+}
+
+void StreamPool::onQueued(PooledStream& stream, const PulseStream::Queued& queued) {
+    const Time now = BootClock::now();
+    if (deadlineOf(stream) <= now) {
+        return;
+    }
+    const std::int64_t heard = stream.sound.sent() - queued.frames;
+    if (stream.started && heard > stream.heard) {
+        stream.heard = heard;
+        stream.started = now - queued.age - lengthOf(heard);
+        stream.progressed = moved_ = now;
+    }
+    if (queued.frames < VoiceParts::kAheadFrames) {
+        stream.progressed = now;
+        parts_.decodeNext(stream.voice);
+    } else {
+        stream.refill = connection_.after(kRefillInterval, [this, &stream] { refill(stream); });
+    }
 }
 
 void StreamPool::keepWaiting(Voice voice) {
     if (waiting_.size() == kMostWaiting) {
-        waiting_.pop_front();
+        dropOldest(waiting_);
     }
     waiting_.push_back(std::move(voice));
+    callbacks_.deadlineChanged();
 }
 
 /// Plays the voice that has waited longest. Drops voices that have waited too long.
@@ -145,21 +196,99 @@ void StreamPool::takeWaiting(PooledStream& stream) {
     while (!waiting_.empty() && stream.state == PooledStream::State::idle) {
         Voice voice = std::move(waiting_.front());
         waiting_.pop_front();
-        if (Clock::now() - voice.asked < kPatience) {
+        if (BootClock::now() - voice.asked < kPatience) {
             begin(stream, std::move(voice));
         }
     }
     if (stream.state == PooledStream::State::idle) {
-        quiet_();
+        callbacks_.quiet();
     }
 }
 
-void StreamPool::reclaimOverdue() {
-    const auto now = Clock::now();
+/// Divides the range among the voices that play, from now on.
+void StreamPool::share() {
+    const Time now = BootClock::now();
+    const Time atDevice = deviceTime(now);
+    std::vector<PooledStream*> playing;
     for (PooledStream& stream : streams_) {
-        if (stream.state == PooledStream::State::playing && now > stream.heardBy + kOverdue) {
-            finish(stream);
+        if (stream.state == PooledStream::State::playing) {
+            playing.push_back(&stream);
         }
+    }
+    std::ranges::sort(playing, {}, [](const PooledStream* stream) { return stream->voice.id; });
+    std::vector<std::span<const float>> levels;
+    for (const PooledStream* const stream : playing) {
+        levels.push_back(stream->sound.levelsFrom(positionOf(*stream, atDevice)));
+    }
+    const std::vector<float> half(static_cast<std::size_t>(callbacks_.framesBeside()) / kLevelBlock,
+                                  kHalf);
+    levels.emplace_back(half);
+    const auto gains = shareRange(levels);
+    for (std::size_t i = 0; i < playing.size(); ++i) {
+        PooledStream& stream = *playing[i];
+        const auto change = stream.sound.send(positionOf(stream, atDevice), gains[i]);
+        if (!change.stereo.empty()) {
+            stream.stream->write(change.stereo, change.rewind);
+        }
+    }
+}
+
+/// Returns until when the device has certainly played: a stream that it has not begun since then
+/// shows that it stands still, for all streams.
+StreamPool::Time StreamPool::deviceTime(Time now) const {
+    Time first = now;
+    for (const PooledStream& stream : streams_) {
+        if (stream.state == PooledStream::State::playing && !stream.started) {
+            first = std::min(first, stream.uncorked);
+        }
+    }
+    return std::max(first, moved_);
+}
+
+std::int64_t StreamPool::positionOf(const PooledStream& stream, Time deviceTime) {
+    if (!stream.started) {
+        return 0;
+    }
+    const auto played = std::chrono::floor<Frames>(deviceTime - *stream.started).count();
+    return std::clamp<std::int64_t>(played, 0, stream.sound.sent());
+}
+
+StreamPool::Time StreamPool::deadlineOf(const PooledStream& stream) {
+    if (!stream.started) {
+        return stream.voice.asked + kPatience;
+    }
+    if (stream.voice.decoding) {
+        return stream.progressed + kDecodePatience;
+    }
+    if (stream.voice.sound) {
+        return stream.progressed + kPatience + kRefillInterval;
+    }
+    return *stream.started + lengthOf(stream.sound.sent()) + kPatience;
+}
+
+std::optional<StreamPool::Time> StreamPool::deadline() const {
+    std::optional<Time> first;
+    if (!waiting_.empty()) {
+        first = waiting_.front().asked + kPatience;
+    }
+    for (const PooledStream& stream : streams_) {
+        if (stream.state == PooledStream::State::playing) {
+            first = std::min(first.value_or(Time::max()), deadlineOf(stream));
+        }
+    }
+    return first;
+}
+
+void StreamPool::endOverdue(Time now) {
+    std::erase_if(waiting_, [&](const Voice& voice) { return voice.asked + kPatience <= now; });
+    // A stream is not used again: it would have to be known that the server has dropped what was
+    // written to it.
+    const auto ended = streams_.remove_if([&](const PooledStream& stream) {
+        return stream.state == PooledStream::State::playing && deadlineOf(stream) <= now;
+    });
+    if (ended > 0 && context_ != nullptr) {
+        fill(*context_);
+        callbacks_.quiet();
     }
 }
 

@@ -10,10 +10,13 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <optional>
 #include <span>
 
+#include "linux/audio/boot_clock.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_stream.h"
+#include "linux/audio/sent_sound.h"
 #include "linux/audio/voice.h"
 #include "linux/audio/voice_parts.h"
 
@@ -23,11 +26,23 @@ namespace chimewerk {
 /// voice is written to an idle stream, which is then uncorked; after the voice the stream is corked
 /// again. The pool grows with the number of simultaneous voices, up to a limit. Used under the
 /// connection's lock.
+///
+/// When a voice starts, those that play already are sent again with lower gains if they would
+/// otherwise leave it too little of the range (see level_shares.h).
 class StreamPool {
 public:
-    /// Calls `quiet` when a stream has become idle. `connection` and `parts` must outlive the pool.
-    StreamPool(PulseConnection& connection, VoiceParts& parts, std::function<void()> quiet)
-        : connection_(connection), parts_(parts), quiet_(std::move(quiet)) {}
+    struct Callbacks {
+        /// A stream has become idle.
+        std::function<void()> quiet;
+        /// `deadline()` may be earlier than before.
+        std::function<void()> deadlineChanged;
+        /// Returns for how many more frames others play beside the pool, at half of the range.
+        std::function<std::int64_t()> framesBeside;
+    };
+
+    /// `connection` and `parts` outlive the pool.
+    StreamPool(PulseConnection& connection, VoiceParts& parts, Callbacks callbacks)
+        : connection_(connection), parts_(parts), callbacks_(std::move(callbacks)) {}
 
     /// Makes the first streams. `context` must be valid until `clear()`.
     void fill(pa_context& context);
@@ -35,12 +50,21 @@ public:
     /// are kept.
     void clear();
 
-    /// Plays the voice on an idle stream, or keeps it until one is idle, for up to a second: a
-    /// later sound would confuse the user. Returns false, and does not take the voice, if the pool
-    /// is at its limit and all streams play.
+    /// Plays the voice on an idle stream, or keeps it until there is one, at most for its patience.
+    /// Returns false, and leaves the voice as it is, if as many voices play as the pool may have
+    /// streams.
     bool start(Voice& voice);
     /// Plays the next part of a long sound. Returns false if the pool does not play this voice.
     bool deliver(std::uint64_t voice, std::span<float> stereo, bool last);
+    /// Divides the range again, because `framesBeside` has changed.
+    void share();
+
+    /// Returns when the first of the voices will be too late, unless the server makes progress
+    /// until then; none if there is no voice.
+    std::optional<BootClock::time_point> deadline() const;
+    /// Ends the voices that are too late: the device has stopped, or the program or the machine
+    /// has slept.
+    void endOverdue(BootClock::time_point now);
 
     bool isQuiet() const;
     std::size_t size() const { return streams_.size(); }
@@ -50,32 +74,43 @@ public:
     void shrink();
 
 private:
-    using Clock = std::chrono::steady_clock;
+    using Time = BootClock::time_point;
 
     struct PooledStream {
         enum class State { connecting, idle, playing };
         State state = State::connecting;
         std::unique_ptr<PulseStream> stream = {};
+        // What it plays:
         Voice voice = {};
-        Clock::time_point heardBy = {};  // When the voice should have been played to its end.
+        SentSound sound = {};
+        Time uncorked = {};
+        std::optional<Time> started = {};  // When the first frame was played.
+        // Of a long sound:
+        std::int64_t heard = 0;  // The frames that the server has played for certain.
+        Time progressed = {};    // When that grew, or the next part was asked for or sent.
         std::unique_ptr<PulseConnection::Alarm> refill = {};
     };
 
     void addStream();
+    void onStarted(PooledStream& stream);
     void onFailed(PooledStream& stream);
     void begin(PooledStream& stream, Voice voice);
     void finish(PooledStream& stream);
     void refill(PooledStream& stream);
+    void onQueued(PooledStream& stream, const PulseStream::Queued& queued);
     void keepWaiting(Voice voice);
     void takeWaiting(PooledStream& stream);
-    void reclaimOverdue();
+    Time deviceTime(Time now) const;
+    static std::int64_t positionOf(const PooledStream& stream, Time deviceTime);
+    static Time deadlineOf(const PooledStream& stream);
 
     PulseConnection& connection_;
     VoiceParts& parts_;
-    const std::function<void()> quiet_;
+    const Callbacks callbacks_;
     pa_context* context_ = nullptr;
     std::list<PooledStream> streams_;  // Their callbacks hold references to them.
-    std::deque<Voice> waiting_;
+    std::deque<Voice> waiting_;        // The oldest first.
+    Time moved_ = {};                  // When the device was last known to play.
 };
 
 }  // namespace chimewerk

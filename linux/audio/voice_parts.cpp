@@ -3,7 +3,6 @@
 
 #include "linux/audio/voice_parts.h"
 
-#include <ratio>
 #include <stop_token>
 #include <vector>
 
@@ -11,22 +10,9 @@ namespace chimewerk {
 
 namespace {
 
-constexpr std::size_t kPartFrames = kOutputRate / 2;
-/// A sound of many seconds leaves this share of the range to the others.
-constexpr float kLongSoundCeiling = 0.75F;
+constexpr std::size_t kPartFrames = kOutputRate / 4;
 
 }  // namespace
-
-void VoiceParts::place(Voice& voice, std::int64_t delayFrames) {
-    using Frames = std::chrono::duration<std::int64_t, std::ratio<1, kOutputRate>>;
-    const auto now = std::chrono::steady_clock::now().time_since_epoch();
-    voice.nextFrame = std::chrono::floor<Frames>(now).count() + delayFrames;
-}
-
-void VoiceParts::fit(Voice& voice, std::span<float> stereo) {
-    headroom_.fit(stereo, voice.nextFrame, voice.sound ? kLongSoundCeiling : 1.0F);
-    voice.nextFrame += static_cast<std::int64_t>(stereo.size()) / kOutputChannels;
-}
 
 void VoiceParts::decodeNext(Voice& voice) {
     voice.decoding = true;

@@ -18,6 +18,7 @@ using Element = OutputVolumeSource::Element;
 class TheOutputVolume : public testing::Test {
 protected:
     void SetUp() override {
+        connection.open();
         run("pactl set-default-sink speaker; pactl set-sink-volume speaker 50%");
         ASSERT_TRUE(becomes(0.5F));
     }

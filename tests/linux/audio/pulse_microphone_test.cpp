@@ -47,6 +47,7 @@ private:
 class ThePulseMicrophone : public testing::Test {
 protected:
     ThePulseMicrophone() {
+        connection.open();
         detector.onKnock = [this] { ++knocks; };
         detector.setupMicrophoneDetection();
     }

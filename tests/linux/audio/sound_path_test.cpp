@@ -1,14 +1,25 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Plays sound files through a real audio server whose sink is recorded. Needs a private session.
+// The way from a sound file to the loudspeaker, on a real sound server whose sink is recorded.
+// Needs a private session.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <complex>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <numbers>
 #include <thread>
 
 #include "linux/audio/pulse_connection.h"
@@ -16,6 +27,7 @@
 #include "linux/audio/pulse_sound_service.h"
 #include "support/kill_streams.h"
 #include "support/open_descriptors.h"
+#include "support/unprivileged.h"
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
 #include "tools/process/eventually.h"
@@ -51,6 +63,7 @@ std::size_t residentBytes() {
 class TheSoundPath : public testing::Test {
 protected:
     void SetUp() override {
+        connection.open();
         ASSERT_TRUE(eventually([] { return ourStreams() == 3; }));
     }
 
@@ -117,21 +130,58 @@ Extent extentOf(const std::vector<float>& stereo, float threshold) {
     return extent;
 }
 
+float peakOf(const std::vector<float>& samples) {
+    float peak = 0;
+    for (const float sample : samples) {
+        peak = std::max(peak, std::fabs(sample));
+    }
+    return peak;
+}
+
+/// Pitches that can be told apart.
+double pitch(int i) {
+    return 400.0 + 350.0 * i;
+}
+
+using Frames = std::chrono::duration<double, std::ratio<1, 48000>>;
+
+/// The highest level of a tone of this pitch in any 20 ms of a stretch of the left channel.
+double mostLevel(const std::vector<float>& stereo, std::size_t from, Frames length, double hertz) {
+    constexpr std::size_t kWindow = 960;
+    const auto end = std::min(from + static_cast<std::size_t>(length.count()), stereo.size() / 2);
+    double most = 0;
+    for (std::size_t start = from; start + kWindow <= end; start += 120) {
+        std::complex<double> sum;
+        for (std::size_t i = 0; i < kWindow; ++i) {
+            const double phase = 2 * std::numbers::pi * static_cast<double>(i);
+            const double weight = 1 - std::cos(phase / kWindow);
+            sum +=
+                weight * double{stereo[2 * (start + i)]} * std::polar(1.0, phase * hertz / 48000);
+        }
+        most = std::max(most, 2 * std::abs(sum) / kWindow);
+    }
+    return most;
+}
+
 TEST_F(TheSoundPath, PlaysAWholeSoundAtItsVolumeAtOnce) {
-    const auto path = file("tone.wav", sine(480, 0.8, 0.3));
-    for (const float volume : {1.0F, 0.3F, 7.0F}) {
+    struct Case {
+        double seconds;
+        float volume;
+    };
+    for (const auto& [seconds, volume] : {Case{0.3, 1.0F}, {0.3, 0.3F}, {0.3, 7.0F}, {1.4, 0.9F}}) {
+        const auto path = file("tone.wav", sine(480, 1.0, seconds));
+        const auto length = std::chrono::milliseconds(std::lround(seconds * 1000));
         SinkRecorder listening;
         ASSERT_TRUE(listening.start());
         const auto asked = play(path, volume);
         const auto heard = listening.waitForSound(asked, kAudible, asked + 1s);
         ASSERT_TRUE(heard) << volume;
         EXPECT_LT(*heard - asked, 100ms) << volume;
-        ASSERT_TRUE(listening.waitUntilRecorded(*heard + 500ms));
-        EXPECT_NEAR(listening.peakBetween(asked, *heard + 500ms), 0.8F * std::min(volume, 1.0F),
-                    0.01F);
+        ASSERT_TRUE(listening.waitUntilRecorded(*heard + length + 200ms));
+        EXPECT_NEAR(listening.peakBetween(asked, *heard + length), std::min(volume, 1.0F), 0.003F);
         listening.stop();
         const Extent extent = extentOf(listening.samples(), 0.001F);
-        EXPECT_NEAR(static_cast<double>(extent.frames), 0.3 * 48000, 260) << volume;
+        EXPECT_NEAR(static_cast<double>(extent.frames), seconds * 48000, 260) << volume;
         EXPECT_LT(extent.longestGap, 50U) << volume;
     }
     ASSERT_TRUE(eventually(allCorked));
@@ -172,6 +222,119 @@ TEST_F(TheSoundPath, PlaysOneHundredSoundsAtOnceWithinRange) {
     EXPECT_LT(extent.longestGap, 1440U);
     EXPECT_TRUE(eventually([] { return ourStreams() == 3; }, 15s));
     EXPECT_TRUE(allCorked());
+}
+
+TEST_F(TheSoundPath, LetsEachOfSeveralLoudSoundsBeHeardAtHalfItsLevelAtLeast) {
+    struct Case {
+        int count;
+        std::chrono::milliseconds apart;
+        double fading;  // 0 for a tone, more for a knock.
+    };
+    for (const auto& [count, apart, fading] : {Case{3, 100ms, 0.0}, {6, 90ms, 3.0}}) {
+        std::vector<std::string> paths;
+        std::vector<double> alone;
+        for (int i = 0; i < count; ++i) {
+            auto sound = sine(pitch(i), 1.0, 0.6);
+            for (std::size_t at = 0; at < sound.size(); ++at) {
+                sound[at] *=
+                    static_cast<float>(std::exp(-fading * static_cast<double>(at) / 20000));
+            }
+            alone.push_back(mostLevel(sound, 0, 60ms, pitch(i)));
+            paths.push_back(file(std::to_string(i) + ".wav", sound));
+        }
+        SinkRecorder listening;
+        ASSERT_TRUE(listening.start());
+        std::vector<SteadyClock::time_point> asked;
+        for (const auto& path : paths) {
+            asked.push_back(play(path));
+            std::this_thread::sleep_until(asked.front() + apart * asked.size());
+        }
+        ASSERT_TRUE(listening.waitUntilRecorded(asked.back() + 800ms));
+        listening.stop();
+        const auto samples = listening.samples();
+        EXPECT_LE(peakOf(samples), 1.0F) << count;
+        const std::size_t first = extentOf(samples, kAudible).first;
+        for (std::size_t i = 0; i < paths.size(); ++i) {
+            const auto onset =
+                first + static_cast<std::size_t>(Frames(asked[i] - asked.front()).count());
+            const double level = mostLevel(samples, onset, 200ms, pitch(static_cast<int>(i)));
+            EXPECT_GE(level, 0.5 * alone[i]) << i << " of " << count;
+        }
+    }
+}
+
+TEST_F(TheSoundPath, KeepsKeysAudibleBesideALoudSongAndTheSumInRange) {
+    const auto song = file("song.wav", sine(300, 1.0, 4));
+    const auto key = file("key.wav", sine(2500, 0.8, 0.06));
+    ASSERT_TRUE(recorder.start());
+    auto due = play(song) + 500ms;
+    for (int i = 0; i < 40; ++i) {
+        std::this_thread::sleep_until(due += 50ms);
+        play(key);
+    }
+    ASSERT_TRUE(recorder.waitUntilRecorded(due + 1200ms));
+    recorder.stop();
+    const auto samples = recorder.samples();
+    // A busy machine may be late for a moment.
+    EXPECT_LE(std::ranges::count_if(samples, [](float each) { return std::fabs(each) > 1.0F; }),
+              std::ssize(samples) / 500);
+    const std::size_t first = extentOf(samples, kAudible).first;
+    int heard = 0;
+    for (std::size_t at = first + 28800; at < first + 115200; at += 2400) {
+        heard += mostLevel(samples, at, 60ms, 2500) >= 0.4 ? 1 : 0;
+    }
+    EXPECT_GE(heard, 32);  // Of 36.
+    EXPECT_NEAR(mostLevel(samples, first + 9600, 100ms, 300), 1.0, 0.01);
+    EXPECT_NEAR(mostLevel(samples, first + 134400, 100ms, 300), 1.0, 0.01);
+}
+
+TEST_F(TheSoundPath, PlaysNothingOldAndNothingLouderWhenADeviceGoesOnThatHadStopped) {
+    const auto oldKey = file("old.wav", sine(700, 0.9, 0.1));
+    const auto newKey = file("new.wav", sine(2500, 0.9, 0.1));
+    for (const auto stopped : {500ms, 2500ms}) {
+        SinkRecorder listening;
+        ASSERT_TRUE(listening.start());
+        ASSERT_EQ(runShell("pactl suspend-sink speaker 1"), 0);
+        [[maybe_unused]] const auto resident = residentBytes();
+        auto due = SteadyClock::now();
+        for (const auto end = due + stopped; due < end; due += 50ms) {
+            play(end - due > 1100ms ? oldKey : newKey);
+            std::this_thread::sleep_until(due);
+        }
+        EXPECT_LE(ourStreams(), 30U);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+        EXPECT_LT(residentBytes(), resident + 4'000'000);
+#endif
+        ASSERT_EQ(runShell("pactl suspend-sink speaker 0"), 0);
+        const auto resumed = SteadyClock::now();
+        ASSERT_TRUE(listening.waitUntilRecorded(resumed + 500ms));
+        listening.stop();
+        const auto samples = listening.samples();
+        EXPECT_LE(peakOf(samples), 1.0F) << stopped.count();
+        const std::size_t first = extentOf(samples, kAudible).first;
+        EXPECT_GE(mostLevel(samples, first, 100ms, 2500), 0.5) << stopped.count();
+        EXPECT_LT(mostLevel(samples, first, 100ms, 700), 0.05) << stopped.count();
+    }
+}
+
+TEST_F(TheSoundPath, DoesNotGoOnWithASoundAfterTheProgramWasStoppedForLong) {
+    play(file("song.wav", sine(300, 0.9, 20)));
+    std::this_thread::sleep_for(300ms);
+    const pid_t self = getpid();
+    if (const pid_t alarm = fork(); alarm == 0) {
+        sleep(2);
+        kill(self, SIGCONT);
+        _exit(0);
+    } else {
+        kill(self, SIGSTOP);
+        waitpid(alarm, nullptr, 0);
+    }
+    ASSERT_TRUE(recorder.start());
+    const auto resumed = SteadyClock::now();
+    ASSERT_TRUE(recorder.waitUntilRecorded(resumed + 500ms));
+    EXPECT_EQ(peakOf(recorder.samples()), 0.0F);
+    const auto asked = play(file("tone.wav", sine(480, 0.5, 0.2)));
+    EXPECT_TRUE(recorder.waitForSound(asked, kAudible, asked + 1s));
 }
 
 TEST_F(TheSoundPath, GivesBackTheMemoryThatABurstHasTaken) {
@@ -221,7 +384,8 @@ TEST_F(TheSoundPath, PlaysAgainAfterTheServerReturnsEvenIfItWasAwayAtTheStart) {
     PulseConnection lateConnection;
     PulsePlayer latePlayer(lateConnection);
     PulseSoundService lateService(decoders, latePlayer, "");
-    play(shortSound);  // There is no server yet.
+    lateConnection.open();
+    play(shortSound);  // Into the void.
     const auto processorBefore = processorTime();
     std::this_thread::sleep_for(5s);
     EXPECT_LT((processorTime() - processorBefore).count(), 0.1);
@@ -282,6 +446,46 @@ TEST_F(TheSoundPath, KeepsDescriptorsAndMemoryFlatThroughFiveThousandPlays) {
     }
 }
 
+TEST(TheConnection, NeitherKeepsItsCallerWaitingNorStartsAServer) {
+    const TemporaryFolder folder;
+    const std::string config = folder / "client.conf";
+    const std::string program = folder / "server";
+    std::ofstream(program) << "#!/bin/sh\ntouch " << folder / "started";
+    ASSERT_EQ(mkfifo(config.c_str(), 0666), 0);
+    ASSERT_EQ(runShell("chmod 755 " + program + "; chown -R nobody " + folder.path().string() +
+                       "; chmod a+x $CHIMEWERK_SESSION $TMPDIR"),
+              0);
+    const std::string server = std::getenv("PULSE_SERVER");
+    const std::string runtime = std::getenv("PULSE_RUNTIME_PATH");
+    setenv("PULSE_SERVER", (folder / "nowhere").c_str(), 1);
+    setenv("PULSE_RUNTIME_PATH", folder.path().c_str(), 1);
+    setenv("PULSE_CLIENTCONFIG", config.c_str(), 1);
+    {
+        const Unprivileged unprivileged;  // Root's programs start no server anyway.
+        // Like a file on a slow disk, the configuration can be read after a third of a second.
+        std::jthread disk([&](const std::stop_token& stop) {
+            std::this_thread::sleep_for(300ms);
+            while (!stop.stop_requested()) {
+                const int file = ::open(config.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+                if (file >= 0) {
+                    dprintf(file, "autospawn = yes\ndaemon-binary = %s\n", program.c_str());
+                    close(file);
+                }
+                std::this_thread::sleep_for(10ms);
+            }
+        });
+        const auto before = SteadyClock::now();
+        PulseConnection connection;
+        connection.open();
+        EXPECT_LT(SteadyClock::now() - before, 200ms);
+        std::this_thread::sleep_for(1s);
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "started"));
+    unsetenv("PULSE_CLIENTCONFIG");
+    setenv("PULSE_RUNTIME_PATH", runtime.c_str(), 1);
+    setenv("PULSE_SERVER", server.c_str(), 1);
+}
+
 TEST(TheSoundPathWithoutResources, StaysSilent) {
     rlimit before{};
     getrlimit(RLIMIT_NOFILE, &before);
@@ -294,6 +498,7 @@ TEST(TheSoundPathWithoutResources, StaysSilent) {
     setrlimit(RLIMIT_NOFILE, &none);
     {
         PulseConnection connection;
+        connection.open();
         PulsePlayer player(connection);
         player.play(sound, 1);
     }
