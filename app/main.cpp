@@ -4,6 +4,7 @@
 // The composition root: makes the parts, connects them and runs the main loop. The parts know each
 // other only through interfaces.
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 #include <string>
 
@@ -15,6 +16,7 @@
 #include "linux/audio/pulse_output_volume_source.h"
 #include "linux/audio/pulse_player.h"
 #include "linux/audio/pulse_sound_service.h"
+#include "linux/base/core_dumps.h"
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/inotify_folder_source.h"
 #include "linux/base/posix_file_system.h"
@@ -22,6 +24,7 @@
 #include "linux/base/system_clock.h"
 #include "linux/base/termination_signals.h"
 #include "linux/decoding/decoder.h"
+#include "linux/desktop/desktop_notification.h"
 #include "linux/desktop/null_file_manager_sounds.h"
 #include "linux/desktop/screenshot_places.h"
 #include "linux/desktop/session_environment.h"
@@ -65,13 +68,31 @@ std::string actionFor(Command command) {
     }
 }
 
+/// How long a quit may take. The next launch waits a little longer for the name.
+constexpr Seconds kQuitPatience{4};
+
+/// Ends the main loop, and then the process, whatever it waits for: a sound may lie on a network
+/// file system that no longer answers.
+void quit() {
+    TerminationSignals::endWithin(kQuitPatience);
+    QtProgram::quit();
+}
+
+void reportNotAnswering() {
+    constexpr const char* kSummary = "Chimewerk is running, but does not answer.";
+    constexpr const char* kAdvice =
+        "If it stays so, end it in the system monitor and start it again.";
+    std::fprintf(stderr, "%s %s\n", kSummary, kAdvice);
+    showDesktopNotification(CHIMEWERK_ID, kSummary, kAdvice);
+}
+
 void carryOut(AppDelegate& delegate, const std::string& action) {
     if (action == SingleInstance::kOpenDashboard) {
         delegate.openDashboard();
     } else if (action == SingleInstance::kOpenHelp) {
         delegate.openHelp();
     } else if (action == SingleInstance::kQuit) {
-        QtProgram::quit();
+        quit();
     }
 }
 
@@ -175,20 +196,24 @@ struct Program {
                           .fileManagerSounds = machine.fileManagerSounds,
                           .statusItem = statusItem,
                           .windows = windows,
-                          .terminate = QtProgram::quit},
+                          .terminate = quit},
                          sourcesOf(machine)};
 };
 
 /// Runs the program. If an instance runs already, passes `command` on to it instead.
 int run(int& argumentCount, char** arguments, Command command) {
+    forbidCoreDumps();
     EpollMainQueue queue;
-    const TerminationSignals signals(queue, QtProgram::quit);
+    const TerminationSignals signals(queue, kQuitPatience, QtProgram::quit);
     AppDelegate* running = nullptr;
     SingleInstance instance(queue, CHIMEWERK_ID, laterLaunches(running));
     const std::string action = actionFor(command);
-    if (instance.claim(LaunchRequest::ofThisProcess(action)) ==
-            SingleInstance::Outcome::alreadyRunning ||
-        command == Command::quit) {
+    const auto outcome = instance.claim(LaunchRequest::ofThisProcess(action));
+    if (outcome == SingleInstance::Outcome::notAnswering) {
+        reportNotAnswering();
+        return EXIT_FAILURE;
+    }
+    if (outcome == SingleInstance::Outcome::alreadyRunning || command == Command::quit) {
         return 0;
     }
 
@@ -207,6 +232,7 @@ int run(int& argumentCount, char** arguments, Command command) {
         carryOut(program.delegate, action);
     });
     toolkit.run();
+    TerminationSignals::endWithin(kQuitPatience);
     program.delegate.applicationWillTerminate();
     machine.defaults.flush();
     return 0;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <QByteArray>
+#include <QOpenGLContext>
 #include <QSessionManager>
 #include <QString>
 #include <cstdio>
@@ -30,11 +31,27 @@ QByteArray platforms() {
     return wayland && !gnome ? "wayland;xcb;offscreen" : "xcb;wayland;offscreen";
 }
 
-void setUnlessGiven(const char* variable, const QByteArray& value) {
-    if (qEnvironmentVariableIsEmpty(variable)) {
-        qputenv(variable, value);
+/// Sets a variable of the environment, unless it is set already, for as long as the object lives.
+class TemporaryVariable {
+public:
+    TemporaryVariable(const char* name, const QByteArray& value)
+        : name_(name), isOurs_(qEnvironmentVariableIsEmpty(name)) {
+        if (isOurs_) {
+            qputenv(name_, value);
+        }
     }
-}
+    TemporaryVariable(const TemporaryVariable&) = delete;
+    TemporaryVariable& operator=(const TemporaryVariable&) = delete;
+    ~TemporaryVariable() {
+        if (isOurs_) {
+            qunsetenv(name_);
+        }
+    }
+
+private:
+    const char* const name_;
+    const bool isOurs_;
+};
 
 /// Hides the toolkit's messages, except the one before it ends the program.
 void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
@@ -59,14 +76,21 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
     if (qEnvironmentVariableIsEmpty("QT_LOGGING_RULES")) {
         qInstallMessageHandler(dropMessage);
     }
-    setUnlessGiven("QT_QPA_PLATFORM", platforms());
-    // Nothing is drawn with OpenGL, whose libraries use more memory than everything else.
-    setUnlessGiven("QT_XCB_GL_INTEGRATION", "none");
+    // Programs that this one starts do not inherit the settings of our toolkit.
+    const TemporaryVariable platform("QT_QPA_PLATFORM", platforms());
+    // Nothing is drawn with OpenGL, whose libraries weigh more than all the rest.
+    const TemporaryVariable openGl("QT_XCB_GL_INTEGRATION", "none");
     // Reserves a place in the environment while no other thread may be reading it.
-    setUnlessGiven(kActivationToken, "");
-    // Set before the application is created, so that the desktop's style is not loaded.
+    if (qEnvironmentVariableIsEmpty(kActivationToken)) {
+        qputenv(kActivationToken, "");
+    }
+    // Before the application, so that the desktop's own style is not even loaded.
     QApplication::setStyle(new ChimewerkStyle);
     application_.emplace(argumentCount, arguments);
+    if (QGuiApplication::platformName() == "xcb") {
+        // Makes the toolkit read the second variable now, not with the first window.
+        QOpenGLContext::supportsThreadedOpenGL();
+    }
     QApplication::setApplicationName(QStringLiteral("chimewerk"));
     // No display name: the toolkit would append it to the windows' titles.
     QApplication::setDesktopFileName(QString::fromLatin1(id));

@@ -13,7 +13,7 @@ namespace chimewerk {
 
 /// Opens M4A files. Their decoder needs about a hundred shared libraries, so it is a module that is
 /// loaded when the first M4A is opened, and never unloaded. Without the module no M4A can be
-/// opened. Any thread.
+/// opened, nor with the module of another version. Any thread.
 class M4aModule {
 public:
     explicit M4aModule(std::string path) : path_(std::move(path)) {}

@@ -99,18 +99,29 @@ void appendToken(sd_bus_message* call, const char* key, const std::string& token
     }
 }
 
-/// Sends the call and waits. Returns false if nobody owns the name or its owner left
-/// without answering.
-bool isAnswered(sd_bus* bus, sd_bus_message* call, std::uint64_t patience) {
+/// What became of a call to the owner of the name.
+enum class Answer {
+    given,
+    /// Nobody owns the name, or its owner left without answering.
+    nobody,
+    /// The owner is there, but does not answer.
+    none,
+};
+
+/// Sends the call and waits.
+Answer ask(sd_bus* bus, sd_bus_message* call, std::uint64_t patience) {
     sd_bus_error error{};
     sd_bus_message* reply = nullptr;
-    sd_bus_call(bus, call, patience, &error, &reply);
+    const int result = sd_bus_call(bus, call, patience, &error, &reply);
     const BusMessage owned(reply);
     const bool nobody =
         sd_bus_error_has_names(&error, SD_BUS_ERROR_SERVICE_UNKNOWN, SD_BUS_ERROR_NAME_HAS_NO_OWNER,
                                SD_BUS_ERROR_NO_REPLY) != 0;
     sd_bus_error_free(&error);
-    return !nobody;
+    if (nobody) {
+        return Answer::nobody;
+    }
+    return result == -ETIMEDOUT ? Answer::none : Answer::given;
 }
 
 }  // namespace
@@ -163,7 +174,7 @@ SingleInstance::Outcome SingleInstance::claim(const LaunchRequest& request) {
     if (outcome != Outcome::first) {
         claimed_ = nullptr;
     }
-    if (outcome != Outcome::alreadyRunning) {
+    if (outcome == Outcome::first || outcome == Outcome::noBus) {
         link_.keepOpen();
     }
     return outcome;
@@ -185,8 +196,9 @@ SingleInstance::Outcome SingleInstance::takeNameOrAsk(sd_bus* bus, const LaunchR
         }
         // That instance was quitting: its name is free, or another launch has taken it.
         const std::uint64_t patience = microsecondsUntil(deadline);
-        if (patience == 0 || isAnswered(bus, call.get(), patience)) {
-            return Outcome::alreadyRunning;
+        const Answer answer = patience == 0 ? Answer::none : ask(bus, call.get(), patience);
+        if (answer != Answer::nobody) {
+            return answer == Answer::given ? Outcome::alreadyRunning : Outcome::notAnswering;
         }
     }
 }

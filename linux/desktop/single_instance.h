@@ -46,6 +46,8 @@ public:
         first,
         /// Another instance is running and has received the request.
         alreadyRunning,
+        /// Another instance owns the name, but has not answered in time.
+        notAnswering,
         /// There is no bus, or it does not answer; this process runs as if it were the first.
         noBus,
     };

@@ -13,6 +13,8 @@
 #include <csignal>
 #include <utility>
 
+#include "linux/base/core_dumps.h"
+
 namespace chimewerk {
 
 namespace {
@@ -70,6 +72,7 @@ void XdgPermissionPage::show() {
                      environ) != 0) {
         return;
     }
+    allowCoreDumps(process);
     const auto opener = running_.insert(
         running_.end(),
         {.process = process,

@@ -48,7 +48,7 @@ protected:
     }
     /// Changes the first source and returns the sounds that follow.
     std::string after(std::optional<PowerSourceDescription> change) {
-        powerSources.change(std::move(change));
+        powerSources.change(change);
         return takeLog();
     }
     std::string afterSending(std::int64_t messageType, std::intptr_t argument = 0) {

@@ -14,7 +14,7 @@ import sys
 import unittest
 from pathlib import Path
 
-from tray_host import EmbeddingTray, TrayHost, pump_until
+from tray_host import EmbeddingTray, NotificationServer, TrayHost, pump_until
 
 PROGRAM = sys.argv.pop(1)
 MENU = ("#Chimewerk, -, Open Dashboard [Control+D], Help & Troubleshooting [Control+?], -, "
@@ -188,6 +188,34 @@ class TheProgram(ProgramTest):
             self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
             self.assert_ends(self.start("--quit"))
             self.assertTrue(pump_until(lambda pair=pair: all(one.poll() == 0 for one in pair)))
+
+    def test_says_that_the_running_one_does_not_answer(self):
+        host = self.host()
+        hanging = self.start()
+        host.wait_for_item()
+        hanging.send_signal(signal.SIGSTOP)
+        desktop = NotificationServer()
+        self.addCleanup(desktop.close)
+        second = self.start()
+        self.assertTrue(pump_until(lambda: second.poll() is not None), "it waits forever")
+        self.assertEqual(second.returncode, 1)
+        self.assertEqual(desktop.shown, ["Chimewerk is running, but does not answer."])
+        hanging.send_signal(signal.SIGCONT)
+        hanging.terminate()
+        self.assert_ends(hanging)
+
+    def test_loads_no_opengl(self):
+        process = self.start("--open-dashboard")
+        self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+        with open(f"/proc/{process.pid}/maps", encoding="utf-8") as maps:
+            self.assertNotRegex(maps.read(), "glx-integration|egl-integration")
+
+    def test_keeps_the_last_keys_out_of_core_dumps(self):
+        host = self.host()
+        process = self.start()
+        host.wait_for_item()
+        with open(f"/proc/{process.pid}/limits", encoding="ascii") as limits:
+            self.assertRegex(limits.read(), r"(?m)^Max core file size +[01] ")
 
     def test_rejects_invalid_options(self):
         process = subprocess.run([PROGRAM, "--open"], capture_output=True, text=True, check=False)

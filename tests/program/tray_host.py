@@ -23,6 +23,14 @@ INTROSPECTION = """<node><interface name="org.kde.StatusNotifierWatcher">
 </interface></node>"""
 
 
+NOTIFICATIONS = "org.freedesktop.Notifications"
+NOTIFY = """<node><interface name="org.freedesktop.Notifications"><method name="Notify">
+  <arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
+  <arg type="s" direction="in"/><arg type="as" direction="in"/><arg type="a{sv}" direction="in"/><arg type="i" direction="in"/>
+  <arg type="u" direction="out"/>
+</method></interface></node>"""
+
+
 def pump_until(condition, seconds=10.0):
     """Runs the event loop until the condition holds. Returns whether it held in time."""
     context = GLib.MainContext.default()
@@ -35,6 +43,25 @@ def pump_until(condition, seconds=10.0):
     finally:
         GLib.source_remove(tick)
     return bool(condition())
+
+
+class NotificationServer:
+    """Records the summaries of the notifications that programs show."""
+
+    def __init__(self):
+        self.shown = []
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        interface = Gio.DBusNodeInfo.new_for_xml(NOTIFY).interfaces[0]
+        self.registration = self.bus.register_object("/org/freedesktop/Notifications", interface, self.on_notify)
+        self.name = Gio.bus_own_name_on_connection(self.bus, NOTIFICATIONS, Gio.BusNameOwnerFlags.NONE, None, None)
+
+    def on_notify(self, _bus, _sender, _path, _interface, _method, arguments, call):
+        self.shown.append(arguments.unpack()[3])
+        call.return_value(GLib.Variant("(u)", (1,)))
+
+    def close(self):
+        Gio.bus_unown_name(self.name)
+        self.bus.unregister_object(self.registration)
 
 
 class MenuEntry:

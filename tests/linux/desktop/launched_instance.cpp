@@ -37,6 +37,9 @@ int main(int count, char** arguments) {
         case SingleInstance::Outcome::alreadyRunning:
             writeLine("already");
             return 0;
+        case SingleInstance::Outcome::notAnswering:
+            say("not answering");
+            return 1;
         case SingleInstance::Outcome::first:
             writeLine("first");
             break;

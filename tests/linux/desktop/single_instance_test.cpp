@@ -171,7 +171,7 @@ TEST_F(TheSingleInstance, DoesNotBlockLaunchesForeverWhenItHangs) {
     ASSERT_TRUE(bus.start());
     ASSERT_EQ(claim(), Outcome::first);
     SingleInstance second(queue, kId, callbacks(), kTiming);
-    EXPECT_EQ(second.claim({}), Outcome::alreadyRunning);
+    EXPECT_EQ(second.claim({}), Outcome::notAnswering);
     EXPECT_EQ(log, "");
     runReady(queue);
     EXPECT_EQ(log, "activate ; ");

@@ -4,15 +4,18 @@
 #include "linux/keys/xdg_permission_page.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
 
+#include "linux/base/core_dumps.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
 #include "tools/files/temporary_folder.h"
@@ -68,6 +71,22 @@ TEST_F(ThePermissionPage, StaysOpenWhenTheProgramEnds) {
     std::ofstream(folder / "pipe") << "still there\n";
     EXPECT_GT(waitpid(-1, nullptr, 0), 0);
     EXPECT_EQ(opened(), "still there\n");
+}
+
+TEST_F(ThePermissionPage, IsOpenedByAProgramThatMayWriteCoreDumpsAsBefore) {
+    rlimit before{};
+    getrlimit(RLIMIT_CORE, &before);
+    const rlimit given{.rlim_cur = std::min<rlim_t>(before.rlim_max, 4096),
+                       .rlim_max = before.rlim_max};
+    setrlimit(RLIMIT_CORE, &given);
+    forbidCoreDumps();
+    // The limit is restored while the program starts.
+    install("sleep 0.1; prlimit --core --output SOFT --noheadings --pid $$ > " + folder / "opened");
+    XdgPermissionPage page(queue, "/page.html");
+    page.show();
+    EXPECT_TRUE(runUntil(queue, [] { return allReaped(); }));
+    EXPECT_EQ(opened(), std::to_string(given.rlim_cur) + "\n");
+    setrlimit(RLIMIT_CORE, &before);
 }
 
 TEST_F(ThePermissionPage, FailsSilentlyIfNothingCanOpenIt) {
