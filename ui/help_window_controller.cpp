@@ -57,9 +57,9 @@ QColor helpColor(const ColorScheme& colors, HelpColor color) {
         case HelpColor::separator:
             return colors.separator;
         case HelpColor::accent:
-            return QColor::fromRgbF(0.40F, 0.15F, 0.80F);
+            return colors.accentText;
         case HelpColor::tipGreen:
-            return QColor::fromRgbF(0.15F, 0.65F, 0.35F);
+            return colors.green;
         case HelpColor::orange:
             return colors.orange;
     }
@@ -157,11 +157,17 @@ public:
         setOpenLinks(false);
         connect(this, &QTextBrowser::anchorClicked, this, &QDesktopServices::openUrl);
         setFrameShape(QFrame::NoFrame);
-        viewport()->setAutoFillBackground(false);
+        viewport()->setBackgroundRole(QPalette::Window);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         document()->setDocumentMargin(kMargin);
         setAccessibleName(worded("Guide"));
+    }
+
+    /// Is light or dark from now on as the window is, which has the desktop's own colours.
+    void follow(QWidget& window) {
+        wearColorsOf(window);
+        window.installEventFilter(this);
     }
 
     /// Colours the text in place, which keeps the selection and the scroll position.
@@ -181,6 +187,12 @@ public:
     }
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == window() && event->type() == QEvent::PaletteChange) {
+            wearColorsOf(*window());
+        }
+        return QTextBrowser::eventFilter(watched, event);
+    }
     void changeEvent(QEvent* event) override {
         QTextBrowser::changeEvent(event);
         if (event->type() == QEvent::PaletteChange && colors_ != &colorSchemeOf(*this)) {
@@ -190,6 +202,8 @@ protected:
     }
 
 private:
+    void wearColorsOf(const QWidget& window) { setPalette(paletteOf(colorSchemeOf(window))); }
+
     void color(QTextCursor& cursor, HelpColor role) {
         QTextCharFormat format;
         format.setForeground(helpColor(*colors_, role));
@@ -250,6 +264,7 @@ void HelpWindowController::buildUI(const QUrl& manual) {
     QVBoxLayout* const rows = stack(window_.get());
     rows->addWidget(header);
     rows->addWidget(guide);
+    guide->follow(*window_);
     guide->setFocus();
     buildContent(*guide->document(), manual);
     guide->colorText();

@@ -223,11 +223,11 @@ class TheDashboard(unittest.TestCase):
         self.wait_for_theme("👤 Night")
         self.dashboard.find("push button", "Delete theme").click()
         self.alert('Delete "Night"?')
-        keys("Escape")
+        keys("Return")
         self.wait_for_theme("👤 Night")
         self.dashboard.find("push button", "Delete theme").click()
         self.alert('Delete "Night"?')
-        keys("Return")
+        keys("Tab", "space")
         self.row("Single Knock, 🍎 Classic")
         self.dashboard.wait_for_lack("push button", "Delete theme")
 

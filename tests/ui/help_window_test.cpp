@@ -242,11 +242,14 @@ TEST_F(TheHelpWindow, FollowsTheDesktopsDarkMode) {
         EXPECT_EQ(colorOf("No window in"), colors->label);
         EXPECT_EQ(colorOf("Troubleshooting"), colors->orange);
         EXPECT_EQ(colorOf("Single Knock"), colors->secondaryLabel);
-        EXPECT_EQ(colorOf("Sound Themes"), QColor::fromRgbF(0.40F, 0.15F, 0.80F));
+        EXPECT_EQ(colorOf("Sound Themes"), colors->accentText);
+        EXPECT_EQ(colorOf("All settings"), colors->green);
         EXPECT_EQ(window_.grab().toImage().pixelColor(10, 300), colors->windowBackground);
         EXPECT_EQ(text().verticalScrollBar()->value(), 300);
     }
     QApplication::setPalette(before);
+    EXPECT_EQ(ColorScheme::light().accentText, QColor::fromRgbF(0.40F, 0.15F, 0.80F));
+    EXPECT_EQ(ColorScheme::light().green, QColor::fromRgbF(0.15F, 0.65F, 0.35F));
 }
 
 }  // namespace

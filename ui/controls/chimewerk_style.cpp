@@ -35,7 +35,7 @@ void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, co
     const ColorScheme& colors = colorSchemeOf(option.palette);
     painter.save();
     painter.setPen((option.state & QStyle::State_Enabled) != 0 ? colors.label
-                                                               : colors.quaternaryLabel);
+                                                               : colors.disabledLabel);
     drawText(painter, place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
              elided(painter.font(), option.currentText, place.width()));
     painter.restore();
@@ -110,9 +110,15 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
             row.state &= ~State_Selected;
             return QProxyStyle::drawPrimitive(element, &row, painter, widget);
         }
+        case PE_Frame:
+            if (widget == nullptr || !widget->inherits("QComboBoxPrivateContainer")) {
+                break;
+            }
+            [[fallthrough]];
         case PE_FrameMenu:
-            painter->setPen(colorSchemeOf(option->palette).separator);
-            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            return paintMenuFrame(*painter, *option);
+        case PE_PanelMenu:
+            painter->fillRect(option->rect, option->palette.window());
             return;
         default:
             break;
@@ -197,6 +203,14 @@ QSize ChimewerkStyle::sizeFromContents(ContentsType type, const QStyleOption* op
     }
 }
 
+QRect ChimewerkStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                     const QWidget* widget) const {
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    // With the two pixels that the field itself adds.
+    constexpr int kFieldMargin = 5;
+    return element == SE_LineEditContents ? rect.adjusted(kFieldMargin, 0, -kFieldMargin, 0) : rect;
+}
+
 QRect ChimewerkStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                      SubControl part, const QWidget* widget) const {
     const QRect& whole = option->rect;
@@ -232,6 +246,8 @@ int ChimewerkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
             return 0;
         case PM_MenuVMargin:
             return 4;
+        case PM_MenuPanelWidth:
+            return 1;
         default:
             return QProxyStyle::pixelMetric(metric, option, widget);
     }
@@ -241,6 +257,12 @@ int ChimewerkStyle::styleHint(StyleHint hint, const QStyleOption* option, const 
                               QStyleHintReturn* data) const {
     switch (hint) {
         case SH_ComboBox_Popup:
+            return 1;
+        case SH_Menu_Mask:
+            // Cut, not translucent: that would be black where nothing composes the windows.
+            if (auto* const mask = qstyleoption_cast<QStyleHintReturnMask*>(data)) {
+                mask->region = roundedMenuShape(option->rect);
+            }
             return 1;
         case SH_EtchDisabledText:
         case SH_UnderlineShortcut:

@@ -3,6 +3,9 @@
 
 #include "ui/controls/color_scheme.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace chimewerk {
 
 namespace {
@@ -15,36 +18,85 @@ QColor white(double alpha) {
     return QColor::fromRgbF(1, 1, 1, static_cast<float>(alpha));
 }
 
+double luminance(const QColor& color) {
+    const auto linear = [](float part) {
+        const auto value = static_cast<double>(part);
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
 }  // namespace
 
 const ColorScheme& ColorScheme::light() {
     static const ColorScheme colors{.windowBackground = QColor(0xf5, 0xf5, 0xf7),
                                     .controlBackground = QColor(0xff, 0xff, 0xff),
-                                    .label = black(0.87),
-                                    .secondaryLabel = black(0.60),
-                                    .tertiaryLabel = black(0.46),
-                                    .quaternaryLabel = black(0.34),
+                                    .menuBackground = QColor(0xff, 0xff, 0xff),
+                                    .label = black(0.88),
+                                    .secondaryLabel = black(0.75),
+                                    .tertiaryLabel = black(0.71),
+                                    .quaternaryLabel = black(0.71),
+                                    .disabledLabel = black(0.46),
                                     .separator = black(0.12),
+                                    .controlEdge = black(0.45),
+                                    .selection = QColor(0x66, 0x26, 0xcc, 38),
+                                    .hover = black(0.05),
+                                    .accent = QColor::fromRgbF(0.40F, 0.15F, 0.80F),
+                                    .accentText = QColor::fromRgbF(0.40F, 0.15F, 0.80F),
+                                    .green = QColor::fromRgbF(0.15F, 0.65F, 0.35F),
                                     .gray = QColor(0x8e, 0x8e, 0x93),
-                                    .orange = QColor(0xe0, 0x7b, 0x00),
+                                    .orange = QColor(0xa8, 0x54, 0x00),
                                     .blue = QColor(0x0a, 0x6c, 0xe0),
-                                    .red = QColor(0xd7, 0x2c, 0x21)};
+                                    .red = QColor(0xd0, 0x28, 0x1e)};
     return colors;
 }
 
 const ColorScheme& ColorScheme::dark() {
     static const ColorScheme colors{.windowBackground = QColor(0x2a, 0x2a, 0x2c),
                                     .controlBackground = QColor(0x1e, 0x1e, 0x20),
-                                    .label = white(0.88),
-                                    .secondaryLabel = white(0.62),
-                                    .tertiaryLabel = white(0.46),
-                                    .quaternaryLabel = white(0.34),
+                                    .menuBackground = QColor(0x32, 0x32, 0x35),
+                                    .label = white(0.90),
+                                    .secondaryLabel = white(0.70),
+                                    .tertiaryLabel = white(0.63),
+                                    .quaternaryLabel = white(0.63),
+                                    .disabledLabel = white(0.42),
                                     .separator = white(0.14),
+                                    .controlEdge = white(0.42),
+                                    .selection = QColor(0x84, 0x55, 0xf0, 88),
+                                    .hover = white(0.06),
+                                    .accent = QColor(0x84, 0x55, 0xf0),
+                                    .accentText = QColor(0xb7, 0x9c, 0xff),
+                                    .green = QColor(0x4c, 0xc4, 0x7f),
                                     .gray = QColor(0x98, 0x98, 0x9d),
                                     .orange = QColor(0xff, 0x9f, 0x0a),
                                     .blue = QColor(0x3d, 0x96, 0xff),
-                                    .red = QColor(0xff, 0x5a, 0x50)};
+                                    .red = QColor(0xff, 0x8a, 0x80)};
     return colors;
+}
+
+QColor blended(const QColor& color, const QColor& ground) {
+    const auto part = [alpha = color.alphaF()](float above, float below) {
+        return above * alpha + below * (1 - alpha);
+    };
+    return QColor::fromRgbF(part(color.redF(), ground.redF()),
+                            part(color.greenF(), ground.greenF()),
+                            part(color.blueF(), ground.blueF()));
+}
+
+double contrast(const QColor& color, const QColor& ground) {
+    const double one = luminance(blended(color, ground)) + 0.05;
+    const double other = luminance(ground) + 0.05;
+    return std::max(one, other) / std::min(one, other);
+}
+
+QColor dimmed(QColor color, double alpha, const QColor& ground) {
+    constexpr double kLegible = 3;
+    color.setAlphaF(color.alphaF() * static_cast<float>(alpha));
+    while (contrast(color, ground) < kLegible && color.alphaF() < 1) {
+        color.setAlphaF(std::min(1.0F, color.alphaF() + 0.01F));
+    }
+    return color;
 }
 
 const ColorScheme& colorSchemeOf(const QPalette& palette) {
@@ -68,10 +120,9 @@ QPalette paletteOf(const ColorScheme& colors) {
     palette.setColor(QPalette::Button, dark ? QColor(0x48, 0x48, 0x4b) : QColor(0xff, 0xff, 0xff));
     palette.setColor(QPalette::ButtonText, colors.label);
     palette.setColor(QPalette::BrightText, QColor(Qt::white));
-    // White must be legible on it, and the blue for dark backgrounds is too light for that.
-    palette.setColor(QPalette::Highlight, dark ? colors.blue.darker(128) : colors.blue);
+    palette.setColor(QPalette::Highlight, colors.accent);
     palette.setColor(QPalette::HighlightedText, QColor(Qt::white));
-    palette.setColor(QPalette::Link, colors.blue);
+    palette.setColor(QPalette::Link, colors.accentText);
     palette.setColor(QPalette::ToolTipBase,
                      dark ? QColor(0x3a, 0x3a, 0x3d) : QColor(0xff, 0xff, 0xff));
     palette.setColor(QPalette::ToolTipText, colors.label);
@@ -82,8 +133,15 @@ QPalette paletteOf(const ColorScheme& colors) {
     palette.setColor(QPalette::Dark, dark ? QColor(0x16, 0x16, 0x18) : QColor(0xa8, 0xa8, 0xac));
     palette.setColor(QPalette::Shadow, black(0.6));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, colors.quaternaryLabel);
+        palette.setColor(QPalette::Disabled, role, colors.disabledLabel);
     }
+    return palette;
+}
+
+QPalette menuPaletteOf(const ColorScheme& colors) {
+    QPalette palette = paletteOf(colors);
+    palette.setColor(QPalette::Window, colors.menuBackground);
+    palette.setColor(QPalette::Base, colors.menuBackground);
     return palette;
 }
 

@@ -14,11 +14,24 @@ struct ColorScheme {
     QColor windowBackground;
     /// Behind lists and text.
     QColor controlBackground;
+    QColor menuBackground;
     QColor label;
     QColor secondaryLabel;
     QColor tertiaryLabel;
     QColor quaternaryLabel;
+    /// The text of what cannot be used now.
+    QColor disabledLabel;
     QColor separator;
+    /// The outline of what can be clicked or dragged.
+    QColor controlEdge;
+    /// Behind the selected row, and behind the row under the pointer.
+    QColor selection;
+    QColor hover;
+    /// The program's violet: what is on, selected or standard. White is legible on it.
+    QColor accent;
+    /// The violet of texts and of the ring around what has the keyboard.
+    QColor accentText;
+    QColor green;
     QColor gray;
     QColor orange;
     QColor blue;
@@ -35,8 +48,17 @@ const ColorScheme& colorSchemeOf(const QPalette& palette);
 /// Returns the scheme in which the widget is painted now.
 const ColorScheme& colorSchemeOf(const QWidget& widget);
 
+/// Returns the opaque colour that a translucent one makes on this ground.
+QColor blended(const QColor& color, const QColor& ground);
+/// Returns the contrast ratio of a colour on an opaque ground, 1 to 21.
+double contrast(const QColor& color, const QColor& ground);
+/// Returns a colour that is `alpha` as opaque, 0 to 1, or as opaque as it must be to be legible.
+QColor dimmed(QColor color, double alpha, const QColor& ground);
+
 /// Returns the palette that gives a window and its contents these colours, whatever the
 /// desktop's colours.
 QPalette paletteOf(const ColorScheme& colors);
+/// The same for a menu.
+QPalette menuPaletteOf(const ColorScheme& colors);
 
 }  // namespace chimewerk

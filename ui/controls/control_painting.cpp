@@ -3,6 +3,7 @@
 
 #include "ui/controls/control_painting.h"
 
+#include <QBitmap>
 #include <QPainterPath>
 #include <QStyle>
 #include <algorithm>
@@ -16,6 +17,7 @@ namespace {
 
 constexpr qreal kRadius = 5.5;
 constexpr int kMenuInset = 4;
+constexpr int kMenuRadius = 8;
 constexpr int kMenuTextInset = 24;
 
 /// Saves a painter's state, switches antialiasing on and restores the state at the end of
@@ -60,9 +62,9 @@ QColor faded(QColor color, const QStyleOption& option) {
 QColor controlFill(const QStyleOption& option) {
     if (isDark(option)) {
         return faded(QColor(255, 255, 255,
-                            isPressed(option)   ? 72
-                            : isHovered(option) ? 52
-                                                : 40),
+                            isPressed(option)   ? 58
+                            : isHovered(option) ? 42
+                                                : 28),
                      option);
     }
     return isPressed(option)   ? QColor(0xe2, 0xe2, 0xe6)
@@ -71,7 +73,7 @@ QColor controlFill(const QStyleOption& option) {
 }
 
 QColor controlBorder(const QStyleOption& option) {
-    return faded(isDark(option) ? QColor(255, 255, 255, 36) : QColor(0, 0, 0, 46), option);
+    return faded(colorSchemeOf(option.palette).controlEdge, option);
 }
 
 QColor accentFill(const QStyleOption& option) {
@@ -127,9 +129,19 @@ void strokeChevron(QPainter& painter, QPointF center, bool up, const QColor& col
     painter.drawPath(chevron);
 }
 
-/// Returns the shape of a control, smaller than its rectangle to leave room for the shadow.
+void strokeSubmenuArrow(QPainter& painter, const QStyleOption& option, const QColor& color) {
+    const bool mirrored = option.direction == Qt::RightToLeft;
+    painter.save();
+    painter.translate(mirrored ? option.rect.left() + 15 : option.rect.right() - 15,
+                      QRectF(option.rect).center().y());
+    painter.rotate(mirrored ? 90 : -90);
+    strokeChevron(painter, {}, false, color);
+    painter.restore();
+}
+
+/// Returns the shape of a control, lower than its rectangle to leave room for the shadow.
 QRectF shapeOf(const QStyleOption& option) {
-    return QRectF(option.rect).adjusted(1, 1, -1, -2);
+    return QRectF(option.rect).adjusted(0, 1, 0, -2);
 }
 
 }  // namespace
@@ -142,7 +154,7 @@ bool showsFocusRing(const QStyleOption& option) {
 void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect,
                     qreal radius) {
     const Painting painting(painter);
-    outline(painter, rect, colorSchemeOf(option.palette).blue, radius, 2);
+    outline(painter, rect, colorSchemeOf(option.palette).accentText, radius, 2);
 }
 
 void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind) {
@@ -155,16 +167,15 @@ void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind)
     }
     if (kind == ButtonKind::destructive) {
         QColor edge = colorSchemeOf(option.palette).red;
-        edge.setAlphaF(0.5F);
+        edge.setAlphaF(0.8F);
         outline(painter, rect, faded(edge, option), kRadius);
     }
     if (!showsFocusRing(option)) {
         return;
     }
-    outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue, kRadius + 1,
-            2);
+    outline(painter, rect, colorSchemeOf(option.palette).accentText, kRadius, 2);
     if (kind == ButtonKind::standard) {
-        outline(painter, rect.adjusted(1, 1, -1, -1), Qt::white, kRadius - 1, 1.5);
+        outline(painter, rect.adjusted(2, 2, -2, -2), Qt::white, kRadius - 2, 1.5);
     }
 }
 
@@ -184,22 +195,16 @@ QColor buttonTextColor(const QStyleOption& option, ButtonKind kind) {
 void paintCheckBox(QPainter& painter, const QStyleOption& option) {
     const Painting painting(painter);
     const QRectF box(option.rect);
-    const bool onAccent = (option.state & QStyle::State_Selected) != 0;
-    const bool checked = (option.state & QStyle::State_On) != 0;
     constexpr qreal kBoxRadius = 4;
-    if (checked) {
-        fill(painter, box, onAccent ? QColor(Qt::white) : accentFill(option), kBoxRadius);
-        strokeCheckMark(painter, box,
-                        onAccent ? colorSchemeOf(option.palette).blue : faded(Qt::white, option),
-                        2);
+    if ((option.state & QStyle::State_On) != 0) {
+        fill(painter, box, accentFill(option), kBoxRadius);
+        strokeCheckMark(painter, box, faded(Qt::white, option), 2);
     } else {
-        fill(painter, box, onAccent ? QColor(255, 255, 255, 40) : controlFill(option), kBoxRadius);
-        const QColor edge = isDark(option) ? QColor(255, 255, 255, 110) : QColor(0, 0, 0, 110);
-        outline(painter, box, onAccent ? QColor(255, 255, 255, 220) : faded(edge, option),
-                kBoxRadius);
+        fill(painter, box, controlFill(option), kBoxRadius);
+        outline(painter, box, controlBorder(option), kBoxRadius);
     }
     if (showsFocusRing(option)) {
-        outline(painter, box.adjusted(-3, -3, 3, 3), colorSchemeOf(option.palette).blue,
+        outline(painter, box.adjusted(-3, -3, 3, 3), colorSchemeOf(option.palette).accentText,
                 kBoxRadius + 3, 2);
     }
 }
@@ -214,17 +219,15 @@ void paintPopUpButton(QPainter& painter, const QStyleOption& option) {
     strokeChevron(painter, center - QPointF(0, 3), true, color);
     strokeChevron(painter, center + QPointF(0, 3), false, color);
     if (showsFocusRing(option)) {
-        outline(painter, rect.adjusted(-1, -1, 1, 1), colorSchemeOf(option.palette).blue,
-                kRadius + 1, 2);
+        outline(painter, rect, colorSchemeOf(option.palette).accentText, kRadius, 2);
     }
 }
 
 void paintSliderGroove(QPainter& painter, const QStyleOptionSlider& option, const QRect& groove,
                        const QRect& handle) {
     const Painting painting(painter);
-    QRectF track(groove.left() + 2, groove.center().y() - 1.5, groove.width() - 4, 4);
-    const QColor color = isDark(option) ? QColor(255, 255, 255, 46) : QColor(0, 0, 0, 34);
-    fill(painter, track, faded(color, option), 2);
+    QRectF track(groove.left() + 1, groove.center().y() - 1.5, groove.width() - 4, 4);
+    fill(painter, track, controlBorder(option), 2);
     if (option.upsideDown) {
         track.setLeft(handle.center().x());
     } else {
@@ -243,9 +246,9 @@ void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, cons
     const QColor face = isDark(option) ? QColor(0xd8, 0xd8, 0xdc) : QColor(Qt::white);
     const QColor dulled = isDark(option) ? QColor(0x70, 0x70, 0x74) : QColor(0xf2, 0xf2, 0xf4);
     fill(painter, knob, !isEnabled(option) ? dulled : active ? face.darker(108) : face, radius);
-    outline(painter, knob, QColor(0, 0, 0, 60), radius);
+    outline(painter, knob, isDark(option) ? QColor(0, 0, 0, 60) : controlBorder(option), radius);
     if (showsFocusRing(option)) {
-        outline(painter, handle, colorSchemeOf(option.palette).blue, handle.width() / 2.0, 2);
+        outline(painter, handle, colorSchemeOf(option.palette).accentText, handle.width() / 2.0, 2);
     }
 }
 
@@ -255,8 +258,10 @@ void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const Q
     }
     const Painting painting(painter);
     const bool upright = option.orientation == Qt::Vertical;
-    const QRectF thumb = QRectF(handle).adjusted(upright ? 2 : 3, upright ? 3 : 2,
-                                                 upright ? -2 : -3, upright ? -3 : -2);
+    // Thin until the pointer comes near.
+    const qreal aside = isHovered(option) || isPressed(option) ? 2 : 4;
+    const QRectF thumb = upright ? QRectF(handle).adjusted(aside, 3, -2, -3)
+                                 : QRectF(handle).adjusted(3, aside, -3, -2);
     const int strength = isPressed(option) ? 130 : isHovered(option) ? 105 : 70;
     const QColor color =
         isDark(option) ? QColor(255, 255, 255, strength) : QColor(0, 0, 0, strength);
@@ -268,8 +273,25 @@ void paintTextField(QPainter& painter, const QStyleOption& option) {
     const QRectF rect(option.rect);
     const bool focused = (option.state & QStyle::State_HasFocus) != 0;
     fill(painter, rect, option.palette.color(QPalette::Base), kRadius);
-    outline(painter, rect, focused ? colorSchemeOf(option.palette).blue : controlBorder(option),
-            kRadius, focused ? 2 : 1);
+    outline(painter, rect,
+            focused ? colorSchemeOf(option.palette).accentText : controlBorder(option), kRadius,
+            focused ? 2 : 1);
+}
+
+QRegion roundedMenuShape(const QRect& window) {
+    QBitmap mask(window.size());
+    mask.clear();
+    QPainter painter(&mask);
+    painter.setBrush(Qt::color1);
+    painter.setPen(Qt::color1);
+    painter.drawRoundedRect(mask.rect().adjusted(0, 0, -1, -1), kMenuRadius, kMenuRadius);
+    painter.end();
+    return mask;
+}
+
+void paintMenuFrame(QPainter& painter, const QStyleOption& option) {
+    const Painting painting(painter);
+    outline(painter, QRectF(option.rect), colorSchemeOf(option.palette).disabledLabel, kMenuRadius);
 }
 
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
@@ -283,12 +305,12 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     }
     const bool selected = isEnabled(option) && (option.state & QStyle::State_Selected) != 0;
     if (selected) {
-        fill(painter, QRectF(option.rect).adjusted(kMenuInset, 0, -kMenuInset, 0),
-             option.palette.color(QPalette::Highlight), 4.5);
+        fill(painter, QRectF(option.rect).adjusted(kMenuInset, 0, -kMenuInset, 0), colors.accent,
+             4.5);
     }
     const QColor color = selected            ? QColor(Qt::white)
                          : isEnabled(option) ? colors.label
-                                             : colors.quaternaryLabel;
+                                             : colors.disabledLabel;
     const QRect content = option.rect.adjusted(kMenuTextInset, 0, -12, 0);
     painter.setFont(option.font);
     if (option.checked) {
@@ -304,8 +326,11 @@ void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option) {
     drawText(painter, place, kFlags | Qt::AlignLeft,
              elided(option.font, parts.value(0), place.width()));
     if (parts.size() > 1) {
-        painter.setPen(selected ? QColor(255, 255, 255, 190) : colors.tertiaryLabel);
+        painter.setPen(selected ? color : colors.tertiaryLabel);
         painter.drawText(place, kFlags | Qt::AlignRight, parts[1]);
+    }
+    if (option.menuItemType == QStyleOptionMenuItem::SubMenu) {
+        strokeSubmenuArrow(painter, option, color);
     }
 }
 

@@ -17,7 +17,6 @@ enum class ButtonKind { plain, standard, destructive };
 void paintButton(QPainter& painter, const QStyleOption& option, ButtonKind kind);
 /// Returns the colour of a button's title.
 QColor buttonTextColor(const QStyleOption& option, ButtonKind kind);
-/// `QStyle::State_Selected` means that the background has the accent colour.
 void paintCheckBox(QPainter& painter, const QStyleOption& option);
 void paintPopUpButton(QPainter& painter, const QStyleOption& option);
 void paintSliderGroove(QPainter& painter, const QStyleOptionSlider& option, const QRect& groove,
@@ -25,6 +24,9 @@ void paintSliderGroove(QPainter& painter, const QStyleOptionSlider& option, cons
 void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
 void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
 void paintTextField(QPainter& painter, const QStyleOption& option);
+/// Returns the shape of a menu's window.
+QRegion roundedMenuShape(const QRect& window);
+void paintMenuFrame(QPainter& painter, const QStyleOption& option);
 void paintMenuItem(QPainter& painter, const QStyleOptionMenuItem& option);
 /// Paints a ring within `rect` around the widget with the keyboard focus.
 void paintFocusRing(QPainter& painter, const QStyleOption& option, const QRect& rect, qreal radius);

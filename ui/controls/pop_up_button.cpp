@@ -20,7 +20,7 @@ PopUpButton::PopUpButton() {
 
 void PopUpButton::showPopup() {
     // The menu is a separate window, which would have the desktop's colours.
-    const QPalette colors = paletteOf(colorSchemeOf(*this));
+    const QPalette colors = menuPaletteOf(colorSchemeOf(*this));
     view()->window()->setPalette(colors);
     view()->setPalette(colors);
     view()->setFont(font());

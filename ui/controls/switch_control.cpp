@@ -79,7 +79,7 @@ void SwitchControl::paintEvent(QPaintEvent*) {
     const QRectF track(QRect({kOverhang, kOverhang}, kTrack));
 
     painter.setOpacity(isEnabled() ? 1.0 : 0.5);
-    const QColor off = dark ? QColor(255, 255, 255, 64) : QColor(0, 0, 0, 56);
+    const QColor off = colorSchemeOf(option.palette).controlEdge;
     const QColor color = mixed(off, palette().color(QPalette::Active, QPalette::Highlight), on);
     fillRound(painter, track, isDown() ? color.darker(112) : color);
 

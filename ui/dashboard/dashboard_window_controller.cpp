@@ -174,7 +174,7 @@ QWidget* DashboardWindowController::buildMenuButton() {
     menuBtn_->setAccessibleName(worded("Menu"));
     QObject::connect(menuBtn_, &QPushButton::clicked, &window_, [this] {
         QMenu& menu = menu_.widget();
-        menu.setPalette(window_.palette());
+        menu.setPalette(menuPaletteOf(colorSchemeOf(window_)));
         menu.popup(menuBtn_->mapToGlobal(QPoint(0, menuBtn_->height())));
     });
     QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &window_,

@@ -16,7 +16,8 @@ namespace chimewerk {
 
 namespace {
 
-constexpr QMargins kSelectionMargins{10, 1, 2, 1};
+/// The row's emoji is below the window's title.
+constexpr QMargins kSelectionMargins{6, 1, 2, 1};
 /// Between the end of the selection and the end of the row's content.
 constexpr int kTrailingPadding = 10;
 constexpr int kSelectionRadius = 8;
@@ -49,36 +50,18 @@ public:
     const SidebarRowLayout layout;
 };
 
-struct RowColors {
-    QColor name;
-    QColor hint;
-    QColor badge;
-};
-
-/// On the accent colour, everything is white.
-RowColors rowColors(const ColorScheme& colors, bool onAccent) {
-    if (onAccent) {
-        return {Qt::white, QColor(255, 255, 255, 215), QColor(255, 255, 255, 200)};
-    }
-    return {colors.label, colors.secondaryLabel, colors.tertiaryLabel};
-}
-
-void paintSelection(QPainter& painter, const QStyleOptionViewItem& option, bool onAccent) {
+void paintGround(QPainter& painter, const QStyleOptionViewItem& option, const QColor& color) {
     const QRectF rect(selectionRect(option.rect, option.direction));
-    if ((option.state & QStyle::State_Selected) != 0) {
-        const bool dark = colorSchemeOf(option.palette).isDark();
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(onAccent ? option.palette.color(QPalette::Highlight)
-                                  : (dark ? QColor(255, 255, 255, 36) : QColor(0, 0, 0, 26)));
-        painter.drawRoundedRect(rect, kSelectionRadius, kSelectionRadius);
-    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(rect, kSelectionRadius, kSelectionRadius);
     if (!showsFocusRing(option)) {
         return;
     }
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(onAccent ? QColor(Qt::white) : colorSchemeOf(option.palette).blue, 2));
-    painter.drawRoundedRect(rect.adjusted(3, 3, -3, -3), kSelectionRadius - 3,
-                            kSelectionRadius - 3);
+    painter.setPen(QPen(colorSchemeOf(option.palette).accentText, 2));
+    painter.drawRoundedRect(rect.adjusted(1, 1, -1, -1), kSelectionRadius - 1,
+                            kSelectionRadius - 1);
 }
 
 void paintLine(QPainter& painter, const QFont& font, const QColor& color, const QRect& rect,
@@ -91,7 +74,7 @@ void paintLine(QPainter& painter, const QFont& font, const QColor& color, const 
 
 /// A long count takes room from the hint.
 void paintHintAndBadge(QPainter& painter, const Placement& place, Qt::LayoutDirection direction,
-                       const SidebarRow& row, const RowColors& colors) {
+                       const SidebarRow& row, const SidebarRowColors& colors) {
     const QFont badgeFont = monospacedDigitSystemFont(10);
     const QString badge = QString::fromStdString(row.badge);
     RowFrame hintFrame = place.layout.hint;
@@ -107,7 +90,7 @@ void paintHintAndBadge(QPainter& painter, const Placement& place, Qt::LayoutDire
 }
 
 void paintSwitch(QPainter& painter, const QStyleOptionViewItem& option, const Placement& place,
-                 const SidebarRow& row, bool onAccent) {
+                 const SidebarRow& row) {
     if (!row.isOn) {
         paintLine(painter, systemFont(13), Qt::black, place(place.layout.lock), Qt::AlignHCenter,
                   QString::fromUtf8(kLockEmoji));
@@ -116,29 +99,48 @@ void paintSwitch(QPainter& painter, const QStyleOptionViewItem& option, const Pl
     QStyleOption box = option;
     box.rect = place(place.layout.checkBox);
     box.state = QStyle::State_Enabled | (*row.isOn ? QStyle::State_On : QStyle::State_Off);
-    box.state.setFlag(QStyle::State_Selected, onAccent);
     paintCheckBox(painter, box);
 }
 
 }  // namespace
 
+SidebarRowColors sidebarRowColors(const QPalette& palette, QStyle::State state, double alpha) {
+    const ColorScheme& colors = colorSchemeOf(palette);
+    const QColor ground = palette.color(QPalette::Window);
+    SidebarRowColors row;
+    row.ground = ground;
+    if ((state & QStyle::State_Selected) != 0) {
+        row.ground = blended(
+            (state & QStyle::State_Active) != 0 ? colors.selection : colors.separator, ground);
+    } else if ((state & QStyle::State_MouseOver) != 0) {
+        row.ground = blended(colors.hover, ground);
+    }
+    const auto text = [&](const QColor& color) {
+        return alpha < 1 ? dimmed(color, alpha, row.ground) : color;
+    };
+    row.name = text(colors.label);
+    row.hint = text(colors.secondaryLabel);
+    row.badge = text(colors.tertiaryLabel);
+    return row;
+}
+
 void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, const SidebarRow& row) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    constexpr auto kActive = QStyle::State_Selected | QStyle::State_Active;
-    const bool onAccent = (option.state & kActive) == kActive;
-    paintSelection(painter, option, onAccent);
+    const SidebarRowColors colors = sidebarRowColors(option.palette, option.state, row.alpha);
+    paintGround(painter, option, colors.ground);
 
     const Placement place(option.rect, option.direction);
-    const RowColors colors = rowColors(colorSchemeOf(option.palette), onAccent);
+    QRect emoji = place(place.layout.emoji);
+    emoji.moveTop(option.rect.center().y() - emoji.height() / 2);
     painter.setOpacity(row.alpha);
-    paintLine(painter, systemFont(22), colors.name, place(place.layout.emoji), Qt::AlignLeft,
+    paintLine(painter, systemFont(22), colors.name, emoji, Qt::AlignLeft,
               QString::fromStdString(row.emoji));
+    painter.setOpacity(1);
     paintLine(painter, systemFont(13, QFont::Medium), colors.name, place(place.layout.name),
               Qt::AlignLeft, worded(row.name));
     paintHintAndBadge(painter, place, option.direction, row, colors);
-    painter.setOpacity(1);
-    paintSwitch(painter, option, place, row, onAccent);
+    paintSwitch(painter, option, place, row);
     painter.restore();
 }
 

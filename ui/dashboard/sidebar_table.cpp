@@ -6,8 +6,10 @@
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <utility>
 
+#include "ui/controls/color_scheme.h"
 #include "ui/controls/wording.h"
 #include "ui/dashboard/sidebar_row_painting.h"
 
@@ -74,10 +76,22 @@ bool SidebarTable::Delegate::editorEvent(QEvent* event, QAbstractItemModel* mode
            QStyledItemDelegate::editorEvent(event, model, option, index);
 }
 
+/// A hairline, where rows are scrolled out of sight.
+class SidebarTable::Edge final : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter(this).fillRect(rect(), colorSchemeOf(*this).separator);
+    }
+};
+
 SidebarTable::SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Callbacks callbacks)
     : callbacks_(std::move(callbacks)),
       model_(new Model(this, sounds, isAppleSilicon,
-                       [this](int row, bool on) { callbacks_.onToggle(row, on); })) {
+                       [this](int row, bool on) { callbacks_.onToggle(row, on); })),
+      edge_(new Edge(this)) {
     setModel(model_);
     setItemDelegate(new Delegate(this, *model_));
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -86,6 +100,7 @@ SidebarTable::SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Call
     setFrameShape(QFrame::NoFrame);
     setShowGrid(false);
     viewport()->setAutoFillBackground(false);
+    viewport()->setAttribute(Qt::WA_Hover);
     horizontalHeader()->hide();
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     verticalHeader()->hide();
@@ -98,6 +113,14 @@ SidebarTable::SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Call
     setSelectionBehavior(SelectRows);
     setEditTriggers(NoEditTriggers);
     setTabKeyNavigation(false);
+    edge_->hide();
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, edge_,
+            [this](int value) { edge_->setVisible(value > 0); });
+}
+
+void SidebarTable::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    edge_->setGeometry(0, 0, width(), 1);
 }
 
 std::optional<int> SidebarTable::selectedRow() const {

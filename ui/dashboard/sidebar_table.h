@@ -39,9 +39,12 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
+    class Edge;
+
     /// The rows and their check boxes, for the toolkit.
     class Model final : public QAbstractListModel {
     public:
@@ -80,6 +83,7 @@ private:
 
     const Callbacks callbacks_;
     Model* const model_;
+    Edge* const edge_;
     /// The row whose check box was pressed with the mouse, until it is released.
     std::optional<int> pressedBox_;
 };

@@ -4,19 +4,13 @@
 #include "ui/dashboard/sound_loader.h"
 
 #include <QFileDialog>
-#include <QMessageBox>
-#include <QPainter>
-#include <QPixmap>
 #include <QProgressBar>
 #include <QStandardPaths>
 #include <QTimer>
-#include <QVBoxLayout>
 #include <chrono>
 #include <utility>
 
-#include "ui/controls/emoji_text.h"
-#include "ui/controls/fonts.h"
-#include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/message_dialog.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
@@ -25,19 +19,7 @@ namespace chimewerk {
 
 namespace {
 
-constexpr int kTextWidth = 320;
-
-/// Returns a warning sign in the emoji font of the other pictures. `scale` is the screen's.
-QPixmap warningSign(qreal scale) {
-    constexpr int kSide = 40;
-    QPixmap pixmap(QSize(kSide, kSide) * scale);
-    pixmap.setDevicePixelRatio(scale);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setFont(systemFont(32));
-    drawText(painter, QRect(0, 0, kSide, kSide), Qt::AlignCenter, QStringLiteral("\u26A0\uFE0F"));
-    return pixmap;
-}
+constexpr int kBarWidth = 300;
 
 /// Returns the file types as patterns for any case: some file dialogs do not match "KNOCK.WAV"
 /// by "*.wav".
@@ -68,28 +50,18 @@ QUrl musicFolder() {
 
 /// Shows that a file is being copied and offers to cancel. Blocks its window at once and appears
 /// after half a second.
-class WaitDialog final : public QDialog {
+class WaitDialog final : public MessageDialog {
 public:
-    WaitDialog(QWidget* window, const QString& name) : QDialog(window) {
-        setWindowTitle(worded("Load Sound"));
-        setWindowModality(Qt::WindowModal);
-        auto* const column = new QVBoxLayout(this);
-        column->setContentsMargins(20, 18, 20, 16);
-        column->setSpacing(12);
-        auto* const text = makeLabel({}, 13);
-        text->setText(text->fontMetrics().elidedText(worded("Copying “%1”…").arg(name),
-                                                     Qt::ElideMiddle, kTextWidth));
-        column->addWidget(text);
+    WaitDialog(QWidget& window, const QString& name)
+        : MessageDialog(window, {.message = worded("Load Sound"),
+                                 .informative = worded("Copying “%1”…").arg(name)}) {
         auto* const bar = new QProgressBar;
         bar->setRange(0, 0);
         bar->setTextVisible(false);
-        bar->setFixedWidth(kTextWidth);
+        bar->setFixedWidth(kBarWidth);
         bar->setAccessibleName(worded("Copying"));
-        column->addWidget(bar);
-        auto* const cancel = makeButton(worded("Cancel"));
-        connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-        column->addWidget(cancel, 0, Qt::AlignRight);
-        setFixedSize(sizeHint());
+        insert(bar);
+        addButton(worded("Cancel"), QDialogButtonBox::RejectRole);
 
         setAttribute(Qt::WA_DontShowOnScreen);
         show();
@@ -137,9 +109,7 @@ void SoundLoader::load(const std::string& file) {
 }
 
 void SoundLoader::showWait(const std::string& file) {
-    auto* const wait =
-        new WaitDialog(widget_.window(), QString::fromStdString(lastPathComponent(file)));
-    wait->setPalette(widget_.window()->palette());
+    auto* const wait = new WaitDialog(widget_, QString::fromStdString(lastPathComponent(file)));
     dialog_ = wait;
     connect(wait, &QDialog::rejected, this, [this, wait] {
         addition_.reset();
@@ -168,22 +138,12 @@ void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
 
 void SoundLoader::showSoundError(const QString& message) {
     auto* const alert =
-        new QMessageBox(QMessageBox::Warning, QStringLiteral("Chimewerk"),
-                        worded(detail_texts::kLoadErrorTitle), QMessageBox::Ok, widget_.window());
+        new MessageDialog(widget_, {.message = worded(detail_texts::kLoadErrorTitle),
+                                    .informative = message,
+                                    .sign = QStringLiteral("\u26A0\uFE0F")});
     dialog_ = alert;
     alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setPalette(widget_.window()->palette());
-    alert->setIconPixmap(warningSign(widget_.devicePixelRatioF()));
-    alert->setTextFormat(Qt::PlainText);
-    alert->setInformativeText(message);
-    if (auto* const title = alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
-        title->setFont(systemFont(14, QFont::Bold));
-    }
-    if (auto* const text =
-            alert->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"))) {
-        text->setFont(systemFont(12));
-        text->setFixedWidth(kTextWidth);
-    }
+    alert->addButton(worded("OK"), QDialogButtonBox::AcceptRole);
     alert->open();
 }
 

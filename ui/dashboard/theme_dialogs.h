@@ -11,7 +11,7 @@
 
 namespace chimewerk {
 
-// The questions about custom themes. Each function opens a dialog that blocks the program's windows
+// The questions about custom themes. Each function opens a dialog that blocks its window
 // and returns at once. The callback is called if the user confirms, not if the user cancels or
 // `parent` is destroyed.
 

@@ -19,6 +19,8 @@ namespace {
 constexpr int kHeight = 26;
 constexpr int kButtonWidth = 24;
 constexpr int kControlHeight = 23;
+/// The label's text begins below the window's title.
+constexpr int kLabelIndent = 6;
 
 QPushButton* makeSmallButton(const char* title, const char* tip) {
     QPushButton* const button = makeButton(worded(title));
@@ -49,7 +51,9 @@ ThemePicker::ThemePicker(SoundManager& sounds, std::function<void()> onSoundsCha
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    row->addWidget(makeLabel(worded("Theme"), 10, QFont::DemiBold, LabelColor::secondary));
+    QLabel* const label = makeLabel(worded("Theme"), 10, QFont::DemiBold, LabelColor::secondary);
+    label->setIndent(kLabelIndent);
+    row->addWidget(label);
     row->addSpacing(6);
     row->addWidget(themePopup_);
     row->addSpacing(4);

@@ -269,8 +269,11 @@ TEST_F(TheDashboard, ChangesNothingWhenAQuestionIsCancelledOrLeftBlank) {
         click(button("Rename theme"));
         answer(typed, key);
     }
-    click(button("Delete theme"));
-    answer("", Qt::Key_Escape);
+    // Enter deletes nothing.
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+        click(button("Delete theme"));
+        answer("", key);
+    }
     EXPECT_EQ(bed.library.defaults.changes, changes);
     EXPECT_EQ(theme(), "👤 Focus");
     // The selected theme may not exist.

@@ -7,7 +7,6 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <algorithm>
 #include <fstream>
 #include <optional>
@@ -16,6 +15,7 @@
 #include "support/foreign_words.h"
 #include "support/widget_input.h"
 #include "tools/files/temporary_folder.h"
+#include "ui/controls/message_dialog.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
@@ -225,10 +225,10 @@ TEST_F(TheDetailPanel, ShowsWhyAFileCannotBeLoaded) {
         SCOPED_TRACE(message);
         ASSERT_NO_FATAL_FAILURE(chooseFile("knock.wav"));
         bed.folder.finish(outcome);
-        ASSERT_TRUE(dialogAppears<QMessageBox>());
-        EXPECT_EQ(dialog<QMessageBox>()->informativeText().toStdString(), message);
-        EXPECT_EQ(dialog<QMessageBox>()->textFormat(), Qt::PlainText);
-        EXPECT_FALSE(dialog<QMessageBox>()->iconPixmap().isNull());
+        ASSERT_TRUE(dialogAppears<MessageDialog>());
+        EXPECT_EQ(
+            named<QLabel>(*dialog<MessageDialog>(), QString::fromStdString(message)).textFormat(),
+            Qt::PlainText);
         press(Qt::Key_Return);
         EXPECT_TRUE(dialogGoes());
         EXPECT_EQ(bed.library.defaults.changes, 0);
