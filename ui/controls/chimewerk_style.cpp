@@ -111,15 +111,16 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
             return QProxyStyle::drawPrimitive(element, &row, painter, widget);
         }
         case PE_Frame:
-            if (widget == nullptr || !widget->inherits("QComboBoxPrivateContainer")) {
-                break;
+            if (widget != nullptr && widget->inherits("QComboBoxPrivateContainer")) {
+                return paintMenuFrame(*painter, *option);
             }
-            [[fallthrough]];
+            break;
         case PE_FrameMenu:
-            return paintMenuFrame(*painter, *option);
+            // Drawn with the panel: a menu draws its frame in straight strips, without the corners.
+            return;
         case PE_PanelMenu:
             painter->fillRect(option->rect, option->palette.window());
-            return;
+            return paintMenuFrame(*painter, *option);
         default:
             break;
     }
