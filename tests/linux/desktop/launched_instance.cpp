@@ -38,7 +38,7 @@ int main(int count, char** arguments) {
             writeLine("already");
             return 0;
         case SingleInstance::Outcome::notAnswering:
-            say("not answering");
+            writeLine("not answering");
             return 1;
         case SingleInstance::Outcome::first:
             writeLine("first");
