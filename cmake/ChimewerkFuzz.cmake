@@ -69,7 +69,7 @@ function(chimewerk_fuzz_test name)
   set(found ${program}-found)
   file(MAKE_DIRECTORY ${found})
   add_test(NAME ${name}
-    COMMAND ${program} -seed=1 -runs=${FUZZ_RUNS} -timeout=10 -rss_limit_mb=1024 -artifact_prefix=${found}/
+    COMMAND ${program} -seed=1 -runs=${FUZZ_RUNS} -timeout=30 -rss_limit_mb=1024 -artifact_prefix=${found}/
             -print_final_stats=1 ${words} ${found} ${FUZZ_SEEDS})
   set_tests_properties(${name} PROPERTIES LABELS fuzz TIMEOUT 120)
 endfunction()

@@ -12,15 +12,20 @@ namespace {
 class PulseSound final : public Sound {
 public:
     PulseSound(PulsePlayer& player, std::shared_ptr<SoundFile> file)
-        : player_(player), file_(std::move(file)) {}
+        : player_(player), file_(std::move(file)), duration_(file_->seconds()) {}
 
     void setVolume(float volume) override { volume_ = volume; }
-    void play() override { player_.play(file_, volume_); }
-    Seconds duration() const override { return Seconds(file_->seconds()); }
+    void play() override {
+        if (file_) {
+            player_.play(std::move(file_), volume_);
+        }
+    }
+    Seconds duration() const override { return duration_; }
 
 private:
     PulsePlayer& player_;
-    const std::shared_ptr<SoundFile> file_;
+    std::shared_ptr<SoundFile> file_;  // The player's from `play()` on.
+    const Seconds duration_;
     float volume_ = 1.0F;
 };
 

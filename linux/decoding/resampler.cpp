@@ -19,6 +19,8 @@ constexpr std::size_t kTaps = 32;
 /// The number of filters for positions between two source frames; positions between two filters
 /// are interpolated.
 constexpr std::size_t kPhases = 256;
+/// More filters than this are not kept: those of the highest rates take half a MiB each.
+constexpr std::size_t kMostFilters = 4;
 /// The window's shape: about 80 dB of attenuation.
 constexpr double kKaiserBeta = 8.0;
 /// The end of the pass band, relative to half of the lower rate: the filter needs some room to
@@ -81,6 +83,9 @@ std::shared_ptr<const Resampler::Filter> Resampler::filterFor(int from, int to) 
     // All lower rates share one filter.
     const int lower = std::max(from, to);
     const std::lock_guard guard(lock);
+    if (made.size() > kMostFilters) {
+        made.clear();
+    }
     auto& filter = made[lower];
     if (!filter) {
         filter = std::make_shared<const Filter>(static_cast<double>(lower) / to);

@@ -11,8 +11,8 @@
 namespace chimewerk {
 
 /// Converts stereo from one rate to another by a windowed sinc, fast enough that the head of a
-/// sound takes a fraction of a millisecond. The filters are made at the first use of a rate and
-/// kept until the process ends. Frame 0 of the result is frame 0 of the source: there is no delay.
+/// sound takes a fraction of a millisecond. The filters are made at the first use of a rate and a
+/// few are kept. Frame 0 of the result is frame 0 of the source: there is no delay.
 /// Used by one thread at a time.
 class Resampler {
 public:
