@@ -393,8 +393,17 @@ TEST_F(ASoundFile, CostsLittleMemoryAndReadsLittleAheadHoweverLongItIs) {
     encode("long.wav", "long.ogg", "-c:a libvorbis");
     encode("long.wav", "first.m4a", "-c:a alac -movflags +faststart");
     encode("long.wav", "last.m4a", "-c:a alac");
-    for (const char* const name :
-         {"long.wav", "long.aiff", "long.mp3", "long.flac", "long.ogg", "first.m4a", "last.m4a"}) {
+    constexpr std::size_t kOurs = std::size_t{512} * 1024;
+    // FFmpeg has an index, which grows by about 1 KiB a second, and buffers of its own.
+    constexpr std::size_t kWithFfmpeg = 2 * kOurs;
+    struct Case {
+        const char* name;
+        std::size_t memory;
+    };
+    for (const auto& [name, memory] :
+         {Case{"long.wav", kOurs}, Case{"long.aiff", kOurs}, Case{"long.mp3", kOurs},
+          Case{"long.flac", kOurs}, Case{"long.ogg", kOurs}, Case{"first.m4a", kWithFfmpeg},
+          Case{"last.m4a", kWithFfmpeg}}) {
         open(name);  // Loads libraries and creates tables.
         const auto readBefore = bytesRead();
         const auto memoryBefore = memoryInUse();
@@ -406,7 +415,7 @@ TEST_F(ASoundFile, CostsLittleMemoryAndReadsLittleAheadHoweverLongItIs) {
         while (file->readRest(part) * 2 == part.size()) {
             most = std::max(most, memoryInUse());
         }
-        EXPECT_LT(most, memoryBefore + 512 * 1024) << name;
+        EXPECT_LT(most, memoryBefore + memory) << name;
     }
 }
 

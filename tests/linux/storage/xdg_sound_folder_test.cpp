@@ -174,8 +174,7 @@ TEST_F(TheSoundFolder, ReportsThatItCannotBeMade) {
 TEST_F(TheSoundFolder, RefusesFilesThatHoldNoSound) {
     const std::string before = bytesOf(load(music("knock.wav")).path);
     const std::string whole = bytesOf(music("knock.wav", 1));
-    for (const std::string& bytes :
-         {std::string("no sound"), std::string(), whole.substr(0, 5000)}) {
+    for (const std::string& bytes : {std::string("no sound"), std::string(), whole.substr(0, 44)}) {
         std::ofstream(home / "music/knock.wav", std::ios::binary) << bytes;
         EXPECT_EQ(load(home / "music/knock.wav").kind, Kind::notASound) << bytes.size();
         EXPECT_EQ(bytesOf(folder + "/knock.wav"), before) << bytes.size();
