@@ -6,13 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <cmath>
 #include <memory>
 #include <optional>
 #include <semaphore>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -20,6 +18,7 @@
 #include "linux/lid/hidraw_lid_sensor_source.h"
 #include "linux/lid/iio_lid_sensor_source.h"
 #include "linux/lid/linux_hardware_query.h"
+#include "support/run_queue.h"
 #include "tools/machine/fake_devices.h"
 #include "tools/machine/fake_hid_device.h"
 
@@ -38,15 +37,9 @@ protected:
         return table.open([this](float degrees) { angles.push_back(degrees); },
                           [this](bool found) { nowFound = found; });
     }
-    /// Runs the main loop until `condition` holds. Returns false if it does not within 10 s.
     template <typename Condition>
     bool until(Condition condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (!condition() && std::chrono::steady_clock::now() < deadline) {
-            queue.dispatch();
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return condition();
+        return runUntil(queue, condition);
     }
     bool reports(bool found) {
         return until([&] { return nowFound == found; });
@@ -247,8 +240,7 @@ TEST_F(TheLidSensor, SkipsInvalidReadingsAndDisappearsWithItsDevice) {
     const std::string hinge = addHinge({{"name", "lid\n"}, {"in_angl_raw", "500\n"}});
     ASSERT_TRUE(open());
     for (const char* const raw : {"none\n", "45\n"}) {
-        const auto later = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
-        until([&] { return std::chrono::steady_clock::now() > later; });
+        wakeUpsWithin(queue, Seconds{0.3});
         EXPECT_EQ(angles.size(), 0U) << "before " << raw;
         machine.set(hinge, "in_angl_raw", raw);
     }
