@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/status_item.h"
@@ -90,6 +91,7 @@ public:
     const Menu& menu() const { return menu_.entries(); }
     /// Whether there is a tray for the icon, and so for the menu.
     bool isInTray() const { return statusItem_.isShown(); }
+    void whenInTray(std::function<void()> job) { statusItem_.whenShown(std::move(job)); }
 
     /// Whether this event cannot be heard before the next start: none of its kind was on at this
     /// one.

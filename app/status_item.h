@@ -22,6 +22,8 @@ public:
 
     /// Whether there has been a tray to show the icon.
     virtual bool isShown() const = 0;
+    /// Calls `job` when the icon appears. It replaces the job given before.
+    virtual void whenShown(std::function<void()> job) = 0;
 };
 
 }  // namespace chimewerk

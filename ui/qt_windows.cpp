@@ -3,6 +3,8 @@
 
 #include "ui/qt_windows.h"
 
+#include <utility>
+
 #include "app/app_delegate.h"
 #include "ui/dashboard/dashboard_window_controller.h"
 #include "ui/help_window_controller.h"
@@ -11,14 +13,17 @@ namespace chimewerk {
 
 std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
     return std::make_unique<DashboardWindowController>(
-        deps_, DashboardMonitors{
-                   .lid = delegate.lidMonitor,
-                   .keyboard = delegate.keyboardMonitor,
-                   .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); },
-                   .waitsForRestart =
-                       [&delegate](std::string_view id) { return delegate.waitsForRestart(id); },
-                   .menu = delegate.menu(),
-                   .isInTray = [&delegate] { return delegate.isInTray(); }});
+        deps_,
+        DashboardMonitors{
+            .lid = delegate.lidMonitor,
+            .keyboard = delegate.keyboardMonitor,
+            .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); },
+            .waitsForRestart =
+                [&delegate](std::string_view id) { return delegate.waitsForRestart(id); },
+            .menu = delegate.menu(),
+            .isInTray = [&delegate] { return delegate.isInTray(); },
+            .whenInTray =
+                [&delegate](std::function<void()> job) { delegate.whenInTray(std::move(job)); }});
 }
 
 std::unique_ptr<Window> QtWindows::makeHelpWindow(AppDelegate& delegate) {

@@ -8,9 +8,11 @@
 #include <QLabel>
 #include <QTableView>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "app/status_menu.h"
 #include "monitors/keyboard_monitor.h"
@@ -32,12 +34,14 @@ public:
     void open() {
         controller.reset();
         controller = std::make_unique<DashboardWindowController>(
-            dependencies, DashboardMonitors{.lid = lidMonitor,
-                                            .keyboard = keyboardMonitor,
-                                            .resetBatteryLowFlag = [this] { ++batteryResets; },
-                                            .waitsForRestart = [this](auto) { return silent; },
-                                            .menu = menu.entries(),
-                                            .isInTray = [this] { return inTray; }});
+            dependencies,
+            DashboardMonitors{.lid = lidMonitor,
+                              .keyboard = keyboardMonitor,
+                              .resetBatteryLowFlag = [this] { ++batteryResets; },
+                              .waitsForRestart = [this](auto) { return silent; },
+                              .menu = menu.entries(),
+                              .isInTray = [this] { return inTray; },
+                              .whenInTray = [this](auto job) { onTray = std::move(job); }});
         controller->showWindow();
     }
 
@@ -75,6 +79,8 @@ public:
     int batteryResets = 0;
     bool silent = false;
     bool inTray = true;
+    /// To be called when the tray comes.
+    std::function<void()> onTray;
     /// What was chosen in the menu.
     std::string chosen;
     const StatusMenu menu{{.openDashboard = [this] { chosen += "dashboard "; },

@@ -25,6 +25,7 @@ public:
         onActivate = std::move(onActivated);
     }
     bool isShown() const override { return true; }
+    void whenShown(std::function<void()> /*job*/) override {}
 
     /// Returns the menu as text, one entry after another: [d] key equivalent, (x) or ( ) mark,
     /// {...} submenu, - separator, # disabled entry.

@@ -49,6 +49,8 @@ struct DashboardMonitors {
     const Menu& menu;
     /// Whether a tray shows that menu.
     std::function<bool()> isInTray;
+    /// Calls the job when that becomes true.
+    std::function<void(std::function<void()> job)> whenInTray;
 };
 
 }  // namespace chimewerk

@@ -3,8 +3,9 @@
 
 #include "ui/dashboard/dashboard_window_controller.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolTip>
@@ -177,8 +178,11 @@ QWidget* DashboardWindowController::buildMenuButton() {
         menu.setPalette(menuPaletteOf(colorSchemeOf(window_)));
         menu.popup(menuBtn_->mapToGlobal(QPoint(0, menuBtn_->height())));
     });
-    QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &window_,
-                     [this] { showMenuButton(); });
+    monitors_.whenInTray([this, window = QPointer<QWidget>(&window_)] {
+        if (window) {
+            showMenuButton();
+        }
+    });
     showMenuButton();
     return menuBtn_;
 }

@@ -30,6 +30,9 @@ void QtStatusItem::appear() {
                          }
                      });
     icon_->show();
+    if (onShown_) {
+        onShown_();
+    }
 }
 
 }  // namespace chimewerk

@@ -6,6 +6,7 @@
 #include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include "app/status_item.h"
 #include "ui/tray/program_menu.h"
@@ -22,12 +23,14 @@ public:
     void show(const Menu& menu, std::function<void()> onActivate) override;
 
     bool isShown() const override { return icon_ != nullptr; }
+    void whenShown(std::function<void()> job) override { onShown_ = std::move(job); }
 
 private:
     void appear();
 
     std::unique_ptr<ProgramMenu> menu_;
     std::function<void()> onActivate_;
+    std::function<void()> onShown_;
     std::unique_ptr<QSystemTrayIcon> icon_;
     std::unique_ptr<TrayWatch> watch_;
 };

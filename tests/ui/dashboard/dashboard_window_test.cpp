@@ -301,6 +301,9 @@ TEST_F(TheDashboard, OffersTheMenuWhereThereIsNoTrayAndItsKeysAlways) {
         QTest::keyClick(QApplication::activePopupWidget(), key);
     }
     EXPECT_EQ(bed.chosen, "High ");
+    bed.inTray = true;
+    bed.onTray();
+    EXPECT_THROW(button("Menu"), std::out_of_range);
 }
 
 TEST_F(TheDashboard, ShowsTheLidsAngleWhicheverEventIsSelected) {
