@@ -47,7 +47,8 @@ function(chimewerk_fuzz_test name)
     set(modules ${program}-modules)
     file(MAKE_DIRECTORY ${modules})
     set(module ${modules}/chimewerk-m4a.so)
-    list(APPEND compile "-DCHIMEWERK_MODULE_DIR=\"${modules}\"")
+    list(APPEND compile "-DCHIMEWERK_MODULE_DIR=\"${modules}\""
+         -DCHIMEWERK_M4A_FUNCTION=openM4a "-DCHIMEWERK_M4A_FUNCTION_NAME=\"openM4a\"")
     add_custom_command(
       OUTPUT ${module}
       COMMAND ${compile} -fsanitize=fuzzer-no-link,address,undefined -shared -fPIC -fvisibility=hidden
