@@ -21,7 +21,7 @@ std::string_view property(const pa_source_info& source, const char* name) {
 }
 
 /// Recording from a Bluetooth headset switches it to the sound quality of a telephone. Some of its
-/// sources tell by their name only, and a filter by the name of the source that it listens to.
+/// sources can only be recognised by their names, and filters by the name of their own source.
 bool isBluetooth(const pa_source_info& source) {
     const std::string_view filtered = property(source, "device.master_device");
     return property(source, PA_PROP_DEVICE_BUS) == "bluetooth" ||

@@ -22,10 +22,10 @@ struct MicrophoneSource {
     bool operator==(const MicrophoneSource&) const = default;
 };
 
-/// Chooses the microphone among the sources of a sound server: a built-in one if it is plugged in,
-/// else the default source, else another one, if possible a hardware device that is plugged in.
-/// Never the monitor of a sink, which hears what the computer plays, nor a Bluetooth headset, whose
-/// playback suffers while it records; also if that is the default source.
+/// Chooses the microphone among the sources of an audio server: a built-in one if it is plugged in,
+/// else the default source, else another source, preferably a hardware device that is plugged in.
+/// It never chooses the monitor of a sink, which records what the computer plays, or a Bluetooth
+/// headset, which plays in poor quality while it records, not even if that is the default source.
 class MicrophoneChoice {
 public:
     explicit MicrophoneChoice(std::string_view defaultSource) : defaultSource_(defaultSource) {}

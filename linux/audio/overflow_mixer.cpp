@@ -12,11 +12,11 @@ namespace chimewerk {
 
 namespace {
 
-/// Samples up to here stay as they are; what is above is bent to stay below the ceiling.
+/// Samples up to the knee are not changed. Those above it are compressed to below the ceiling.
 constexpr float kKnee = 0.3F;
 constexpr float kCeiling = 0.49F;
 
-float bent(float sample) {
+float limited(float sample) {
     constexpr float kSpan = kCeiling - kKnee;
     const float above = std::fabs(sample) - kKnee;
     return above <= 0 ? sample : std::copysign(kKnee + kSpan * std::tanh(above / kSpan), sample);
@@ -52,7 +52,7 @@ void OverflowMixer::mix(std::span<float> stereo) {
         std::ranges::transform(stereo, next, stereo.begin(), std::plus<>());
         voice.mixed += std::min(stereo.size(), next.size());
     }
-    std::ranges::transform(stereo, stereo.begin(), bent);
+    std::ranges::transform(stereo, stereo.begin(), limited);
     std::erase_if(voices_, [](const Voice& voice) {
         return voice.complete && voice.mixed == voice.stereo.size();
     });

@@ -10,16 +10,16 @@
 
 namespace chimewerk {
 
-/// Adds up the sounds that have no stream of their own, and bends the sum softly so that it takes
-/// at most half of the range; the other half belongs to the sounds beside it. Has no lock and no
+/// Adds up the sounds that have no stream of their own. A limiter with a soft knee keeps the sum
+/// below half of full scale; the other half is for the sounds with a stream. Has no lock and no
 /// clock.
 class OverflowMixer {
 public:
-    /// The most sounds at once. More would not be told apart.
+    /// The largest number of sounds at once.
     static constexpr std::size_t kMost = 64;
 
     /// Adds a sound. If it is not `complete`, more frames follow through `append()`. If there are
-    /// too many, the oldest complete one is dropped, or else the oldest.
+    /// `kMost` already, the oldest complete one is removed, or the oldest if none is complete.
     void add(std::uint64_t voice, std::vector<float> stereo, bool complete);
     /// Appends the next frames of a sound; does nothing if the sound was removed.
     void append(std::uint64_t voice, std::span<const float> stereo, bool complete);
@@ -32,7 +32,7 @@ public:
     void clear() { voices_.clear(); }
     /// Returns the number of frames of the sound that are not yet mixed; 0 if it was removed.
     std::size_t framesLeft(std::uint64_t voice) const;
-    /// Returns the same of the sound that has the most.
+    /// Returns the largest number of frames that have not been mixed of any sound.
     std::size_t mostFramesLeft() const;
 
 private:

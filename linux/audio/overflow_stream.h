@@ -36,11 +36,12 @@ public:
     /// Destroys the stream and the voices that play on it.
     void clear();
 
-    /// Returns how many frames it has still to play, of the voices that it has now.
+    /// Returns for how many frames the current voices will still play.
     std::int64_t framesLeft() const;
-    /// Returns when the server must have asked for more or played all; none if it is quiet.
+    /// Returns when the voices end unless the server requests frames before; none if there are
+    /// no voices.
     std::optional<BootClock::time_point> deadline() const;
-    /// Ends all voices if it has not.
+    /// Ends all voices if the deadline has passed.
     void endOverdue(BootClock::time_point now);
 
     bool exists() const { return stream_ != nullptr; }

@@ -159,8 +159,8 @@ void PulseConnection::open() {
     connectNow();
 }
 
-/// Connecting reads files and may ask the display for the server's address, so that it belongs on
-/// the connection's thread.
+/// Connecting reads files and may ask the display for the server's address, so the connection's
+/// thread does it.
 void PulseConnection::connectNow() {
     if (loop_ && !context_) {
         retryDelay_ = kFirstRetry;
@@ -206,8 +206,8 @@ void PulseConnection::connect() {
             static_cast<PulseConnection*>(user)->dispatch(event);
         },
         this);
-    // Starts no server: where one is wanted, its socket starts it. A failure may have been reported
-    // to the state callback already, which then has dropped the context.
+    // Does not start a server: a desktop that wants one starts it when its socket is used. The state
+    // callback may already have reported a failure and dropped the context.
     if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0 &&
         context_) {
         drop();

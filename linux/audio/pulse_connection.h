@@ -32,9 +32,9 @@ public:
     virtual void onServerEvent() {}
 };
 
-/// The program's one connection to PulseAudio, or to PipeWire by the same protocol, on a thread of
-/// its own. Once open, and while there is no server, the connection looks for one: after 100 ms at
-/// first, then less and less often. It never starts a server.
+/// The program's only connection to PulseAudio, or to PipeWire by the same protocol, with its
+/// own thread. While it is open and there is no server, it tries to connect: first after 100 ms,
+/// then less and less often. It never starts a server.
 class PulseConnection {
 public:
     /// Starts the thread. If the system lacks the resources for it, there is never a server.
@@ -46,11 +46,11 @@ public:
     /// Ends the connection and the thread. All clients must have been removed.
     ~PulseConnection();
 
-    /// Starts to look for the server. Returns at once. Lock not held; any thread.
+    /// Opens the connection: starts to connect and returns at once. Lock not held; any thread.
     void open();
 
-    /// Adds a client, which must be removed before it is destroyed; calls its `onServerFound()` if
-    /// there is a server. Lock not held; any thread but the connection's.
+    /// Adds a client, which must be removed before it is destroyed. Calls its `onServerFound()` if
+    /// there is a server. Lock not held; any thread except the connection's.
     void add(PulseClient& client);
     /// Removes a client. Calls its `onServerLost()` if there is a server. The client is not called
     /// after this returns. Lock not held; any thread except the connection's.
@@ -70,7 +70,7 @@ public:
         pa_threaded_mainloop* const loop_;
     };
 
-    /// Looks for the server now if there is none. Returns at once. Lock held.
+    /// Starts to connect if there is no server, and returns at once. Lock held.
     void connectNow();
 
     /// Drops the connection and makes a new one; for the clients, the server goes and returns. This
@@ -88,16 +88,16 @@ public:
     [[nodiscard]] std::unique_ptr<Alarm> after(std::chrono::milliseconds delay,
                                                std::function<void()> job);
 
-    /// Calls a job on the connection's thread, lock held, at a time that can be changed. Made, used
-    /// and destroyed with the lock held.
+    /// Runs a job on the connection's thread, lock held, at a time that can be changed. Must be
+    /// made, used and destroyed with the lock held.
     class Timer {
     public:
         virtual ~Timer() = default;
-        /// Sets when the job is called next; none for never. A time that passes while the program
-        /// or the machine sleeps is noticed at once when it goes on.
+        /// Sets when the job runs next; none for never. If the program or the machine sleeps at
+        /// that time, the job runs when it wakes.
         virtual void set(std::optional<BootClock::time_point> time) = 0;
     };
-    /// If the system is out of resources, the job is never called.
+    /// If the system is out of resources, the job never runs.
     [[nodiscard]] std::unique_ptr<Timer> makeTimer(std::function<void()> job);
 
 private:

@@ -10,9 +10,9 @@
 
 namespace chimewerk {
 
-/// The computer's own microphone, or the best of the sound server's other sources (see
-/// microphone_choice.h). Taps are called on the connection's thread, with its lock held, for buffers
-/// of exactly the length that they ask for.
+/// The built-in microphone, or the best of the audio server's other sources (see
+/// microphone_choice.h). Taps are called on the connection's thread, with its lock held, with
+/// buffers of exactly the requested length.
 ///
 /// While an engine runs, it follows changes of servers, sources and defaults. While there is no
 /// microphone, nothing runs.

@@ -87,7 +87,7 @@ void PulsePlayer::onQuiet() {
     }
 }
 
-/// Has `endOverdue()` called at the first deadline.
+/// Sets the timer to the first deadline.
 void PulsePlayer::watchDeadline() {
     auto first = pool_.deadline();
     if (const auto other = overflow_.deadline(); other && (!first || *other < *first)) {
@@ -103,13 +103,13 @@ void PulsePlayer::endOverdue() {
     watchDeadline();
 }
 
-/// Frees what a burst of sounds has needed, unless sounds are playing: the end of the last one
-/// calls again.
+/// Frees what a burst of sounds needed, unless sounds are playing: then the end of the last one
+/// schedules another call.
 void PulsePlayer::shrink() {
     if (!pool_.isQuiet() || !overflow_.isQuiet()) {
         return;
     }
-    if (pool_.size() > kLargeBurst) {
+    if (pool_.mostStreams() > kLargeBurst) {
         connection_.reconnect();
     } else {
         pool_.shrink();

@@ -15,10 +15,10 @@
 
 namespace chimewerk {
 
-/// Plays sounds on the sound server: through a pool of streams, and those beyond the pool through
-/// one stream that mixes them. A sound that is a second late, because there is no server or the
-/// device or the program has stood still, is not heard any more. What a burst of sounds has needed
-/// is freed once it has been quiet for a while.
+/// Plays sounds on the audio server: through a pool of streams, and those beyond the pool through
+/// one stream that mixes them. A sound that is a second late ends: there was no server, or the
+/// device, the program or the machine had stopped. What a burst of sounds needed is freed after a
+/// quiet time.
 ///
 /// Call `play()` on the main thread; everything else runs under the connection's lock, mostly on
 /// its thread.

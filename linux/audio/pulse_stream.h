@@ -27,8 +27,8 @@ public:
         /// The stream has ended for good: the server ended it, or it could not be made. May destroy
         /// the stream.
         std::function<void()> failed;
-        /// The server plays what has been written, for the first time since it was uncorked or
-        /// had run dry. Optional.
+        /// The server has started to play the frames written, after the stream was uncorked or had
+        /// run dry. Optional.
         std::function<void()> started = {};
         /// The server can take this many more frames. Optional.
         std::function<void(std::size_t frames)> wanted = {};
@@ -42,26 +42,25 @@ public:
     PulseStream& operator=(const PulseStream&) = delete;
     ~PulseStream();
 
-    /// Writes frames in place of the last `rewind` ones that have been written, as far as those
-    /// have not been played, and after them.
-    /// `stereo` is at least that long.
+    /// Appends frames to those waiting to be played. With `rewind`, the first ones replace the last
+    /// `rewind` frames written, as far as these have not been played; `stereo` is at least that long.
     void write(std::span<const float> stereo, std::size_t rewind = 0);
-    /// Starts playing what has been written.
+    /// Starts playing the frames written.
     void uncork();
     /// Stops playing at once and drops the waiting frames.
     void corkAndFlush();
-    /// Calls `drained` when everything written has been heard. A later `write()` that does not
-    /// rewind, or `corkAndFlush()`, cancels that.
+    /// Calls `drained` when everything written has been played. A later `write()` without `rewind`,
+    /// or `corkAndFlush()`, cancels that.
     void drain(std::function<void()> drained);
     /// Returns the number of frames that the server can take now.
     std::size_t wantedFrames() const;
-    /// What the server knows about a stream.
+    /// The frames waiting to be played.
     struct Queued {
-        std::int64_t frames = 0;             // That wait to be played.
-        std::chrono::microseconds age = {};  // How long ago that was so.
+        std::int64_t frames = 0;
+        std::chrono::microseconds age = {};  // The time since the server counted them.
     };
-    /// Asks the server how many frames wait to be played, and calls `answer` with them, or with
-    /// none if the server does not know.
+    /// Requests the number of frames waiting to be played and calls `answer` with it, or with none
+    /// if the server does not know.
     void askQueued(std::function<void(std::optional<Queued>)> answer);
 
 private:

@@ -16,19 +16,20 @@ using namespace std::chrono_literals;
 /// Streams that are kept while nothing plays: enough for a few simultaneous sounds without waiting
 /// for the server.
 constexpr std::size_t kQuietStreams = 3;
-/// More would take long to send again when another one starts, and a server allows only a few
-/// hundred streams for all programs together.
+/// To lower the gains of many streams takes long, and a server allows only a few hundred streams for
+/// all programs together.
 constexpr std::size_t kMostStreams = 16;
 constexpr unsigned kLatencyMilliseconds = 10;
 constexpr std::size_t kMostWaiting = 64;
-/// The level of what plays beside the pool.
+/// The level of the sounds that play outside the pool.
 constexpr float kHalf = 0.5F;
 constexpr auto kRefillInterval = 150ms;
-/// How long a part of a long sound may take to decode, on a slow disk.
+/// How long the decoding of a part may take, for example from a slow disk.
 constexpr auto kDecodePatience = 10s;
-/// A voice that starts later than this plays beside other parts of the others than was thought.
+/// If a voice starts later than this, the range is divided again: the voice overlaps with other parts
+/// of the other voices than expected.
 constexpr auto kPunctual = 10ms;
-/// A device that takes longer to start than this has stood still.
+/// If a voice starts later than this, the device was stopped in the meantime.
 constexpr auto kStandstill = 100ms;
 
 }  // namespace
@@ -43,6 +44,7 @@ void StreamPool::fill(pa_context& context) {
 
 void StreamPool::clear() {
     streams_.clear();
+    most_ = 0;
     context_ = nullptr;
 }
 
@@ -65,6 +67,7 @@ bool StreamPool::start(Voice& voice) {
 
 void StreamPool::addStream() {
     PooledStream& stream = streams_.emplace_back();
+    most_ = std::max(most_, streams_.size());
     stream.stream = std::make_unique<PulseStream>(
         connection_, *context_, kLatencyMilliseconds,
         PulseStream::Callbacks{.ready =
@@ -141,7 +144,7 @@ bool StreamPool::deliver(std::uint64_t voice, std::span<float> stereo, bool last
     stream.progressed = now;
     const std::int64_t position = positionOf(stream, deviceTime(now));
     if (stream.started && position == stream.sound.sent()) {
-        // It has run dry in the meantime.
+        // The stream ran dry while the part was decoded.
         stream.started = now - lengthOf(position);
     }
     stream.sound.forgetBefore(position);
@@ -233,8 +236,8 @@ void StreamPool::share() {
     }
 }
 
-/// Returns until when the device has certainly played: a stream that it has not begun since then
-/// shows that it stands still, for all streams.
+/// Returns the last time at which the device is known to have played. If a stream was uncorked and
+/// has not started since, the device may have stopped, for all streams.
 StreamPool::Time StreamPool::deviceTime(Time now) const {
     Time first = now;
     for (const PooledStream& stream : streams_) {
@@ -281,8 +284,7 @@ std::optional<StreamPool::Time> StreamPool::deadline() const {
 
 void StreamPool::endOverdue(Time now) {
     std::erase_if(waiting_, [&](const Voice& voice) { return voice.asked + kPatience <= now; });
-    // A stream is not used again: it would have to be known that the server has dropped what was
-    // written to it.
+    // The streams are not reused, because the server may still hold frames of the voices.
     const auto ended = streams_.remove_if([&](const PooledStream& stream) {
         return stream.state == PooledStream::State::playing && deadlineOf(stream) <= now;
     });
@@ -299,13 +301,14 @@ bool StreamPool::isQuiet() const {
 }
 
 bool StreamPool::isLarge() const {
-    return streams_.size() > kQuietStreams;
+    return most_ > kQuietStreams;
 }
 
 void StreamPool::shrink() {
-    if (isLarge()) {
+    if (streams_.size() > kQuietStreams) {
         streams_.resize(kQuietStreams);
     }
+    most_ = streams_.size();
 }
 
 }  // namespace chimewerk

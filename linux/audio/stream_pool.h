@@ -27,20 +27,21 @@ namespace chimewerk {
 /// again. The pool grows with the number of simultaneous voices, up to a limit. Used under the
 /// connection's lock.
 ///
-/// When a voice starts, those that play already are sent again with lower gains if they would
-/// otherwise leave it too little of the range (see level_shares.h).
+/// When a voice starts and the sum of all voices would leave the range, the frames of the other
+/// voices that have not been played are sent again with lower gains (see level_shares.h).
 class StreamPool {
 public:
     struct Callbacks {
         /// A stream has become idle.
         std::function<void()> quiet;
-        /// `deadline()` may be earlier than before.
+        /// `deadline()` may have changed.
         std::function<void()> deadlineChanged;
-        /// Returns for how many more frames others play beside the pool, at half of the range.
+        /// Returns for how many frames sounds outside the pool will still play. They take half of
+        /// the range.
         std::function<std::int64_t()> framesBeside;
     };
 
-    /// `connection` and `parts` outlive the pool.
+    /// `connection` and `parts` must outlive the pool.
     StreamPool(PulseConnection& connection, VoiceParts& parts, Callbacks callbacks)
         : connection_(connection), parts_(parts), callbacks_(std::move(callbacks)) {}
 
@@ -50,25 +51,25 @@ public:
     /// are kept.
     void clear();
 
-    /// Plays the voice on an idle stream, or keeps it until there is one, at most for its patience.
-    /// Returns false, and leaves the voice as it is, if as many voices play as the pool may have
-    /// streams.
+    /// Plays the voice on an idle stream, or keeps it until one is idle, for up to a second. Returns
+    /// false, and does not take the voice, if the pool is at its limit and all streams play.
     bool start(Voice& voice);
     /// Plays the next part of a long sound. Returns false if the pool does not play this voice.
     bool deliver(std::uint64_t voice, std::span<float> stereo, bool last);
-    /// Divides the range again, because `framesBeside` has changed.
+    /// Divides the range among all sounds again. Call it when `framesBeside` has changed.
     void share();
 
-    /// Returns when the first of the voices will be too late, unless the server makes progress
-    /// until then; none if there is no voice.
+    /// Returns when the first voice becomes overdue if the server makes no progress until then; none
+    /// if there are no voices.
     std::optional<BootClock::time_point> deadline() const;
-    /// Ends the voices that are too late: the device has stopped, or the program or the machine
-    /// has slept.
+    /// Ends the voices that are a second late, because the device, the program or the machine had
+    /// stopped.
     void endOverdue(BootClock::time_point now);
 
     bool isQuiet() const;
-    std::size_t size() const { return streams_.size(); }
-    /// Returns whether there are more streams than are kept while nothing plays.
+    /// Returns the largest number of streams since the last `shrink()` or `clear()`.
+    std::size_t mostStreams() const { return most_; }
+    /// Returns whether there were more streams than are kept while nothing plays.
     bool isLarge() const;
     /// Destroys the streams that only a burst of sounds needed. No stream may be playing.
     void shrink();
@@ -80,12 +81,12 @@ private:
         enum class State { connecting, idle, playing };
         State state = State::connecting;
         std::unique_ptr<PulseStream> stream = {};
-        // What it plays:
+        // The voice that plays:
         Voice voice = {};
         SentSound sound = {};
         Time uncorked = {};
         std::optional<Time> started = {};  // When the first frame was played.
-        // Of a long sound:
+        // For a long sound:
         std::int64_t heard = 0;  // The frames that the server has played for certain.
         Time progressed = {};    // When that grew, or the next part was asked for or sent.
         std::unique_ptr<PulseConnection::Alarm> refill = {};
@@ -110,7 +111,8 @@ private:
     pa_context* context_ = nullptr;
     std::list<PooledStream> streams_;  // Their callbacks hold references to them.
     std::deque<Voice> waiting_;        // The oldest first.
-    Time moved_ = {};                  // When the device was last known to play.
+    std::size_t most_ = 0;
+    Time moved_ = {};  // When the device was last known to play.
 };
 
 }  // namespace chimewerk

@@ -16,18 +16,18 @@
 
 namespace chimewerk {
 
-/// Frames at the output rate, as a length of time.
+/// A duration in frames at the output rate.
 using Frames = std::chrono::duration<std::int64_t, std::ratio<1, kOutputRate>>;
 
-/// Returns how long this many frames last.
+/// Returns the duration of this number of frames.
 inline BootClock::duration lengthOf(std::int64_t frames) {
     return std::chrono::ceil<BootClock::duration>(Frames(frames));
 }
 
-/// How late a sound may be: then nobody would know any more what it was for.
+/// How late a sound may start: a later one would confuse the user.
 inline constexpr std::chrono::seconds kPatience{1};
 
-/// One sound on its way to the speaker.
+/// A sound that is about to play or playing.
 struct Voice {
     std::uint64_t id = 0;
     std::vector<float> stereo;         // The first part, scaled to the volume, until it is sent.
@@ -37,8 +37,8 @@ struct Voice {
     bool decoding = false;        // The next part is being decoded.
 };
 
-/// Drops the voice that nobody will miss: the oldest of the short ones, which are mostly clicks of
-/// keys; else the oldest. `voices` is not empty, and the oldest voice comes first.
+/// Removes the oldest short voice, usually the click of a key, or the oldest voice if none is short.
+/// `voices` must not be empty; the oldest voice comes first.
 template <typename Voices>
 void dropOldest(Voices& voices) {
     const auto isShort = [](const Voice& voice) { return voice.sound == nullptr; };

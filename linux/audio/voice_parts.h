@@ -15,12 +15,11 @@
 
 namespace chimewerk {
 
-/// Decodes the parts in which long sounds are handed to the server, after the first one, on a
-/// worker. Used under the connection's lock; destroyed without it, because that waits for the
-/// worker.
+/// Decodes the parts of long sounds after the first one, on a worker. Used under the connection's
+/// lock; destroyed without it, because the destructor waits for the worker.
 class VoiceParts {
 public:
-    /// A part is asked for when fewer frames than this wait at the server.
+    /// The next part is decoded when fewer frames than this wait to be played.
     static constexpr std::int64_t kAheadFrames = kOutputRate / 2;
 
     /// Receives the part that `decodeNext()` requested; `last` if no more parts follow. Lock held.
@@ -29,7 +28,7 @@ public:
     VoiceParts(PulseConnection& connection, Deliver deliver)
         : connection_(connection), deliver_(std::move(deliver)) {}
 
-    /// Has the voice's next part decoded and delivered.
+    /// Starts decoding the voice's next part, which is then delivered.
     void decodeNext(Voice& voice);
 
 private:

@@ -347,8 +347,8 @@ TEST_F(TheSoundPath, GivesBackTheMemoryThatABurstHasTaken) {
         play(path, 0.5F);
     }
     EXPECT_GT(residentBytes(), before + 10'000'000);
-    ASSERT_TRUE(eventually([] { return ourStreams() == 3; }, 15s));
-    EXPECT_LT(residentBytes(), before + 3'000'000);
+    EXPECT_TRUE(eventually([&] { return residentBytes() < before + 3'000'000; }, 15s));
+    EXPECT_EQ(ourStreams(), 3U);
 }
 
 TEST_F(TheSoundPath, PlaysALongFileToItsEndWithoutASeam) {
@@ -457,7 +457,7 @@ TEST(TheConnection, NeitherKeepsItsCallerWaitingNorStartsAServer) {
               0);
     const std::string server = std::getenv("PULSE_SERVER");
     const std::string runtime = std::getenv("PULSE_RUNTIME_PATH");
-    setenv("PULSE_SERVER", (folder / "nowhere").c_str(), 1);
+    unsetenv("PULSE_SERVER");
     setenv("PULSE_RUNTIME_PATH", folder.path().c_str(), 1);
     setenv("PULSE_CLIENTCONFIG", config.c_str(), 1);
     {
