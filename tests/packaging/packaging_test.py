@@ -16,6 +16,10 @@ from pathlib import Path
 
 BUILD, SESSION, DEMO, ID = (sys.argv.pop(1) for _ in range(4))
 LIMIT = 300
+
+# Report descriptors.
+MOUSE = bytes([5, 1, 9, 2, 0xA1, 1, 0xC0])
+HINGE = bytes([5, 0x20, 9, 0x8A, 0xA1, 1, 0x85, 1, 9, 0x8A, 0x75, 16, 0x95, 1, 0x81, 2, 0xC0])
 PRERM = Path(__file__).parents[2] / "packaging/debian/prerm"
 
 
@@ -83,14 +87,13 @@ class AnInstallation(unittest.TestCase):
                 self.assertEqual(read_entry(file)["Desktop Entry"]["TryExec"], program)
 
     def test_takes_the_permission_for_the_hinge_sensor_back_when_it_is_removed(self):
-        mouse = bytes([5, 1, 9, 2, 0xA1, 1, 0xC0])
-        hinge = bytes([5, 0x20, 9, 0x8A, 0xA1, 1, 0x85, 1, 9, 0x8A, 0x75, 16, 0x95, 1, 0x81, 2, 0xC0])
         with tempfile.TemporaryDirectory() as root:
+            os.chmod(root, 0o755)
             helper = Path(root, "usr/lib/udev/chimewerk-hinge-sensor")
             helper.parent.mkdir(parents=True)
             helper.symlink_to(self.prefix / "lib/udev/chimewerk-hinge-sensor")
             Path(root, "dev").mkdir()
-            for name, descriptor in (("hidraw0", mouse), ("hidraw1", hinge)):
+            for name, descriptor in (("hidraw0", MOUSE), ("hidraw1", HINGE)):
                 device = Path(root, "sys/class/hidraw", name, "device")
                 device.mkdir(parents=True)
                 (device / "report_descriptor").write_bytes(descriptor)
@@ -99,6 +102,19 @@ class AnInstallation(unittest.TestCase):
             run("sh", "-e", PRERM, "remove", env={**os.environ, "DPKG_ROOT": root})
             masks = [Path(root, "dev", name).stat().st_mode & stat.S_IRWXG for name in ("hidraw0", "hidraw1")]
         self.assertEqual(masks, [stat.S_IRGRP | stat.S_IWGRP, 0])
+
+    def test_recognises_the_hinge_sensor_with_the_rights_of_nobody(self):
+        helper = self.prefix / "lib/udev/chimewerk-hinge-sensor"
+        with tempfile.TemporaryDirectory() as folder:
+            os.chmod(folder, 0o755)
+            file = Path(folder, "report_descriptor")
+            self.assertEqual(subprocess.run([helper, file], check=False).returncode, 1)
+            for descriptor, mode, status in ((HINGE, 0o444, 0), (MOUSE, 0o444, 1), (HINGE, 0o400, os.geteuid() == 0)):
+                with self.subTest(descriptor=descriptor, mode=mode):
+                    file.unlink(missing_ok=True)
+                    file.write_bytes(descriptor)
+                    file.chmod(mode)
+                    self.assertEqual(subprocess.run([helper, file], check=False).returncode, status)
 
     def test_works_in_another_folder(self):
         with tempfile.TemporaryDirectory() as elsewhere:
