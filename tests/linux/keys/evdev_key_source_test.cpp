@@ -159,7 +159,8 @@ TEST_F(TheEventDevices, GoOnWithoutAnUnpluggedKeyboardAndReportItsKeysAgainLater
         runReady(queue);
         EXPECT_EQ(disablings, i);
         EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
-        EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 0);
+        // The folder may report the removal late; a watch that spins wakes it all the time.
+        EXPECT_LE(wakeUpsWithin(queue, Seconds{0.05}), 2);
         devices.plug("event1", kKeyboard);
         runReady(queue);
         EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
