@@ -4,6 +4,7 @@
 #include "linux/audio/level_shares.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace chimewerk {
@@ -25,6 +26,21 @@ constexpr float kRise = 1.5F;
 constexpr float kFall = 2.0F;
 /// Where a gain starts to rise from silence.
 constexpr float kLeast = 0.1F;
+
+float peakOf(std::span<const float> samples) {
+    // Eight at once, so that the compiler can use vector instructions.
+    std::array<float, 8> peaks{};
+    std::size_t i = 0;
+    for (; i + peaks.size() <= samples.size(); i += peaks.size()) {
+        for (std::size_t lane = 0; lane < peaks.size(); ++lane) {
+            peaks[lane] = std::max(peaks[lane], std::fabs(samples[i + lane]));
+        }
+    }
+    for (; i < samples.size(); ++i) {
+        peaks[0] = std::max(peaks[0], std::fabs(samples[i]));
+    }
+    return std::ranges::max(peaks);
+}
 
 /// Returns the highest level that each block may have if the sound is early or late.
 std::vector<float> withSlack(std::span<const float> levels) {
@@ -81,11 +97,7 @@ std::vector<float> levelsOf(std::span<const float> stereo) {
     for (std::size_t i = 0; i < levels.size(); ++i) {
         const auto block =
             stereo.subspan(i * kSamples, std::min(kSamples, stereo.size() - i * kSamples));
-        float peak = 0.0F;
-        for (const float sample : block) {
-            peak = std::max(peak, std::fabs(sample));
-        }
-        levels[i] = peak;
+        levels[i] = peakOf(block);
     }
     return levels;
 }

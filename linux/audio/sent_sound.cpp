@@ -4,6 +4,7 @@
 #include "linux/audio/sent_sound.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace chimewerk {
 
@@ -18,6 +19,12 @@ constexpr float kAlike = 0.98F;
 constexpr float kSilence = 0.002F;
 
 }  // namespace
+
+void SentSound::begin(std::vector<float> stereo) {
+    stereo_ = std::move(stereo);
+    levels_ = levelsOf(stereo_);
+    gains_.assign(levels_.size(), 1.0F);
+}
 
 void SentSound::append(std::span<const float> stereo) {
     const std::size_t whole = stereo_.size() / (kLevelBlock * kChannels);
@@ -87,17 +94,17 @@ std::int64_t SentSound::end() const {
     return first_ + static_cast<std::int64_t>(stereo_.size() / kChannels);
 }
 
-std::vector<float> SentSound::render(std::int64_t from) const {
+std::span<const float> SentSound::render(std::int64_t from) {
     const std::size_t block = blockOf(from);
-    const std::size_t start = block * kLevelBlock * kChannels;
-    std::vector<float> stereo(stereo_.begin() + static_cast<std::ptrdiff_t>(start), stereo_.end());
+    const auto whole = std::span(stereo_).subspan(block * kLevelBlock * kChannels);
+    const auto skipped = static_cast<std::size_t>(from - first_) - block * kLevelBlock;
     const auto gains = std::span(gains_).subspan(block);
-    if (std::ranges::any_of(gains, [](float gain) { return gain < 1.0F; })) {
-        applyGains(stereo, gains);
+    if (std::ranges::all_of(gains, [](float gain) { return gain >= 1.0F; })) {
+        return whole.subspan(skipped * kChannels);
     }
-    const std::int64_t skipped = from - first_ - static_cast<std::int64_t>(block) * kBlock;
-    stereo.erase(stereo.begin(), stereo.begin() + skipped * std::int64_t{kChannels});
-    return stereo;
+    lowered_.assign(whole.begin(), whole.end());
+    applyGains(lowered_, gains);
+    return std::span(lowered_).subspan(skipped * kChannels);
 }
 
 }  // namespace chimewerk

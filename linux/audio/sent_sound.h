@@ -17,6 +17,8 @@ namespace chimewerk {
 /// played. Frames are counted from the sound's start.
 class SentSound {
 public:
+    /// Adds the first frames.
+    void begin(std::vector<float> stereo);
     /// Adds the frames after those that it has.
     void append(std::span<const float> stereo);
     /// Frees what is well before `frame`.
@@ -28,7 +30,7 @@ public:
     /// What to send: `stereo` comes in place of the last `rewind` frames that have been sent.
     struct Change {
         std::size_t rewind = 0;
-        std::vector<float> stereo = {};
+        std::span<const float> stereo = {};  // Valid until the next call of `send()` or `append()`.
     };
     /// Returns what to send so that the sound is played with these gains from the block on that
     /// holds `frame`, which is played now. They are not raised where frames have been sent with
@@ -42,7 +44,7 @@ private:
     std::size_t blockOf(std::int64_t frame) const;
     std::int64_t end() const;
     void smoothFrom(std::size_t block);
-    std::vector<float> render(std::int64_t from) const;
+    std::span<const float> render(std::int64_t from);
 
     std::int64_t first_ = 0;  // The first frame that is kept; the start of a block.
     std::vector<float> stereo_;
@@ -50,6 +52,7 @@ private:
     std::vector<float> levels_;
     std::vector<float> gains_;
     std::int64_t sent_ = 0;
+    std::vector<float> lowered_;  // What is sent if a gain is below 1.
 };
 
 }  // namespace chimewerk

@@ -87,8 +87,7 @@ void StreamPool::begin(PooledStream& stream, Voice voice) {
     stream.state = PooledStream::State::playing;
     stream.voice = std::move(voice);
     stream.sound = {};
-    stream.sound.append(stream.voice.stereo);
-    stream.voice.stereo = {};
+    stream.sound.begin(std::exchange(stream.voice.stereo, {}));
     stream.uncorked = BootClock::now();
     stream.started.reset();
     stream.heard = 0;
