@@ -14,7 +14,8 @@ import sys
 import unittest
 from pathlib import Path
 
-from tray_host import EmbeddingTray, NotificationServer, TrayHost, pump_until
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+from tray_host import EmbeddingTray, NotificationServer, TrayHost, pump_until  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
 MENU = ("#Chimewerk, -, Open Dashboard [Control+D], Help & Troubleshooting [Control+?], -, "
