@@ -31,14 +31,6 @@ std::vector<Shape> only(const std::vector<GaugeShape>& shapes) {
     return found;
 }
 
-std::vector<std::string> textsOf(const GaugeState& state) {
-    std::vector<std::string> texts;
-    for (const GaugeText& text : only<GaugeText>(shapesOf(state))) {
-        texts.push_back(text.text);
-    }
-    return texts;
-}
-
 /// Returns the line of this colour, the last of the gray ones; all zero if there is none.
 GaugeLine lineOf(const std::vector<GaugeShape>& shapes, GaugeColor color) {
     GaugeLine found;
@@ -94,29 +86,44 @@ TEST(TheAngleGauge, SpreadsItsTicksFromLeftToRight) {
     expectAt(texts.at(2).origin, 234 - 22.5, 16 - 9);
 }
 
-TEST(TheAngleGauge, SaysWhatItKnows) {
+TEST(TheAngleGauge, SaysAndPointsAtOnlyWhatItKnows) {
     struct Case {
         GaugeState state;
         std::vector<std::string> inside;
         std::string description;
+        bool needle;
+        bool mark;
     };
-    const std::vector<std::string> labels = {"0°", "90°", "180°"};
-    for (const auto& [state, inside, description] : std::initializer_list<Case>{
-             {{}, {"N/A", "Apple Silicon required"}, "N/A, Apple Silicon required"},
-             {{47, 90, false}, {"N/A", "Apple Silicon required"}, "N/A, Apple Silicon required"},
-             {{-1, 90, true}, {"— °"}, "no reading yet, threshold 90°"},
-             {{0, 90.9F, true}, {"0°"}, "0°, threshold 90°"},
-             {{-0.0F, 90, true}, {"0°"}, "0°, threshold 90°"},
-             {{112.7F, 10, true}, {"112°"}, "112°, threshold 10°"},
-             {{511, -1, true}, {"511°"}, "511°, threshold -1°"},
-             {{kNan, kNan, true}, {"— °"}, "no reading yet"},
-             {{kInfinity, -kInfinity, true}, {"— °"}, "no reading yet"},
-             {{3e38F, -3e38F, true}, {"1000000000°"}, "1000000000°, threshold -1000000000°"}}) {
+    const std::vector<std::string> none = {"N/A", "Apple Silicon required"};
+    const std::string noSensor = "N/A, Apple Silicon required";
+    for (const auto& [state, inside, description, needle, mark] : std::initializer_list<Case>{
+             {{}, none, noSensor, false, false},
+             {{47, 90, false}, none, noSensor, false, false},
+             {{-1, 90, true}, {"— °"}, "no reading yet, threshold 90°", false, true},
+             {{0, 90.9F, true}, {"0°"}, "0°, threshold 90°", true, true},
+             {{-0.0F, 90, true}, {"0°"}, "0°, threshold 90°", true, true},
+             {{112.7F, kNan, true}, {"112°"}, "112°", true, false},
+             {{511, -1, true}, {"511°"}, "511°, threshold -1°", true, true},
+             {{kNan, kNan, true}, {"— °"}, "no reading yet", false, false},
+             {{kInfinity, -kInfinity, true}, {"— °"}, "no reading yet", false, false},
+             {{3e38F, -3e38F, true},
+              {"1000000000°"},
+              "1000000000°, threshold -1000000000°",
+              true,
+              true}}) {
         SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
-        std::vector<std::string> expected = labels;
+        const auto shapes = shapesOf(state);
+        std::vector<std::string> texts;
+        for (const GaugeText& text : only<GaugeText>(shapes)) {
+            texts.push_back(text.text);
+        }
+        std::vector<std::string> expected = {"0°", "90°", "180°"};
         expected.insert(expected.end(), inside.begin(), inside.end());
-        EXPECT_EQ(textsOf(state), expected);
+        EXPECT_EQ(texts, expected);
         EXPECT_EQ(gaugeDescription(state), description);
+        EXPECT_EQ(lineOf(shapes, GaugeColor::blue).width, needle ? 3 : 0);
+        EXPECT_EQ(only<GaugeHub>(shapes).size(), needle ? 1U : 0U);
+        EXPECT_EQ(lineOf(shapes, GaugeColor::orange).width, mark ? 2.5 : 0);
     }
 }
 
@@ -138,27 +145,6 @@ TEST(TheAngleGauge, PointsItsNeedleAndMarkAtTheirAngles) {
         const GaugeLine mark = lineOf(shapes, GaugeColor::orange);
         expectAt(mark.from, 120 + x * 86, 16 + y * 86);
         expectAt(mark.to, 120 + x * 110, 16 + y * 110);
-    }
-}
-
-TEST(TheAngleGauge, ShowsNeedleAndMarkOnlyForWhatIsKnown) {
-    struct Case {
-        GaugeState state;
-        bool needle;
-        bool mark;
-    };
-    for (const auto& [state, needle, mark] :
-         std::initializer_list<Case>{{{}, false, false},
-                                     {{47, 90, false}, false, false},
-                                     {{-1, 90, true}, false, true},
-                                     {{47, kNan, true}, true, false},
-                                     {{kNan, 90, true}, false, true},
-                                     {{47, 90, true}, true, true}}) {
-        SCOPED_TRACE(testing::Message() << state.currentAngle << " " << state.threshold);
-        const auto shapes = shapesOf(state);
-        EXPECT_EQ(lineOf(shapes, GaugeColor::blue).width, needle ? 3 : 0);
-        EXPECT_EQ(only<GaugeHub>(shapes).size(), needle ? 1U : 0U);
-        EXPECT_EQ(lineOf(shapes, GaugeColor::orange).width, mark ? 2.5 : 0);
     }
 }
 

@@ -53,7 +53,8 @@ TEST_F(TheDetailView, NamesTheEventsOwnFileWhileItExists) {
     const std::string any = "/home/x/\xff\xfe.wav";
     for (const auto& [path, text] :
          {Case{"/Users/a/knock.wav", "📁 knock.wav"}, Case{"/a folder/", "📁 a folder"},
-          Case{"/", "📁 /"}, Case{"relative.wav", "📁 relative.wav"}, Case{any, "📁 \xff\xfe.wav"}}) {
+          Case{"/", "📁 /"}, Case{"//", "📁 /"}, Case{"relative.wav", "📁 relative.wav"},
+          Case{any, "📁 \xff\xfe.wav"}}) {
         files.addFile(path);
         EXPECT_EQ(showWithPath(path).soundText, text);
         EXPECT_TRUE(showWithPath(path).hasOwnSound) << path;

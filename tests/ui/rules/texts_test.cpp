@@ -33,17 +33,6 @@ TEST(TheValueTexts, TruncateNumbersToWholeOnes) {
     EXPECT_EQ(percentText(std::numeric_limits<float>::infinity()), "1000000000%");
 }
 
-TEST(TheLastPathComponent, IsTheNameWithoutTheSlashesAroundIt) {
-    for (const auto& [path, name] : {std::pair{"/Users/a/knock.wav", "knock.wav"},
-                                     {"/a folder//", "a folder"},
-                                     {"bare.wav", "bare.wav"},
-                                     {"//", "/"},
-                                     {"", ""},
-                                     {"/home/\xff\xfe.wav", "\xff\xfe.wav"}}) {
-        EXPECT_EQ(lastPathComponent(path), name);
-    }
-}
-
 TEST(TheThemeName, LosesSpacesAndTabsButNoLineBreaksAtItsEnds) {
     for (const auto& [typed, name] : {std::pair{"  Focus  ", "Focus"},
                                       {"\t a \t b\t", "a \t b"},
