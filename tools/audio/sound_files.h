@@ -5,9 +5,11 @@
 
 #include <sndfile.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -26,6 +28,15 @@ inline std::vector<float> sine(double hertz, double amplitude, double seconds, i
         samples[i] = static_cast<float>(amplitude * std::sin(phase));
     }
     return samples;
+}
+
+/// Returns the largest magnitude from this sample on; 0 of none.
+inline float peakOf(std::span<const float> samples, std::size_t from = 0) {
+    float most = 0;
+    for (const float sample : samples.subspan(from)) {
+        most = std::max(most, std::fabs(sample));
+    }
+    return most;
 }
 
 /// Writes a sound file in one of libsndfile's formats. Throws std::runtime_error.

@@ -17,14 +17,6 @@ namespace {
 
 constexpr auto kBlock = static_cast<std::int64_t>(kLevelBlock);
 
-float peak(const std::vector<float>& samples, std::size_t from = 0) {
-    float most = 0;
-    for (std::size_t i = from; i < samples.size(); ++i) {
-        most = std::max(most, std::fabs(samples[i]));
-    }
-    return most;
-}
-
 std::vector<std::vector<float>> share(const std::vector<std::vector<float>>& sounds) {
     return shareRange(std::vector<std::span<const float>>(sounds.begin(), sounds.end()));
 }
@@ -115,7 +107,7 @@ TEST(TheShareOfTheRange, KeepsAnySumInRangeHoweverTheStartsAreOff) {
             for (std::size_t i = 0; i < playing.size(); ++i) {
                 playing[i].send(now, gains[i]);
             }
-            EXPECT_GE(peak({added.frames.begin(), added.frames.begin() + 2400}), 0.48F);
+            EXPECT_GE(peakOf(std::span(added.frames).first(2400)), 0.48F);
         }
         std::vector<float> recording(2 * 96000);
         for (const Played& each : playing) {
@@ -124,8 +116,8 @@ TEST(TheShareOfTheRange, KeepsAnySumInRangeHoweverTheStartsAreOff) {
                 recording[at + i] += each.frames[i];
             }
         }
-        EXPECT_LE(peak(recording), 1.0F) << count;
-        EXPECT_GE(peak(recording), 0.7F) << count;
+        EXPECT_LE(peakOf(recording), 1.0F) << count;
+        EXPECT_GE(peakOf(recording), 0.7F) << count;
     }
 }
 
@@ -140,7 +132,7 @@ TEST(ASentSound, IsSentAgainOnlyWhereItMustBecomeLower) {
     const auto lower = sound.send(10 * kBlock, std::vector<float>(all - 10, 0.5F));
     EXPECT_EQ(lower.stereo.size(), 2 * lower.rewind);
     EXPECT_EQ(lower.rewind, 14 * kLevelBlock);
-    EXPECT_NEAR(peak({lower.stereo.begin(), lower.stereo.end()}, 2 * kLevelBlock), 0.4F, 0.001F);
+    EXPECT_NEAR(peakOf(lower.stereo, 2 * kLevelBlock), 0.4F, 0.001F);
     EXPECT_TRUE(sound.send(12 * kBlock, std::vector<float>(all - 12, 0.9F)).stereo.empty());
 }
 

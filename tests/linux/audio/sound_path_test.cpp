@@ -130,14 +130,6 @@ Extent extentOf(const std::vector<float>& stereo, float threshold) {
     return extent;
 }
 
-float peakOf(const std::vector<float>& samples) {
-    float peak = 0;
-    for (const float sample : samples) {
-        peak = std::max(peak, std::fabs(sample));
-    }
-    return peak;
-}
-
 /// Pitches that can be told apart.
 double pitch(int i) {
     return 400.0 + 350.0 * i;

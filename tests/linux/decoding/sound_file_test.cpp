@@ -16,6 +16,7 @@
 
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/files/text_file.h"
 
 namespace chimewerk {
 namespace {
@@ -52,23 +53,16 @@ protected:
     }
 
     void writeBytes(const std::string& name, const std::string& bytes) const {
-        std::ofstream(folder / name, std::ios::binary) << bytes;
+        writeFile(folder / name, bytes);
     }
-    std::string bytesOf(const std::string& name) const {
-        std::ifstream file(folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string bytesOf(const std::string& name) const { return readFile(folder / name); }
 
     TemporaryFolder folder;
     Decoders decoders{CHIMEWERK_MODULE_DIR};
 };
 
-float peak(const std::vector<float>& samples) {
-    float most = 0;
-    for (const float sample : samples) {
-        most = std::max(most, std::fabs(sample));
-    }
-    return most;
+double secondsOf(const std::vector<float>& stereo) {
+    return static_cast<double>(stereo.size()) / 2 / kOutputRate;
 }
 
 /// Returns how often per second the left channel crosses zero upwards.
@@ -77,7 +71,7 @@ double crossingsPerSecond(const std::vector<float>& stereo) {
     for (std::size_t i = 2; i < stereo.size(); i += 2) {
         crossings += stereo[i - 2] < 0 && stereo[i] >= 0 ? 1 : 0;
     }
-    return crossings / (static_cast<double>(stereo.size()) / 2 / kOutputRate);
+    return crossings / secondsOf(stereo);
 }
 
 /// Returns the largest second difference of the left channel. In a sine of w radians per frame it
@@ -115,6 +109,13 @@ std::size_t memoryInUse() {
     return info.uordblks + info.hblkhd;
 }
 
+/// Expects a tone of 440 Hz at half of the full level; its length may differ by `within` seconds.
+void expectTone(const std::vector<float>& stereo, double seconds, double within) {
+    EXPECT_NEAR(secondsOf(stereo), seconds, within);
+    EXPECT_NEAR(peakOf(stereo), 0.5, 0.06);
+    EXPECT_NEAR(crossingsPerSecond(stereo), 440, 440 * within / seconds);
+}
+
 TEST_F(ASoundFile, DecodesEveryFormatRateAndChannelCountToTheSameSound) {
     struct Case {
         const char* name;
@@ -143,10 +144,7 @@ TEST_F(ASoundFile, DecodesEveryFormatRateAndChannelCountToTheSameSound) {
             ASSERT_TRUE(file);
             EXPECT_EQ(file->headIsAll(), seconds < 1);
             EXPECT_NEAR(file->seconds(), seconds, 0.08 + seconds * 0.01);
-            const auto stereo = all(*file);
-            EXPECT_NEAR(static_cast<double>(stereo.size()) / 2 / kOutputRate, seconds, 0.08);
-            EXPECT_NEAR(peak(stereo), 0.5, 0.06);
-            EXPECT_NEAR(crossingsPerSecond(stereo), 440, 440 * 0.08 / seconds);
+            expectTone(all(*file), seconds, 0.08);
         }
     }
 }
@@ -162,10 +160,7 @@ TEST_F(ASoundFile, DecodesM4aAndOpus) {
             const auto file = open("tone");
             ASSERT_TRUE(file);
             EXPECT_NEAR(file->seconds(), seconds, 0.06);
-            const auto stereo = all(*file);
-            EXPECT_NEAR(static_cast<double>(stereo.size()) / 2 / kOutputRate, seconds, 0.06);
-            EXPECT_NEAR(crossingsPerSecond(stereo), 440, 20 / seconds);
-            EXPECT_NEAR(peak(stereo), 0.5, 0.06);
+            expectTone(all(*file), seconds, 0.045);
         }
     }
     Decoders withoutModule{folder.path().string()};
@@ -182,10 +177,9 @@ TEST_F(ASoundFile, DecodesEveryBundledSound) {
         const auto file = SoundFile::open(decoders, entry.path());
         ASSERT_TRUE(file) << entry.path();
         const auto stereo = all(*file);
-        EXPECT_NEAR(static_cast<double>(stereo.size()) / 2 / kOutputRate, file->seconds(), 0.01)
-            << entry.path();
-        EXPECT_GT(peak(stereo), 0.02F) << entry.path();
-        EXPECT_LE(peak(stereo), 1.0F) << entry.path();
+        EXPECT_NEAR(secondsOf(stereo), file->seconds(), 0.01) << entry.path();
+        EXPECT_GT(peakOf(stereo), 0.02F) << entry.path();
+        EXPECT_LE(peakOf(stereo), 1.0F) << entry.path();
     }
     EXPECT_GT(sounds, 100);
 }
@@ -229,7 +223,7 @@ TEST_F(ASoundFile, SilencesSamplesThatAreNoNumbersAndKeepsThoseBeyondFullScale) 
     writeSoundFile(folder / "wild.wav", samples, 48000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT);
     const auto file = open("wild.wav");
     ASSERT_TRUE(file);
-    EXPECT_NEAR(peak(file->head()), 3.0, 0.01);
+    EXPECT_NEAR(peakOf(file->head()), 3.0, 0.01);
     EXPECT_EQ(file->head()[1000], 0.0F);
     EXPECT_EQ(file->head()[1003], 0.0F);
 }
@@ -245,7 +239,7 @@ TEST_F(ASoundFile, HasOnlySamplesThatCanBeAddedUp) {
                        SF_FORMAT_WAV | SF_FORMAT_FLOAT);
         const auto file = open("loud.wav");
         ASSERT_TRUE(file);
-        EXPECT_LT(peak(all(*file)), 100) << channels;
+        EXPECT_LT(peakOf(all(*file)), 100) << channels;
     }
 }
 
@@ -268,8 +262,7 @@ TEST_F(ASoundFile, PlaysWhatItHasWhenItsEndIsLost) {
             const auto file = open("cut");
             ASSERT_TRUE(file) << name << " cut to " << kept;
             // A page of Ogg is a second long and is lost as a whole.
-            EXPECT_NEAR(static_cast<double>(all(*file).size()) / 2 / kOutputRate, 6 * kept, 1.1)
-                << name << " cut to " << kept;
+            EXPECT_NEAR(secondsOf(all(*file)), 6 * kept, 1.1) << name << " cut to " << kept;
         }
         for (const std::size_t kept : {44U, 11U, 1U}) {
             writeBytes("cut", bytes.substr(0, kept));
@@ -286,7 +279,7 @@ TEST_F(ASoundFile, PlaysAnMp3WithoutATableOfContentsToItsEnd) {
         (folder / "bare.mp3"));
     const auto file = open("bare.mp3");
     ASSERT_TRUE(file);
-    EXPECT_NEAR(static_cast<double>(all(*file).size()) / 2 / kOutputRate, 10, 0.1);
+    EXPECT_NEAR(secondsOf(all(*file)), 10, 0.1);
 }
 
 TEST_F(ASoundFile, PlaysOnlyFormatsThatAreKnown) {
@@ -345,7 +338,7 @@ TEST_F(ASoundFile, EndsWhereItsFormChanges) {
             continue;
         }
         ASSERT_TRUE(file);
-        EXPECT_NEAR(static_cast<double>(all(*file).size()) / 2 / kOutputRate, 1.5, 0.1);
+        EXPECT_NEAR(secondsOf(all(*file)), 1.5, 0.1);
     }
 }
 
@@ -466,7 +459,7 @@ TEST_F(ASoundFile, OfUnknownLengthPlaysToItsEnd) {
     writeBytes("piped.wav", bytes);
     const auto file = open("piped.wav");
     ASSERT_TRUE(file);
-    EXPECT_NEAR(static_cast<double>(all(*file).size()) / 2 / kOutputRate, 6.0, 0.1);
+    EXPECT_NEAR(secondsOf(all(*file)), 6.0, 0.1);
 }
 
 TEST_F(ASoundFile, EndsQuietlyWhenItIsCutOrOverwrittenWhileItPlays) {

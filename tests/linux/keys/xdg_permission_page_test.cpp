@@ -12,13 +12,13 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include "linux/base/core_dumps.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/files/text_file.h"
 
 namespace chimewerk {
 namespace {
@@ -33,11 +33,7 @@ protected:
         std::ofstream(folder / "xdg-open") << "#!/bin/sh\n" << script << '\n';
         chmod((folder / "xdg-open").c_str(), 0700);
     }
-    std::string opened() const {
-        std::ostringstream text;
-        text << std::ifstream(folder / "opened").rdbuf();
-        return text.str();
-    }
+    std::string opened() const { return readFile(folder / "opened"); }
     /// Returns whether this process has no child left, not even a zombie.
     static bool allReaped() {
         siginfo_t child{};

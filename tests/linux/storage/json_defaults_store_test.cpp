@@ -14,7 +14,6 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <random>
-#include <sstream>
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/storage/json_values.h"
@@ -23,6 +22,7 @@
 #include "support/sound_library.h"
 #include "support/unprivileged.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/files/text_file.h"
 
 namespace chimewerk {
 namespace {
@@ -43,14 +43,9 @@ protected:
         std::ofstream(file) << text;
         restart();
     }
-    static std::string textAt(const fs::path& path) {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
     /// Runs the queue until the file contains this text. Returns false if it never does.
     bool eventuallyContains(const std::string& part) {
-        return runUntil(queue, [&] { return textAt(file).find(part) != std::string::npos; });
+        return runUntil(queue, [&] { return readFile(file).find(part) != std::string::npos; });
     }
 
     TemporaryFolder home;
@@ -139,7 +134,7 @@ TEST_F(TheJsonStore, WritesReadableJsonAndKeepsUnknownEntries) {
                                                        {"enabled", {true}},
                                                        {"path", {std::string("/ü.wav")}}}});
     restart();
-    EXPECT_EQ(textAt(file), unknown);
+    EXPECT_EQ(readFile(file), unknown);
 }
 
 TEST_F(TheJsonStore, ReadsForeignJsonAsTheNearestType) {
@@ -169,7 +164,7 @@ TEST_F(TheJsonStore, SetsAsideAnInvalidFileAndStartsEmpty) {
         restartOn(damaged);
         EXPECT_EQ(store().object("a"), std::nullopt) << number;
         EXPECT_FALSE(fs::exists(file)) << number;
-        EXPECT_EQ(textAt(file.string() + ".damaged-" + std::to_string(++number)), damaged);
+        EXPECT_EQ(readFile(file.string() + ".damaged-" + std::to_string(++number)), damaged);
         store().setObject("b", DefaultsValue{true});
         restart();
         EXPECT_EQ(store().object("b"), DefaultsValue{true}) << number;
@@ -181,13 +176,13 @@ TEST_F(TheJsonStore, KeepsACopyOfDamagedSettingsWhenTheyAreReplaced) {
     restartOn(damaged);
     SoundLibrary library(&store());
     opened->flush();
-    EXPECT_EQ(textAt(file), damaged);
+    EXPECT_EQ(readFile(file), damaged);
     const fs::path copy = file.string() + ".damaged-1";
     EXPECT_FALSE(fs::exists(copy)) << "before the first change";
     library->setVolume(0, "slap");
     opened->flush();
-    EXPECT_EQ(textAt(copy), damaged);
-    EXPECT_THAT(textAt(file), HasSubstr("[]"));
+    EXPECT_EQ(readFile(copy), damaged);
+    EXPECT_THAT(readFile(file), HasSubstr("[]"));
 }
 
 TEST_F(TheJsonStore, WritesNothingUntilTheFirstChangeAndThenSoonByItself) {
@@ -196,9 +191,9 @@ TEST_F(TheJsonStore, WritesNothingUntilTheFirstChangeAndThenSoonByItself) {
     restartOn("{ }");
     store().setObject("absent", std::nullopt);
     restart();
-    EXPECT_EQ(textAt(file), "{ }");
+    EXPECT_EQ(readFile(file), "{ }");
     store().setObject("a", DefaultsValue{true});
-    EXPECT_EQ(textAt(file), "{ }");
+    EXPECT_EQ(readFile(file), "{ }");
     EXPECT_TRUE(eventuallyContains("true"));
     store().setObject("a", DefaultsValue{1.5});
     EXPECT_TRUE(eventuallyContains("1.5"));
@@ -210,7 +205,7 @@ TEST_F(TheJsonStore, GoesOnInMemoryWhileItCannotWriteAndWritesWhenItCan) {
         store().setObject("a", DefaultsValue{std::string(value)});
         opened->flush();
         EXPECT_EQ(store().object("a"), DefaultsValue{std::string(value)});
-        EXPECT_THAT(textAt(file), HasSubstr("old"));
+        EXPECT_THAT(readFile(file), HasSubstr("old"));
     };
     {
         const SmallDisk full(10);

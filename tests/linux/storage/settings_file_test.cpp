@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <sstream>
 
 #include "linux/storage/atomic_file.h"
 #include "support/small_disk.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/files/text_file.h"
 
 namespace chimewerk {
 namespace {
@@ -26,11 +26,6 @@ using testing::UnorderedElementsAre;
 
 class TheSettingsFile : public testing::Test {
 protected:
-    static std::string textAt(const fs::path& path) {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
     static std::vector<std::string> namesIn(const fs::path& folder) {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(folder)) {
@@ -68,11 +63,11 @@ TEST_F(TheSettingsFile, StaysALinkWhoseTargetIsReplaced) {
     fs::create_symlink("../elsewhere/real.json", folder / "b");
     EXPECT_EQ(file.read().finding, Finding::absent);
     EXPECT_TRUE(file.replace("one"));
-    EXPECT_EQ(textAt(elsewhere), "one");
+    EXPECT_EQ(readFile(elsewhere), "one");
 
     file.setAside();
     EXPECT_TRUE(file.replace("two"));
-    EXPECT_EQ(textAt(elsewhere), "two");
+    EXPECT_EQ(readFile(elsewhere), "two");
     EXPECT_THAT(namesIn(elsewhere.parent_path()), ElementsAre("real.json", "real.json.damaged-1"));
     EXPECT_TRUE(fs::is_symlink(path) && fs::is_symlink(folder / "b"));
 }
@@ -93,8 +88,8 @@ TEST_F(TheSettingsFile, IsSetAsideOrCopiedUnderANewNameEachTime) {
         EXPECT_TRUE(file.replace(text));
         EXPECT_THAT(namesIn(folder), ElementsAre("s.json", "s.json.damaged-1", "s.json.damaged-2"));
     }
-    EXPECT_EQ(textAt(path.string() + ".damaged-1"), "one");
-    EXPECT_EQ(textAt(path.string() + ".damaged-2"), "two");
+    EXPECT_EQ(readFile(path.string() + ".damaged-1"), "one");
+    EXPECT_EQ(readFile(path.string() + ".damaged-2"), "two");
 }
 
 TEST_F(TheSettingsFile, SetsAsidePipesFoldersAndDevicesWithoutWaitingForThem) {
@@ -115,7 +110,7 @@ TEST_F(TheSettingsFile, SetsAsidePipesFoldersAndDevicesWithoutWaitingForThem) {
         EXPECT_EQ(file.read().finding, Finding::unreadable);
         file.setAside();
         EXPECT_TRUE(file.replace("new"));
-        EXPECT_EQ(textAt(path), "new");
+        EXPECT_EQ(readFile(path), "new");
         EXPECT_THAT(namesIn(folder), ElementsAre("s.json", "s.json.damaged-1"));
     }
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
@@ -131,7 +126,7 @@ TEST_F(TheSettingsFile, IsUnchangedWhenTheDiskIsFull) {
     {
         const SmallDisk disk(1000);
         EXPECT_FALSE(file.replace(std::string(1001, 'x')));
-        EXPECT_EQ(textAt(path), "old");
+        EXPECT_EQ(readFile(path), "old");
         EXPECT_THAT(namesIn(folder), ElementsAre("s.json"));
         EXPECT_TRUE(file.replace(std::string(1000, 'y')));
     }
@@ -145,7 +140,7 @@ TEST_F(TheSettingsFile, IsNeverOverwrittenWhenItCouldNotBeSetAside) {
     ASSERT_TRUE(stuck.replace("damaged"));
     stuck.setAside();
     EXPECT_FALSE(stuck.replace("new"));
-    EXPECT_EQ(textAt(longest), "damaged");
+    EXPECT_EQ(readFile(longest), "damaged");
     fs::remove(longest);
     EXPECT_TRUE(stuck.replace("new"));
 }

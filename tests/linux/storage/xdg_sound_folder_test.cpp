@@ -19,6 +19,7 @@
 #include "support/small_disk.h"
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
+#include "tools/files/text_file.h"
 #include "tools/process/eventually.h"
 
 namespace chimewerk {
@@ -66,10 +67,6 @@ protected:
         std::ranges::sort(found);
         return found;
     }
-    static std::string bytesOf(const std::string& path) {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 
     TemporaryFolder home;
     const std::string folder = home / "data/Chimewerk";
@@ -88,7 +85,7 @@ TEST_F(TheSoundFolder, CopiesAFileUnderItsName) {
         const auto outcome = load(path);
         EXPECT_EQ(outcome.kind, Kind::added) << outcome.error;
         EXPECT_EQ(outcome.path, folder + "/" + name);
-        EXPECT_EQ(bytesOf(outcome.path), bytesOf(path));
+        EXPECT_EQ(readFile(outcome.path), readFile(path));
         EXPECT_THAT(names(), ElementsAre(name));
         fs::remove(outcome.path);
     }
@@ -115,12 +112,12 @@ TEST_F(TheSoundFolder, UsesAFileInTheFolderInPlace) {
     const std::string text = folder + "/text.wav";
     std::ofstream(text) << "the user's";
     EXPECT_EQ(load(text).kind, Kind::notASound);
-    EXPECT_EQ(bytesOf(text), "the user's") << "it is no copy of ours";
+    EXPECT_EQ(readFile(text), "the user's") << "it is no copy of ours";
 }
 
 TEST_F(TheSoundFolder, NeverWritesThroughALink) {
     const std::string own = music("own.wav", 0.3);
-    const std::string bytes = bytesOf(own);
+    const std::string bytes = readFile(own);
     fs::create_directories(folder);
     fs::create_symlink(own, folder + "/knock.wav");
     fs::create_symlink(home / "nowhere", folder + "/pop.wav");
@@ -128,12 +125,12 @@ TEST_F(TheSoundFolder, NeverWritesThroughALink) {
         EXPECT_EQ(load(music(name)).kind, Kind::added) << name;
         EXPECT_FALSE(fs::is_symlink(folder + "/" + name)) << name;
     }
-    EXPECT_EQ(bytesOf(own), bytes);
+    EXPECT_EQ(readFile(own), bytes);
     EXPECT_FALSE(fs::exists(home / "nowhere"));
 }
 
 TEST_F(TheSoundFolder, IsUnchangedWhenAFileCannotBeCopied) {
-    const std::string before = bytesOf(load(music("knock.wav", 0.1)).path);
+    const std::string before = readFile(load(music("knock.wav", 0.1)).path);
     fs::create_directories(folder + "/taken.wav");
     fs::create_directories(home / "other");
     ASSERT_EQ(mkfifo((home / "other/knock.wav").c_str(), 0600), 0);
@@ -149,17 +146,17 @@ TEST_F(TheSoundFolder, IsUnchangedWhenAFileCannotBeCopied) {
         const auto outcome = load(path);
         EXPECT_EQ(outcome.kind, Kind::notCopied);
         EXPECT_EQ(outcome.error, std::strerror(error));
-        EXPECT_EQ(bytesOf(folder + "/knock.wav"), before);
+        EXPECT_EQ(readFile(folder + "/knock.wav"), before);
         EXPECT_THAT(names(), ElementsAre("knock.wav", "taken.wav"));
     }
 }
 
 TEST_F(TheSoundFolder, KeepsThePreviousSoundWhenTheDiskIsFull) {
-    const std::string before = bytesOf(load(music("knock.wav", 0.1)).path);
+    const std::string before = readFile(load(music("knock.wav", 0.1)).path);
     const std::string later = music("knock.wav", 5);
     const SmallDisk disk(100'000);
     EXPECT_EQ(load(later).error, std::strerror(EFBIG));
-    EXPECT_EQ(bytesOf(folder + "/knock.wav"), before);
+    EXPECT_EQ(readFile(folder + "/knock.wav"), before);
     EXPECT_THAT(names(), ElementsAre("knock.wav"));
 }
 
@@ -172,18 +169,18 @@ TEST_F(TheSoundFolder, ReportsThatItCannotBeMade) {
 }
 
 TEST_F(TheSoundFolder, RefusesFilesThatHoldNoSound) {
-    const std::string before = bytesOf(load(music("knock.wav")).path);
-    const std::string whole = bytesOf(music("knock.wav", 1));
+    const std::string before = readFile(load(music("knock.wav")).path);
+    const std::string whole = readFile(music("knock.wav", 1));
     for (const std::string& bytes : {std::string("no sound"), std::string(), whole.substr(0, 44)}) {
         std::ofstream(home / "music/knock.wav", std::ios::binary) << bytes;
         EXPECT_EQ(load(home / "music/knock.wav").kind, Kind::notASound) << bytes.size();
-        EXPECT_EQ(bytesOf(folder + "/knock.wav"), before) << bytes.size();
+        EXPECT_EQ(readFile(folder + "/knock.wav"), before) << bytes.size();
         EXPECT_THAT(names(), ElementsAre("knock.wav")) << bytes.size();
     }
 }
 
 TEST_F(TheSoundFolder, IsUnchangedWhenACopyIsCancelled) {
-    const std::string before = bytesOf(load(music("knock.wav")).path);
+    const std::string before = readFile(load(music("knock.wav")).path);
     auto addition = sounds->add(largeMusic("knock.wav"), [](const auto&) { ADD_FAILURE(); });
     ASSERT_TRUE(eventually([&] { return names().size() == 2; }));
     // Another instance must not remove it as a leftover.
@@ -191,7 +188,7 @@ TEST_F(TheSoundFolder, IsUnchangedWhenACopyIsCancelled) {
     EXPECT_EQ(names().size(), 2U);
     addition.reset();
     EXPECT_TRUE(runUntil(queue, [&] { return names().size() == 1; }));
-    EXPECT_EQ(bytesOf(folder + "/knock.wav"), before);
+    EXPECT_EQ(readFile(folder + "/knock.wav"), before);
     // The next copy need not wait. Cancelled when it is finished, it must not change
     // anything either.
     addition = sounds->add(music("knock.wav", 0.3), [](const auto&) { ADD_FAILURE(); });
@@ -200,7 +197,7 @@ TEST_F(TheSoundFolder, IsUnchangedWhenACopyIsCancelled) {
     EXPECT_EQ(names().size(), 2U);
     addition.reset();
     EXPECT_TRUE(runUntil(queue, [&] { return names().size() == 1; }));
-    EXPECT_EQ(bytesOf(folder + "/knock.wav"), before);
+    EXPECT_EQ(readFile(folder + "/knock.wav"), before);
 }
 
 TEST_F(TheSoundFolder, MayBeDestroyedDuringACopy) {
