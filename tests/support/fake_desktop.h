@@ -27,9 +27,16 @@ public:
     bool isShown() const override { return true; }
     void whenShown(std::function<void()> /*job*/) override {}
 
-    /// Returns the menu as text, one entry after another: [d] key equivalent, (x) or ( ) mark,
-    /// {...} submenu, - separator, # disabled entry.
-    std::string text() const { return textOf(*menu); }
+    /// Returns the titles of the marked entries of submenus, each with a space behind it.
+    std::string marked() const {
+        std::string titles;
+        for (const auto& item : *menu) {
+            for (const auto& inner : item->submenu) {
+                titles += inner->isOn ? inner->title + " " : "";
+            }
+        }
+        return titles;
+    }
 
     /// Runs the action of the entry with this title. Throws std::invalid_argument if there is none.
     void choose(std::string_view title) const { find(*menu, title)->action(); }
@@ -38,22 +45,6 @@ public:
     std::function<void()> onActivate;
 
 private:
-    static std::string textOf(const Menu& menu) {
-        std::string text;
-        for (const auto& item : menu) {
-            text += text.empty() ? "" : ", ";
-            if (item->isSeparator()) {
-                text += "-";
-                continue;
-            }
-            text += (item->isEnabled() ? "" : "#") + item->title;
-            text += item->keyEquivalent.empty() ? "" : " [" + item->keyEquivalent + "]";
-            text += !item->isRadio ? "" : item->isOn ? " (x)" : " ( )";
-            text += item->submenu.empty() ? "" : " {" + textOf(item->submenu) + "}";
-        }
-        return text;
-    }
-
     static const MenuItem* find(const Menu& menu, std::string_view title) {
         for (const auto& item : menu) {
             if (item->title == title && item->action) {
