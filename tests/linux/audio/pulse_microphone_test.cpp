@@ -28,22 +28,6 @@ void run(const std::string& commands) {
     ASSERT_EQ(runShell(commands), 0) << commands;
 }
 
-/// A source of the audio server that plays a FIFO as long as the object exists.
-class PipeSource {
-public:
-    PipeSource(const std::string& name, const std::string& fifo, std::size_t rate,
-               std::size_t channels)
-        : module_(outputOfShell("pactl load-module module-pipe-source source_name=" + name +
-                                " file=" + fifo + " format=float32le rate=" + std::to_string(rate) +
-                                " channels=" + std::to_string(channels))) {}
-    PipeSource(const PipeSource&) = delete;
-    PipeSource& operator=(const PipeSource&) = delete;
-    ~PipeSource() { run("pactl unload-module " + module_); }
-
-private:
-    const std::string module_;
-};
-
 class ThePulseMicrophone : public testing::Test {
 protected:
     ThePulseMicrophone() {
@@ -115,8 +99,10 @@ TEST_F(ThePulseMicrophone, LeavesNothingRunningWhenItStopsAndOneStreamAfterManyR
 
 TEST_F(ThePulseMicrophone, HearsTheFirstChannelOfAnotherDefaultSourceAndTheOldOneWhenThatHasGone) {
     ASSERT_TRUE(detectsKnock(mono));
+    const std::string other = outputOfShell(
+        "pactl load-module module-pipe-source source_name=other file=" + folder / "other" +
+        " format=float32le rate=16000 channels=2");
     {
-        const PipeSource other("other", folder / "other", 16000, 2);
         MicrophoneFeeder stereo(folder / "other", 16000, 2);
         run("pactl set-default-source other");
         ASSERT_TRUE(detectsKnock(stereo));
@@ -125,6 +111,7 @@ TEST_F(ThePulseMicrophone, HearsTheFirstChannelOfAnotherDefaultSourceAndTheOldOn
         EXPECT_EQ(knocksDetected(3, mono), 0);
         EXPECT_TRUE(recordings("1"));
     }
+    run("pactl unload-module " + other);
     EXPECT_TRUE(detectsKnock(mono));
 }
 

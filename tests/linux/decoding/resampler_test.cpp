@@ -42,15 +42,23 @@ std::vector<float> convert(const std::vector<float>& source, int from) {
     }
 }
 
-TEST(TheResampler, KeepsPitchLevelPlaceAndLengthAtAnyRate) {
+/// Returns a tone in the left channel alone.
+std::vector<float> leftTone(double hertz, int rate) {
+    auto samples = sine(hertz, 0.5, 0.5, rate);
+    for (std::size_t i = 1; i < samples.size(); i += 2) {
+        samples[i] = 0;
+    }
+    return samples;
+}
+
+TEST(TheResampler, KeepsPitchLevelPlaceAndLengthOfEachChannelAtAnyRate) {
     for (const int from :
          {100, 8000, 11025, 22050, 44100, 47999, 48001, 88200, 96000, 192000, 768000}) {
         const double hertz = from < 1000 ? 20 : 1000;
-        const double seconds = 0.5;
-        const auto result = convert(sine(hertz, 0.5, seconds, from), from);
+        const auto result = convert(leftTone(hertz, from), from);
         ASSERT_NEAR(static_cast<double>(result.size()) / 2, 24000, 48000.0 / from + 1) << from;
         // The ideal result differs only at the ends of the tone.
-        const auto ideal = sine(hertz, 0.5, seconds, 48000);
+        const auto ideal = leftTone(hertz, 48000);
         const auto edge = static_cast<std::size_t>(2 * 48000 * 20 / from + 200) / 2 * 2;
         float error = 0;
         for (std::size_t i = edge; i + edge < result.size(); ++i) {
@@ -63,18 +71,6 @@ TEST(TheResampler, KeepsPitchLevelPlaceAndLengthAtAnyRate) {
 TEST(TheResampler, RemovesWhatTheLowerRateCannotHold) {
     const auto result = convert(sine(30000, 0.5, 0.2, 96000), 96000);
     EXPECT_LT(peakOf(std::span(result).first(result.size() - 400), 400), 0.001F);
-}
-
-TEST(TheResampler, KeepsChannelsSeparateAndConstantLevelsConstant) {
-    std::vector<float> source(8820);
-    for (std::size_t i = 0; i < source.size(); i += 2) {
-        source[i] = 0.25F;
-    }
-    const auto result = convert(source, 44100);
-    for (std::size_t i = 200; i + 200 < result.size(); i += 2) {
-        ASSERT_NEAR(result[i], 0.25F, 1e-4);
-        ASSERT_EQ(result[i + 1], 0.0F);
-    }
 }
 
 TEST(TheResampler, YieldsNothingFromNothing) {

@@ -26,9 +26,10 @@ namespace fs = std::filesystem;
 
 class TheTrashFolder : public testing::Test {
 protected:
-    std::optional<std::int64_t> count() {
+    std::optional<std::int64_t> count() { return countIn(trash); }
+    std::optional<std::int64_t> countIn(XdgTrashSource& source) {
         std::optional<std::int64_t> result;
-        trash.countItems([&](std::optional<std::int64_t> items) {
+        source.countItems([&](std::optional<std::int64_t> items) {
             result = items;
             queue.quit();
         });
@@ -135,19 +136,10 @@ TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
         GTEST_SKIP() << "This user may not mount; root may.";
     }
     XdgTrashSource trashes(queue, home.path().string());
-    const auto countAll = [&] {
-        std::optional<std::int64_t> result;
-        trashes.countItems([&](std::optional<std::int64_t> items) {
-            result = items;
-            queue.quit();
-        });
-        queue.run();
-        return result;
-    };
     fs::create_directories(files);
     add("one");
     EXPECT_FALSE(trashes.volumesChanged());
-    const auto before = countAll();
+    const auto before = countIn(trashes);
     ASSERT_EQ(mount("/dev/sdb1", stick.c_str(), "tmpfs", 0, nullptr), 0);
     EXPECT_TRUE(trashes.volumesChanged());
     EXPECT_FALSE(trashes.volumesChanged());
@@ -156,10 +148,10 @@ TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
     fs::create_directories(there);
     std::ofstream(there / "two") << "x";
     EXPECT_NE(trashes.modificationTime(), empty);
-    EXPECT_EQ(countAll(), *before + 1);
+    EXPECT_EQ(countIn(trashes), *before + 1);
     ASSERT_EQ(umount(stick.c_str()), 0);
     EXPECT_TRUE(trashes.volumesChanged());
-    EXPECT_EQ(countAll(), before);
+    EXPECT_EQ(countIn(trashes), before);
 }
 
 TEST(TheMountTable, ListsDisksThatCanBeWrittenTo) {

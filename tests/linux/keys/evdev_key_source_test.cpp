@@ -136,17 +136,6 @@ TEST_F(TheEventDevices, ReportPressesAndRepeatsButNoReleasesModifiersOrMediaKeys
     EXPECT_THAT(received, ElementsAre(0, 0, 0));
 }
 
-TEST_F(TheEventDevices, ReportTogetherAndWhenPluggedInLater) {
-    devices.plug("event0", kKeyboard);
-    devices.plug("event1", kKeyboard);
-    ASSERT_TRUE(listen());
-    EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
-    devices.plug("event7", kKeyboard);
-    runReady(queue);
-    EXPECT_THAT(pressEach("event7", {KEY_B}), ElementsAre(11));
-    EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
-}
-
 TEST_F(TheEventDevices, GoOnWithoutAnUnpluggedKeyboardAndReportItsKeysAgainLater) {
     devices.plug("event0", kKeyboard);
     devices.plug("event1", kKeyboard);
