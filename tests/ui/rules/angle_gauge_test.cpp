@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 namespace chimewerk {
 namespace {
@@ -71,14 +72,11 @@ TEST(TheAngleGauge, SpreadsItsTicksFromLeftToRight) {
     ASSERT_EQ(lines.size(), 6U);  // The baseline and five ticks.
     expectAt(lines[0].from, 16, 16);
     expectAt(lines[0].to, 224, 16);
-    const double diagonal = std::sqrt(0.5);
-    expectAt(lines[1].from, 26, 16);
-    expectAt(lines[1].to, 16, 16);
-    expectAt(lines[2].to, 120 - 104 * diagonal, 16 + 104 * diagonal);
-    expectAt(lines[3].from, 120, 110);
-    expectAt(lines[3].to, 120, 120);
-    expectAt(lines[4].to, 120 + 104 * diagonal, 16 + 104 * diagonal);
-    expectAt(lines[5].to, 224, 16);
+    for (std::size_t i = 0; i < 5; ++i) {
+        const double angle = static_cast<double>(i) * std::numbers::pi / 4;
+        expectAt(lines[1 + i].from, 120 - 94 * std::cos(angle), 16 + 94 * std::sin(angle));
+        expectAt(lines[1 + i].to, 120 - 104 * std::cos(angle), 16 + 104 * std::sin(angle));
+    }
 
     const auto texts = only<GaugeText>(shapes);
     expectAt(texts.at(0).origin, 6 - 13.5, 16 - 9);  // "0°" is three bytes, so it is 27 wide.
