@@ -36,8 +36,14 @@ struct BenchDashboard {
                                        .keys = keys,
                                        .keyPermissionPage = keys,
                                        .isAppleSilicon = false};
-    DashboardMonitors monitors{
-        .lid = lidMonitor, .keyboard = keyboardMonitor, .resetBatteryLowFlag = [] {}};
+    const Menu menu;
+    DashboardMonitors monitors{.lid = lidMonitor,
+                               .keyboard = keyboardMonitor,
+                               .resetBatteryLowFlag = [] {},
+                               .waitsForRestart = [](std::string_view) { return false; },
+                               .menu = menu,
+                               .isInTray = [] { return true; },
+                               .whenInTray = [](auto) {}};
 };
 
 }  // namespace chimewerk

@@ -219,6 +219,7 @@ void StreamPool::share() {
     }
     std::ranges::sort(playing, {}, [](const PooledStream* stream) { return stream->voice.id; });
     std::vector<std::span<const float>> levels;
+    levels.reserve(playing.size() + 1);
     for (const PooledStream* const stream : playing) {
         levels.push_back(stream->sound.levelsFrom(positionOf(*stream, atDevice)));
     }

@@ -179,7 +179,7 @@ QWidget* DashboardWindowController::buildMenuButton() {
         menu.popup(menuBtn_->mapToGlobal(QPoint(0, menuBtn_->height())));
     });
     monitors_.whenInTray([this, window = QPointer<QWidget>(&window_)] {
-        if (window) {
+        if (!window.isNull()) {
             showMenuButton();
         }
     });

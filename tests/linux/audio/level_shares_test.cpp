@@ -57,7 +57,7 @@ TEST(TheShareOfTheRange, LetsTheOthersSwellGentlyWhenTheLastOneEnds) {
     for (std::size_t i = 1; i < 60; ++i) {
         EXPECT_LE(gains[0][i], gains[0][i - 1] * 1.6F);
     }
-    std::vector<float> sound(60 * 2 * kLevelBlock, 0.5F);
+    std::vector<float> sound(std::size_t{60} * 2 * kLevelBlock, 0.5F);
     applyGains(sound, gains[0]);
     for (std::size_t i = 2; i < sound.size(); ++i) {
         ASSERT_LT(std::fabs(sound[i] - sound[i - 2]), 0.002F) << i;
@@ -109,7 +109,7 @@ TEST(TheShareOfTheRange, KeepsAnySumInRangeHoweverTheStartsAreOff) {
             }
             EXPECT_GE(peakOf(std::span(added.frames).first(2400)), 0.48F);
         }
-        std::vector<float> recording(2 * 96000);
+        std::vector<float> recording(std::size_t{2} * 96000);
         for (const Played& each : playing) {
             const auto at = static_cast<std::size_t>(2 * (each.start + each.late));
             for (std::size_t i = 0; i < each.frames.size(); ++i) {

@@ -147,8 +147,8 @@ double mostLevel(const std::vector<float>& stereo, std::size_t from, Frames leng
         for (std::size_t i = 0; i < kWindow; ++i) {
             const double phase = 2 * std::numbers::pi * static_cast<double>(i);
             const double weight = 1 - std::cos(phase / kWindow);
-            sum +=
-                weight * double{stereo[2 * (start + i)]} * std::polar(1.0, phase * hertz / 48000);
+            sum += weight * static_cast<double>(stereo[2 * (start + i)]) *
+                   std::polar(1.0, phase * hertz / 48000);
         }
         most = std::max(most, 2 * std::abs(sum) / kWindow);
     }

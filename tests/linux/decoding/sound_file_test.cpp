@@ -420,7 +420,8 @@ TEST_F(ASoundFile, IsNoneForWhatHoldsNoSound) {
     writeBytes("noise.mp3", noise(500'000));
     writeBytes("noise behind a frame.mp3", "\xFF\xFB\x90" + noise(500'000));
     // Headers without end.
-    std::string chunks(40'000'000, '\0');
+    std::string chunks;
+    chunks.resize(40'000'000);
     chunks.replace(0, 12, std::string("RIFF\0\0\0\2WAVE", 12));
     for (std::size_t i = 12; i + 8 <= chunks.size(); i += 8) {
         chunks.replace(i, 4, "LIST");
