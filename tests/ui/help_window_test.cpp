@@ -66,7 +66,7 @@ protected:
         return topOf(below, 0) - bottom;
     }
 
-    const Menu menu_;
+    Menu menu_;
     HelpWindowController controller_{"/some where/users.md", menu_};
     QWidget& window_ = controller_.window();
 };

@@ -68,7 +68,8 @@ float ValueSlider::number() const {
     auto number = static_cast<float>(value() * range_.unit / kFineness);
     // The nearest float may lie below a whole unit, and its text is cut off.
     const auto perUnit = static_cast<float>(1 / range_.unit);
-    const auto whole = static_cast<float>(value() / kFineness);
+    const int wholeUnits = value() / kFineness;
+    const auto whole = static_cast<float>(wholeUnits);
     while (number * perUnit < whole) {
         number = std::nextafter(number, std::numeric_limits<float>::infinity());
     }

@@ -148,8 +148,8 @@ TEST_F(TheEventDevices, GoOnWithoutAnUnpluggedKeyboardAndReportItsKeysAgainLater
         runReady(queue);
         EXPECT_EQ(disablings, i);
         EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
-        // The folder may report the removal late; a watch that spins wakes it all the time.
-        EXPECT_LE(wakeUpsWithin(queue, Seconds{0.05}), 2);
+        // The folder may report the removal late; a watch that spins wakes it hundreds of times.
+        EXPECT_LT(wakeUpsWithin(queue, Seconds{0.05}), 10);
         devices.plug("event1", kKeyboard);
         runReady(queue);
         EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
