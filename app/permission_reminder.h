@@ -9,10 +9,12 @@
 namespace chimewerk {
 
 /// Shows the page about the keyboard permission whenever the user switches the event on, but at the
-/// start of the program only once for each time that the permission has been lost. Main thread only.
+/// start of the program only once for each time that the permission has been lost. Main thread
+/// only.
 class PermissionReminder final : public PermissionPage {
 public:
-    /// The settings key that is true once the page has been shown and keys have not been heard since.
+    /// The settings key that is true once the page has been shown and keys have not been heard
+    /// since.
     static constexpr char kShownKey[] = "ChimewerkKeyPermissionPageShown";
 
     /// The arguments must outlive the object.

@@ -57,8 +57,8 @@ public:
     virtual std::unique_ptr<Stream> watch(const std::string& folder, Change onChange) = 0;
 };
 
-/// A folder with screenshots, and which of its files are some: those that end in ".png" and begin in
-/// one of these ways, or all that end in ".png".
+/// A folder with screenshots, and which of its files are some: those that end in ".png" and begin
+/// in one of these ways, or all that end in ".png".
 struct ScreenshotFolder {
     /// Absolute.
     std::string path;

@@ -14,8 +14,8 @@
 
 namespace {
 
-/// udev runs the helper as root, but a report descriptor may be read by anyone, and a device chooses
-/// what it contains. Returns false if the rights of root cannot be given up.
+/// udev runs the helper as root, but a report descriptor may be read by anyone, and a device
+/// chooses what it contains. Returns false if the rights of root cannot be given up.
 bool becomeNobody() {
     constexpr uid_t kNobody = 65534;
     return geteuid() != 0 ||

@@ -206,8 +206,8 @@ void PulseConnection::connect() {
             static_cast<PulseConnection*>(user)->dispatch(event);
         },
         this);
-    // Does not start a server: a desktop that wants one starts it when its socket is used. The state
-    // callback may already have reported a failure and dropped the context.
+    // Does not start a server: a desktop that wants one starts it when its socket is used. The
+    // state callback may already have reported a failure and dropped the context.
     if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0 &&
         context_) {
         drop();

@@ -43,7 +43,8 @@ public:
     ~PulseStream();
 
     /// Appends frames to those waiting to be played. With `rewind`, the first ones replace the last
-    /// `rewind` frames written, as far as these have not been played; `stereo` is at least that long.
+    /// `rewind` frames written, as far as these have not been played; `stereo` is at least that
+    /// long.
     void write(std::span<const float> stereo, std::size_t rewind = 0);
     /// Starts playing the frames written.
     void uncork();

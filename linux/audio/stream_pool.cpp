@@ -16,8 +16,8 @@ using namespace std::chrono_literals;
 /// Streams that are kept while nothing plays: enough for a few simultaneous sounds without waiting
 /// for the server.
 constexpr std::size_t kQuietStreams = 3;
-/// To lower the gains of many streams takes long, and a server allows only a few hundred streams for
-/// all programs together.
+/// To lower the gains of many streams takes long, and a server allows only a few hundred streams
+/// for all programs together.
 constexpr std::size_t kMostStreams = 16;
 constexpr unsigned kLatencyMilliseconds = 10;
 constexpr std::size_t kMostWaiting = 64;
@@ -26,8 +26,8 @@ constexpr float kHalf = 0.5F;
 constexpr auto kRefillInterval = 150ms;
 /// How long the decoding of a part may take, for example from a slow disk.
 constexpr auto kDecodePatience = 10s;
-/// If a voice starts later than this, the range is divided again: the voice overlaps with other parts
-/// of the other voices than expected.
+/// If a voice starts later than this, the range is divided again: the voice overlaps with other
+/// parts of the other voices than expected.
 constexpr auto kPunctual = 10ms;
 /// If a voice starts later than this, the device was stopped in the meantime.
 constexpr auto kStandstill = 100ms;

@@ -51,16 +51,17 @@ public:
     /// are kept.
     void clear();
 
-    /// Plays the voice on an idle stream, or keeps it until one is idle, for up to a second. Returns
-    /// false, and does not take the voice, if the pool is at its limit and all streams play.
+    /// Plays the voice on an idle stream, or keeps it until one is idle, for up to a second.
+    /// Returns false, and does not take the voice, if the pool is at its limit and all streams
+    /// play.
     bool start(Voice& voice);
     /// Plays the next part of a long sound. Returns false if the pool does not play this voice.
     bool deliver(std::uint64_t voice, std::span<float> stereo, bool last);
     /// Divides the range among all sounds again. Call it when `framesBeside` has changed.
     void share();
 
-    /// Returns when the first voice becomes overdue if the server makes no progress until then; none
-    /// if there are no voices.
+    /// Returns when the first voice becomes overdue if the server makes no progress until then;
+    /// none if there are no voices.
     std::optional<BootClock::time_point> deadline() const;
     /// Ends the voices that are a second late, because the device, the program or the machine had
     /// stopped.

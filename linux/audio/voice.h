@@ -37,8 +37,8 @@ struct Voice {
     bool decoding = false;        // The next part is being decoded.
 };
 
-/// Removes the oldest short voice, usually the click of a key, or the oldest voice if none is short.
-/// `voices` must not be empty; the oldest voice comes first.
+/// Removes the oldest short voice, usually the click of a key, or the oldest voice if none is
+/// short. `voices` must not be empty; the oldest voice comes first.
 template <typename Voices>
 void dropOldest(Voices& voices) {
     const auto isShort = [](const Voice& voice) { return voice.sound == nullptr; };

@@ -13,8 +13,8 @@
 
 namespace chimewerk {
 
-/// Receives keys by the first method that works: the X server in an X11 session, which also gets the
-/// keys of remote desktops and on-screen keyboards; else the kernel's event devices if they are
+/// Receives keys by the first method that works: the X server in an X11 session, which also gets
+/// the keys of remote desktops and on-screen keyboards; else the kernel's event devices if they are
 /// readable. If neither works it is not trusted and creates no tap.
 class DesktopKeySource final : public KeySource {
 public:

@@ -41,7 +41,8 @@ struct IioAngle {
 using Acceleration = std::array<double, 3>;
 
 /// Returns the angle between lid and base, in degrees, 0 to 349, from the accelerations of gravity
-/// that they measure, in m/s²; none while the machine is moved or stands on its side, and near 360°.
+/// that they measure, in m/s²; none while the machine is moved or stands on its side, and near
+/// 360°.
 std::optional<float> lidAngleOf(const Acceleration& display, const Acceleration& base);
 
 /// Finds the machine's hinge sensor; without one, a pair of accelerometers in its lid and its base.

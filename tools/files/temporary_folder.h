@@ -10,7 +10,8 @@
 
 namespace chimewerk {
 
-/// A new folder in `place` that is deleted with its contents by the destructor. Throws std::runtime_error.
+/// A new folder in `place` that is deleted with its contents by the destructor. Throws
+/// std::runtime_error.
 class TemporaryFolder {
 public:
     explicit TemporaryFolder(

@@ -19,9 +19,9 @@ struct SidebarRowColors {
     QColor badge;
 };
 
-/// Returns the colours of a row that is selected, active or under the pointer as `state` says. `alpha`
-/// is the opacity of its texts, 0 to 1, which stay legible. The palette's window colour is that of
-/// the sidebar.
+/// Returns the colours of a row that is selected, active or under the pointer as `state` says.
+/// `alpha` is the opacity of its texts, 0 to 1, which stay legible. The palette's window colour is
+/// that of the sidebar.
 SidebarRowColors sidebarRowColors(const QPalette& palette, QStyle::State state, double alpha);
 
 /// Paints one row of the dashboard's table into the option's rectangle.

@@ -146,8 +146,8 @@ constexpr PlatformWording
 constexpr PlatformWording kBuildFacts[] = {{"{version}", CHIMEWERK_VERSION},
                                            {"{architecture}", CHIMEWERK_ARCHITECTURE}};
 
-/// The text that stands in place of the format's placeholder; empty if the format has none, and none
-/// if the text is not of this format.
+/// The text that stands in place of the format's placeholder; empty if the format has none, and
+/// none if the text is not of this format.
 std::optional<std::string_view> matched(std::string_view format, std::string_view text) {
     const std::size_t hole = format.find(kPlaceholder);
     if (hole == std::string_view::npos) {

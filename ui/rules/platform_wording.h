@@ -17,8 +17,8 @@ inline constexpr std::string_view kPlaceholder = "{}";
 struct PlatformWording {
     /// As the rules have it, UTF-8. At most one placeholder.
     std::string_view given;
-    /// A whole sentence with as many placeholders. "{version}" and "{architecture}" are those of the
-    /// build; "[…]" is a link to the manual. Empty if there is nothing to be said here.
+    /// A whole sentence with as many placeholders. "{version}" and "{architecture}" are those of
+    /// the build; "[…]" is a link to the manual. Empty if there is nothing to be said here.
     std::string_view shown;
 };
 

@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// The program's menu as the toolkit shows it, for the tray and for a button. Its marks are those of
-/// the data whenever it opens and after each choice. Main thread only.
+/// The program's menu as the toolkit shows it, for the tray and for a button. Its marks are those
+/// of the data whenever it opens and after each choice. Main thread only.
 class ProgramMenu final {
 public:
     /// `items` outlives the menu.
