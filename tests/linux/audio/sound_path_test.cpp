@@ -340,7 +340,8 @@ TEST_F(TheSoundPath, GivesBackTheMemoryThatABurstHasTaken) {
     }
     EXPECT_GT(residentBytes(), before + 10'000'000);
     EXPECT_TRUE(eventually([&] { return residentBytes() < before + 3'000'000; }, 15s));
-    EXPECT_EQ(ourStreams(), 3U);
+    // The player may have reconnected to free the memory that it shared with the server.
+    EXPECT_TRUE(eventually([] { return ourStreams() == 3; }));
 }
 
 TEST_F(TheSoundPath, PlaysALongFileToItsEndWithoutASeam) {
