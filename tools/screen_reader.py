@@ -50,7 +50,8 @@ class Thing:
 
     @property
     def role(self):
-        return self._accessible.get_role_name()
+        # AT-SPI called it a push button before version 2.56.
+        return self._accessible.get_role_name().removeprefix("push ")
 
     @property
     def description(self):

@@ -144,7 +144,7 @@ class TheDashboard(unittest.TestCase):
         self.shows("Key Press")
         self.dashboard.find("check box", "Key Press").click()
         self.shows("Keys are heard ✓")
-        self.dashboard.wait_for_lack("push button", "How to Allow This")
+        self.dashboard.wait_for_lack("button", "How to Allow This")
         pointer("key", "a")
         self.shows("Triggered: 1 time")
         self.dashboard.find("check box", "Key Press").click()
@@ -163,7 +163,7 @@ class TheDashboard(unittest.TestCase):
         self.shows("0%")
 
     def load(self, file):
-        self.dashboard.find("push button", "Load").click()
+        self.dashboard.find("button", "Load").click()
         wait_for_field()
         type_text(str(file))
         keys("Return")
@@ -178,7 +178,7 @@ class TheDashboard(unittest.TestCase):
             self.shows("📁 my tone.wav")
             eventually(lambda: "path" in event_settings("slap"), "the path in the settings")
             sink.wait_for_quiet()
-            self.dashboard.find("push button", "Test Sound").click()
+            self.dashboard.find("button", "Test Sound").click()
             self.assertAlmostEqual(sink.wait_for_tone(), hertz, delta=25)
         self.row("Single Knock, my tone.wav")
         (HOME / "no sound.wav").write_bytes(b"nothing of the kind")
@@ -188,12 +188,12 @@ class TheDashboard(unittest.TestCase):
         self.shows("📁 my tone.wav")
         self.assertEqual([path.name for path in (HOME / ".local/share/Chimewerk").iterdir()], ["my tone.wav"])
 
-        self.dashboard.find("push button", "Remove").click()
+        self.dashboard.find("button", "Remove").click()
         self.shows("🍎 Classic")
         self.row("Single Knock, 🍎 Classic")
         eventually(lambda: not event_settings("slap").get("path"), "no path in the settings")
         self.assertTrue((HOME / ".local/share/Chimewerk/my tone.wav").exists())
-        self.dashboard.wait_for_lack("push button", "Remove")
+        self.dashboard.wait_for_lack("button", "Remove")
 
     def alert(self, text):
         """Waits until the dialog with this text has the keyboard focus."""
@@ -215,21 +215,21 @@ class TheDashboard(unittest.TestCase):
         keys("Return")
         self.row("Single Knock, — not set —")
         self.wait_for_theme("👤 Focus")
-        self.dashboard.find("push button", "Rename theme").click()
+        self.dashboard.find("button", "Rename theme").click()
         wait_for_field()
         # The old name is selected, so that typing replaces it.
         type_text("Night")
         keys("Return")
         self.wait_for_theme("👤 Night")
-        self.dashboard.find("push button", "Delete theme").click()
+        self.dashboard.find("button", "Delete theme").click()
         self.alert('Delete "Night"?')
         keys("Return")
         self.wait_for_theme("👤 Night")
-        self.dashboard.find("push button", "Delete theme").click()
+        self.dashboard.find("button", "Delete theme").click()
         self.alert('Delete "Night"?')
         keys("Tab", "space")
         self.row("Single Knock, 🍎 Classic")
-        self.dashboard.wait_for_lack("push button", "Delete theme")
+        self.dashboard.wait_for_lack("button", "Delete theme")
 
     def toggle(self):
         """Toggles Single Knock without the pointer, and returns as soon as that is done."""
