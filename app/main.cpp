@@ -17,6 +17,7 @@
 #include "linux/audio/pulse_player.h"
 #include "linux/audio/pulse_sound_service.h"
 #include "linux/base/core_dumps.h"
+#include "linux/base/descriptor_limit.h"
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/inotify_folder_source.h"
 #include "linux/base/posix_file_system.h"
@@ -203,6 +204,12 @@ struct Program {
 /// Runs the program. If an instance runs already, passes `command` on to it instead.
 int run(int& argumentCount, char** arguments, Command command) {
     forbidCoreDumps();
+    if (const auto limit = raiseDescriptorLimit(); limit < kNeededDescriptors) {
+        std::fprintf(stderr,
+                     "chimewerk: needs %lu open files, but only %lu are allowed; see 'ulimit -n'\n",
+                     kNeededDescriptors, limit);
+        return EXIT_FAILURE;
+    }
     EpollMainQueue queue;
     const TerminationSignals signals(queue, kQuitPatience, QtProgram::quit);
     AppDelegate* running = nullptr;

@@ -206,6 +206,19 @@ class TheProgram(ProgramTest):
         self.assertNotRegex((facts / "maps").read_text("utf-8"), "glx-integration|egl-integration")
         self.assertRegex((facts / "limits").read_text("ascii"), r"(?m)^Max core file size +[01] ")
 
+    def test_needs_few_descriptors_and_says_when_there_are_fewer(self):
+        for limit in ("64", "24:64", "24"):
+            process = subprocess.Popen(["prlimit", f"--nofile={limit}", PROGRAM, "--open-dashboard"], stderr=subprocess.PIPE,
+                                       text=True)
+            self.started.append(process)
+            ended = (1, "chimewerk: needs 64 open files, but only 24 are allowed; see 'ulimit -n'\n")
+            if limit != "24":
+                ended = (0, "")
+                self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+                process.terminate()
+            said = process.communicate(timeout=10)[1]
+            self.assertEqual((limit, process.returncode, said), (limit, *ended))
+
     def test_runs_without_a_bus_and_without_a_display(self):
         for lack in ({"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}, {"DISPLAY": ""}, {"DISPLAY": ":99"}):
             process = self.start(**lack)
