@@ -8,10 +8,15 @@ if(program MATCHES "[^-A-Za-z0-9/._+]")
   set(command "\"${program}\"")
 endif()
 
-# With the prefix /usr, settings are in /etc.
-set(settings "${CMAKE_INSTALL_PREFIX}/etc")
-if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
-  set(settings "/etc")
+# Desktops read autostart entries from two folders only.
+set(autostart "${CMAKE_INSTALL_PREFIX}/etc/xdg/autostart")
+if(CMAKE_INSTALL_PREFIX MATCHES "^/usr(/local)?$")
+  set(autostart "/etc/xdg/autostart")
+elseif(CMAKE_INSTALL_PREFIX STREQUAL "$ENV{HOME}/.local")
+  set(autostart "$ENV{HOME}/.config/autostart")
+  if(DEFINED ENV{XDG_CONFIG_HOME})
+    set(autostart "$ENV{XDG_CONFIG_HOME}/autostart")
+  endif()
 endif()
 
 function(install_filled_in template destination name)
@@ -21,4 +26,11 @@ endfunction()
 
 install_filled_in(chimewerk.desktop "${CMAKE_INSTALL_PREFIX}/share/applications" ${CHIMEWERK_ID}.desktop)
 install_filled_in(dbus.service "${CMAKE_INSTALL_PREFIX}/share/dbus-1/services" ${CHIMEWERK_ID}.service)
-install_filled_in(autostart.desktop "${settings}/xdg/autostart" ${CHIMEWERK_ID}.desktop)
+# A user who has switched the start off wants it to stay so.
+set(off "")
+if(EXISTS "$ENV{DESTDIR}${autostart}/${CHIMEWERK_ID}.desktop")
+  file(STRINGS "$ENV{DESTDIR}${autostart}/${CHIMEWERK_ID}.desktop" off REGEX "^(Hidden=true|X-GNOME-Autostart-enabled=false)")
+endif()
+if(off STREQUAL "")
+  install_filled_in(autostart.desktop "${autostart}" ${CHIMEWERK_ID}.desktop)
+endif()

@@ -116,6 +116,18 @@ class AnInstallation(unittest.TestCase):
                     file.chmod(mode)
                     self.assertEqual(subprocess.run([helper, file], check=False).returncode, status)
 
+    def test_starts_with_the_session_of_the_user_who_installs_it_and_does_not_where_that_is_switched_off(self):
+        with tempfile.TemporaryDirectory(prefix="a home") as home:
+            environment = {**os.environ, "HOME": home}
+            environment.pop("XDG_CONFIG_HOME", None)
+            entry = Path(home, f".config/autostart/{ID}.desktop")
+            for before, after in (("", f"TryExec={home}/.local/bin/chimewerk"), ("Hidden=true", "Hidden=true")):
+                if before:
+                    entry.write_text(f"[Desktop Entry]\n{before}\n")
+                run("cmake", "--install", BUILD, "--prefix", f"{home}/.local", env=environment)
+                self.assertIn(after, entry.read_text().splitlines())
+            self.assertFalse(Path(home, ".local/etc").exists())
+
     def test_works_in_another_folder(self):
         with tempfile.TemporaryDirectory() as elsewhere:
             moved = Path(elsewhere, "moved")
