@@ -7,7 +7,20 @@ set(CPACK_PACKAGE_NAME chimewerk)
 set(CPACK_PACKAGE_VENDOR Chimewerk)
 set(CPACK_PACKAGE_CONTACT "Chimewerk developers <developers@chimewerk.org>")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+# A package fits only the release whose libraries it was linked with. So its version names the release,
+# as a later release's must be newer.
+cmake_host_system_information(RESULT distribution QUERY DISTRIB_ID)
+cmake_host_system_information(RESULT distribution_version QUERY DISTRIB_VERSION_ID)
+if(distribution STREQUAL "debian" AND distribution_version)
+  string(APPEND package_release "~deb${distribution_version}u1")
+elseif(distribution_version)
+  string(APPEND package_release "~${distribution}${distribution_version}")
+endif()
 set(CPACK_DEBIAN_PACKAGE_RELEASE ${package_release})
+if(CMAKE_CROSSCOMPILING AND CMAKE_LIBRARY_ARCHITECTURE)
+  execute_process(COMMAND dpkg-architecture --host-type ${CMAKE_LIBRARY_ARCHITECTURE} --query DEB_HOST_ARCH
+    OUTPUT_VARIABLE CPACK_DEBIAN_PACKAGE_ARCHITECTURE OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+endif()
 set(CPACK_DEBIAN_PACKAGE_SECTION sound)
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION "short sounds when something happens to the computer
 Chimewerk lives in the tray and plays a short sound when something happens: a
