@@ -9,7 +9,7 @@
 
 namespace chimewerk {
 
-/// Ends all streams of a kind, "sink-input" or "source-output", at the sound server. PulseAudio and
+/// Ends all streams of a kind, "sink-input" or "source-output", at the audio server. PulseAudio and
 /// PipeWire have different commands for that. Returns whether it succeeded.
 inline bool killStreams(const std::string& kind) {
     return runShell("kind=" + kind + R"sh(

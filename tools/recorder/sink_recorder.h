@@ -19,7 +19,7 @@
 
 namespace chimewerk {
 
-/// Records what a sink of the sound server plays, through the sink's monitor, with the times at
+/// Records what a sink of the audio server plays, through the sink's monitor, with the times at
 /// which it was played.
 ///
 /// A frame's time is the moment at which the sink plays it. With a sink without hardware it is

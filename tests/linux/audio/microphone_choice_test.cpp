@@ -16,7 +16,7 @@ namespace {
 
 using Properties = std::map<std::string, std::string>;
 
-/// A source of the sound server; the texts are literals.
+/// A source of the audio server; the texts are literals.
 struct Source {
     const char* name;
     Properties properties = {};

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The way from a sound file to the loudspeaker, on a real sound server whose sink is recorded.
+// The way from a sound file to the loudspeaker, on a real audio server whose sink is recorded.
 // Needs a private session.
 #include <fcntl.h>
 #include <gtest/gtest.h>
