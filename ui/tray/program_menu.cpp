@@ -20,8 +20,7 @@ QString titleOf(const MenuItem& item) {
 }
 
 QKeySequence shortcutOf(const MenuItem& item) {
-    return QKeySequence(QLatin1String("Ctrl+") +
-                        QString::fromStdString(item.keyEquivalent).toUpper());
+    return {QLatin1String("Ctrl+") + QString::fromStdString(item.keyEquivalent).toUpper()};
 }
 
 }  // namespace
