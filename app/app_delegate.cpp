@@ -24,6 +24,7 @@ AppDelegate::AppDelegate(const Dependencies& dependencies, const Sources& source
       fileManagerSounds_(dependencies.fileManagerSounds),
       statusItem_(dependencies.statusItem),
       windows_(dependencies.windows),
+      microphone_(sources.microphone),
       brightnessMonitor_(dependencies.queue, sources.display),
       volumeMonitor_(dependencies.queue, sources.output),
       screenshotMonitor_(dependencies.queue, sources.folders, sources.screenshotFolders),
@@ -64,6 +65,12 @@ void AppDelegate::startApp() {
 }
 
 void AppDelegate::setupMenuBar() {
+    statusItem_.whenShown([this] {
+        askForMicrophone();
+        if (onTray_) {
+            onTray_();
+        }
+    });
     statusItem_.show(menu_.entries(), [this] { openDashboard(); });
 }
 
@@ -90,6 +97,7 @@ void AppDelegate::openDashboard() {
         dashboard_ = windows_.makeDashboard(*this);
     }
     dashboard_->showWindow();
+    askForMicrophone();
 }
 
 void AppDelegate::openHelp() {
@@ -97,6 +105,28 @@ void AppDelegate::openHelp() {
         helpWindow_ = windows_.makeHelpWindow(*this);
     }
     helpWindow_->showWindow();
+    askForMicrophone();
+}
+
+void AppDelegate::askForMicrophone() {
+    if (microphoneQuestion_ == nullptr && microphone_.isRequested()) {
+        microphoneQuestion_ =
+            windows_.makeMicrophoneQuestion([this](bool allowed) { allowMicrophone(allowed); });
+        microphoneQuestion_->showWindow();
+    }
+}
+
+bool AppDelegate::mayUseMicrophone() {
+    return microphone_.authorization() == Microphone::Authorization::authorized;
+}
+
+void AppDelegate::allowMicrophone(bool allowed) {
+    microphoneQuestion_ = nullptr;
+    const bool isRequested = microphone_.isRequested();
+    microphone_.answer(allowed);
+    if (!isRequested) {
+        knocks_.restartAudio();
+    }
 }
 
 bool AppDelegate::waitsForRestart(std::string_view eventId) const {

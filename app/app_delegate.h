@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/microphone_permission.h"
 #include "app/status_item.h"
 #include "app/status_menu.h"
 #include "app/windows.h"
@@ -51,7 +52,7 @@ public:
         TrashSource& trash;
         ReachabilitySource& reachability;
         UsbArrivalSource& usbDevices;
-        Microphone& microphone;
+        MicrophonePermission& microphone;
         SleepSource& sleepSource;
         PowerSources& powerSources;
     };
@@ -91,7 +92,11 @@ public:
     const Menu& menu() const { return menu_.entries(); }
     /// Whether there is a tray for the icon, and so for the menu.
     bool isInTray() const { return statusItem_.isShown(); }
-    void whenInTray(std::function<void()> job) { statusItem_.whenShown(std::move(job)); }
+    void whenInTray(std::function<void()> job) { onTray_ = std::move(job); }
+
+    bool mayUseMicrophone();
+    /// Stores the user's answer, and begins or stops to listen for knocks.
+    void allowMicrophone(bool allowed);
 
     /// Whether this event cannot be heard before the next start: none of its kind was on at this
     /// one.
@@ -103,6 +108,7 @@ public:
 private:
     void startApp();
     void setupMenuBar();
+    void askForMicrophone();
     void setSens(const MenuItem& chosen);
     void setupLidDetection();
     void setupMicrophoneDetection();
@@ -125,6 +131,8 @@ private:
     FileManagerSounds& fileManagerSounds_;
     StatusItem& statusItem_;
     WindowFactory& windows_;
+    MicrophonePermission& microphone_;
+    std::function<void()> onTray_;
     BrightnessMonitor brightnessMonitor_;
     VolumeMonitor volumeMonitor_;
     ScreenshotMonitor screenshotMonitor_;
@@ -140,6 +148,8 @@ private:
     /// Made when first opened. Declared after the monitors, which they use.
     std::unique_ptr<Window> dashboard_;
     std::unique_ptr<Window> helpWindow_;
+    /// After the windows, of which it may be a part. Made once, when there is a place to ask.
+    std::unique_ptr<Window> microphoneQuestion_;
     Lifeline lifeline_;
 };
 

@@ -18,6 +18,8 @@ constexpr Option kOptions[] = {
     {"--open-dashboard", Command::openDashboard,
      "shows the dashboard, and starts the program if need be"},
     {"--open-help", Command::openHelp, "shows the help, and starts the program if need be"},
+    {"--microphone allow", Command::allowMicrophone, "lets the program listen for knocks"},
+    {"--microphone deny", Command::denyMicrophone, "keeps it from listening"},
     {"--quit", Command::quit, "ends the program that runs in this session"},
     {"--version", Command::printVersion, "prints the version"},
     {"--help", Command::printUsage, "prints this"},
@@ -29,8 +31,12 @@ std::optional<Command> parseCommandLine(std::span<char* const> arguments) {
     if (arguments.empty()) {
         return Command::run;
     }
+    std::string line = arguments[0];
+    for (char* const argument : arguments.subspan(1)) {
+        line.append(" ").append(argument);
+    }
     for (const Option& option : kOptions) {
-        if (arguments.size() == 1 && option.name == arguments[0]) {
+        if (option.name == line) {
             return option.command;
         }
     }
@@ -47,7 +53,7 @@ std::string usage() {
         "Plays a short sound when something happens to the computer. Runs in the tray; started\n"
         "once more, it shows its dashboard.\n";
     for (const Option& option : kOptions) {
-        text += "  " + std::string(option.name) + std::string(18 - option.name.size(), ' ') +
+        text += "  " + std::string(option.name) + std::string(20 - option.name.size(), ' ') +
                 std::string(option.help) + "\n";
     }
     return text;

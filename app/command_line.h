@@ -17,6 +17,9 @@ enum class Command {
     openHelp,
     /// Start the program unless it runs already: a session manager restores it.
     restore,
+    /// Let the program listen for knocks, or not, whether it runs or not.
+    allowMicrophone,
+    denyMicrophone,
     /// End the running program.
     quit,
     printUsage,

@@ -10,6 +10,7 @@
 
 #include "app/app_delegate.h"
 #include "app/command_line.h"
+#include "app/microphone_permission.h"
 #include "app/permission_reminder.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_microphone.h"
@@ -60,6 +61,10 @@ std::string actionFor(Command command) {
             return SingleInstance::kOpenDashboard;
         case Command::openHelp:
             return SingleInstance::kOpenHelp;
+        case Command::allowMicrophone:
+            return SingleInstance::kAllowMicrophone;
+        case Command::denyMicrophone:
+            return SingleInstance::kDenyMicrophone;
         case Command::quit:
             return SingleInstance::kQuit;
         case Command::restore:
@@ -92,6 +97,9 @@ void carryOut(AppDelegate& delegate, const std::string& action) {
         delegate.openDashboard();
     } else if (action == SingleInstance::kOpenHelp) {
         delegate.openHelp();
+    } else if (action == SingleInstance::kAllowMicrophone ||
+               action == SingleInstance::kDenyMicrophone) {
+        delegate.allowMicrophone(action == SingleInstance::kAllowMicrophone);
     } else if (action == SingleInstance::kQuit) {
         quit();
     }
@@ -137,11 +145,12 @@ struct Machine {
     XdgTrashSource trash{queue, xdgDataHome()};
     RtnetlinkReachabilitySource reachability;
     UdevUsbArrivalSource usbDevices{queue};
-    PulseMicrophone microphone{soundServer};
+    PulseMicrophone recorder{soundServer};
     LogindSleepSource sleepSource{queue};
     UPowerPowerSources powerSources{queue};
 
     JsonDefaultsStore defaults{queue, xdgConfigHome()};
+    MicrophonePermission microphone{recorder, defaults};
     PermissionReminder permissionReminder{keyPermissionPage, keys, defaults};
     XdgSoundFolder soundFolder{queue, decoders, xdgDataHome()};
 };
@@ -201,6 +210,13 @@ struct Program {
                          sourcesOf(machine)};
 };
 
+/// Stores the user's answer for the next start.
+void storeMicrophoneAnswer(EpollMainQueue& queue, bool allowed) {
+    JsonDefaultsStore defaults(queue, xdgConfigHome());
+    defaults.setObject(MicrophonePermission::kAllowedKey, DefaultsValue{allowed});
+    defaults.flush();
+}
+
 /// Runs the program. If an instance runs already, passes `command` on to it instead.
 int run(int& argumentCount, char** arguments, Command command) {
     forbidCoreDumps();
@@ -221,6 +237,10 @@ int run(int& argumentCount, char** arguments, Command command) {
         return EXIT_FAILURE;
     }
     if (outcome == SingleInstance::Outcome::alreadyRunning || command == Command::quit) {
+        return 0;
+    }
+    if (command == Command::allowMicrophone || command == Command::denyMicrophone) {
+        storeMicrophoneAnswer(queue, command == Command::allowMicrophone);
         return 0;
     }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <functional>
 #include <memory>
 
 namespace chimewerk {
@@ -29,6 +30,10 @@ public:
     /// Makes the window that configures the events.
     virtual std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) = 0;
     virtual std::unique_ptr<Window> makeHelpWindow(AppDelegate& delegate) = 0;
+    /// Makes the question whether to listen with the microphone. `answered` is called when the user
+    /// chooses an answer, and not if the question is closed without one.
+    virtual std::unique_ptr<Window> makeMicrophoneQuestion(
+        std::function<void(bool allowed)> answered) = 0;
 };
 
 }  // namespace chimewerk

@@ -30,12 +30,13 @@ KnockDetector::~KnockDetector() {
 void KnockDetector::setupMicrophoneDetection() {
     switch (microphone_.authorization()) {
         case Microphone::Authorization::notDetermined:
-            microphone_.requestAccess(
-                [&queue = queue_, start = lifeline_.guard([this] { startAudio(); })](bool granted) {
-                    if (granted) {
-                        queue.post(start);
-                    }
-                });
+            microphone_.requestAccess([&queue = queue_, start = lifeline_.guard([this] {
+                restartAudio();
+            })](bool granted) {
+                if (granted) {
+                    queue.post(start);
+                }
+            });
             break;
         case Microphone::Authorization::authorized:
             startAudio();

@@ -3,13 +3,33 @@
 
 #include "ui/qt_windows.h"
 
+#include <QApplication>
 #include <utility>
 
 #include "app/app_delegate.h"
 #include "ui/dashboard/dashboard_window_controller.h"
 #include "ui/help_window_controller.h"
+#include "ui/microphone_question.h"
+#include "ui/rules/appearance.h"
 
 namespace chimewerk {
+
+namespace {
+
+/// Returns the program's window that the user looks at; null if there is none.
+QWidget* shownWindow() {
+    if (QWidget* const active = QApplication::activeWindow()) {
+        return active;
+    }
+    for (QWidget* const each : QApplication::topLevelWidgets()) {
+        if (each->windowType() == Qt::Window && each->isVisible() && !each->isMinimized()) {
+            return each;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace
 
 std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
     return std::make_unique<DashboardWindowController>(
@@ -18,6 +38,8 @@ std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
             .lid = delegate.lidMonitor,
             .keyboard = delegate.keyboardMonitor,
             .resetBatteryLowFlag = [&delegate] { delegate.resetBatteryLowFlag(); },
+            .mayUseMicrophone = [&delegate] { return delegate.mayUseMicrophone(); },
+            .allowMicrophone = [&delegate](bool allowed) { delegate.allowMicrophone(allowed); },
             .waitsForRestart =
                 [&delegate](std::string_view id) { return delegate.waitsForRestart(id); },
             .menu = delegate.menu(),
@@ -28,6 +50,15 @@ std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
 
 std::unique_ptr<Window> QtWindows::makeHelpWindow(AppDelegate& delegate) {
     return std::make_unique<HelpWindowController>(manual_, delegate.menu());
+}
+
+std::unique_ptr<Window> QtWindows::makeMicrophoneQuestion(
+    std::function<void(bool allowed)> answered) {
+    QWidget* const parent = shownWindow();
+    const ColorScheme& colors =
+        storedDarkMode(deps_.defaults) ? ColorScheme::dark() : ColorScheme::light();
+    return std::make_unique<MicrophoneQuestion>(
+        parent, parent != nullptr ? colorSchemeOf(*parent) : colors, answered);
 }
 
 }  // namespace chimewerk

@@ -21,6 +21,8 @@ public:
 
     std::unique_ptr<Window> makeDashboard(AppDelegate& delegate) override;
     std::unique_ptr<Window> makeHelpWindow(AppDelegate& delegate) override;
+    std::unique_ptr<Window> makeMicrophoneQuestion(
+        std::function<void(bool allowed)> answered) override;
 
 private:
     const DashboardDependencies deps_;

@@ -24,9 +24,9 @@ constexpr const char* kInterface = "org.freedesktop.Application";
 constexpr const char* kActivationToken = "activation-token";
 constexpr const char* kStartupId = "desktop-startup-id";
 
-constexpr std::array<std::string_view, 4> kActions{SingleInstance::kOpenDashboard,
-                                                   SingleInstance::kOpenHelp, SingleInstance::kQuit,
-                                                   SingleInstance::kKeepQuiet};
+constexpr std::array<std::string_view, 6> kActions{
+    SingleInstance::kOpenDashboard,  SingleInstance::kOpenHelp, SingleInstance::kAllowMicrophone,
+    SingleInstance::kDenyMicrophone, SingleInstance::kQuit,     SingleInstance::kKeepQuiet};
 
 std::string environmentText(const char* name) {
     const char* const text = std::getenv(name);

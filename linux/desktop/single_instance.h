@@ -37,6 +37,8 @@ class SingleInstance {
 public:
     static constexpr const char* kOpenDashboard = "open-dashboard";
     static constexpr const char* kOpenHelp = "open-help";
+    static constexpr const char* kAllowMicrophone = "allow-microphone";
+    static constexpr const char* kDenyMicrophone = "deny-microphone";
     static constexpr const char* kQuit = "quit";
     /// Does nothing.
     static constexpr const char* kKeepQuiet = "keep-quiet";

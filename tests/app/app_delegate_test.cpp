@@ -32,6 +32,7 @@ protected:
                  &microphone, &system, &powerSources, &statusItem, &fileManager}) {
             fake->journal = &journal;
         }
+        permission.answer(true);
         display.level = 0.5F;
         output.main = 0.5F;
         reachability.plugged = true;
@@ -56,7 +57,7 @@ protected:
                                  trash,
                                  reachability,
                                  usb,
-                                 microphone,
+                                 permission,
                                  system,
                                  powerSources});
         delegate->applicationDidFinishLaunching();
@@ -124,6 +125,7 @@ protected:
     FakeUsbArrivalSource usb;
     Journal journal;
     FakeMicrophone microphone;
+    MicrophonePermission permission{microphone, library.defaults};
     FakeSleepSource system;
     FakePowerSources powerSources;
     FakeStatusItem statusItem;
@@ -174,6 +176,42 @@ TEST_F(TheAppDelegate, RestartsTheMicrophoneAfterAWakeAndTheKeyboardOnlyIfItsEve
         EXPECT_NE(noted.find("-engine -tap microphone"), std::string::npos);
         EXPECT_EQ(noted.find("-keys keys") != std::string::npos, keysOn);
     }
+}
+
+TEST_F(TheAppDelegate, AsksForTheMicrophoneWhereThereIsAWindowOrATrayUntilThereIsAnAnswer) {
+    const auto forget = [this] {
+        library.defaults.setObject(MicrophonePermission::kAllowedKey, std::nullopt);
+    };
+    forget();
+    launch();
+    EXPECT_EQ(microphone.enginesMade, 0U);
+    EXPECT_EQ(windows.log, "") << "there is no place to ask";
+    delegate->openDashboard();
+    delegate->openHelp();
+    EXPECT_EQ(
+        std::exchange(windows.log, ""),
+        "dashboard made, dashboard shown, question made, question shown, help made, help shown, ");
+    std::exchange(windows.answer, nullptr)(true);
+    queue.runPosted();
+    EXPECT_EQ(microphone.listening(), 1U);
+
+    launch();
+    EXPECT_EQ(microphone.listening(), 1U);
+    statusItem.onShown();
+    EXPECT_EQ(windows.log, "") << "the answer is stored";
+    delegate->allowMicrophone(false);
+    EXPECT_EQ(microphone.listening(), 0U);
+    delegate->allowMicrophone(true);
+    EXPECT_EQ(microphone.listening(), 1U);
+
+    forget();
+    launch();
+    statusItem.onShown();
+    EXPECT_EQ(windows.log, "question made, question shown, ");
+    windows.answer(true);
+    delegate->allowMicrophone(false);
+    queue.runPosted();
+    EXPECT_EQ(microphone.listening(), 0U) << "the last answer counts";
 }
 
 TEST_F(TheAppDelegate, AppliesANewSensitivityToTheNextKnock) {

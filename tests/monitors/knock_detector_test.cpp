@@ -158,11 +158,13 @@ TEST_F(TheKnockDetector, AsksForPermissionAndListensOnTheMainQueueWhenItIsGiven)
     EXPECT_EQ(microphone.enginesMade, 0U);
 
     detector->setupMicrophoneDetection();
+    microphone.access = Authorization::authorized;
     microphone.waiting(true);
     EXPECT_EQ(microphone.enginesMade, 0U);
     library.queue.runPosted();
     EXPECT_EQ(microphone.listening(), 1U);
 
+    microphone.access = Authorization::notDetermined;
     detector->setupMicrophoneDetection();
     detector = nullptr;
     microphone.waiting(true);

@@ -98,7 +98,8 @@ class TheDashboard(unittest.TestCase):
     """The program, started for each test with factory settings and its dashboard open."""
 
     def setUp(self):
-        SETTINGS.unlink(missing_ok=True)
+        SETTINGS.parent.mkdir(parents=True, exist_ok=True)
+        SETTINGS.write_text('{"ChimewerkMicrophoneAllowed": true}', encoding="utf-8")
         self.start()
         self.addCleanup(self.end)
         self.dashboard = window(DASHBOARD)

@@ -6,6 +6,7 @@
     program_test.py PROGRAM
 """
 
+import json
 import os
 import re
 import signal
@@ -22,6 +23,8 @@ MENU = ("#Chimewerk, -, Open Dashboard [Control+D], Help & Troubleshooting [Cont
         "Mic Sensitivity {Low (%s), Medium (%s), High (%s)}, -, Quit [Control+Q]")
 DASHBOARD = "Chimewerk — Dashboard"
 HELP = "Chimewerk — Help & Guide"
+QUESTION = "Chimewerk"
+SETTINGS = Path(os.environ["XDG_CONFIG_HOME"]) / "chimewerk" / "settings.json"
 
 
 def windows(title):
@@ -36,11 +39,16 @@ class ProgramTest(unittest.TestCase):
 
     def setUp(self):
         self.started = []
+        self.store({"ChimewerkMicrophoneAllowed": True})
 
     def tearDown(self):
         for process in self.started:
             process.kill()
             process.wait()
+
+    def store(self, settings):
+        SETTINGS.parent.mkdir(parents=True, exist_ok=True)
+        SETTINGS.write_text(json.dumps(settings), encoding="utf-8")
 
     def start(self, *arguments, **environment):
         process = subprocess.Popen([PROGRAM, *arguments], env={**os.environ, **environment})
@@ -143,6 +151,36 @@ class TheWindows(ProgramTest):
             self.assertIn(f'_NET_WM_NAME = "{title}"\n', properties)
             self.assertIn(f'WM_CLASS = "{wanted}", "{wanted}"\n', properties)
             self.assertIn("Icon (48 x 48)", properties)
+
+
+class TheMicrophone(ProgramTest):
+    def is_allowed(self):
+        return json.loads(SETTINGS.read_text(encoding="utf-8")).get("ChimewerkMicrophoneAllowed")
+
+    def recordings(self):
+        return subprocess.run(["pactl", "list", "short", "source-outputs"], capture_output=True, text=True,
+                              check=True).stdout.splitlines()
+
+    def test_is_opened_only_with_the_users_permission_for_which_it_asks_once(self):
+        self.store({})
+        host = self.host()
+        for answer, allowed in ("allow", True), ("deny", False):
+            first = self.start()
+            host.wait_for_item()
+            if answer == "allow":
+                self.assertTrue(pump_until(lambda: len(windows(QUESTION)) == 1))
+                self.assertEqual(self.recordings(), [])
+            else:
+                self.assertTrue(pump_until(lambda: len(self.recordings()) == 1))
+            self.assert_ends(self.start("--microphone", answer))
+            self.assertTrue(pump_until(lambda n=int(allowed): len(self.recordings()) == n))
+            self.assertTrue(pump_until(lambda allowed=allowed: self.is_allowed() is allowed))
+            self.assertEqual(windows(QUESTION), [])
+            self.assert_ends(self.start("--quit"))
+            self.assert_ends(first)
+            host.registered.clear()
+        self.assert_ends(self.start("--microphone", "allow"))
+        self.assertIs(self.is_allowed(), True, "no program runs")
 
 
 class TheProgram(ProgramTest):

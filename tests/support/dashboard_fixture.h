@@ -38,6 +38,8 @@ public:
             DashboardMonitors{.lid = lidMonitor,
                               .keyboard = keyboardMonitor,
                               .resetBatteryLowFlag = [this] { ++batteryResets; },
+                              .mayUseMicrophone = [this] { return microphoneAllowed; },
+                              .allowMicrophone = [this](bool may) { microphoneAllowed = may; },
                               .waitsForRestart = [this](auto) { return silent; },
                               .menu = menu.entries(),
                               .isInTray = [this] { return inTray; },
@@ -77,6 +79,7 @@ public:
         {library.queue, library.queue, library.notifications, *library, lidSensor}};
     KeyboardMonitor keyboardMonitor{library.queue, keys, keys, *library};
     int batteryResets = 0;
+    bool microphoneAllowed = true;
     bool silent = false;
     bool inTray = true;
     /// To be called when the tray comes.

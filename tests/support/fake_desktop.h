@@ -25,7 +25,7 @@ public:
         onActivate = std::move(onActivated);
     }
     bool isShown() const override { return true; }
-    void whenShown(std::function<void()> /*job*/) override {}
+    void whenShown(std::function<void()> job) override { onShown = std::move(job); }
 
     /// Returns the titles of the marked entries of submenus, each with a space behind it.
     std::string marked() const {
@@ -43,6 +43,7 @@ public:
 
     const Menu* menu = nullptr;
     std::function<void()> onActivate;
+    std::function<void()> onShown;
 
 private:
     static const MenuItem* find(const Menu& menu, std::string_view title) {
@@ -71,6 +72,14 @@ public:
     std::unique_ptr<Window> makeHelpWindow(AppDelegate& /*delegate*/) override {
         return make("help");
     }
+    std::unique_ptr<Window> makeMicrophoneQuestion(
+        std::function<void(bool allowed)> answered) override {
+        answer = std::move(answered);
+        return make("question");
+    }
+
+    /// Answers the question about the microphone.
+    std::function<void(bool allowed)> answer;
 
 private:
     class FakeWindow final : public Window {

@@ -176,7 +176,7 @@ TEST_F(TheHelpWindow, KeepsTheLinesOfAParagraphEvenlyApart) {
     show();
     window_.resize(520, 400);
     ASSERT_TRUE(becomesTrue([this] { return text().width() == 520; }));
-    const QTextLayout& wrapped = *blockWith("Check: your desktop").layout();
+    const QTextLayout& wrapped = *blockWith("Try a firm, clear knock").layout();
     ASSERT_GE(wrapped.lineCount(), 2);
     EXPECT_EQ(wrapped.lineAt(0).x(), wrapped.lineAt(1).x());
     EXPECT_EQ(wrapped.lineAt(0).x(), 28);

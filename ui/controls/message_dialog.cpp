@@ -5,7 +5,6 @@
 
 #include <QHBoxLayout>
 
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/labels_and_buttons.h"
 
 namespace chimewerk {
@@ -32,12 +31,14 @@ QLabel* makeLines(const QString& text, int lines, int size, QFont::Weight weight
 
 }  // namespace
 
-MessageDialog::MessageDialog(QWidget& parent, const Texts& texts)
-    : QDialog(parent.window()), column_(new QVBoxLayout), buttons_(new QDialogButtonBox) {
+MessageDialog::MessageDialog(QWidget* parent, const ColorScheme& colors, const Texts& texts)
+    : QDialog(parent != nullptr ? parent->window() : nullptr),
+      column_(new QVBoxLayout),
+      buttons_(new QDialogButtonBox) {
     setWindowModality(Qt::WindowModal);
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
-    setPalette(paletteOf(colorSchemeOf(*parent.window())));
+    setPalette(paletteOf(colors));
     setWindowTitle(QStringLiteral("Chimewerk"));
     setAccessibleName(texts.message);
     setAccessibleDescription(texts.informative);

@@ -9,6 +9,8 @@
 #include <QString>
 #include <QVBoxLayout>
 
+#include "ui/controls/color_scheme.h"
+
 namespace chimewerk {
 
 /// What all dialogs of the program have in common: its name as their title, a message in bold, a
@@ -23,7 +25,10 @@ public:
         QString sign = {};
     };
 
-    MessageDialog(QWidget& parent, const Texts& texts);
+    MessageDialog(QWidget& parent, const Texts& texts)
+        : MessageDialog(&parent, colorSchemeOf(*parent.window()), texts) {}
+    /// Over a window in these colours; over none if `parent` is null.
+    MessageDialog(QWidget* parent, const ColorScheme& colors, const Texts& texts);
 
     /// Puts a widget below the texts.
     void insert(QWidget* widget);

@@ -43,6 +43,9 @@ struct DashboardMonitors {
     KeyboardMonitor& keyboard;
     /// Lets the low-battery sound play again before the next charge.
     std::function<void()> resetBatteryLowFlag;
+    /// Whether the user allows the microphone, and how the user changes that.
+    std::function<bool()> mayUseMicrophone;
+    std::function<void(bool allowed)> allowMicrophone;
     /// Whether this event cannot be heard before the program starts again.
     std::function<bool(std::string_view eventId)> waitsForRestart;
     /// The program's menu, for desktops without a tray.

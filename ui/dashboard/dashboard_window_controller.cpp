@@ -31,12 +31,6 @@ constexpr QSize kContentSize{720, 520};
 constexpr int kSidebarWidth = 260;
 constexpr std::chrono::milliseconds kCountPause{16};
 
-bool storedDarkMode(const DefaultsStore& defaults) {
-    const std::optional<DefaultsValue> stored = defaults.object(kDarkModeKey);
-    const bool* const dark = stored ? std::get_if<bool>(&stored->value) : nullptr;
-    return dark != nullptr && *dark;
-}
-
 QColor colorOf(const std::optional<Gray>& gray, const QColor& otherwise) {
     const float white = gray ? static_cast<float>(gray->white) : 0;
     return gray ? QColor::fromRgbF(white, white, white) : otherwise;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "ui/rules/detail_texts.h"
+#include "ui/rules/microphone_texts.h"
 #include "ui/rules/value_texts.h"
 
 namespace chimewerk {
@@ -78,6 +79,7 @@ DetailPanel::DetailPanel(const DashboardDependencies& dependencies,
       triggerBox_(new TriggerBox(this)),
       thresholdBox_(new AngleBox(this, sm_, [this](float degrees) { thresholdChanged(degrees); })),
       permissionBox_(new PermissionBox(this, [this] { deps_.keyPermissionPage.show(); })),
+      microphoneBox_(new PermissionBox(this, [this] { changeMicrophone(); })),
       intelLockBox_(new LockBox(this)),
       batteryThreshBox_(
           new LabeledSlider(this,
@@ -107,7 +109,8 @@ const SoundEvent* DetailPanel::selectedEvent() const {
 DetailPanel::Watched DetailPanel::watched() const {
     return {.trusted = deps_.keys.trusted(),
             .tapActive = monitors_.keyboard.active,
-            .sensorFound = monitors_.lid.sensorFound};
+            .sensorFound = monitors_.lid.sensorFound,
+            .mayUseMicrophone = monitors_.mayUseMicrophone()};
 }
 
 void DetailPanel::refreshDetail() {
@@ -125,6 +128,7 @@ void DetailPanel::refreshDetail() {
                                 .sensorFound = shown_.sensorFound,
                                 .trusted = shown_.trusted,
                                 .tapActive = shown_.tapActive,
+                                .mayUseMicrophone = shown_.mayUseMicrophone,
                                 .waitsForRestart = monitors_.waitsForRestart(event->id)}));
 }
 
@@ -143,12 +147,17 @@ void DetailPanel::displayBox(const DetailView& view) {
     if (box_ == DetailBox::threshold) {
         thresholdBox_->display(view);
     } else if (box_ == DetailBox::permission) {
-        permissionBox_->setCanGrant(view.canGrant);
+        permissionBox_->display(detail_texts::kPermission,
+                                view.canGrant ? detail_texts::kGrantButton : "");
+    } else if (box_ == DetailBox::microphone) {
+        using namespace microphone_texts;
+        microphoneBox_->display(view.mayUseMicrophone ? kAllowed : kNotAllowed,
+                                view.mayUseMicrophone ? kDenyButton : kAllowButton);
     } else if (box_ == DetailBox::batteryThreshold) {
         batteryThreshBox_->display(view.threshold, view.thresholdText);
     }
-    for (PanelBox* const box : std::initializer_list<PanelBox*>{thresholdBox_, permissionBox_,
-                                                                intelLockBox_, batteryThreshBox_}) {
+    for (PanelBox* const box : std::initializer_list<PanelBox*>{
+             thresholdBox_, permissionBox_, microphoneBox_, intelLockBox_, batteryThreshBox_}) {
         // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): only shownBox() may be null.
         box->setVisible(box == shownBox());
     }
@@ -161,6 +170,8 @@ PanelBox* DetailPanel::shownBox() const {
             return thresholdBox_;
         case DetailBox::permission:
             return permissionBox_;
+        case DetailBox::microphone:
+            return microphoneBox_;
         case DetailBox::intelLock:
             return intelLockBox_;
         case DetailBox::batteryThreshold:
@@ -185,6 +196,11 @@ void DetailPanel::detailToggle() {
             monitors_.keyboard.stop();
         }
     }
+    refreshDetail();
+}
+
+void DetailPanel::changeMicrophone() {
+    monitors_.allowMicrophone(!monitors_.mayUseMicrophone());
     refreshDetail();
 }
 
@@ -267,11 +283,12 @@ void DetailPanel::hideEvent(QHideEvent* event) {
     watch_.stop();
 }
 
-/// Permission, tap and sensor change without a notification, so they are polled while they
+/// Permissions, tap and sensor change without a notification, so they are polled while they
 /// are shown.
 void DetailPanel::watch() {
     const bool wanted =
-        isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::threshold);
+        isVisible() && (box_ == DetailBox::permission || box_ == DetailBox::microphone ||
+                        box_ == DetailBox::threshold);
     if (!wanted) {
         watch_.stop();
     } else if (!watch_.isActive()) {

@@ -52,10 +52,12 @@ private:
         bool trusted;
         bool tapActive;
         bool sensorFound;
+        bool mayUseMicrophone;
         bool operator==(const Watched&) const = default;
     };
 
     void detailToggle();
+    void changeMicrophone();
     void loadSound();
     void previewSound();
     void removeSound();
@@ -91,6 +93,7 @@ private:
     TriggerBox* const triggerBox_;
     AngleBox* const thresholdBox_;
     PermissionBox* const permissionBox_;
+    PermissionBox* const microphoneBox_;
     LockBox* const intelLockBox_;
     LabeledSlider* const batteryThreshBox_;
     Veil* const veil_;

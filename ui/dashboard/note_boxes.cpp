@@ -30,11 +30,17 @@ void TriggerBox::fill(Column& column) {
     }
 }
 
-PermissionBox::PermissionBox(QWidget* panel, const std::function<void()>& onGrant)
+PermissionBox::PermissionBox(QWidget* panel, const std::function<void()>& onClick)
     : PanelBox(panel),
-      permissionText_(add(makeParagraph(detail_texts::kPermission, 11, LabelColor::secondary))),
-      grantBtn_(add(makeButton(worded(detail_texts::kGrantButton)))) {
-    connect(grantBtn_, &QPushButton::clicked, this, onGrant);
+      permissionText_(add(makeParagraph({}, 11, LabelColor::secondary))),
+      grantBtn_(add(makeButton({}))) {
+    connect(grantBtn_, &QPushButton::clicked, this, onClick);
+}
+
+void PermissionBox::display(std::string_view text, std::string_view buttonTitle) {
+    permissionText_->setText(worded(text));
+    grantBtn_->setText(worded(buttonTitle));
+    grantBtn_->setVisible(!buttonTitle.empty());
 }
 
 void PermissionBox::fill(Column& column) {

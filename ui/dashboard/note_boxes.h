@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
 #include "ui/controls/labels_and_buttons.h"
 #include "ui/dashboard/panel_box.h"
@@ -27,12 +28,13 @@ private:
     QLabel* const silence_;
 };
 
-/// Explains that key presses need a permission, with a button that shows how to grant it.
+/// Explains a permission that an event needs, with a button below to change it.
 class PermissionBox final : public PanelBox {
 public:
-    PermissionBox(QWidget* panel, const std::function<void()>& onGrant);
+    PermissionBox(QWidget* panel, const std::function<void()>& onClick);
 
-    void setCanGrant(bool can) { grantBtn_->setVisible(can); }
+    /// Shows texts of the rules; no button if its title is empty.
+    void display(std::string_view text, std::string_view buttonTitle);
 
 protected:
     void fill(Column& column) override;

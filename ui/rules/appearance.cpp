@@ -5,6 +5,12 @@
 
 namespace chimewerk {
 
+bool storedDarkMode(const DefaultsStore& defaults) {
+    const std::optional<DefaultsValue> stored = defaults.object(kDarkModeKey);
+    const bool* const dark = stored ? std::get_if<bool>(&stored->value) : nullptr;
+    return dark != nullptr && *dark;
+}
+
 Appearance appearance(bool isDarkMode) {
     if (isDarkMode) {
         return {.isDark = true,

@@ -6,10 +6,15 @@
 #include <optional>
 #include <string>
 
+#include "platform/defaults_store.h"
+
 namespace chimewerk {
 
 /// The settings key for light or dark: a boolean, true for dark.
 inline constexpr char kDarkModeKey[] = "ChimewerkDarkMode";
+
+/// Returns whether the user has chosen dark.
+bool storedDarkMode(const DefaultsStore& defaults);
 
 /// An opaque grey: 0 is black, 1 is white.
 struct Gray {

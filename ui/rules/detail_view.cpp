@@ -41,6 +41,9 @@ DetailBox boxOf(const SoundEvent& event, const DetailFacts& facts) {
     if (event.id == event_ids::kKeyPress) {
         return DetailBox::permission;
     }
+    if (event.id == event_ids::kSlap) {
+        return DetailBox::microphone;
+    }
     return event.id == event_ids::kBatteryLow ? DetailBox::batteryThreshold : DetailBox::none;
 }
 
@@ -123,6 +126,7 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
             .alpha = event.isEnabled ? 1.0 : kDimmed,
             .box = box,
             .canGrant = !facts.trusted,
+            .mayUseMicrophone = facts.mayUseMicrophone,
             .thresholdIsEnabled = facts.sensorFound,
             .threshold = event.threshold,
             .thresholdText = box == DetailBox::threshold ? degreesText(event.threshold)

@@ -31,12 +31,14 @@ struct DetailFacts {
     bool trusted = false;
     /// Whether key presses are being received.
     bool tapActive = false;
+    /// Whether the user allows the microphone.
+    bool mayUseMicrophone = false;
     /// Whether the event cannot be heard before the program starts again.
     bool waitsForRestart = false;
 };
 
 /// The settings that only some events have.
-enum class DetailBox { none, threshold, permission, intelLock, batteryThreshold };
+enum class DetailBox { none, threshold, permission, microphone, intelLock, batteryThreshold };
 
 /// Everything that the panel shows about an event.
 struct DetailView {
@@ -59,6 +61,8 @@ struct DetailView {
     DetailBox box = DetailBox::none;
     /// Whether the permission box offers to open the settings.
     bool canGrant = false;
+    /// For the box with the microphone's permission.
+    bool mayUseMicrophone = false;
     bool thresholdIsEnabled = false;
     /// In degrees or percent, for the two boxes with a threshold. The text includes the unit.
     float threshold = 0.0F;

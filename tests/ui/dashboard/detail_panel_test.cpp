@@ -18,6 +18,7 @@
 #include "ui/controls/message_dialog.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
+#include "ui/rules/microphone_texts.h"
 #include "ui/rules/value_texts.h"
 
 namespace chimewerk {
@@ -105,6 +106,19 @@ TEST_F(TheDetailPanel, NoticesAPermissionThatIsGrantedElsewhere) {
     bed.window().activateWindow();
     EXPECT_TRUE(becomesTrue([this] { return bed.shows("📁 own.wav"); }))
         << "not looked at on return";
+}
+
+TEST_F(TheDetailPanel, AllowsTheMicrophoneAndTakesThatBack) {
+    bed.select("slap");
+    click(button(microphone_texts::kDenyButton));
+    EXPECT_FALSE(bed.microphoneAllowed);
+    EXPECT_TRUE(bed.shows(std::string(microphone_texts::kNotAllowed)));
+    click(button(microphone_texts::kAllowButton));
+    EXPECT_TRUE(bed.microphoneAllowed);
+    bed.microphoneAllowed = false;
+    EXPECT_TRUE(becomesTrue([this] {
+        return bed.shows(std::string(microphone_texts::kNotAllowed));
+    })) << "changed elsewhere";
 }
 
 TEST_F(TheDetailPanel, SetsTheVolumeByDraggingClickingAndKeys) {

@@ -115,10 +115,11 @@ TEST_F(TheDetailView, DimsAnEventThatIsOffAndShowsItsCount) {
     EXPECT_TRUE(show("slap").switchIsEnabled);
 }
 
-TEST_F(TheDetailView, HasABoxForFourEvents) {
+TEST_F(TheDetailView, HasABoxForFiveEvents) {
     for (const SoundEvent& event : events) {
         const DetailBox box = event.id == "lid_angle"     ? DetailBox::threshold
                               : event.id == "key_press"   ? DetailBox::permission
+                              : event.id == "slap"        ? DetailBox::microphone
                               : event.id == "battery_low" ? DetailBox::batteryThreshold
                                                           : DetailBox::none;
         EXPECT_EQ(show(event.id).box, box) << event.id;
