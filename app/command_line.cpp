@@ -18,6 +18,7 @@ constexpr Option kOptions[] = {
     {"--open-dashboard", Command::openDashboard,
      "shows the dashboard, and starts the program if need be"},
     {"--open-help", Command::openHelp, "shows the help, and starts the program if need be"},
+    {"--background", Command::background, "starts the program without a window, as at login"},
     {"--microphone allow", Command::allowMicrophone, "lets the program listen for knocks"},
     {"--microphone deny", Command::denyMicrophone, "keeps it from listening"},
     {"--quit", Command::quit, "ends the program that runs in this session"},
@@ -42,7 +43,7 @@ std::optional<Command> parseCommandLine(std::span<char* const> arguments) {
     }
     // How session managers call a program that ran in the session before, with an id of theirs.
     if (arguments.size() == 2 && arguments[0] == std::string_view("-session")) {
-        return Command::restore;
+        return Command::background;
     }
     return std::nullopt;
 }

@@ -15,8 +15,8 @@ enum class Command {
     run,
     openDashboard,
     openHelp,
-    /// Start the program unless it runs already: a session manager restores it.
-    restore,
+    /// Start the program without a window, unless it runs already, as when the session begins.
+    background,
     /// Let the program listen for knocks, or not, whether it runs or not.
     allowMicrophone,
     denyMicrophone,

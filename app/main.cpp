@@ -10,6 +10,7 @@
 
 #include "app/app_delegate.h"
 #include "app/command_line.h"
+#include "app/first_run.h"
 #include "app/microphone_permission.h"
 #include "app/permission_reminder.h"
 #include "linux/audio/pulse_connection.h"
@@ -25,6 +26,7 @@
 #include "linux/base/program_folders.h"
 #include "linux/base/system_clock.h"
 #include "linux/base/termination_signals.h"
+#include "linux/base/worker.h"
 #include "linux/decoding/decoder.h"
 #include "linux/desktop/desktop_notification.h"
 #include "linux/desktop/null_file_manager_sounds.h"
@@ -67,7 +69,7 @@ std::string actionFor(Command command) {
             return SingleInstance::kDenyMicrophone;
         case Command::quit:
             return SingleInstance::kQuit;
-        case Command::restore:
+        case Command::background:
             return SingleInstance::kKeepQuiet;
         default:
             return {};
@@ -90,6 +92,13 @@ void reportNotAnswering() {
         "If it stays so, end it in the system monitor and start it again.";
     std::fprintf(stderr, "%s %s\n", kSummary, kAdvice);
     showDesktopNotification(CHIMEWERK_ID, kSummary, kAdvice);
+}
+
+/// Says that the program runs on a desktop without a tray. Waits for the desktop.
+void tellWhereThereIsNoTray(const std::stop_token& /*stop*/) {
+    showDesktopNotification(CHIMEWERK_ID, "Chimewerk is running",
+                            "This desktop has no tray for its icon. Start Chimewerk again to open "
+                            "its dashboard.");
 }
 
 void carryOut(AppDelegate& delegate, const std::string& action) {
@@ -153,6 +162,7 @@ struct Machine {
     MicrophonePermission microphone{recorder, defaults};
     PermissionReminder permissionReminder{keyPermissionPage, keys, defaults};
     XdgSoundFolder soundFolder{queue, decoders, xdgDataHome()};
+    Worker notifier;
 };
 
 SoundManager::Dependencies soundsOn(Machine& machine, NotificationCenter& notifications) {
@@ -208,6 +218,11 @@ struct Program {
                           .windows = windows,
                           .terminate = quit},
                          sourcesOf(machine)};
+    FirstRun firstRun{machine.queue,
+                      machine.defaults,
+                      {.openDashboard = [this] { delegate.openDashboard(); },
+                       .isInTray = [this] { return delegate.isInTray(); },
+                       .tell = [this] { machine.notifier.post(tellWhereThereIsNoTray); }}};
 };
 
 /// Stores the user's answer for the next start.
@@ -252,11 +267,12 @@ int run(int& argumentCount, char** arguments, Command command) {
     toolkit.beforeSuddenEnd([&machine] { machine.defaults.flush(); });
     Program program(machine, statusItem);
     running = &program.delegate;
-    queue.post([&program, &action] {
+    queue.post([&program, &action, command] {
         program.delegate.applicationDidFinishLaunching();
         program.machine.permissionReminder.endStartUp();
         program.machine.soundServer.open();
         carryOut(program.delegate, action);
+        program.firstRun.begin(command == Command::run);
     });
     toolkit.run();
     TerminationSignals::endWithin(kQuitPatience);

@@ -83,7 +83,8 @@ bool Demonstration::writeSettings() const {
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
     std::ofstream settings(folder / "settings.json");
-    const char* separator = R"({"ChimewerkMicrophoneAllowed": true, "ChimewerkEvents": {)";
+    const char* separator =
+        R"({"ChimewerkMicrophoneAllowed": true, "ChimewerkStarted": true, "ChimewerkEvents": {)";
     for (const DemoRow& row : rows_) {
         settings << std::exchange(separator, ", ") << '"' << row.event << R"(": {"enabled": true})";
     }

@@ -27,7 +27,7 @@ class TheCommandLine(unittest.TestCase):
     def test_prints_usage_when_asked_and_for_invalid_options(self):
         status, usage, errors = answer("--help")
         self.assertEqual((status, errors), (0, ""))
-        for option in ("--open-dashboard", "--open-help", "--microphone allow", "--quit", "--version", "--help"):
+        for option in ("--open-dashboard", "--open-help", "--background", "--microphone allow", "--quit", "--version", "--help"):
             self.assertRegex(usage, rf"(?m)^  {option} +[a-z]")
         self.assertLessEqual(max(map(len, usage.splitlines())), 100)
         for options in (("--halp",), ("help",), ("--microphone",), ("--microphone", "maybe"), ("--version", "--help"), ("",)):

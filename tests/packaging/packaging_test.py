@@ -79,7 +79,11 @@ class AnInstallation(unittest.TestCase):
                 self.assertEqual(option, f"--{action}")
                 self.assertIn(option, usage)
         service = read_entry(self.prefix / f"share/dbus-1/services/{ID}.service")["D-BUS Service"]
-        self.assertEqual((service["Name"], service["Exec"].strip('"')), (ID, program))
+        self.assertEqual(service["Name"], ID)
+        started = read_entry(self.autostart)["Desktop Entry"]
+        for command in service["Exec"], started["Exec"]:
+            self.assertEqual(command.replace('"', ""), f"{program} --background")
+        self.assertIn("--background", usage)
         for file in (self.desktop, self.autostart):
             with self.subTest(file=file):
                 icon = read_entry(file)["Desktop Entry"]["Icon"]

@@ -39,7 +39,7 @@ class ProgramTest(unittest.TestCase):
 
     def setUp(self):
         self.started = []
-        self.store({"ChimewerkMicrophoneAllowed": True})
+        self.store({"ChimewerkMicrophoneAllowed": True, "ChimewerkStarted": True})
 
     def tearDown(self):
         for process in self.started:
@@ -162,7 +162,7 @@ class TheMicrophone(ProgramTest):
                               check=True).stdout.splitlines()
 
     def test_is_opened_only_with_the_users_permission_for_which_it_asks_once(self):
-        self.store({})
+        self.store({"ChimewerkStarted": True})
         host = self.host()
         for answer, allowed in ("allow", True), ("deny", False):
             first = self.start()
@@ -189,6 +189,19 @@ class TheProgram(ProgramTest):
         self.assertFalse(pump_until(lambda: process.poll() is not None, 1.5))
         self.assert_ends(self.start("-session", "10f1b"))
         self.assertEqual(windows(DASHBOARD), [])
+
+    def test_opens_its_dashboard_at_the_very_first_start_but_not_at_login(self):
+        host = self.host()
+        for arguments, first in (((), True), ((), False), (("--background",), True)):
+            self.store({"ChimewerkMicrophoneAllowed": True, **({} if first else {"ChimewerkStarted": True})})
+            process = self.start(*arguments)
+            host.wait_for_item()
+            if first and not arguments:
+                self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+            self.assertEqual(len(windows(DASHBOARD)), int(first and not arguments))
+            self.assert_ends(self.start("--quit"))
+            self.assert_ends(process)
+            host.registered.clear()
 
     def test_exits_cleanly_on_termination_signals(self):
         host = self.host()
