@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <optional>
+#include <sstream>
+#include <utility>
 
 namespace chimewerk {
 
@@ -48,6 +50,22 @@ std::string folder(const char* variable, const char* belowHome) {
     return path;
 }
 
+/// Returns `first`, if it is not empty, and the absolute paths in a list with colons.
+std::vector<std::string> folders(std::string first, const char* variable, const char* standard) {
+    std::vector<std::string> paths;
+    if (!first.empty()) {
+        paths.push_back(std::move(first));
+    }
+    const char* const value = std::getenv(variable);
+    std::istringstream list(value == nullptr || *value == '\0' ? standard : value);
+    for (std::string path; std::getline(list, path, ':');) {
+        if (path.starts_with('/')) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}
+
 /// Returns the path of a quoted value in user-dirs.dirs: absolute, or below "$HOME". Returns none
 /// for any other value.
 std::optional<std::string> unquoted(std::string_view value) {
@@ -82,6 +100,13 @@ std::string xdgDataHome() {
 }
 std::string xdgConfigHome() {
     return folder("XDG_CONFIG_HOME", "/.config");
+}
+
+std::vector<std::string> xdgDataFolders() {
+    return folders(xdgDataHome(), "XDG_DATA_DIRS", "/usr/local/share:/usr/share");
+}
+std::vector<std::string> xdgConfigFolders() {
+    return folders(xdgConfigHome(), "XDG_CONFIG_DIRS", "/etc/xdg");
 }
 
 std::string xdgUserFolder(std::string_view name, std::string_view fallback) {

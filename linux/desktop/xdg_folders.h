@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace chimewerk {
 
@@ -17,6 +18,10 @@ std::string homeFolder();
 std::string xdgDataHome();
 /// Returns $XDG_CONFIG_HOME, else .config in the home folder.
 std::string xdgConfigHome();
+/// Returns the data folder of the user and those in $XDG_DATA_DIRS; earlier ones take precedence.
+std::vector<std::string> xdgDataFolders();
+/// Returns the configuration folder of the user and those in $XDG_CONFIG_DIRS, in the same order.
+std::vector<std::string> xdgConfigFolders();
 /// Returns the user folder with this name in capitals, such as "DESKTOP", from the file
 /// user-dirs.dirs in the configuration folder; else the folder `fallback` in the home folder.
 std::string xdgUserFolder(std::string_view name, std::string_view fallback);

@@ -3,18 +3,15 @@
 
 #include "linux/launches/desktop_app_launch_source.h"
 
-#include <fstream>
-#include <iterator>
-#include <string>
 #include <utility>
-
-#include "linux/launches/app_unit_launches.h"
 
 namespace chimewerk {
 
 DesktopAppLaunchSource::DesktopAppLaunchSource(EpollMainQueue& queue,
                                                SessionEnvironment environment)
-    : queue_(queue), environment_(std::move(environment)) {}
+    : queue_(queue),
+      environment_(std::move(environment)),
+      facts_(std::make_shared<const LaunchFacts>(LaunchFacts::ofThisSession())) {}
 
 AppLaunchSource::Token DesktopAppLaunchSource::addObserver(std::function<void()> onLaunch) {
     if (observers_.empty()) {
@@ -33,14 +30,35 @@ void DesktopAppLaunchSource::removeObserver(Token token) {
 }
 
 void DesktopAppLaunchSource::listen() {
-    units_ = std::make_unique<SystemdAppLaunches>(queue_, [this] { notifyObservers(); });
+    launches_.begin(bootTimeNow());
+    units_ = std::make_unique<SystemdAppLaunches>(
+        queue_, [this](LaunchSign sign) { consider(std::move(sign)); });
     if (environment_.isX11()) {
         windows_ = std::make_unique<X11AppLaunches>(
             queue_, environment_.display,
-            X11AppLaunches::Callbacks{
-                .isReportedElsewhere = [this](pid_t process) { return isInReportedUnit(process); },
-                .onLaunch = [this] { notifyObservers(); }});
+            [this](LaunchSign sign) { considerLater(std::move(sign)); });
     }
+}
+
+void DesktopAppLaunchSource::considerLater(LaunchSign sign) {
+    queue_.postAfter(
+        AppLaunches::kShortestRun,
+        lifeline_.guard([this, sign = std::move(sign)]() mutable { consider(std::move(sign)); }));
+}
+
+/// Reads the facts about a sign, and decides on the main thread.
+void DesktopAppLaunchSource::consider(LaunchSign sign) {
+    auto decide = lifeline_.guard([this](const LaunchCandidate& candidate) {
+        if (launches_.isLaunch(candidate)) {
+            notifyObservers();
+        }
+    });
+    worker_.post([&queue = queue_, facts = facts_, sign = std::move(sign),
+                  decide = std::move(decide)](const std::stop_token& /*stop*/) {
+        if (const auto candidate = facts->of(sign)) {
+            queue.post([decide, candidate = *candidate]() mutable { decide(candidate); });
+        }
+    });
 }
 
 /// Notifies the observers after the current event, because an observer may remove itself and
@@ -54,14 +72,6 @@ void DesktopAppLaunchSource::notifyObservers() {
             }
         }
     }));
-}
-
-bool DesktopAppLaunchSource::isInReportedUnit(pid_t process) const {
-    if (!units_->isSubscribed()) {
-        return false;
-    }
-    std::ifstream file("/proc/" + std::to_string(process) + "/cgroup");
-    return isInAppUnit(std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
 }  // namespace chimewerk

@@ -3,14 +3,16 @@
 
 #pragma once
 
-#include <sys/types.h>
-
 #include <functional>
 #include <map>
 #include <memory>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/base/worker.h"
 #include "linux/desktop/session_environment.h"
+#include "linux/launches/app_launches.h"
+#include "linux/launches/launch_facts.h"
+#include "linux/launches/process_status.h"
 #include "linux/launches/systemd_app_launches.h"
 #include "linux/launches/x11_app_launches.h"
 #include "monitors/app_launch_monitor.h"
@@ -18,10 +20,10 @@
 
 namespace chimewerk {
 
-/// Reports application launches from the systemd units in which desktops start applications and, in
-/// an X11 session, from the first windows of processes outside such units. Both run side by side
-/// because a running systemd does not mean that the desktop uses it: a plain window manager starts
-/// programs itself. Without either, no launches are reported.
+/// Reports application launches. Several mechanisms run side by side, because none sees all: units
+/// of the systemd user manager, in which desktops start applications, and in an X11 session the
+/// first windows of processes. What they see is judged by one rule, which counts a launch once.
+/// Without any, no launches are reported.
 class DesktopAppLaunchSource final : public AppLaunchSource {
 public:
     /// The queue must outlive the source.
@@ -32,16 +34,21 @@ public:
 
 private:
     void listen();
+    void considerLater(LaunchSign sign);
+    void consider(LaunchSign sign);
     void notifyObservers();
-    bool isInReportedUnit(pid_t process) const;
 
     EpollMainQueue& queue_;
     const SessionEnvironment environment_;
     std::map<Token, std::function<void()>> observers_;
     Token lastToken_ = 0;
+    AppLaunches launches_{isRunning};
+    const std::shared_ptr<const LaunchFacts> facts_;
     std::unique_ptr<SystemdAppLaunches> units_;
     std::unique_ptr<X11AppLaunches> windows_;
     Lifeline lifeline_;
+    /// Reads facts.
+    Worker worker_;
 };
 
 }  // namespace chimewerk

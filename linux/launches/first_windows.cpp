@@ -12,27 +12,30 @@ FirstWindows::FirstWindows(Dependencies dependencies) : deps_(std::move(dependen
 
 void FirstWindows::begin(const std::vector<Window>& list) {
     ownerOf_.clear();
-    windowsOf_.clear();
+    owners_.clear();
     addWindows(list);
+    for (auto& [owner, state] : owners_) {
+        state.isDecided = true;
+    }
 }
 
 void FirstWindows::update(const std::vector<Window>& list) {
     removeWindows(list);
-    for (const Owner owner : addWindows(list)) {
-        deps_.onFirstWindow(owner);
+    for (const auto& [owner, window] : addWindows(list)) {
+        deps_.onFirstWindow(owner, window);
     }
 }
 
-/// Records new windows and returns the processes that were unknown before and now have a window for
-/// the user.
-std::vector<FirstWindows::Owner> FirstWindows::addWindows(const std::vector<Window>& list) {
+/// Records new windows and returns the processes that have their first window for the user now.
+std::vector<std::pair<FirstWindows::Owner, FirstWindows::Window>> FirstWindows::addWindows(
+    const std::vector<Window>& list) {
     std::vector<Window> added;
     for (const Window window : list) {
         if (!ownerOf_.contains(window)) {
             added.push_back(window);
         }
     }
-    std::vector<Owner> newcomers;
+    std::vector<std::pair<Owner, Window>> newcomers;
     if (added.empty()) {
         return newcomers;
     }
@@ -42,10 +45,11 @@ std::vector<FirstWindows::Owner> FirstWindows::addWindows(const std::vector<Wind
             continue;
         }
         ownerOf_.emplace(added[i], *facts[i].owner);
-        const auto [entry, isNew] = windowsOf_.try_emplace(*facts[i].owner, 0);
-        ++entry->second;
-        if (isNew && facts[i].isForUser) {
-            newcomers.push_back(*facts[i].owner);
+        OwnerState& owner = owners_[*facts[i].owner];
+        ++owner.windows;
+        if (facts[i].role != Role::secondary && !std::exchange(owner.isDecided, true) &&
+            facts[i].role == Role::application) {
+            newcomers.emplace_back(*facts[i].owner, added[i]);
         }
     }
     return newcomers;
@@ -57,11 +61,11 @@ void FirstWindows::removeWindows(const std::vector<Window>& list) {
         if (present.contains(entry.first)) {
             return false;
         }
-        --windowsOf_.at(entry.second);
+        --owners_.at(entry.second).windows;
         return true;
     });
-    std::erase_if(windowsOf_, [&](const auto& entry) {
-        return entry.second == 0 && !deps_.isAlive(entry.first);
+    std::erase_if(owners_, [&](const auto& entry) {
+        return entry.second.windows == 0 && !deps_.isAlive(entry.first);
     });
 }
 

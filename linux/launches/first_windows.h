@@ -7,23 +7,31 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace chimewerk {
 
-/// Finds the processes that have opened their first window, from the list of all windows each time
-/// it changes.
+/// Finds the processes that have opened the first window that the user works in, from the list of
+/// all windows each time it changes.
 class FirstWindows {
 public:
     using Window = std::uint32_t;
     /// Identifies a process for as long as it lives.
     using Owner = std::uint64_t;
 
+    enum class Role {
+        application,
+        /// A dialog, a notification, a splash screen or the like.
+        secondary,
+        /// A panel or the desktop; whoever owns one is part of the desktop.
+        desktop
+    };
+
     struct Facts {
         /// None if the window is already gone.
         std::optional<Owner> owner;
-        /// Whether the user works in this window; false for panels and the desktop.
-        bool isForUser = true;
+        Role role = Role::application;
     };
 
     struct Dependencies {
@@ -31,8 +39,8 @@ public:
         std::function<std::vector<Facts>(const std::vector<Window>&)> factsOf;
         /// Returns whether a process without windows is still running.
         std::function<bool(Owner)> isAlive;
-        /// Called for each process that has opened its first window.
-        std::function<void(Owner)> onFirstWindow;
+        /// Called for each process that has opened its first window for the user.
+        std::function<void(Owner, Window)> onFirstWindow;
     };
 
     explicit FirstWindows(Dependencies dependencies);
@@ -44,16 +52,22 @@ public:
     void update(const std::vector<Window>& list);
 
     /// Returns the number of known processes.
-    std::size_t known() const { return windowsOf_.size(); }
+    std::size_t known() const { return owners_.size(); }
 
 private:
-    std::vector<Owner> addWindows(const std::vector<Window>& list);
+    struct OwnerState {
+        int windows = 0;
+        /// Has had its first window, or never will.
+        bool isDecided = false;
+    };
+
+    std::vector<std::pair<Owner, Window>> addWindows(const std::vector<Window>& list);
     void removeWindows(const std::vector<Window>& list);
 
     const Dependencies deps_;
     std::map<Window, Owner> ownerOf_;
-    /// Number of windows of each known process; may be 0.
-    std::map<Owner, int> windowsOf_;
+    /// The known processes, also those without a window.
+    std::map<Owner, OwnerState> owners_;
 };
 
 }  // namespace chimewerk

@@ -3,11 +3,12 @@
 
 #include "linux/launches/systemd_app_launches.h"
 
-#include <cstdlib>
-#include <ctime>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <utility>
+
+#include "linux/launches/app_unit.h"
 
 namespace chimewerk {
 
@@ -17,111 +18,86 @@ constexpr const char* kSystemd = "org.freedesktop.systemd1";
 constexpr const char* kManagerPath = "/org/freedesktop/systemd1";
 constexpr const char* kManager = "org.freedesktop.systemd1.Manager";
 
-struct FreeText {
-    void operator()(char* text) const { std::free(text); }
-};
-
-AppUnitLaunches::Moment now() {
-    timespec time{};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return std::chrono::duration_cast<AppUnitLaunches::Moment>(
-        std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
-}
-
-}  // namespace
-
-/// Asks when a unit became active. Lives until the answer arrives.
-struct SystemdAppLaunches::Query {
-    SystemdAppLaunches& source;
-    const std::string unitName;
-
-    void onAnswer(sd_bus_message* reply) {
-        std::uint64_t microseconds = 0;
-        if (sd_bus_message_is_method_error(reply, nullptr) == 0 &&
-            sd_bus_message_read(reply, "v", "t", &microseconds) >= 0 &&
-            source.launches_.isLaunch(unitName, AppUnitLaunches::Moment(microseconds))) {
-            source.onLaunch_();
-        }
-    }
-};
-
-SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch,
-                                       Seconds retryInterval)
-    : onLaunch_(std::move(onLaunch)),
-      link_(queue, sd_bus_open_user,
-            {.onOpen = [this](sd_bus* bus) { open(bus); },
-             .onLost = [this] { isSubscribed_ = false; }},
-            retryInterval) {
-    link_.keepOpen();
-}
-
-void SystemdAppLaunches::open(sd_bus* bus) {
-    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "JobRemoved",
-                              callMember<&SystemdAppLaunches::onJobRemoved>, nullptr, this);
-    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "UnitRemoved",
-                              callMember<&SystemdAppLaunches::onUnitRemoved>, nullptr, this);
-    matchOwnerChanges(bus, kSystemd, callMember<&SystemdAppLaunches::onOwnerChanged>, this);
-    subscribe(bus);
-}
-
-/// Subscribes to the manager's jobs if the manager is running; does not start it.
-void SystemdAppLaunches::subscribe(sd_bus* bus) {
-    launches_.begin(now());
+/// Asks the manager to report its jobs if it is running; does not start it.
+void subscribe(sd_bus* bus) {
     sd_bus_message* call = nullptr;
     if (sd_bus_message_new_method_call(bus, &call, kSystemd, kManagerPath, kManager, "Subscribe") >=
         0) {
         const BusMessage owned(call);
         sd_bus_message_set_auto_start(call, 0);
-        sd_bus_call_async(bus, nullptr, call, callMember<&SystemdAppLaunches::onSubscribed>, this,
-                          0);
+        sd_bus_message_set_expect_reply(call, 0);
+        sd_bus_send(bus, call, nullptr);
     }
 }
 
-void SystemdAppLaunches::onSubscribed(sd_bus_message* reply) {
-    isSubscribed_ = sd_bus_message_is_method_error(reply, nullptr) == 0;
+}  // namespace
+
+/// Asks which processes a unit holds. Lives until the answer arrives.
+struct SystemdAppLaunches::Query {
+    SystemdAppLaunches& source;
+    const std::string unitName;
+
+    void onAnswer(sd_bus_message* reply) {
+        LaunchSign sign{.found = LaunchCandidate::Found::inUnit, .unit = unitName};
+        if (sd_bus_message_is_method_error(reply, nullptr) != 0 ||
+            sd_bus_message_enter_container(reply, 'a', "(sus)") < 0) {
+            return;
+        }
+        std::uint32_t process = 0;
+        while (sd_bus_message_read(reply, "(sus)", nullptr, &process, nullptr) > 0) {
+            sign.processes.push_back(static_cast<pid_t>(process));
+        }
+        if (!sign.processes.empty()) {
+            source.onUnit_(std::move(sign));
+        }
+    }
+};
+
+SystemdAppLaunches::SystemdAppLaunches(EpollMainQueue& queue, OnUnit onUnit, Seconds retryInterval)
+    : queue_(queue),
+      onUnit_(std::move(onUnit)),
+      link_(queue, sd_bus_open_user,
+            {.onOpen = [this](sd_bus* bus) { open(bus); }, .onLost = [this] { bus_ = nullptr; }},
+            retryInterval) {
+    link_.keepOpen();
+}
+
+void SystemdAppLaunches::open(sd_bus* bus) {
+    bus_ = bus;
+    sd_bus_match_signal_async(bus, nullptr, kSystemd, kManagerPath, kManager, "JobRemoved",
+                              callMember<&SystemdAppLaunches::onJobRemoved>, nullptr, this);
+    matchOwnerChanges(bus, kSystemd, callMember<&SystemdAppLaunches::onOwnerChanged>, this);
+    subscribe(bus);
 }
 
 void SystemdAppLaunches::onOwnerChanged(sd_bus_message* signal) {
     const char* const owner = readNewOwner(signal);
-    if (owner == nullptr) {
-        return;
-    }
-    isSubscribed_ = false;
-    if (*owner != '\0') {
+    if (owner != nullptr && *owner != '\0') {
         subscribe(sd_bus_message_get_bus(signal));
     }
 }
 
+/// The signal does not say whether the job was a start; after a stop the unit holds no processes.
 void SystemdAppLaunches::onJobRemoved(sd_bus_message* signal) {
     const char* unitName = nullptr;
     const char* result = nullptr;
     if (sd_bus_message_read(signal, "uoss", nullptr, nullptr, &unitName, &result) >= 0 &&
         AppUnit::isOne(unitName) && std::string_view(result) == "done") {
-        requestActivationTime(sd_bus_message_get_bus(signal), unitName);
+        queue_.postAfter(AppLaunches::kShortestRun,
+                         lifeline_.guard([this, name = std::string(unitName)] {
+                             if (bus_ != nullptr) {
+                                 requestProcesses(name);
+                             }
+                         }));
     }
 }
 
-void SystemdAppLaunches::onUnitRemoved(sd_bus_message* signal) {
-    const char* unitName = nullptr;
-    if (sd_bus_message_read(signal, "so", &unitName, nullptr) >= 0) {
-        launches_.forget(unitName);
-    }
-}
-
-/// Asks when the unit last became active, because the signal does not say whether the job was
-/// a start.
-void SystemdAppLaunches::requestActivationTime(sd_bus* bus, const char* unitName) {
-    char* path = nullptr;
-    if (sd_bus_path_encode("/org/freedesktop/systemd1/unit", unitName, &path) < 0) {
-        return;
-    }
-    const std::unique_ptr<char, FreeText> owned(path);
+void SystemdAppLaunches::requestProcesses(const std::string& unitName) {
     std::unique_ptr<Query> query(new Query{*this, unitName});
     sd_bus_slot* slot = nullptr;
-    if (sd_bus_call_method_async(bus, &slot, kSystemd, path, "org.freedesktop.DBus.Properties",
-                                 "Get", callMember<&Query::onAnswer>, query.get(), "ss",
-                                 "org.freedesktop.systemd1.Unit",
-                                 "ActiveEnterTimestampMonotonic") < 0) {
+    if (sd_bus_call_method_async(bus_, &slot, kSystemd, kManagerPath, kManager, "GetUnitProcesses",
+                                 callMember<&Query::onAnswer>, query.get(), "s",
+                                 unitName.c_str()) < 0) {
         return;
     }
     // sd-bus destroys the query together with the slot.

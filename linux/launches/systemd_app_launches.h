@@ -7,8 +7,9 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
-#include "linux/launches/app_unit_launches.h"
+#include "linux/launches/launch_facts.h"
 #include "linux/links/bus_link.h"
+#include "platform/lifeline.h"
 
 namespace chimewerk {
 
@@ -17,30 +18,29 @@ namespace chimewerk {
 /// from within its callback.
 class SystemdAppLaunches {
 public:
-    /// `onLaunch` runs on the main thread, once per started unit. The queue must outlive the
-    /// object. `retryInterval` is the time between two attempts to reach the bus.
-    SystemdAppLaunches(EpollMainQueue& queue, std::function<void()> onLaunch,
-                       Seconds retryInterval = kRetryInterval);
+    using OnUnit = std::function<void(LaunchSign)>;
 
-    /// Returns whether the manager is running and reports its units.
-    bool isSubscribed() const { return isSubscribed_; }
+    /// `onUnit` runs on the main thread a moment after a job of an application's unit has ended,
+    /// with the processes that the unit holds then; not at all if it holds none. The queue must
+    /// outlive the object. `retryInterval` is the time between two attempts to reach the bus.
+    SystemdAppLaunches(EpollMainQueue& queue, OnUnit onUnit,
+                       Seconds retryInterval = kRetryInterval);
 
 private:
     struct Query;
 
     void open(sd_bus* bus);
-    void subscribe(sd_bus* bus);
-    void requestActivationTime(sd_bus* bus, const char* unitName);
+    void requestProcesses(const std::string& unitName);
 
-    void onSubscribed(sd_bus_message* reply);
     void onOwnerChanged(sd_bus_message* signal);
     void onJobRemoved(sd_bus_message* signal);
-    void onUnitRemoved(sd_bus_message* signal);
 
-    const std::function<void()> onLaunch_;
-    AppUnitLaunches launches_;
-    bool isSubscribed_ = false;
+    EpollMainQueue& queue_;
+    const OnUnit onUnit_;
+    /// Null while the bus is away.
+    sd_bus* bus_ = nullptr;
     BusLink link_;
+    Lifeline lifeline_;
 };
 
 }  // namespace chimewerk

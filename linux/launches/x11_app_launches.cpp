@@ -4,6 +4,7 @@
 #include "linux/launches/x11_app_launches.h"
 
 #include <unistd.h>
+#include <xcb/res.h>
 
 #include <algorithm>
 #include <array>
@@ -44,14 +45,34 @@ std::optional<Values> readProperty(xcb_connection_t* server, xcb_get_property_co
     return Values(values, values + reply->value_len);
 }
 
+/// Returns the text of a property; empty if it is missing.
+std::string readText(xcb_connection_t* server, xcb_get_property_cookie_t request) {
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(server, request, nullptr));
+    if (!reply || reply->format != 8) {
+        return "";
+    }
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+/// Returns the name of this machine, without its domain.
+std::string hostName() {
+    std::array<char, 256> name{};
+    gethostname(name.data(), name.size() - 1);
+    const std::string_view full(name.data());
+    return std::string(full.substr(0, full.find('.')));
+}
+
 }  // namespace
 
 X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display,
-                               Callbacks callbacks, Seconds retryInterval)
-    : callbacks_(std::move(callbacks)),
-      firstWindows_({.factsOf = [this](const auto& windows) { return factsOf(windows); },
-                     .isAlive = [this](FirstWindows::Owner owner) { return isAlive(owner); },
-                     .onFirstWindow = [this](FirstWindows::Owner owner) { announce(owner); }}),
+                               OnFirstWindow onFirstWindow, Seconds retryInterval)
+    : onFirstWindow_(std::move(onFirstWindow)),
+      host_(hostName()),
+      firstWindows_(
+          {.factsOf = [this](const auto& windows) { return factsOf(windows); },
+           .isAlive = [this](FirstWindows::Owner owner) { return isAlive(owner); },
+           .onFirstWindow = [this](auto owner, auto window) { announce(owner, window); }}),
       link_(queue, display,
             {.onOpen = [this](auto* server, auto root) { return open(server, root); },
              .onEvent =
@@ -69,11 +90,18 @@ X11AppLaunches::X11AppLaunches(EpollMainQueue& queue, const std::string& display
 bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
     const std::pair<std::string_view, xcb_atom_t Atoms::*> names[] = {
         {"_NET_CLIENT_LIST", &Atoms::clientList},
+        {"_NET_SUPPORTING_WM_CHECK", &Atoms::managerWindow},
         {"_NET_WM_PID", &Atoms::pid},
         {"WM_CLIENT_LEADER", &Atoms::leader},
         {"_NET_WM_WINDOW_TYPE", &Atoms::type},
         {"_NET_WM_WINDOW_TYPE_DOCK", &Atoms::dock},
-        {"_NET_WM_WINDOW_TYPE_DESKTOP", &Atoms::desktop}};
+        {"_NET_WM_WINDOW_TYPE_DESKTOP", &Atoms::desktop},
+        {"_NET_WM_WINDOW_TYPE_NORMAL", &Atoms::normal},
+        {"_KDE_NET_WM_WINDOW_TYPE_OVERRIDE", &Atoms::kdeOverride},
+        {"_NET_WM_STATE", &Atoms::state},
+        {"_NET_WM_STATE_SKIP_TASKBAR", &Atoms::skipTaskbar},
+        {"_GTK_APPLICATION_ID", &Atoms::gtkApplication},
+        {"UTF8_STRING", &Atoms::utf8}};
     std::array<xcb_intern_atom_cookie_t, std::size(names)> requests{};
     std::ranges::transform(names, requests.begin(), [&](const auto& name) {
         return xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.first.size()),
@@ -86,6 +114,15 @@ bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
             return false;
         }
         atoms_.*names[i].second = reply->atom;
+    }
+    const auto* const extension = xcb_get_extension_data(server, &xcb_res_id);
+    knowsProcesses_ = false;
+    if (extension != nullptr && extension->present != 0) {
+        const XcbReply<xcb_res_query_version_reply_t> version(
+            xcb_res_query_version_reply(server, xcb_res_query_version(server, 1, 2), nullptr));
+        constexpr int kTwoDigits = 100;
+        knowsProcesses_ =
+            version && version->server_major * kTwoDigits + version->server_minor >= kTwoDigits + 2;
     }
     const std::uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(server, root, XCB_CW_EVENT_MASK, &wanted);
@@ -101,34 +138,102 @@ std::vector<FirstWindows::Window> X11AppLaunches::windows() const {
         .value_or(Values());
 }
 
-/// Takes one round trip for all windows together, and more for each that does not give its
-/// process ID.
+/// Returns the processes of the windows that a process of this machine has opened.
+X11AppLaunches::Processes X11AppLaunches::processesOf(
+    const std::vector<FirstWindows::Window>& windows) const {
+    Processes processes;
+    if (!knowsProcesses_ || windows.empty()) {
+        return processes;
+    }
+    std::vector<xcb_res_client_id_spec_t> wanted;
+    wanted.reserve(windows.size());
+    for (const auto window : windows) {
+        wanted.push_back({.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
+    }
+    const XcbReply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
+        link_.server(),
+        xcb_res_query_client_ids(link_.server(), static_cast<std::uint32_t>(wanted.size()),
+                                 wanted.data()),
+        nullptr));
+    if (!reply) {
+        return processes;
+    }
+    // The server answers with the part of the window ID that all windows of one client share.
+    const auto ownPart = xcb_get_setup(link_.server())->resource_id_mask;
+    std::map<std::uint32_t, std::uint32_t> processOf;
+    for (auto ids = xcb_res_query_client_ids_ids_iterator(reply.get()); ids.rem > 0;
+         xcb_res_client_id_value_next(&ids)) {
+        if (xcb_res_client_id_value_value_length(ids.data) > 0) {
+            processOf[ids.data->spec.client & ~ownPart] = *xcb_res_client_id_value_value(ids.data);
+        }
+    }
+    for (const auto window : windows) {
+        if (const auto known = processOf.find(window & ~ownPart); known != processOf.end()) {
+            processes[window] = known->second;
+        }
+    }
+    return processes;
+}
+
+/// Takes two round trips for all windows together, and more for each whose process is unknown.
 std::vector<FirstWindows::Facts> X11AppLaunches::factsOf(
     const std::vector<FirstWindows::Window>& windows) const {
     struct Request {
-        xcb_get_property_cookie_t pid, type;
+        xcb_get_property_cookie_t pid, machine, type, transientFor, state;
     };
+    constexpr std::uint32_t kMostValues = 64;
     std::vector<Request> requests;
     requests.reserve(windows.size());
     for (const auto window : windows) {
-        requests.push_back(
-            {.pid = requestProperty(link_.server(), window, atoms_.pid, XCB_ATOM_CARDINAL, 1),
-             .type = requestProperty(link_.server(), window, atoms_.type, XCB_ATOM_ATOM, 8)});
+        const auto request = [&](xcb_atom_t property, xcb_atom_t type) {
+            return requestProperty(link_.server(), window, property, type, kMostValues);
+        };
+        requests.push_back({.pid = request(atoms_.pid, XCB_ATOM_CARDINAL),
+                            .machine = request(XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING),
+                            .type = request(atoms_.type, XCB_ATOM_ATOM),
+                            .transientFor = request(XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW),
+                            .state = request(atoms_.state, XCB_ATOM_ATOM)});
     }
+    const Processes processes = processesOf(windows);
     std::vector<FirstWindows::Facts> facts;
     for (std::size_t i = 0; i < windows.size(); ++i) {
         const auto pid = readProperty(link_.server(), requests[i].pid);
+        const std::string machine = readText(link_.server(), requests[i].machine);
         const auto types = readProperty(link_.server(), requests[i].type);
-        if (!pid || !types) {
+        const auto transientFor = readProperty(link_.server(), requests[i].transientFor);
+        const auto states = readProperty(link_.server(), requests[i].state);
+        if (!pid || !types || !transientFor || !states) {
             facts.emplace_back();
             continue;
         }
-        facts.push_back({.owner = pid->empty() ? ownerWithoutPid(windows[i])
-                                               : std::optional(kIsProcess | pid->front()),
-                         .isForUser = std::ranges::find(*types, atoms_.dock) == types->end() &&
-                                      std::ranges::find(*types, atoms_.desktop) == types->end()});
+        // A program on another machine is connected by a process of this one.
+        const bool isHere = machine.empty() || machine.substr(0, machine.find('.')) == host_;
+        const auto known = processes.find(windows[i]);
+        std::optional<FirstWindows::Owner> owner;
+        if (isHere && known != processes.end()) {
+            owner = kIsProcess | known->second;
+        } else if (isHere && !pid->empty()) {
+            owner = kIsProcess | pid->front();
+        } else {
+            owner = ownerWithoutPid(windows[i]);
+        }
+        facts.push_back({.owner = owner, .role = roleOf(*types, *states, !transientFor->empty())});
     }
     return facts;
+}
+
+/// `types` begins with the preferred type. KDE's mark for windows without a frame is none.
+FirstWindows::Role X11AppLaunches::roleOf(const Values& types, const Values& states,
+                                          bool isTransient) const {
+    const auto type =
+        std::ranges::find_if(types, [this](auto each) { return each != atoms_.kdeOverride; });
+    if (type != types.end() && (*type == atoms_.dock || *type == atoms_.desktop)) {
+        return FirstWindows::Role::desktop;
+    }
+    const bool isNormal = type == types.end() || *type == atoms_.normal;
+    const bool isListed = std::ranges::find(states, atoms_.skipTaskbar) == states.end();
+    return isNormal && isListed && !isTransient ? FirstWindows::Role::application
+                                                : FirstWindows::Role::secondary;
 }
 
 /// Returns the process ID that the leader window gives, else the leader itself; without a leader,
@@ -160,12 +265,41 @@ bool X11AppLaunches::isAlive(FirstWindows::Owner owner) const {
     return reply != nullptr;
 }
 
-void X11AppLaunches::announce(FirstWindows::Owner owner) const {
-    const bool isProcess = (owner & kIsProcess) != 0;
-    const auto process = static_cast<pid_t>(owner & ~kIsProcess);
-    if (!isProcess || (process != getpid() && !callbacks_.isReportedElsewhere(process))) {
-        callbacks_.onLaunch();
+/// Returns the process of the window manager; 0 if it is unknown.
+pid_t X11AppLaunches::windowManager() const {
+    const auto window =
+        readProperty(link_.server(), requestProperty(link_.server(), link_.root(),
+                                                     atoms_.managerWindow, XCB_ATOM_WINDOW, 1))
+            .value_or(Values());
+    const Processes processes = processesOf(window);
+    return processes.empty() ? 0 : static_cast<pid_t>(processes.begin()->second);
+}
+
+/// Returns the ID that the toolkit gives the application, else the class of the window.
+std::string X11AppLaunches::applicationOf(FirstWindows::Window window) const {
+    constexpr std::uint32_t kMostWords = 64;
+    const auto id =
+        requestProperty(link_.server(), window, atoms_.gtkApplication, atoms_.utf8, kMostWords);
+    const auto names =
+        requestProperty(link_.server(), window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, kMostWords);
+    std::string application = readText(link_.server(), id);
+    // Two texts, each with a zero behind it; the second is the class.
+    const std::string both = readText(link_.server(), names);
+    if (!application.empty()) {
+        return application;
     }
+    const std::size_t zero = both.find('\0');
+    return zero == std::string::npos ? both : std::string(both.c_str() + zero + 1);
+}
+
+void X11AppLaunches::announce(FirstWindows::Owner owner, FirstWindows::Window window) const {
+    LaunchSign sign{.found = LaunchCandidate::Found::byWindow,
+                    .application = applicationOf(window),
+                    .windowManager = windowManager()};
+    if ((owner & kIsProcess) != 0) {
+        sign.processes.push_back(static_cast<pid_t>(owner & ~kIsProcess));
+    }
+    onFirstWindow_(std::move(sign));
 }
 
 }  // namespace chimewerk

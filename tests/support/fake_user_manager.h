@@ -3,13 +3,13 @@
 
 #pragma once
 
+#include <sys/types.h>
 #include <systemd/sd-bus.h>
 
 #include <cstdint>
-#include <cstdlib>
-#include <ctime>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "support/fake_bus_service.h"
 
@@ -25,57 +25,50 @@ public:
     /// Number of subscriptions.
     int subscriptions = 0;
 
-    /// Activates a unit and reports the end of the job that started it.
-    void start(const std::string& unit) {
-        timespec time{};
-        clock_gettime(CLOCK_MONOTONIC, &time);
-        activeSince_[pathOf(unit)] = static_cast<std::uint64_t>(time.tv_sec) * 1'000'000 +
-                                     static_cast<std::uint64_t>(time.tv_nsec) / 1000;
-        reportNewUnit(unit);
+    /// Starts a unit with these processes and reports the end of the job.
+    void start(const std::string& unit, const std::vector<pid_t>& processes) {
+        processes_[unit] = processes;
         reportJobEnd(unit, "done");
     }
-    /// Reports a new unit that was loaded but not started.
-    void reportNewUnit(const std::string& unit) {
-        emit(kManager, "UnitNew", "so", unit.c_str(), pathOf(unit).c_str());
+    /// Stops a unit and reports the end of the job.
+    void stop(const std::string& unit) {
+        processes_.erase(unit);
+        reportJobEnd(unit, "done");
     }
     /// Reports the end of any job of the unit, including one that stopped it or found it running.
     void reportJobEnd(const std::string& unit, const char* result) {
         emit(kManager, "JobRemoved", "uoss", ++lastJob_, "/org/freedesktop/systemd1/job/1",
              unit.c_str(), result);
     }
-    /// Unloads a unit that has ended.
-    void remove(const std::string& unit) {
-        activeSince_.erase(pathOf(unit));
-        emit(kManager, "UnitRemoved", "so", unit.c_str(), pathOf(unit).c_str());
-    }
 
 private:
     static constexpr const char* kManager = "org.freedesktop.systemd1.Manager";
 
-    static std::string pathOf(const std::string& unit) {
-        char* path = nullptr;
-        sd_bus_path_encode("/org/freedesktop/systemd1/unit", unit.c_str(), &path);
-        std::string copy = path;
-        std::free(path);
-        return copy;
-    }
-
     int answer(sd_bus_message* call) override {
         if (sd_bus_message_is_method_call(call, kManager, "Subscribe") != 0) {
             ++subscriptions;
-            return sd_bus_reply_method_return(call, "");
+            return 1;
         }
-        const auto unit = activeSince_.find(sd_bus_message_get_path(call));
-        const char* property = nullptr;
-        if (sd_bus_message_is_method_call(call, "org.freedesktop.DBus.Properties", "Get") == 0 ||
-            unit == activeSince_.end() || sd_bus_message_read(call, "ss", nullptr, &property) < 0 ||
-            std::string(property) != "ActiveEnterTimestampMonotonic") {
-            return 0;  // sd-bus replies that there is no such object.
+        const char* unit = nullptr;
+        if (sd_bus_message_is_method_call(call, kManager, "GetUnitProcesses") == 0 ||
+            sd_bus_message_read(call, "s", &unit) < 0) {
+            return 0;
         }
-        return sd_bus_reply_method_return(call, "v", "t", unit->second);
+        sd_bus_message* reply = nullptr;
+        if (!processes_.contains(unit) || sd_bus_message_new_method_return(call, &reply) < 0) {
+            return sd_bus_reply_method_errorf(call, "org.freedesktop.systemd1.NoSuchUnit",
+                                              "Unit %s not loaded.", unit);
+        }
+        const BusMessage owned(reply);
+        sd_bus_message_open_container(reply, 'a', "(sus)");
+        for (const pid_t process : processes_.at(unit)) {
+            sd_bus_message_append(reply, "(sus)", "/user.slice/app.slice", process, "a command");
+        }
+        sd_bus_message_close_container(reply);
+        return sd_bus_send(nullptr, reply, nullptr);
     }
 
-    std::map<std::string, std::uint64_t> activeSince_;
+    std::map<std::string, std::vector<pid_t>> processes_;
     std::uint32_t lastJob_ = 0;
 };
 

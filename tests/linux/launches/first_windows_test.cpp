@@ -14,9 +14,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Window = FirstWindows::Window;
 using Owner = FirstWindows::Owner;
+using Role = FirstWindows::Role;
 
-/// Window numbers give the process: 10, 11, 12 ... belong to process 1. Windows x9 are panels;
-/// windows x8 are gone before their facts can be read.
+/// Window numbers give the process: 10, 11, 12 ... belong to process 1. Windows x9 are panels, x7
+/// are dialogs; windows x8 are gone before their facts can be read.
 class TheFirstWindows : public testing::Test {
 protected:
     /// Returns the processes that have their first window in this list.
@@ -35,12 +36,14 @@ protected:
                  for (const Window window : asked) {
                      facts.push_back({.owner = window % 10 == 8 ? std::nullopt
                                                                 : std::optional<Owner>(window / 10),
-                                      .isForUser = window % 10 != 9});
+                                      .role = window % 10 == 9   ? Role::desktop
+                                              : window % 10 == 7 ? Role::secondary
+                                                                 : Role::application});
                  }
                  return facts;
              },
          .isAlive = [this](Owner owner) { return !dead.contains(owner); },
-         .onFirstWindow = [this](Owner owner) { launched.push_back(owner); }}};
+         .onFirstWindow = [this](Owner owner, Window) { launched.push_back(owner); }}};
 };
 
 TEST_F(TheFirstWindows, AreThoseOfProcessesThatHadNone) {
@@ -65,6 +68,13 @@ TEST_F(TheFirstWindows, AreNotPanelsNorTheLaterWindowsOfAPanel) {
     windows.begin({19});
     EXPECT_THAT(update({19, 29}), IsEmpty());
     EXPECT_THAT(update({19, 29, 10, 20}), IsEmpty());
+}
+
+TEST_F(TheFirstWindows, MayComeAfterADialogButDialogsAreNone) {
+    windows.begin({17});
+    EXPECT_THAT(update({17, 27, 37}), IsEmpty());
+    EXPECT_THAT(update({17, 10, 27, 20, 21}), ElementsAre(2));  // 1 was running before.
+    EXPECT_THAT(update({30}), ElementsAre(3));
 }
 
 TEST_F(TheFirstWindows, AreNotThoseAlreadyGone) {

@@ -7,15 +7,24 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "linux/launches/desktop_app_launch_source.h"
+#include "support/fake_user_manager.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
+#include "tools/files/temporary_folder.h"
 #include "tools/process/child_process.h"
 
 namespace chimewerk {
@@ -37,22 +46,37 @@ public:
         xcb_disconnect(server_);
     }
 
-    /// Opens a window with this process ID, or without one for 0.
-    xcb_window_t open(std::uint32_t process, const char* type = nullptr) {
+    /// Opens a window, of this type if one is given, and with what `prepare` adds.
+    xcb_window_t open(const char* type = nullptr,
+                      const std::function<void(xcb_window_t)>& prepare = {}) {
         const auto* const screen = xcb_setup_roots_iterator(xcb_get_setup(server_)).data;
         const xcb_window_t window = xcb_generate_id(server_);
         xcb_create_window(server_, XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 60, 60, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, 0, nullptr);
-        if (process != 0) {
-            set(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, process);
-        }
         if (type != nullptr) {
             set(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, atom(type));
+        }
+        if (prepare) {
+            prepare(window);
         }
         xcb_map_window(server_, window);
         xcb_flush(server_);
         opened_.push_back(window);
         return window;
+    }
+    /// Opens a window of a program that runs on another machine.
+    xcb_window_t openFromElsewhere(xcb_window_t leader = XCB_NONE) {
+        return open(nullptr, [this, leader](xcb_window_t window) {
+            setText(window, "WM_CLIENT_MACHINE", XCB_ATOM_STRING, "elsewhere");
+            if (leader != XCB_NONE) {
+                set(window, "WM_CLIENT_LEADER", XCB_ATOM_WINDOW, leader);
+            }
+        });
+    }
+    void setText(xcb_window_t window, const char* property, xcb_atom_t type,
+                 std::string_view text) {
+        xcb_change_property(server_, XCB_PROP_MODE_REPLACE, window, atom(property), type, 8,
+                            static_cast<std::uint32_t>(text.size()), text.data());
     }
     void set(xcb_window_t window, const char* property, xcb_atom_t type, std::uint32_t value) {
         xcb_change_property(server_, XCB_PROP_MODE_REPLACE, window, atom(property), type, 32, 1,
@@ -82,7 +106,6 @@ public:
         xcb_flush(server_);
     }
 
-private:
     xcb_atom_t atom(const char* name) {
         const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
             server_,
@@ -91,6 +114,7 @@ private:
         return reply->atom;
     }
 
+private:
     xcb_connection_t* const server_;
     std::vector<xcb_window_t> opened_;
 };
@@ -100,103 +124,166 @@ class TheWindows : public testing::Test {
 protected:
     void listen() {
         // Wait until the windows of an earlier test are off the list: their IDs are reused.
-        launchesUntilNow();
+        signsUntilNow();
         windows.emplace(queue, std::getenv("DISPLAY"),
-                        X11AppLaunches::Callbacks{
-                            .isReportedElsewhere = [](pid_t process) { return process == kInUnit; },
-                            .onLaunch = [this] { ++launches; }});
+                        [this](const LaunchSign& sign) { signs.push_back(sign); });
     }
-    bool launched(int times) {
-        return runUntil(queue, [&] { return launches >= times; }) && launches == times;
+    bool found(std::size_t many) {
+        return runUntil(queue, [&] { return signs.size() >= many; }) && signs.size() == many;
     }
-    /// Returns the launches since the last call, after the window manager has listed all
-    /// opened windows.
-    int launchesUntilNow() {
+    /// Returns the signs since the last call, after the window manager has listed all opened
+    /// windows.
+    std::vector<LaunchSign> signsUntilNow() {
         // Keep one client for all calls, so that no window gets the ID of one that is still listed.
         static Client markers;
-        const auto last = markers.open(ours());
+        const auto last = markers.open("_NET_WM_WINDOW_TYPE_DIALOG");
         EXPECT_TRUE(runUntil(queue, [&] { return markers.isListed(last); }));
         markers.close(last);
         // The server notifies each client separately, so our notification may arrive shortly after
         // that of the marker window.
         wakeUpsWithin(queue, Seconds{0.03});
-        return std::exchange(launches, 0);
+        return std::exchange(signs, {});
     }
-    static std::uint32_t ours() { return static_cast<std::uint32_t>(getpid()); }
 
-    static constexpr pid_t kInUnit = 0x10000000;
     EpollMainQueue queue;
-    int launches = 0;
+    std::vector<LaunchSign> signs;
     std::optional<X11AppLaunches> windows;
 };
 
-TEST_F(TheWindows, AreLaunchesWhenTheyAreTheFirstOfARealProgram) {
+TEST_F(TheWindows, AreSignsWhenTheyAreTheFirstOfARealProgram) {
     ChildProcess before({"xclock"});
     ASSERT_TRUE(before.started());
     EXPECT_TRUE(runUntil(queue, [] {
         return std::system("xwininfo -name xclock 2>/dev/null | grep -q IsViewable") == 0;
     }));
-    EXPECT_EQ(launchesUntilNow(), 0);
     listen();
-    EXPECT_EQ(launchesUntilNow(), 0);
     ChildProcess clock({"xclock"});
-    EXPECT_TRUE(launched(1));
+    EXPECT_TRUE(found(1));
     ChildProcess terminal({"xterm"});
-    EXPECT_TRUE(launched(2));
-    ChildProcess second({"xclock"});
-    EXPECT_TRUE(launched(3));
+    EXPECT_TRUE(found(2));
     clock.end();
-    EXPECT_EQ(launchesUntilNow(), 3);
+    const auto all = signsUntilNow();
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[0].processes, std::vector<pid_t>{clock.id()});
+    EXPECT_EQ(all[0].application, "XClock");
+    EXPECT_EQ(all[1].processes, std::vector<pid_t>{terminal.id()});
+    // The window manager is what the session has started.
+    std::ifstream name("/proc/" + std::to_string(all[1].windowManager) + "/comm");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(name), {}), "openbox\n");
 }
 
-TEST_F(TheWindows, AreNotLaunchesWhenTheirProcessIsKnownOrOursOrReportedElsewhere) {
-    Client client;
-    client.open(0x30000000);
-    launchesUntilNow();
+TEST_F(TheWindows, AreSignsOnlyWhenTheUserWorksInThem) {
     listen();
-    client.open(0x30000000);
-    client.open(ours());
-    client.open(static_cast<std::uint32_t>(kInUnit));
-    const auto living = static_cast<std::uint32_t>(getppid());
-    const auto first = client.open(living);
-    EXPECT_EQ(launchesUntilNow(), 1);
-    client.close(first);
-    client.open(living);  // The process is still running, so this is no launch.
-    client.open(0x30000001, "_NET_WM_WINDOW_TYPE_DOCK");
-    client.open(0x30000002, "_NET_WM_WINDOW_TYPE_DIALOG");
-    client.open(0x30000002);
-    client.close(client.open(0x30000000));  // Closed before its facts can be read.
-    EXPECT_EQ(launchesUntilNow(), 1);       // Only the one with the dialog.
+    Client client;
+    for (const char* type : {"_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_WINDOW_TYPE_UTILITY",
+                             "_NET_WM_WINDOW_TYPE_SPLASH", "_NET_WM_WINDOW_TYPE_NOTIFICATION"}) {
+        client.open(type);
+        EXPECT_TRUE(signsUntilNow().empty()) << type;
+    }
+    const auto states = client.open(nullptr, [&](xcb_window_t window) {
+        client.set(window, "_NET_WM_STATE", XCB_ATOM_ATOM,
+                   client.atom("_NET_WM_STATE_SKIP_TASKBAR"));
+    });
+    EXPECT_TRUE(signsUntilNow().empty());
+    client.open(nullptr, [&](xcb_window_t window) {
+        client.set(window, "WM_TRANSIENT_FOR", XCB_ATOM_WINDOW, states);
+    });
+    EXPECT_TRUE(signsUntilNow().empty());
+    // The process says that it has a number that it has only in its sandbox.
+    client.open(nullptr, [&](xcb_window_t window) {
+        client.set(window, "_NET_WM_PID", XCB_ATOM_CARDINAL, 2);
+        client.setText(window, "WM_CLASS", XCB_ATOM_STRING, {"maps\0Maps\0", 10});
+        client.setText(window, "_GTK_APPLICATION_ID", client.atom("UTF8_STRING"), "org.gnome.Maps");
+    });
+    const auto main = signsUntilNow();
+    ASSERT_EQ(main.size(), 1U);
+    EXPECT_EQ(main[0].processes, std::vector<pid_t>{getpid()});
+    EXPECT_EQ(main[0].application, "org.gnome.Maps");
+    client.open();
+    EXPECT_TRUE(signsUntilNow().empty());
+    client.openFromElsewhere();
+    const auto remote = signsUntilNow();
+    ASSERT_EQ(remote.size(), 1U);
+    EXPECT_TRUE(remote[0].processes.empty());
 }
 
-TEST_F(TheWindows, AreReportedByTheDesktopSourceOfAnX11SessionWhileItHasObservers) {
-    DesktopAppLaunchSource source(
-        queue, {.type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
+/// The whole source, with real programs, and a fake user manager on the session's bus.
+class TheDesktopsLaunches : public TheWindows {
+protected:
+    TheDesktopsLaunches() {
+        std::filesystem::create_directory(data / "applications");
+        std::ofstream(data / "applications/clock.desktop")
+            << "[Desktop Entry]\nType=Application\nName=Clock\nExec=xclock\n";
+        setenv("XDG_DATA_DIRS", std::string(data.path()).c_str(), 1);
+    }
+    ~TheDesktopsLaunches() override { unsetenv("XDG_DATA_DIRS"); }
+    void observe() {
+        source.emplace(queue,
+                       SessionEnvironment{
+                           .type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
+        token = source->addObserver([this] { ++launches; });
+        EXPECT_TRUE(runUntil(queue, [this] { return manager.subscriptions == 1; }));
+    }
+    bool launched(int times) {
+        return runUntil(queue, [&] { return launches >= times; }) && launches == times;
+    }
+    /// Returns the launches after everything that has happened until now has been judged.
+    int settled() {
+        wakeUpsWithin(queue, 3 * AppLaunches::kShortestRun);
+        return launches;
+    }
+
+    TemporaryFolder data;
+    FakeUserManager manager{queue};
+    std::optional<DesktopAppLaunchSource> source;
+    AppLaunchSource::Token token = 0;
+    int launches = 0;
+};
+
+TEST_F(TheDesktopsLaunches, AreHeardOnceForAUnitAndItsWindow) {
+    observe();
+    ChildProcess clock({"xclock"});
+    manager.start("app-gnome-clock-1.scope", {clock.id()});
+    EXPECT_TRUE(launched(1));
+    manager.start("app-org.chromium.Chromium-1.scope", {clock.id()});
+    // What has no entry, and what ends at once.
+    ChildProcess command({"sleep", "60"});
+    manager.start("app-niri-sleep-2.scope", {command.id()});
+    ChildProcess failing({"xclock", "-no-such-option"});
+    manager.start("app-gnome-clock-3.scope", {failing.id()});
+    EXPECT_EQ(settled(), 1);
+}
+
+TEST_F(TheDesktopsLaunches, AreHeardForATerminalAndWhatIsTypedThere) {
+    observe();
+    ChildProcess terminal({"xterm", "-e", "sh", "-c", "xclock; sleep 60"});
+    EXPECT_TRUE(launched(2));
+    EXPECT_EQ(settled(), 2);
+}
+
+TEST_F(TheDesktopsLaunches, AreHeardWhileThereAreObservers) {
+    launches = 0;
     DesktopAppLaunchSource wayland(
         queue,
         {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
     int inWayland = 0;
     wayland.addObserver([&] { ++inWayland; });
-    Client client;
-    client.open(0x30000003);
-    launchesUntilNow();
-    int first = 0;
-    int second = 0;
+    observe();
     const std::size_t before = openDescriptors();
-    const auto one = source.addObserver([&] { ++first; });
+    int second = 0;
     AppLaunchSource::Token other = 0;
-    other = source.addObserver([&] {
+    other = source->addObserver([&] {
         ++second;
-        source.removeObserver(other);
+        source->removeObserver(other);
     });
-    client.open(0x30000004);
-    EXPECT_TRUE(runUntil(queue, [&] { return first == 1 && second == 1; }));
-    client.open(0x30000005);
-    EXPECT_TRUE(runUntil(queue, [&] { return first == 2; }));
+    ChildProcess one({"xclock"});
+    EXPECT_TRUE(launched(1));
+    ChildProcess two({"xclock"});
+    EXPECT_TRUE(launched(2));
     EXPECT_EQ(second, 1);
-    source.removeObserver(one);
-    source.removeObserver(one);
-    EXPECT_EQ(openDescriptors(), before);
+    source->removeObserver(token);
+    source->removeObserver(token);
+    EXPECT_LT(openDescriptors(), before);
     EXPECT_EQ(inWayland, 0);
 }
 
@@ -218,10 +305,7 @@ protected:
     }
     void listenThere() {
         windows.emplace(
-            queue, kDisplay,
-            X11AppLaunches::Callbacks{.isReportedElsewhere = [](pid_t) { return false; },
-                                      .onLaunch = [this] { ++launches; }},
-            kRetry);
+            queue, kDisplay, [this](const LaunchSign& sign) { signs.push_back(sign); }, kRetry);
         runReady(queue);
     }
 
@@ -230,49 +314,41 @@ protected:
     std::optional<ChildProcess> server;
 };
 
-TEST_F(TheWindowsOfARestartingServer, AreGroupedByTheirLeader) {
+TEST_F(TheWindowsOfARestartingServer, AreGroupedByTheirLeaderWhenTheyComeFromElsewhere) {
     startServer();
     listenThere();
     Client application(kDisplay);
-    const auto leader = application.open(0);
-    const auto ofLeader = [&](Client& client) {
-        const auto window = client.open(0);
-        client.set(window, "WM_CLIENT_LEADER", XCB_ATOM_WINDOW, leader);
-        return window;
-    };
+    const auto leader = application.open();
     Client connection(kDisplay);
     Client otherConnection(kDisplay);
-    const auto one = ofLeader(connection);
+    const auto one = connection.openFromElsewhere(leader);
     connection.setClientList({one});
-    EXPECT_TRUE(launched(1));
-    const auto two = ofLeader(otherConnection);
+    EXPECT_TRUE(found(1));
+    const auto two = otherConnection.openFromElsewhere(leader);
     otherConnection.setClientList({one, two});
-    const auto three = otherConnection.open(0);  // Has no leader.
+    const auto three = otherConnection.openFromElsewhere();
     otherConnection.setClientList({one, two, three});
-    EXPECT_TRUE(launched(2));
+    EXPECT_TRUE(found(2));
     otherConnection.setClientList({});
     otherConnection.setClientList({one});  // The leader still exists, and so does the application.
-    application.set(leader, "_NET_WM_PID", XCB_ATOM_CARDINAL, ours());
-    const auto four = ofLeader(application);
-    application.setClientList({one, four});  // The leader now has the process ID of this test.
-    const auto five = application.open(0x30000001);
-    application.setClientList({one, four, five});
-    EXPECT_TRUE(launched(3));
+    Client another(kDisplay);
+    another.setClientList({one, another.openFromElsewhere()});
+    EXPECT_TRUE(found(3));
 }
 
 TEST_F(TheWindowsOfARestartingServer, AreReportedWhenTheServerComesLateAndReturns) {
     listenThere();
     for (int i = 0; i < 2; ++i) {
         EXPECT_LE(wakeUpsWithin(queue, 5 * kRetry), 10);  // It does not spin.
-        launches = 0;
+        signs.clear();
         startServer();
         {
-            Client client(kDisplay);
-            std::uint32_t process = 0x30000000;
+            std::deque<Client> clients;
             // Windows that exist when the server is found do not count.
             EXPECT_TRUE(runUntil(queue, [&] {
-                client.setClientList({client.open(++process)});
-                return launches > 0;
+                Client& client = clients.emplace_back(kDisplay);
+                client.setClientList({client.openFromElsewhere()});
+                return !signs.empty();
             }));
         }
         server->end(i == 0 ? SIGKILL : SIGTERM);

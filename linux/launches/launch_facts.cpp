@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "linux/launches/launch_facts.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+#include "linux/desktop/xdg_folders.h"
+#include "linux/launches/app_unit.h"
+#include "linux/launches/process_status.h"
+
+namespace chimewerk {
+
+namespace {
+
+/// Names of the processes that start the programs of a session, as the kernel cuts them.
+constexpr std::array<std::string_view, 9> kSessionManagers{
+    "cinnamon-sessio", "gnome-session-b", "ksmserver",       "lxqt-session", "lxsession",
+    "mate-session",    "plasma_session",  "startplasma-x11", "xfce4-session"};
+
+bool isSessionManager(const ProcessStatus& process, pid_t windowManager) {
+    return process.id.number == windowManager ||
+           std::ranges::find(kSessionManagers, std::string_view(process.name)) !=
+               kSessionManagers.end();
+}
+
+/// Returns the process that started first, with the others as its possible descendants.
+std::optional<ProcessStatus> eldest(const std::vector<pid_t>& numbers) {
+    std::optional<ProcessStatus> first;
+    for (const pid_t number : numbers) {
+        const auto status = readProcessStatus(number);
+        if (status && (!first || status->id.start < first->id.start)) {
+            first = status;
+        }
+    }
+    return first;
+}
+
+/// Returns the parent, the grandparent and so on, without the system's first process.
+std::vector<ProcessStatus> ancestorsOf(const ProcessStatus& process) {
+    constexpr std::size_t kMost = 64;
+    std::vector<ProcessStatus> ancestors;
+    for (pid_t next = process.parent; next > 1 && ancestors.size() < kMost;
+         next = ancestors.back().parent) {
+        auto ancestor = readProcessStatus(next);
+        if (!ancestor) {
+            break;
+        }
+        ancestors.push_back(std::move(*ancestor));
+    }
+    return ancestors;
+}
+
+/// Returns whether only the system's first process, or the user's manager, stands above: as for
+/// what a start-up script has left behind.
+bool isOrphan(const std::vector<ProcessStatus>& ancestors) {
+    return ancestors.empty() || ancestors.front().name == "systemd";
+}
+
+std::vector<std::string> below(std::vector<std::string> folders, const char* name) {
+    for (std::string& folder : folders) {
+        folder += name;
+    }
+    return folders;
+}
+
+std::vector<std::string> currentDesktops() {
+    const char* const value = std::getenv("XDG_CURRENT_DESKTOP");
+    std::istringstream list(value == nullptr ? "" : value);
+    std::vector<std::string> names;
+    for (std::string name; std::getline(list, name, ':');) {
+        names.push_back(name);
+    }
+    return names;
+}
+
+LaunchCandidate::Entry entryState(const std::optional<DesktopEntry>& entry) {
+    using Entry = LaunchCandidate::Entry;
+    if (!entry) {
+        return Entry::none;
+    }
+    return entry->isVisible ? Entry::visible : Entry::hidden;
+}
+
+}  // namespace
+
+LaunchFacts::LaunchFacts(DesktopEntries applications, DesktopEntries autostart)
+    : applications_(std::move(applications)), autostart_(std::move(autostart)) {}
+
+LaunchFacts LaunchFacts::ofThisSession() {
+    const auto desktops = currentDesktops();
+    return {DesktopEntries(below(xdgDataFolders(), "/applications"), desktops),
+            DesktopEntries(below(xdgConfigFolders(), "/autostart"), desktops)};
+}
+
+std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
+    LaunchCandidate candidate;
+    candidate.found = sign.found;
+    candidate.moment = bootTimeNow();
+    candidate.application = sign.application;
+    if (sign.processes.empty()) {
+        return candidate;
+    }
+    const auto process = eldest(sign.processes);
+    if (!process) {
+        return std::nullopt;
+    }
+    candidate.process = process->id;
+    const ControlGroup group = ControlGroup::parse(readControlGroups(process->id.number));
+    candidate.isPartOfSession = group.isPartOfSession;
+    candidate.unit = sign.unit.empty() ? group.appUnit : sign.unit;
+    if (!sign.unit.empty()) {
+        const AppUnit unit = AppUnit::parse(sign.unit);
+        candidate.application = unit.application;
+        candidate.isAutostarted = unit.autostarted;
+    }
+    const auto programs = readPrograms(process->id.number);
+    candidate.entry = entryState(applications_.find(candidate.application, programs));
+
+    const auto ancestors = ancestorsOf(*process);
+    for (const ProcessStatus& ancestor : ancestors) {
+        candidate.ancestors.push_back(ancestor.id);
+    }
+    const auto manager = std::ranges::find_if(ancestors, [&](const ProcessStatus& ancestor) {
+        return isSessionManager(ancestor, sign.windowManager);
+    });
+    if (manager != ancestors.end()) {
+        candidate.sessionStart = manager->id.start;
+        candidate.isAutostarted |= manager == ancestors.begin() &&
+                                   autostart_.find(candidate.application, programs).has_value();
+    } else if (sign.windowManager != 0 && candidate.unit.empty() && isOrphan(ancestors)) {
+        if (const auto started = readProcessStatus(sign.windowManager)) {
+            candidate.sessionStart = started->id.start;
+        }
+    }
+    return candidate;
+}
+
+}  // namespace chimewerk
