@@ -129,6 +129,19 @@ void AppDelegate::allowMicrophone(bool allowed) {
     }
 }
 
+void AppDelegate::setEventEnabled(std::string_view eventId, bool on) {
+    sm_.setEnabled(on, eventId);
+    if (eventId == event_ids::kKeyPress && !on) {
+        keyboardMonitor.stop();
+    } else if (eventId == event_ids::kKeyPress) {
+        setupKeyboardTap();
+    } else if (waitsForRestart(eventId) && eventId == event_ids::kScreenshot) {
+        setupScreenshotMonitoring();
+    } else if (waitsForRestart(eventId)) {
+        setupVolumeMonitoring();
+    }
+}
+
 bool AppDelegate::waitsForRestart(std::string_view eventId) const {
     if (eventId == event_ids::kVolumeUp || eventId == event_ids::kVolumeDown) {
         return !hearsVolume_;

@@ -85,6 +85,10 @@ public:
     void openDashboard();
     void openHelp();
 
+    /// Switches the event on or off, stores that, and listens for it at once. Does nothing if there
+    /// is no such event.
+    void setEventEnabled(std::string_view eventId, bool on);
+
     /// Lets the low-battery sound play again before the next charge.
     void resetBatteryLowFlag() { power_.resetBatteryLowFlag(); }
 

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <optional>
 #include <span>
 #include <string>
 
@@ -22,13 +21,31 @@ enum class Command {
     denyMicrophone,
     /// End the running program.
     quit,
+    // Requests to the running program.
+    play,
+    mute,
+    unmute,
+    toggleMute,
+    selectTheme,
+    enable,
+    disable,
+    list,
     printUsage,
     printVersion,
+    /// The arguments cannot be understood.
+    invalid,
 };
 
-/// Returns the command that these arguments (without the program's name) give; none if they
-/// are invalid.
-std::optional<Command> parseCommandLine(std::span<char* const> arguments);
+struct CommandLine {
+    Command command = Command::run;
+    /// The event or theme that the command needs; what is wrong if the command is `invalid`.
+    std::string argument = {};
+
+    bool operator==(const CommandLine&) const = default;
+};
+
+/// Reads the arguments, without the program's name.
+CommandLine parseCommandLine(std::span<char* const> arguments);
 
 /// Returns the help on the options, one line each.
 std::string usage();

@@ -13,6 +13,8 @@
 #include "app/first_run.h"
 #include "app/microphone_permission.h"
 #include "app/permission_reminder.h"
+#include "app/program_control.h"
+#include "app/remote_commands.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_microphone.h"
 #include "linux/audio/pulse_output_volume_source.h"
@@ -30,6 +32,8 @@
 #include "linux/decoding/decoder.h"
 #include "linux/desktop/desktop_notification.h"
 #include "linux/desktop/null_file_manager_sounds.h"
+#include "linux/desktop/remote_control_client.h"
+#include "linux/desktop/remote_control_service.h"
 #include "linux/desktop/screenshot_places.h"
 #include "linux/desktop/session_environment.h"
 #include "linux/desktop/single_instance.h"
@@ -114,8 +118,9 @@ void carryOut(AppDelegate& delegate, const std::string& action) {
     }
 }
 
-/// Returns the callbacks for later launches. `running` must be set before the queue runs.
-SingleInstance::Callbacks laterLaunches(AppDelegate*& running) {
+/// Returns the callbacks for later launches. `running` and what the service needs must be set before
+/// the queue runs.
+SingleInstance::Callbacks laterLaunches(AppDelegate*& running, RemoteControlService& service) {
     return {.onActivate =
                 [&running](const std::string& token) {
                     QtProgram::expectActivation(token);
@@ -125,7 +130,9 @@ SingleInstance::Callbacks laterLaunches(AppDelegate*& running) {
                 [&running](const std::string& action, const std::string& token) {
                     QtProgram::expectActivation(token);
                     carryOut(*running, action);
-                }};
+                },
+            .addInterfaces = [&service](sd_bus* bus,
+                                        const std::string& path) { service.addTo(bus, path); }};
 }
 
 /// The real sources, outputs and stores.
@@ -136,6 +143,7 @@ struct Machine {
     const SystemClock clock;
     const PosixFileSystem files;
     const ProgramFolders folders = findProgramFolders();
+    const bool supportsLidAngle = LinuxHardwareQuery().supportsLidAngle();
     NullFileManagerSounds fileManagerSounds;
 
     const Decoders decoders{folders.modules};
@@ -207,7 +215,7 @@ struct Program {
                        .soundFolder = machine.soundFolder,
                        .keys = machine.keys,
                        .keyPermissionPage = machine.keyPermissionPage,
-                       .isAppleSilicon = LinuxHardwareQuery().supportsLidAngle()},
+                       .isAppleSilicon = machine.supportsLidAngle},
                       machine.folders.pages + "/users.md"};
     AppDelegate delegate{{.queue = machine.queue,
                           .clock = machine.clock,
@@ -223,6 +231,16 @@ struct Program {
                       {.openDashboard = [this] { delegate.openDashboard(); },
                        .isInTray = [this] { return delegate.isInTray(); },
                        .tell = [this] { machine.notifier.post(tellWhereThereIsNoTray); }}};
+    ProgramControl control{{.sounds = sounds,
+                            .delegate = delegate,
+                            .notifications = notifications,
+                            .supportsLidAngle = machine.supportsLidAngle}};
+
+    void serve(RemoteControlService& service) {
+        control.onThemeChanged = [&service] { service.announceTheme(); };
+        control.onMuteChanged = [&service] { service.announceMute(); };
+        service.begin(control);
+    }
 };
 
 /// Stores the user's answer for the next start.
@@ -244,7 +262,8 @@ int run(int& argumentCount, char** arguments, Command command) {
     EpollMainQueue queue;
     const TerminationSignals signals(queue, kQuitPatience, QtProgram::quit);
     AppDelegate* running = nullptr;
-    SingleInstance instance(queue, CHIMEWERK_ID, laterLaunches(running));
+    RemoteControlService service(queue);
+    SingleInstance instance(queue, CHIMEWERK_ID, laterLaunches(running, service));
     const std::string action = actionFor(command);
     const auto outcome = instance.claim(LaunchRequest::ofThisProcess(action));
     if (outcome == SingleInstance::Outcome::notAnswering) {
@@ -267,6 +286,7 @@ int run(int& argumentCount, char** arguments, Command command) {
     toolkit.beforeSuddenEnd([&machine] { machine.defaults.flush(); });
     Program program(machine, statusItem);
     running = &program.delegate;
+    program.serve(service);
     queue.post([&program, &action, command] {
         program.delegate.applicationDidFinishLaunching();
         program.machine.permissionReminder.endStartUp();
@@ -281,23 +301,35 @@ int run(int& argumentCount, char** arguments, Command command) {
     return 0;
 }
 
+/// Asks the running program to carry this out.
+int request(const CommandLine& line) {
+    RemoteControlClient program(CHIMEWERK_ID);
+    const CommandResult result = carryOutRemotely(line, program);
+    std::fputs(result.output.c_str(), stdout);
+    std::fputs(result.errors.c_str(), stderr);
+    return result.status;
+}
+
 }  // namespace
 }  // namespace chimewerk
 
 int main(int argumentCount, char** arguments) {
     const std::span<char* const> options(arguments + 1, arguments + argumentCount);
-    const auto command = chimewerk::parseCommandLine(options);
-    if (!command) {
-        std::fputs(chimewerk::usage().c_str(), stderr);
+    const chimewerk::CommandLine line = chimewerk::parseCommandLine(options);
+    if (line.command == chimewerk::Command::invalid) {
+        std::fprintf(stderr, "chimewerk: %s\n", line.argument.c_str());
         return 2;
     }
-    if (command == chimewerk::Command::printUsage) {
+    if (line.command == chimewerk::Command::printUsage) {
         std::fputs(chimewerk::usage().c_str(), stdout);
         return 0;
     }
-    if (command == chimewerk::Command::printVersion) {
+    if (line.command == chimewerk::Command::printVersion) {
         std::puts("chimewerk " CHIMEWERK_VERSION);
         return 0;
     }
-    return chimewerk::run(argumentCount, arguments, *command);
+    if (chimewerk::isRemoteCommand(line.command)) {
+        return chimewerk::request(line);
+    }
+    return chimewerk::run(argumentCount, arguments, line.command);
 }

@@ -17,4 +17,7 @@ inline constexpr std::string_view eventCounterUpdated = "Chimewerk.counter";
 /// custom theme.
 inline constexpr std::string_view themeDidChange = "Chimewerk.theme";
 
+/// Posted when another program has changed a setting of an event. No object.
+inline constexpr std::string_view kSettingsDidChange = "Chimewerk.settings";
+
 }  // namespace chimewerk

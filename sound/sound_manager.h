@@ -85,6 +85,11 @@ public:
     /// nothing for `system` and for a theme without this sound.
     void previewTheme(SoundTheme theme);
 
+    /// While muted, no sound starts; events are counted and announced as ever. Never stored: each
+    /// run begins unmuted. Sounds that have started play to their end.
+    void setMuted(bool muted) { isMuted_ = muted; }
+    bool isMuted() const { return isMuted_; }
+
     // Each of these changes the settings and stores them. Those that select or delete a theme also
     // post `themeDidChange`, after the caller has returned to the main queue. While a custom theme
     // is selected, the events' paths are its working copy: they are written back to the theme when
@@ -126,6 +131,7 @@ public:
 
 private:
     void countAndAnnounce(SoundEvent& event);
+    void playSound(std::string_view soundName, const SoundEvent& event);
     bool playFile(const std::string& path, float volume);
     bool playOwnFile(const SoundEvent& event);
     void playFromLibrary(std::string_view soundName, const SoundEvent& event);
@@ -145,6 +151,7 @@ private:
 
     const std::string res_;
     std::vector<std::shared_ptr<Sound>> playing_;
+    bool isMuted_ = false;
     Dependencies deps_;
     /// The custom themes as last stored; none before the first time.
     std::optional<std::vector<CustomTheme>> savedThemes_;

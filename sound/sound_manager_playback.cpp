@@ -46,9 +46,7 @@ void SoundManager::play(std::string_view id) {
 }
 
 void SoundManager::playEvent(const SoundEvent& event) {
-    if (!playOwnFile(event)) {
-        playFromLibrary(event.id, event);
-    }
+    playSound(event.id, event);
 }
 
 void SoundManager::playKey(std::int64_t keyCode) {
@@ -57,13 +55,11 @@ void SoundManager::playKey(std::int64_t keyCode) {
         return;
     }
     countAndAnnounce(*event);
-    if (!playOwnFile(*event)) {
-        playFromLibrary(keySoundName(keyCode), *event);
-    }
+    playSound(keySoundName(keyCode), *event);
 }
 
 void SoundManager::previewTheme(SoundTheme theme) {
-    if (theme != SoundTheme::system) {
+    if (theme != SoundTheme::system && !isMuted_) {
         playFile(themeSoundFile(res_, theme, event_ids::kSlap), kPreviewVolume);
     }
 }
@@ -73,6 +69,12 @@ void SoundManager::countAndAnnounce(SoundEvent& event) {
     deps_.queue.post([&notifications = deps_.notifications, id = event.id] {
         notifications.post({.name = eventCounterUpdated, .object = id});
     });
+}
+
+void SoundManager::playSound(std::string_view soundName, const SoundEvent& event) {
+    if (!isMuted_ && !playOwnFile(event)) {
+        playFromLibrary(soundName, event);
+    }
 }
 
 bool SoundManager::playOwnFile(const SoundEvent& event) {

@@ -33,13 +33,6 @@ std::string environmentText(const char* name) {
     return text == nullptr ? "" : text;
 }
 
-std::string pathOf(const std::string& id) {
-    std::string path = "/" + id;
-    std::ranges::replace(path, '.', '/');
-    std::ranges::replace(path, '-', '_');
-    return path;
-}
-
 std::uint64_t microsecondsUntil(steady_clock::time_point moment) {
     const auto left = std::chrono::ceil<microseconds>(moment - steady_clock::now()).count();
     return left > 0 ? static_cast<std::uint64_t>(left) : 0;
@@ -132,6 +125,13 @@ LaunchRequest LaunchRequest::ofThisProcess(std::string action) {
             .startupId = environmentText("DESKTOP_STARTUP_ID")};
 }
 
+std::string SingleInstance::objectPath(const std::string& id) {
+    std::string path = "/" + id;
+    std::ranges::replace(path, '.', '/');
+    std::ranges::replace(path, '-', '_');
+    return path;
+}
+
 const sd_bus_vtable SingleInstance::kApplication[] = {
     SD_BUS_VTABLE_START(0),
     SD_BUS_METHOD_WITH_NAMES("Activate", "a{sv}", SD_BUS_PARAM(platform_data), "", "",
@@ -149,7 +149,7 @@ SingleInstance::SingleInstance(EpollMainQueue& queue, std::string id, Callbacks 
                                Timing timing)
     : queue_(queue),
       id_(std::move(id)),
-      path_(pathOf(id_)),
+      path_(objectPath(id_)),
       callbacks_(std::move(callbacks)),
       timing_(timing),
       link_(
@@ -221,8 +221,12 @@ BusMessage SingleInstance::makeCall(sd_bus* bus, const LaunchRequest& request) c
     return sd_bus_message_close_container(call) >= 0 ? std::move(owned) : nullptr;
 }
 
-int SingleInstance::addObject(sd_bus* bus) {
-    return sd_bus_add_object_vtable(bus, nullptr, path_.c_str(), kInterface, kApplication, this);
+void SingleInstance::addObject(sd_bus* bus) {
+    const int added =
+        sd_bus_add_object_vtable(bus, nullptr, path_.c_str(), kInterface, kApplication, this);
+    if (added >= 0 && callbacks_.addInterfaces) {
+        callbacks_.addInterfaces(bus, path_);
+    }
 }
 
 /// Registers the object and requests the name. On the connection that `claim()` used, both are in

@@ -61,6 +61,9 @@ public:
         std::function<void(const std::string& token)> onActivate;
         /// An action was requested.
         std::function<void(const std::string& action, const std::string& token)> onAction;
+        /// Adds further interfaces to the program's object on this connection, before it gets the
+        /// name. Called at once for each connection. May be empty.
+        std::function<void(sd_bus* bus, const std::string& path)> addInterfaces = {};
     };
 
     struct Timing {
@@ -71,6 +74,9 @@ public:
         /// The time between two attempts to reach the bus.
         Seconds retryInterval = kRetryInterval;
     };
+
+    /// Returns the path of the program's object, such as "/org/example/Program".
+    static std::string objectPath(const std::string& id);
 
     /// `id` is the bus name, in the form "org.example.Program"; the object path is derived from it.
     /// The queue must outlive the object.
@@ -84,7 +90,7 @@ public:
     Outcome claim(const LaunchRequest& request);
 
 private:
-    int addObject(sd_bus* bus);
+    void addObject(sd_bus* bus);
     void serve(sd_bus* bus);
     Outcome takeNameOrAsk(sd_bus* bus, const LaunchRequest& request);
     BusMessage makeCall(sd_bus* bus, const LaunchRequest& request) const;

@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "app/program_control.h"
+#include "sound/notifications.h"
 #include "support/fake_desktop.h"
 #include "support/fake_folder_source.h"
 #include "support/fake_key_source.h"
@@ -332,6 +334,61 @@ TEST_F(TheAppDelegate, KnowsWhichEventsItCannotHearBeforeTheNextStart) {
     EXPECT_TRUE(delegate->waitsForRestart("screenshot"));
     EXPECT_FALSE(delegate->waitsForRestart("volume_up")) << "volume_down was on";
     EXPECT_FALSE(delegate->waitsForRestart("slap"));
+}
+
+TEST_F(TheAppDelegate, ObeysOtherProgramsAtOnce) {
+    enable({"key_press", "volume_up", "volume_down", "screenshot", "slap"}, false);
+    launch();
+    ProgramControl control({manager, *delegate, library.notifications});
+    int redrawn = 0;
+    const auto redrawing = library.notifications.observe(
+        kSettingsDidChange, [&redrawn](const Notification& /*settings*/) { ++redrawn; });
+    for (const char* const event : {"Key Press", "volume_down", "SCREENSHOT", "single-knock"}) {
+        EXPECT_EQ(control.setEnabled(event, true), std::nullopt) << event;
+    }
+    EXPECT_EQ(redrawn, 4);
+    const std::string heard = countedEvents();
+    for (const char* const event : {"key_press*1", "volume_down*1", "screenshot*1", "slap*1"}) {
+        EXPECT_NE(heard.find(event), std::string::npos) << event;
+    }
+    EXPECT_EQ(control.setEnabled("key_press", false), std::nullopt);
+    EXPECT_FALSE(keys.tapExists());
+    EXPECT_EQ(control.setEnabled("lid_angle", false),
+              "\"Lid at Angle\" is locked: this machine has no sensor in its hinge.");
+    EXPECT_EQ(control.play("lid"),
+              "There is no event \"lid\". Did you mean lid_open, lid_close or lid_angle?");
+}
+
+TEST_F(TheAppDelegate, TellsOtherProgramsWhatPlaysAndLetsThemSelectAThemeOrMuteIt) {
+    launch();
+    manager.createCustomTheme("Night");
+    manager.setPath("/own.wav", "slap");
+    ProgramControl control({manager, *delegate, library.notifications});
+    std::string changes;
+    control.onThemeChanged = [&changes] { changes += "theme "; };
+    control.onMuteChanged = [&changes] { changes += "mute "; };
+    const auto state = [&] {
+        RemoteState now;
+        control.readState(now);
+        return now.theme + " " + now.events.at(0).sound + " " + now.events.at(1).sound;
+    };
+    EXPECT_EQ(state(), "Night /own.wav Basso");
+    for (const auto& [typed, shown] :
+         {std::pair{"Sci-Fi", "scifi scifi scifi"}, std::pair{"traditional", "trad trad trad"},
+          std::pair{"night", "Night /own.wav Basso"}, std::pair{"8bit", "8bit 8bit 8bit"},
+          std::pair{"A", "Night /own.wav Basso"}}) {
+        EXPECT_EQ(control.setTheme(typed), std::nullopt) << typed;
+        EXPECT_EQ(state(), shown);
+    }
+    EXPECT_EQ(control.setTheme("nite"),
+              "There is no theme \"nite\". Did you mean Night, 8bit or system?");
+    queue.runPosted();
+    EXPECT_EQ(std::exchange(changes, ""), "theme theme theme theme theme theme ");
+    bool isMuted = false;
+    control.toggleMuted(isMuted);
+    control.setMuted(true);
+    EXPECT_TRUE(isMuted && manager.isMuted());
+    EXPECT_EQ(changes, "mute ");
 }
 
 }  // namespace

@@ -24,15 +24,23 @@ class TheCommandLine(unittest.TestCase):
         self.assertEqual((status, errors), (0, ""))
         self.assertRegex(output, r"^chimewerk \d+\.\d+\.\d+\n$")
 
-    def test_prints_usage_when_asked_and_for_invalid_options(self):
+    def test_prints_usage_when_asked_and_what_is_wrong_with_invalid_options(self):
         status, usage, errors = answer("--help")
         self.assertEqual((status, errors), (0, ""))
-        for option in ("--open-dashboard", "--open-help", "--background", "--microphone allow", "--quit", "--version", "--help"):
+        self.assertEqual(answer("-h"), (0, usage, ""))
+        for option in ("--open-dashboard", "--open-help", "--background", r"--microphone allow\|deny", "--quit",
+                       "--play EVENT", "--list", "--version", "--help"):
             self.assertRegex(usage, rf"(?m)^  {option} +[a-z]")
-        self.assertLessEqual(max(map(len, usage.splitlines())), 100)
-        for options in (("--halp",), ("help",), ("--microphone",), ("--microphone", "maybe"), ("--version", "--help"), ("",)):
+        self.assertLessEqual(max(map(len, usage.splitlines())), 80)
+        for options in (("--halp",), ("help",), ("--version", "--help"), ("",), ("--play",), ("--microphone", "maybe")):
             with self.subTest(options=options):
-                self.assertEqual(answer(*options), (2, "", usage))
+                status, output, errors = answer(*options)
+                self.assertEqual((status, output), (2, ""))
+                self.assertRegex(errors, r"^chimewerk: .*[.?]\n$")
+
+    def test_says_that_nobody_hears_its_requests(self):
+        for options in (("--mute",), ("--play", "slap"), ("--list",)):
+            self.assertEqual(answer(*options), (1, "", "chimewerk: Chimewerk is not running.\n"))
 
 
 if __name__ == "__main__":

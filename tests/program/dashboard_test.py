@@ -16,13 +16,16 @@ import sys
 import unittest
 import wave
 from pathlib import Path
+from xml.etree import ElementTree
 
-sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools"))
+PROJECT = Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(PROJECT / "tools"))
 from screen_reader import eventually, keys, pointer, type_text, wait_for_field, window, windows  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
 HOME = Path(os.environ["HOME"])
 SETTINGS = Path(os.environ["XDG_CONFIG_HOME"]) / "chimewerk" / "settings.json"
+ID = "org.chimewerk.Chimewerk"
 DASHBOARD = "Chimewerk — Dashboard"
 # The horizontal position of the check box in a row, 0 to 1.
 CHECK_BOX = 0.91
@@ -276,6 +279,43 @@ class TheDashboard(unittest.TestCase):
         self.dashboard = window(DASHBOARD)
         keys("End", "Up", "Up", "Up", "Up")
         self.row("Trash Item Added, 🍎 Classic, 1×")
+
+    def test_shows_what_the_command_line_changes(self):
+        def ask(*options):
+            return subprocess.run([PROGRAM, *options], capture_output=True, text=True, check=False, timeout=20)
+        for option, argument in (("--theme", "Sci-Fi"), ("--disable", "Single Knock"), ("--enable", "volume_up")):
+            answer = ask(option, argument)
+            self.assertEqual((answer.returncode, answer.stdout + answer.stderr), (0, ""))
+        self.row("Single Knock, 🚀 Sci-Fi")
+        eventually(lambda: not self.row("Single Knock").has("CHECKED"), "an event switched off")
+        eventually(lambda: not self.dashboard.find("check box", "Single Knock").has("CHECKED"), "its switch, too")
+        listed = ask("--list").stdout
+        self.assertRegex(listed, r"(?m)^slap +Single Knock +off +100 % +scifi$")
+        self.assertRegex(listed, r"(?m)^volume_up +Volume Up +on ")
+        self.assertIs(event_settings("slap")["enabled"], False)
+        unknown = ask("--theme", "pino")
+        self.assertEqual((unknown.returncode, unknown.stdout), (1, ""))
+        self.assertIn("Did you mean piano", unknown.stderr)
+
+        sink = Sink()
+        self.addCleanup(sink.close)
+        self.assertEqual(ask("--toggle-mute").stdout, "muted\n")
+        ask("--play", "slap")
+        sink.wait_for_quiet()
+        self.assertEqual(ask("--toggle-mute").stdout, "not muted\n")
+        ask("--play", "slap")
+        sink.wait_for_tone()
+
+    def test_serves_the_interface_that_its_description_promises(self):
+        def interface_of(xml):
+            node = ElementTree.fromstring(xml).find(f"interface[@name='{ID}1']")
+            for part in node.iter():
+                part.text = part.tail = None
+            return ElementTree.canonicalize(ElementTree.tostring(node))
+        promised = PROJECT / f"packaging/desktop/{ID}1.xml"
+        served = subprocess.run(["gdbus", "introspect", "--session", "--xml", "--dest", ID, "--object-path",
+                                 "/" + ID.replace(".", "/")], capture_output=True, text=True, check=True).stdout
+        self.assertEqual(interface_of(served), interface_of(promised.read_text(encoding="utf-8")))
 
 
 if __name__ == "__main__":

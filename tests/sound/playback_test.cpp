@@ -114,6 +114,21 @@ TEST_F(Playback, PlaysAnyEventThatItIsPassedWithoutCounting) {
     EXPECT_TRUE(announced.empty());
 }
 
+TEST_F(Playback, StartsNothingButCountsWhileItIsMuted) {
+    event("key_press").isEnabled = true;
+    sounds.addFile("/res/t_classic_slap.wav");
+    for (const bool muted : {true, false}) {
+        library->setMuted(muted);
+        library->play("slap");
+        library->playKey(0);
+        library->playEvent(event("slap"));
+        library->previewTheme(SoundTheme::classic);
+        EXPECT_EQ(played().size(), muted ? 0U : 4U);
+    }
+    EXPECT_EQ(event("slap").triggerCount, 2);
+    EXPECT_EQ(event("key_press").triggerCount, 2);
+}
+
 TEST_F(Playback, PlaysAUsersFileForEveryKeyElseChoosesTheSoundByKeyCode) {
     event("key_press").isEnabled = true;
     event("key_press").soundPath = "/own.wav";

@@ -76,6 +76,8 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
         [this](const Notification& notification) { onCounterUpdated(notification); });
     themes_ = deps_.notifications.observe(
         themeDidChange, [this](const Notification& /*notification*/) { onThemeChanged(); });
+    settings_ = deps_.notifications.observe(
+        kSettingsDidChange, [this](const Notification& /*notification*/) { onSettingsChanged(); });
 }
 
 void DashboardWindowController::showWindow() {
@@ -257,6 +259,11 @@ void DashboardWindowController::onThemeChanged() {
     themePicker_->rebuildThemePopup();
     tableView_->reload();
     detailPanel_->refreshDetail();
+}
+
+void DashboardWindowController::onSettingsChanged() {
+    detailPanel_->refreshDetail();
+    reloadTable();
 }
 
 void DashboardWindowController::toggleAppearance() {

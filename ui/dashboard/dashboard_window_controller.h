@@ -47,6 +47,7 @@ private:
     void onLidAngle(const Notification& notification);
     void onCounterUpdated(const Notification& notification);
     void onThemeChanged();
+    void onSettingsChanged();
     void showCounts();
 
     void toggleAppearance();
@@ -78,6 +79,7 @@ private:
     NotificationCenter::Subscription lidAngles_;
     NotificationCenter::Subscription counters_;
     NotificationCenter::Subscription themes_;
+    NotificationCenter::Subscription settings_;
 };
 
 }  // namespace chimewerk
