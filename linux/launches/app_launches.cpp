@@ -88,8 +88,8 @@ bool AppLaunches::isLaunch(const LaunchCandidate& candidate) {
     }
     forgetEnded(candidate.moment);
     const bool needsEntry = candidate.found != Found::byWindow && !candidate.isAutostarted;
-    if (candidate.isPartOfSession || candidate.process.start < begin_ ||
-        !isRunning_(candidate.process) ||
+    if (candidate.isPartOfSession || candidate.isWithoutWindow ||
+        candidate.process.start < begin_ || !isRunning_(candidate.process) ||
         (needsEntry && candidate.entry != LaunchCandidate::Entry::visible)) {
         return false;
     }

@@ -50,6 +50,8 @@ struct LaunchCandidate {
     /// The session starts it at each login.
     bool isAutostarted = false;
     Entry entry = Entry::none;
+    /// The bus has started it to serve other programs, and it has no window yet.
+    bool isWithoutWindow = false;
 };
 
 /// Decides which processes are launches of applications, and counts each launch once, however many

@@ -25,6 +25,7 @@ void DesktopAppLaunchSource::removeObserver(Token token) {
     observers_.erase(token);
     if (observers_.empty()) {
         windows_ = nullptr;
+        names_ = nullptr;
         units_ = nullptr;
     }
 }
@@ -32,6 +33,8 @@ void DesktopAppLaunchSource::removeObserver(Token token) {
 void DesktopAppLaunchSource::listen() {
     launches_.begin(bootTimeNow());
     units_ = std::make_unique<SystemdAppLaunches>(
+        queue_, [this](LaunchSign sign) { consider(std::move(sign)); });
+    names_ = std::make_unique<BusNameLaunches>(
         queue_, [this](LaunchSign sign) { consider(std::move(sign)); });
     if (environment_.isX11()) {
         windows_ = std::make_unique<X11AppLaunches>(
@@ -48,17 +51,23 @@ void DesktopAppLaunchSource::considerLater(LaunchSign sign) {
 
 /// Reads the facts about a sign, and decides on the main thread.
 void DesktopAppLaunchSource::consider(LaunchSign sign) {
-    auto decide = lifeline_.guard([this](const LaunchCandidate& candidate) {
-        if (launches_.isLaunch(candidate)) {
-            notifyObservers();
-        }
-    });
+    auto decideHere = lifeline_.guard(
+        [this, sign](const LaunchCandidate& candidate) { decide(sign, candidate); });
     worker_.post([&queue = queue_, facts = facts_, sign = std::move(sign),
-                  decide = std::move(decide)](const std::stop_token& /*stop*/) {
+                  decideHere = std::move(decideHere)](const std::stop_token& /*stop*/) {
         if (const auto candidate = facts->of(sign)) {
-            queue.post([decide, candidate = *candidate]() mutable { decide(candidate); });
+            queue.post([decideHere, candidate = *candidate]() mutable { decideHere(candidate); });
         }
     });
+}
+
+void DesktopAppLaunchSource::decide(const LaunchSign& sign, const LaunchCandidate& candidate) {
+    if (launches_.isLaunch(candidate)) {
+        notifyObservers();
+    } else if (candidate.isWithoutWindow && sign.found == LaunchCandidate::Found::byBusName &&
+               names_) {
+        names_->awaitWindow(sign);
+    }
 }
 
 /// Notifies the observers after the current event, because an observer may remove itself and

@@ -11,6 +11,7 @@
 #include "linux/base/worker.h"
 #include "linux/desktop/session_environment.h"
 #include "linux/launches/app_launches.h"
+#include "linux/launches/bus_name_launches.h"
 #include "linux/launches/launch_facts.h"
 #include "linux/launches/process_status.h"
 #include "linux/launches/systemd_app_launches.h"
@@ -21,8 +22,8 @@
 namespace chimewerk {
 
 /// Reports application launches. Several mechanisms run side by side, because none sees all: units
-/// of the systemd user manager, in which desktops start applications, and in an X11 session the
-/// first windows of processes. What they see is judged by one rule, which counts a launch once.
+/// of the systemd user manager, in which desktops start applications; names on the session bus, under
+/// which the bus starts others; and in an X11 session the first windows of processes. What they see is judged by one rule, which counts a launch once.
 /// Without any, no launches are reported.
 class DesktopAppLaunchSource final : public AppLaunchSource {
 public:
@@ -36,6 +37,7 @@ private:
     void listen();
     void considerLater(LaunchSign sign);
     void consider(LaunchSign sign);
+    void decide(const LaunchSign& sign, const LaunchCandidate& candidate);
     void notifyObservers();
 
     EpollMainQueue& queue_;
@@ -45,6 +47,7 @@ private:
     AppLaunches launches_{isRunning};
     const std::shared_ptr<const LaunchFacts> facts_;
     std::unique_ptr<SystemdAppLaunches> units_;
+    std::unique_ptr<BusNameLaunches> names_;
     std::unique_ptr<X11AppLaunches> windows_;
     Lifeline lifeline_;
     /// Reads facts.

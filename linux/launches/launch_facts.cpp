@@ -62,6 +62,14 @@ bool isOrphan(const std::vector<ProcessStatus>& ancestors) {
     return ancestors.empty() || ancestors.front().name == "systemd";
 }
 
+/// Returns whether the bus has started it to serve others: a search of the desktop asks it for
+/// results, another application asks what it can do. A sandbox's proxy does not say.
+bool isService(const ProcessStatus& process) {
+    const auto arguments = readArguments(process.id.number);
+    return process.name == "xdg-dbus-proxy" ||
+           std::ranges::find(arguments, "--gapplication-service") != arguments.end();
+}
+
 std::vector<std::string> below(std::vector<std::string> folders, const char* name) {
     for (std::string& folder : folders) {
         folder += name;
@@ -98,6 +106,16 @@ LaunchFacts LaunchFacts::ofThisSession() {
             DesktopEntries(below(xdgConfigFolders(), "/autostart"), desktops)};
 }
 
+/// A bus name is that of an application only if the entry of the same name says so.
+LaunchCandidate::Entry LaunchFacts::entryOf(const LaunchCandidate& candidate,
+                                            const std::vector<std::string>& programs) const {
+    if (candidate.found != LaunchCandidate::Found::byBusName) {
+        return entryState(applications_.find(candidate.application, programs));
+    }
+    const auto entry = applications_.find(candidate.application);
+    return entryState(entry && entry->isActivatable ? entry : std::nullopt);
+}
+
 std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
     LaunchCandidate candidate;
     candidate.found = sign.found;
@@ -120,12 +138,14 @@ std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
         candidate.isAutostarted = unit.autostarted;
     }
     const auto programs = readPrograms(process->id.number);
-    candidate.entry = entryState(applications_.find(candidate.application, programs));
+    candidate.entry = entryOf(candidate, programs);
 
     const auto ancestors = ancestorsOf(*process);
     for (const ProcessStatus& ancestor : ancestors) {
         candidate.ancestors.push_back(ancestor.id);
     }
+    candidate.isWithoutWindow =
+        sign.found != LaunchCandidate::Found::byWindow && !sign.hasWindow && isService(*process);
     const auto manager = std::ranges::find_if(ancestors, [&](const ProcessStatus& ancestor) {
         return isSessionManager(ancestor, sign.windowManager);
     });

@@ -23,6 +23,8 @@ struct LaunchSign {
     std::string application = {};
     /// The unit that was started; empty if the sign is none.
     std::string unit = {};
+    /// The application of a bus name has a window.
+    bool hasWindow = false;
     /// The window manager of the X server, which starts programs at login; 0 if unknown.
     pid_t windowManager = 0;
 };
@@ -39,6 +41,9 @@ public:
     std::optional<LaunchCandidate> of(const LaunchSign& sign) const;
 
 private:
+    LaunchCandidate::Entry entryOf(const LaunchCandidate& candidate,
+                                   const std::vector<std::string>& programs) const;
+
     const DesktopEntries applications_;
     const DesktopEntries autostart_;
 };

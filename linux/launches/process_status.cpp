@@ -67,6 +67,15 @@ std::string readControlGroups(pid_t number) {
     return readFile(number, "/cgroup");
 }
 
+std::vector<std::string> readArguments(pid_t number) {
+    std::istringstream text(readFile(number, "/cmdline"));
+    std::vector<std::string> arguments;
+    for (std::string argument; std::getline(text, argument, '\0');) {
+        arguments.push_back(argument);
+    }
+    return arguments;
+}
+
 std::vector<std::string> readPrograms(pid_t number) {
     std::vector<std::string> programs;
     std::error_code error;
@@ -75,14 +84,12 @@ std::vector<std::string> readPrograms(pid_t number) {
     if (!error) {
         programs.push_back(program.filename());
     }
-    const std::string arguments = readFile(number, "/cmdline");
-    const std::size_t end = arguments.find('\0');
-    if (end != std::string::npos) {
-        programs.push_back(fileName(std::string_view(arguments).substr(0, end)));
-        const std::string script = arguments.c_str() + end + 1;
-        if (script.starts_with('/')) {
-            programs.push_back(fileName(script));
-        }
+    const auto arguments = readArguments(number);
+    if (!arguments.empty()) {
+        programs.push_back(fileName(arguments[0]));
+    }
+    if (arguments.size() > 1 && arguments[1].starts_with('/')) {
+        programs.push_back(fileName(arguments[1]));
     }
     return programs;
 }

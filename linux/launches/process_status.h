@@ -31,6 +31,9 @@ bool isRunning(const ProcessId& process);
 /// Returns the text of /proc/PID/cgroup; empty if there is no such process. Any thread.
 std::string readControlGroups(pid_t number);
 
+/// Returns the command line; empty if there is no such process. Any thread.
+std::vector<std::string> readArguments(pid_t number);
+
 /// Returns the file names of what the process runs: its program, and the script that an
 /// interpreter runs. Any thread.
 std::vector<std::string> readPrograms(pid_t number);

@@ -92,6 +92,11 @@ Candidate partOfSession(Candidate candidate) {
     return candidate;
 }
 
+Candidate withoutWindow(Candidate candidate) {
+    candidate.isWithoutWindow = true;
+    return candidate;
+}
+
 Candidate startedAt(BootTime start, Candidate candidate) {
     candidate.process.start = start;
     return candidate;
@@ -132,6 +137,9 @@ std::vector<Case> cases() {
          {{busName("org.gnome.Nautilus", 200), true},
           {window(200, "org.gnome.Nautilus"), false},
           {busName("org.gnome.Nautilus", 200), false}}},
+        {"A search starts an application, which is opened later",
+         {{withoutWindow(busName("org.gnome.Nautilus", 210)), false},
+          {busName("org.gnome.Nautilus", 210), true}}},
         {"A terminal, and programs typed there",
          {{unit(kTerminal, 100), true},
           {in(kTerminal, window(100, "XTerm")), false},

@@ -10,7 +10,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <deque>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -20,11 +19,7 @@
 #include <utility>
 #include <vector>
 
-#include "linux/launches/desktop_app_launch_source.h"
-#include "support/fake_user_manager.h"
-#include "support/open_descriptors.h"
 #include "support/run_queue.h"
-#include "tools/files/temporary_folder.h"
 #include "tools/process/child_process.h"
 
 namespace chimewerk {
@@ -205,86 +200,6 @@ TEST_F(TheWindows, AreSignsOnlyWhenTheUserWorksInThem) {
     const auto remote = signsUntilNow();
     ASSERT_EQ(remote.size(), 1U);
     EXPECT_TRUE(remote[0].processes.empty());
-}
-
-/// The whole source, with real programs, and a fake user manager on the session's bus.
-class TheDesktopsLaunches : public TheWindows {
-protected:
-    TheDesktopsLaunches() {
-        std::filesystem::create_directory(data / "applications");
-        std::ofstream(data / "applications/clock.desktop")
-            << "[Desktop Entry]\nType=Application\nName=Clock\nExec=xclock\n";
-        setenv("XDG_DATA_DIRS", std::string(data.path()).c_str(), 1);
-    }
-    ~TheDesktopsLaunches() override { unsetenv("XDG_DATA_DIRS"); }
-    void observe() {
-        source.emplace(queue,
-                       SessionEnvironment{
-                           .type = "x11", .waylandDisplay = "", .display = std::getenv("DISPLAY")});
-        token = source->addObserver([this] { ++launches; });
-        EXPECT_TRUE(runUntil(queue, [this] { return manager.subscriptions == 1; }));
-    }
-    bool launched(int times) {
-        return runUntil(queue, [&] { return launches >= times; }) && launches == times;
-    }
-    /// Returns the launches after everything that has happened until now has been judged.
-    int settled() {
-        wakeUpsWithin(queue, 3 * AppLaunches::kShortestRun);
-        return launches;
-    }
-
-    TemporaryFolder data;
-    FakeUserManager manager{queue};
-    std::optional<DesktopAppLaunchSource> source;
-    AppLaunchSource::Token token = 0;
-    int launches = 0;
-};
-
-TEST_F(TheDesktopsLaunches, AreHeardOnceForAUnitAndItsWindow) {
-    observe();
-    ChildProcess clock({"xclock"});
-    manager.start("app-gnome-clock-1.scope", {clock.id()});
-    EXPECT_TRUE(launched(1));
-    manager.start("app-org.chromium.Chromium-1.scope", {clock.id()});
-    // What has no entry, and what ends at once.
-    ChildProcess command({"sleep", "60"});
-    manager.start("app-niri-sleep-2.scope", {command.id()});
-    ChildProcess failing({"xclock", "-no-such-option"});
-    manager.start("app-gnome-clock-3.scope", {failing.id()});
-    EXPECT_EQ(settled(), 1);
-}
-
-TEST_F(TheDesktopsLaunches, AreHeardForATerminalAndWhatIsTypedThere) {
-    observe();
-    ChildProcess terminal({"xterm", "-e", "sh", "-c", "xclock; sleep 60"});
-    EXPECT_TRUE(launched(2));
-    EXPECT_EQ(settled(), 2);
-}
-
-TEST_F(TheDesktopsLaunches, AreHeardWhileThereAreObservers) {
-    launches = 0;
-    DesktopAppLaunchSource wayland(
-        queue,
-        {.type = "wayland", .waylandDisplay = "wayland-0", .display = std::getenv("DISPLAY")});
-    int inWayland = 0;
-    wayland.addObserver([&] { ++inWayland; });
-    observe();
-    const std::size_t before = openDescriptors();
-    int second = 0;
-    AppLaunchSource::Token other = 0;
-    other = source->addObserver([&] {
-        ++second;
-        source->removeObserver(other);
-    });
-    ChildProcess one({"xclock"});
-    EXPECT_TRUE(launched(1));
-    ChildProcess two({"xclock"});
-    EXPECT_TRUE(launched(2));
-    EXPECT_EQ(second, 1);
-    source->removeObserver(token);
-    source->removeObserver(token);
-    EXPECT_LT(openDescriptors(), before);
-    EXPECT_EQ(inWayland, 0);
 }
 
 /// A private X server that can be killed. The test keeps the window list itself, because a window
