@@ -3,7 +3,9 @@
 
 #include "ui/help_window_controller.h"
 
+#include <QApplication>
 #include <QDesktopServices>
+#include <QEvent>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QKeySequence>
@@ -24,6 +26,7 @@
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/wording.h"
+#include "ui/rules/contrast.h"
 #include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
 #include "ui/tray/program_menu.h"
@@ -227,7 +230,8 @@ void closeOn(QWidget* window, const QKeySequence& keys) {
 
 }  // namespace
 
-HelpWindowController::HelpWindowController(const std::string& manual, const Menu& menu)
+HelpWindowController::HelpWindowController(const std::string& manual, const Menu& menu,
+                                           NotificationCenter& notifications)
     : window_(std::make_unique<QWidget>()) {
     window_->setWindowTitle(worded(kHelpTitle));
     window_->setMinimumSize(520, 400);
@@ -240,6 +244,11 @@ HelpWindowController::HelpWindowController(const std::string& manual, const Menu
     closeOn(window_.get(), Qt::CTRL | Qt::Key_W);
     addMenuShortcuts(*window_, menu);
     buildUI(QUrl::fromLocalFile(QString::fromStdString(manual)));
+    contrast_ = notifications.observe(contrastDidChange, [this](const Notification& /*changed*/) {
+        // The guide then takes its colours anew.
+        QEvent palette(QEvent::PaletteChange);
+        QApplication::sendEvent(window_.get(), &palette);
+    });
 }
 
 void HelpWindowController::showWindow() {

@@ -11,6 +11,7 @@
 
 #include "app/menu.h"
 #include "app/windows.h"
+#include "platform/notification_center.h"
 
 class QLabel;
 class QTextDocument;
@@ -24,8 +25,9 @@ namespace chimewerk {
 class HelpWindowController final : public Window {
 public:
     /// `manual` is the absolute path of the manual that the guide's last words lead to. The keys of
-    /// the menu's entries work in the window; `menu` outlives it.
-    HelpWindowController(const std::string& manual, const Menu& menu);
+    /// the menu's entries work in the window; `menu` outlives it, and `notifications` too.
+    HelpWindowController(const std::string& manual, const Menu& menu,
+                         NotificationCenter& notifications);
 
     /// Shows the window, in front of the others if the desktop permits.
     void showWindow() override;
@@ -41,6 +43,7 @@ private:
                              double alpha = 1.0);
 
     const std::unique_ptr<QWidget> window_;
+    NotificationCenter::Subscription contrast_;
 };
 
 }  // namespace chimewerk

@@ -11,6 +11,7 @@
 #include "ui/help_window_controller.h"
 #include "ui/microphone_question.h"
 #include "ui/rules/appearance.h"
+#include "ui/rules/contrast.h"
 
 namespace chimewerk {
 
@@ -31,7 +32,20 @@ QWidget* shownWindow() {
 
 }  // namespace
 
+void QtWindows::followContrast() {
+    if (contrast_ == nullptr) {
+        contrast_ = std::make_unique<DesktopContrast>([this](bool isHigh) {
+            ColorScheme::useHighContrast(isHigh);
+            deps_.notifications.post({.name = contrastDidChange});
+        });
+        QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &contrast_->context(),
+                         [this] { contrast_->readTheme(); });
+        contrast_->readTheme();
+    }
+}
+
 std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
+    followContrast();
     return std::make_unique<DashboardWindowController>(
         deps_,
         DashboardMonitors{
@@ -49,11 +63,13 @@ std::unique_ptr<Window> QtWindows::makeDashboard(AppDelegate& delegate) {
 }
 
 std::unique_ptr<Window> QtWindows::makeHelpWindow(AppDelegate& delegate) {
-    return std::make_unique<HelpWindowController>(manual_, delegate.menu());
+    followContrast();
+    return std::make_unique<HelpWindowController>(manual_, delegate.menu(), deps_.notifications);
 }
 
 std::unique_ptr<Window> QtWindows::makeMicrophoneQuestion(
     std::function<void(bool allowed)> answered) {
+    followContrast();
     QWidget* const parent = shownWindow();
     const ColorScheme& colors =
         storedDarkMode(deps_.defaults) ? ColorScheme::dark() : ColorScheme::light();

@@ -9,6 +9,7 @@
 
 #include "app/windows.h"
 #include "ui/dashboard/dashboard_dependencies.h"
+#include "ui/desktop_contrast.h"
 
 namespace chimewerk {
 
@@ -25,8 +26,12 @@ public:
         std::function<void(bool allowed)> answered) override;
 
 private:
+    void followContrast();
+
     const DashboardDependencies deps_;
     const std::string manual_;
+    /// Made with the first window.
+    std::unique_ptr<DesktopContrast> contrast_;
 };
 
 }  // namespace chimewerk

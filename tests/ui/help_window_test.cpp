@@ -67,7 +67,8 @@ protected:
     }
 
     Menu menu_;
-    HelpWindowController controller_{"/some where/users.md", menu_};
+    NotificationCenter notifications_;
+    HelpWindowController controller_{"/some where/users.md", menu_, notifications_};
     QWidget& window_ = controller_.window();
 };
 

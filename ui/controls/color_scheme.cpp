@@ -27,9 +27,7 @@ double luminance(const QColor& color) {
            0.0722 * linear(color.blueF());
 }
 
-}  // namespace
-
-const ColorScheme& ColorScheme::light() {
+const ColorScheme& softLight() {
     static const ColorScheme colors{.windowBackground = QColor(0xf5, 0xf5, 0xf7),
                                     .controlBackground = QColor(0xff, 0xff, 0xff),
                                     .menuBackground = QColor(0xff, 0xff, 0xff),
@@ -41,6 +39,7 @@ const ColorScheme& ColorScheme::light() {
                                     .separator = black(0.12),
                                     .controlEdge = black(0.45),
                                     .selection = QColor(0x66, 0x26, 0xcc, 38),
+                                    .idleSelection = black(0.12),
                                     .hover = black(0.05),
                                     .accent = QColor::fromRgbF(0.40F, 0.15F, 0.80F),
                                     .accentText = QColor::fromRgbF(0.40F, 0.15F, 0.80F),
@@ -52,7 +51,7 @@ const ColorScheme& ColorScheme::light() {
     return colors;
 }
 
-const ColorScheme& ColorScheme::dark() {
+const ColorScheme& softDark() {
     static const ColorScheme colors{.windowBackground = QColor(0x2a, 0x2a, 0x2c),
                                     .controlBackground = QColor(0x1e, 0x1e, 0x20),
                                     .menuBackground = QColor(0x32, 0x32, 0x35),
@@ -64,6 +63,7 @@ const ColorScheme& ColorScheme::dark() {
                                     .separator = white(0.14),
                                     .controlEdge = white(0.42),
                                     .selection = QColor(0x84, 0x55, 0xf0, 88),
+                                    .idleSelection = white(0.14),
                                     .hover = white(0.06),
                                     .accent = QColor(0x84, 0x55, 0xf0),
                                     .accentText = QColor(0xb7, 0x9c, 0xff),
@@ -73,6 +73,74 @@ const ColorScheme& ColorScheme::dark() {
                                     .blue = QColor(0x3d, 0x96, 0xff),
                                     .red = QColor(0xff, 0x8a, 0x80)};
     return colors;
+}
+
+const ColorScheme& strongLight() {
+    static const ColorScheme colors{.windowBackground = QColor(0xff, 0xff, 0xff),
+                                    .controlBackground = QColor(0xff, 0xff, 0xff),
+                                    .menuBackground = QColor(0xff, 0xff, 0xff),
+                                    .label = black(1),
+                                    .secondaryLabel = black(0.95),
+                                    .tertiaryLabel = black(0.92),
+                                    .quaternaryLabel = black(0.92),
+                                    .disabledLabel = black(0.62),
+                                    .separator = black(0.62),
+                                    .controlEdge = black(0.85),
+                                    .selection = QColor(0x4a, 0x16, 0xa0, 60),
+                                    .idleSelection = black(0.14),
+                                    .hover = black(0.1),
+                                    .accent = QColor(0x4a, 0x16, 0xa0),
+                                    .accentText = QColor(0x4a, 0x16, 0xa0),
+                                    .green = QColor(0x0b, 0x5c, 0x2c),
+                                    .gray = QColor(0x4a, 0x4a, 0x4f),
+                                    .orange = QColor(0x7a, 0x3a, 0x00),
+                                    .blue = QColor(0x0a, 0x3f, 0x8c),
+                                    .red = QColor(0x9a, 0x14, 0x0c)};
+    return colors;
+}
+
+const ColorScheme& strongDark() {
+    static const ColorScheme colors{.windowBackground = QColor(0x00, 0x00, 0x00),
+                                    .controlBackground = QColor(0x00, 0x00, 0x00),
+                                    .menuBackground = QColor(0x0d, 0x0d, 0x0f),
+                                    .label = white(1),
+                                    .secondaryLabel = white(0.95),
+                                    .tertiaryLabel = white(0.92),
+                                    .quaternaryLabel = white(0.92),
+                                    .disabledLabel = white(0.62),
+                                    .separator = white(0.62),
+                                    .controlEdge = white(0.85),
+                                    .selection = QColor(0x84, 0x55, 0xf0, 120),
+                                    .idleSelection = white(0.20),
+                                    .hover = white(0.14),
+                                    .accent = QColor(0x84, 0x55, 0xf0),
+                                    .accentText = QColor(0xcb, 0xb8, 0xff),
+                                    .green = QColor(0x7e, 0xe0, 0xa4),
+                                    .gray = QColor(0xc4, 0xc4, 0xc8),
+                                    .orange = QColor(0xff, 0xbf, 0x5e),
+                                    .blue = QColor(0x8c, 0xc2, 0xff),
+                                    .red = QColor(0xff, 0xb0, 0xa8)};
+    return colors;
+}
+
+bool usesHighContrast = false;
+
+}  // namespace
+
+const ColorScheme& ColorScheme::light() {
+    return usesHighContrast ? strongLight() : softLight();
+}
+
+const ColorScheme& ColorScheme::dark() {
+    return usesHighContrast ? strongDark() : softDark();
+}
+
+void ColorScheme::useHighContrast(bool isHigh) {
+    usesHighContrast = isHigh;
+}
+
+bool ColorScheme::isHighContrast() {
+    return usesHighContrast;
 }
 
 QColor blended(const QColor& color, const QColor& ground) {
@@ -91,9 +159,9 @@ double contrast(const QColor& color, const QColor& ground) {
 }
 
 QColor dimmed(QColor color, double alpha, const QColor& ground) {
-    constexpr double kLegible = 3;
+    const double legible = ColorScheme::isHighContrast() ? 4.5 : 3;
     color.setAlphaF(color.alphaF() * static_cast<float>(alpha));
-    while (contrast(color, ground) < kLegible && color.alphaF() < 1) {
+    while (contrast(color, ground) < legible && color.alphaF() < 1) {
         color.setAlphaF(std::min(1.0F, color.alphaF() + 0.01F));
     }
     return color;

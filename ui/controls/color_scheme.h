@@ -9,7 +9,8 @@
 
 namespace chimewerk {
 
-/// The colours of one appearance, by role. There are two: `light()` and `dark()`.
+/// The colours of one appearance, by role. There are two, `light()` and `dark()`, and each has a
+/// variant of high contrast.
 struct ColorScheme {
     QColor windowBackground;
     /// Behind lists and text.
@@ -24,8 +25,11 @@ struct ColorScheme {
     QColor separator;
     /// The outline of what can be clicked or dragged.
     QColor controlEdge;
-    /// Behind the selected row, and behind the row under the pointer.
+    /// Behind the selected row.
     QColor selection;
+    /// Behind the selected row while another window has the keyboard.
+    QColor idleSelection;
+    /// Behind the row under the pointer.
     QColor hover;
     /// The program's violet: what is on, selected or standard. White is legible on it.
     QColor accent;
@@ -37,10 +41,14 @@ struct ColorScheme {
     QColor blue;
     QColor red;
 
+    /// Return the variant in use.
     static const ColorScheme& light();
     static const ColorScheme& dark();
+    /// Chooses the variant of both for everything that is painted from now on. Main thread only.
+    static void useHighContrast(bool isHigh);
+    static bool isHighContrast();
 
-    bool isDark() const { return this == &dark(); }
+    bool isDark() const { return windowBackground.lightnessF() < 0.5F; }
 };
 
 /// Returns the scheme that a palette was made from, or the nearest one, by its window background.

@@ -22,6 +22,7 @@
 #include "ui/controls/labels_and_buttons.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/appearance.h"
+#include "ui/rules/contrast.h"
 
 namespace chimewerk {
 
@@ -78,6 +79,8 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
         themeDidChange, [this](const Notification& /*notification*/) { onThemeChanged(); });
     settings_ = deps_.notifications.observe(
         kSettingsDidChange, [this](const Notification& /*notification*/) { onSettingsChanged(); });
+    contrast_ = deps_.notifications.observe(
+        contrastDidChange, [this](const Notification& /*notification*/) { applyAppearance(); });
 }
 
 void DashboardWindowController::showWindow() {
@@ -278,8 +281,12 @@ void DashboardWindowController::applyAppearance() {
     window_.setPalette(paletteOf(colors));
     QToolTip::setPalette(paletteOf(colors));
     appearanceBtn_->setText(worded(now.buttonTitle));
-    setBackground(*sidebarBgView_, colorOf(now.sidebarBackground, colors.controlBackground));
-    setBackground(*dividerView_, colorOf(now.divider, colors.separator));
+    const bool isPlain = ColorScheme::isHighContrast();
+    setBackground(*sidebarBgView_, isPlain
+                                       ? colors.controlBackground
+                                       : colorOf(now.sidebarBackground, colors.controlBackground));
+    setBackground(*dividerView_,
+                  isPlain ? colors.separator : colorOf(now.divider, colors.separator));
 }
 
 }  // namespace chimewerk

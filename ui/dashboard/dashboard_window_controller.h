@@ -80,6 +80,7 @@ private:
     NotificationCenter::Subscription counters_;
     NotificationCenter::Subscription themes_;
     NotificationCenter::Subscription settings_;
+    NotificationCenter::Subscription contrast_;
 };
 
 }  // namespace chimewerk

@@ -111,7 +111,7 @@ SidebarRowColors sidebarRowColors(const QPalette& palette, QStyle::State state, 
     row.ground = ground;
     if ((state & QStyle::State_Selected) != 0) {
         row.ground = blended(
-            (state & QStyle::State_Active) != 0 ? colors.selection : colors.separator, ground);
+            (state & QStyle::State_Active) != 0 ? colors.selection : colors.idleSelection, ground);
     } else if ((state & QStyle::State_MouseOver) != 0) {
         row.ground = blended(colors.hover, ground);
     }
