@@ -40,6 +40,8 @@ struct BenchDashboard {
     DashboardMonitors monitors{.lid = lidMonitor,
                                .keyboard = keyboardMonitor,
                                .resetBatteryLowFlag = [] {},
+                               .mayUseMicrophone = [] { return true; },
+                               .allowMicrophone = [](bool) {},
                                .waitsForRestart = [](std::string_view) { return false; },
                                .menu = menu,
                                .isInTray = [] { return true; },
