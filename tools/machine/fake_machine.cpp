@@ -153,10 +153,9 @@ bool isWrapped() {
     return FakeDevices::works();
 }
 
-int run(const char* pipePath, char** command) {
-    // Must come first, because threads inherit the blocked signals.
-    sigset_t before;
-    const FileDescriptor signals = watchSignals(before);
+/// Runs the command on the fake machine. `before` are the signals to block in it.
+int run(const char* pipePath, char** command, const FileDescriptor& signals,
+        const sigset_t& before) {
     const FileDescriptor pipe = openPipe(pipePath);
     // Must come before the devices start their threads.
     setenv("CHIMEWERK_MACHINE", pipePath, 1);
@@ -192,8 +191,13 @@ int main(int count, char** arguments) {
         std::cerr << chimewerk::kUsage;
         return 2;
     }
+    // Must come before the first thread: one that does not block SIGCHLD could take it away, and the
+    // program's end would be missed.
+    sigset_t before;
+    const chimewerk::FileDescriptor signals = chimewerk::watchSignals(before);
     if (!chimewerk::isWrapped()) {
         // Starts this program again with the library that replaces real devices by fake ones.
+        sigprocmask(SIG_SETMASK, &before, nullptr);
         std::string wrapper = "umockdev-wrapper";
         std::vector<char*> again{wrapper.data()};
         again.insert(again.end(), arguments, arguments + count);
@@ -202,5 +206,5 @@ int main(int count, char** arguments) {
         std::cerr << "fake-machine: umockdev-wrapper is missing\n";
         return 125;
     }
-    return chimewerk::run(arguments[1], arguments + 2);
+    return chimewerk::run(arguments[1], arguments + 2, signals, before);
 }

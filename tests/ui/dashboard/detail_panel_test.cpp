@@ -358,7 +358,8 @@ TEST_F(TheDetailPanel, CutsALongNameInItsMiddleAndShowsItWholeUnderThePointer) {
     bed.library.sounds.addFile(path);
     bed.library->setPath(path, "slap");
     bed.select("slap");
-    const QLabel& label = named<QLabel>(panel(), QString::fromStdString("📁 " + path.substr(1)));
+    const QString name = QString::fromStdString("📁 " + path.substr(1));
+    const QLabel& label = named<QLabel>(panel(), name);
     EXPECT_TRUE(label.text().startsWith("📁 aaa")) << label.text().toStdString();
     EXPECT_TRUE(label.text().endsWith("zzz.wav")) << label.text().toStdString();
     EXPECT_TRUE(label.toolTip().contains("&lt;b&gt;")) << "taken for markup";
