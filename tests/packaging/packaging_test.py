@@ -65,12 +65,7 @@ class AnInstallation(unittest.TestCase):
             with self.subTest(file=file):
                 # Hints count as errors.
                 self.assertEqual(run("desktop-file-validate", file), "")
-        # Newer ones miss a home page. There is none.
-        said = subprocess.run(["appstreamcli", "validate", "--no-net", self.prefix / f"share/metainfo/{ID}.metainfo.xml"],
-                              capture_output=True, text=True, check=False).stdout
-        self.assertRegex(said, "(?m)^. Validation")
-        self.assertEqual([line for line in said.splitlines() if line.startswith(("E:", "W:"))
-                          and not line.endswith("url-homepage-missing")], [])
+        run("appstreamcli", "validate", "--no-net", self.prefix / f"share/metainfo/{ID}.metainfo.xml")
 
     def test_refers_only_to_existing_things(self):
         program = str(self.prefix / "bin/chimewerk")
