@@ -153,14 +153,14 @@ struct Machine {
 
     const SessionEnvironment session = SessionEnvironment::ofThisProcess();
     LidSensorTable lidSensor{queue, LidSensorTable::rows(queue)};
-    SysfsBacklightSource display;
+    SysfsBacklightSource display{queue};
     DesktopKeySource keys{queue, session};
     XdgPermissionPage keyPermissionPage{queue, folders.pages + "/keyboard-permission.html"};
-    PulseOutputVolumeSource output{soundServer};
+    PulseOutputVolumeSource output{queue, soundServer};
     InotifyFolderSource watchedFolders{queue};
     DesktopAppLaunchSource launches{queue, session};
     XdgTrashSource trash{queue, xdgDataHome()};
-    RtnetlinkReachabilitySource reachability;
+    RtnetlinkReachabilitySource reachability{queue};
     UdevUsbArrivalSource usbDevices{queue};
     PulseMicrophone recorder{soundServer};
     LogindSleepSource sleepSource{queue};

@@ -65,6 +65,8 @@ public:
 private:
     struct NullTimer final : Timer {
         void invalidate() override {}
+        void sleep() override {}
+        void wake() override {}
     };
 
     std::vector<Job> jobs_;

@@ -17,7 +17,7 @@ BrightnessMonitor::BrightnessMonitor(MainQueue& queue, BrightnessSource& display
 
 void BrightnessMonitor::start() {
     last_ = display_.brightness();
-    poller_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, display_, [this] { poll(); });
 }
 
 void BrightnessMonitor::poll() {

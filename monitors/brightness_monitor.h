@@ -7,15 +7,14 @@
 #include <optional>
 
 #include "platform/main_queue.h"
+#include "platform/polled_source.h"
 #include "platform/poller.h"
 
 namespace chimewerk {
 
 /// Reads the brightness of the display. Main thread only.
-class BrightnessSource {
+class BrightnessSource : public PolledSource {
 public:
-    virtual ~BrightnessSource() = default;
-
     /// Returns the built-in display's current brightness on a scale of length 1; none if there is
     /// no such display or it cannot be read. Only differences matter. Does not block; cheap enough
     /// for four calls a second.
@@ -33,7 +32,8 @@ public:
     /// Called when the brightness has fallen by more than 0.03 since the last event.
     std::function<void()> onDown;
 
-    /// Takes the current level as the reference and polls every 0.25 s. Call once before `stop()`.
+    /// Takes the current level as the reference and polls every 0.25 s, while the source may have
+    /// changed. Call once before `stop()`.
     void start();
 
     /// Stops polling.

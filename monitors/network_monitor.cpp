@@ -19,7 +19,7 @@ NetworkMonitor::NetworkMonitor(MainQueue& queue, ReachabilitySource& reachabilit
 void NetworkMonitor::start() {
     reachability_.open();
     wasReachable_ = reachability_.isReachable();
-    poller_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, reachability_, [this] { poll(); });
 }
 
 void NetworkMonitor::stop() {

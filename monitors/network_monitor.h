@@ -6,15 +6,14 @@
 #include <functional>
 
 #include "platform/main_queue.h"
+#include "platform/polled_source.h"
 #include "platform/poller.h"
 
 namespace chimewerk {
 
 /// Reports whether the network can be reached. Main thread only.
-class ReachabilitySource {
+class ReachabilitySource : public PolledSource {
 public:
-    virtual ~ReachabilitySource() = default;
-
     /// Opens what `isReachable()` needs. If this fails, `isReachable()` returns false.
     virtual void open() = 0;
 
@@ -38,7 +37,8 @@ public:
     /// Called when the network can no longer be reached.
     std::function<void()> onDisconnect;
 
-    /// Takes the current state as known and polls every 2.5 s. Call once before `stop()`.
+    /// Takes the current state as known and polls every 2.5 s, while the source may have changed.
+    /// Call once before `stop()`.
     void start();
 
     /// Stops polling and closes the source.

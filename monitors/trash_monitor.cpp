@@ -22,7 +22,7 @@ TrashMonitor::TrashMonitor(MainQueue& queue, const Clock& clock, TrashSource& tr
 void TrashMonitor::start() {
     fetchCount(&TrashMonitor::takeFirstCount);
     lastMtime_ = trash_.modificationTime();
-    poller_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, trash_, [this] { poll(); });
 }
 
 void TrashMonitor::poll() {
@@ -39,7 +39,11 @@ void TrashMonitor::poll() {
             pendingSince_ = clock_.now();
         }
     }
-    if (!pending_ || fetching_) {
+    if (!pending_) {
+        return;
+    }
+    poller_.wake();  // The deadline passes without any change of the folder.
+    if (fetching_) {
         return;
     }
     if (hasPassed(kCountDeadline, pendingSince_, clock_.now())) {

@@ -10,16 +10,15 @@
 #include "platform/clock.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
+#include "platform/polled_source.h"
 #include "platform/poller.h"
 
 namespace chimewerk {
 
 /// Reports changes of the user's trash and counts its items. Main thread only.
-class TrashSource {
+class TrashSource : public PolledSource {
 public:
     using CountCompletion = std::function<void(std::optional<std::int64_t> count)>;
-
-    virtual ~TrashSource() = default;
 
     /// Returns whether a disk with its own trash may have appeared or disappeared since the
     /// last call. The number of items has then changed, although nobody has put one in or
@@ -30,7 +29,7 @@ public:
     /// time of the last such change, in seconds since 1970-01-01 UTC, or the sum of these times if
     /// the trash has several folders; 0 if that cannot be read, for example if there is no trash
     /// folder yet. Costs one file status call per folder.
-    virtual double modificationTime() const = 0;
+    virtual double modificationTime() = 0;
 
     /// Counts the items in the trash without blocking. Calls `completion` on the main thread,
     /// later, with the number; none if it is unavailable. If the source is destroyed first,
@@ -50,7 +49,8 @@ public:
     /// Called when the trash was emptied.
     std::function<void()> onEmpty;
 
-    /// Starts polling the folder every 0.5 s. Call once before `stop()`.
+    /// Starts polling the folder every 0.5 s, while it may have changed or a change is undecided.
+    /// Call once before `stop()`.
     void start();
 
     /// Stops polling. A running count still completes.

@@ -18,7 +18,7 @@ VolumeMonitor::VolumeMonitor(MainQueue& queue, OutputVolumeSource& output)
 
 void VolumeMonitor::start() {
     lastVol_ = currentVolume();
-    poller_.start(kPollInterval, [this] { poll(); });
+    poller_.start(kPollInterval, output_, [this] { poll(); });
 }
 
 void VolumeMonitor::poll() {

@@ -7,18 +7,17 @@
 #include <optional>
 
 #include "platform/main_queue.h"
+#include "platform/polled_source.h"
 #include "platform/poller.h"
 
 namespace chimewerk {
 
 /// Reads the volume of the default audio output device, whichever that is at the time of the call.
 /// Main thread only.
-class OutputVolumeSource {
+class OutputVolumeSource : public PolledSource {
 public:
     /// A part of the device that has its own volume.
     enum class Element { main, firstChannel };
-
-    virtual ~OutputVolumeSource() = default;
 
     /// Returns the volume of `element` of the default output device, 0 to 1; none if there is
     /// no such device or it has no volume there. Does not block; cheap enough for eight calls
@@ -37,7 +36,8 @@ public:
     /// Called when the volume has fallen by 0.03 or more within one poll.
     std::function<void()> onDown;
 
-    /// Takes the current volume as the reference and polls every 0.25 s. Call once before `stop()`.
+    /// Takes the current volume as the reference and polls every 0.25 s, while the source may have
+    /// changed. Call once before `stop()`.
     void start();
 
     /// Stops polling.

@@ -12,11 +12,18 @@ namespace chimewerk {
 /// A length of time in seconds, with fractions.
 using Seconds = std::chrono::duration<double>;
 
-/// The handle of a repeating job. The job keeps running even when no handle is held; only
-/// `invalidate()` ends it. Main thread only.
+/// The handle of a repeating job. The job keeps running even when no handle is held, unless it
+/// sleeps; only `invalidate()` ends it. Main thread only.
 class Timer {
 public:
     virtual ~Timer() = default;
+
+    /// Leaves out the runs of the job until `wake()`. A sleeping timer causes no wake-ups. May be
+    /// called from within the job, as may `wake()`.
+    virtual void sleep() = 0;
+
+    /// Ends the sleep: the next run comes when it would have come without the sleep.
+    virtual void wake() = 0;
 
     /// Ends the job at once. May be called from within the job itself, and repeatedly.
     virtual void invalidate() = 0;

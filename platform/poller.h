@@ -8,11 +8,12 @@
 
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
+#include "platform/polled_source.h"
 
 namespace chimewerk {
 
 /// Runs a job of its owner at a fixed interval. Declare it as the owner's last member, so that it
-/// is destroyed first. Main thread only; the queue must outlive it.
+/// is destroyed first. Main thread only; the queue must outlive it. The job must not destroy it.
 class Poller {
 public:
     explicit Poller(MainQueue& queue) : queue_(queue) {}
@@ -22,6 +23,29 @@ public:
     /// be stopped.
     void start(Seconds interval, MainQueue::Job job) {
         timer_ = queue_.every(interval, lifeline_.guard(std::move(job)));
+    }
+
+    /// As above, but leaves out the runs in which `source`, which the job reads, would give the
+    /// same reading as before. The other runs come at the same times as without that, and a
+    /// sleeping timer costs nothing.
+    void start(Seconds interval, PolledSource& source, MainQueue::Job job) {
+        source.onAnnouncement(lifeline_.guard([this] { wake(); }));
+        start(interval, [this, &source, job = std::move(job)] {
+            isNeeded_ = false;
+            job();
+            if (timer_ && !isNeeded_ && source.announcesChanges()) {
+                timer_->sleep();
+            }
+        });
+    }
+
+    /// Makes the job run at the end of this interval, whatever the source says. The job itself may
+    /// call this.
+    void wake() {
+        isNeeded_ = true;
+        if (timer_) {
+            timer_->wake();
+        }
     }
 
     /// Stops the job. Does nothing if none is running.
@@ -35,6 +59,7 @@ public:
 private:
     MainQueue& queue_;
     std::shared_ptr<Timer> timer_;
+    bool isNeeded_ = false;
     Lifeline lifeline_;
 };
 

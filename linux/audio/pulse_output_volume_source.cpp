@@ -23,8 +23,8 @@ float asShown(pa_volume_t volume) {
 
 }  // namespace
 
-PulseOutputVolumeSource::PulseOutputVolumeSource(PulseConnection& connection)
-    : connection_(connection) {
+PulseOutputVolumeSource::PulseOutputVolumeSource(MainQueue& queue, PulseConnection& connection)
+    : queue_(queue), connection_(connection) {
     connection_.add(*this);
 }
 
@@ -90,13 +90,15 @@ void PulseOutputVolumeSource::onSink(const pa_sink_info& sink) {
         forget();
         return;
     }
-    main_ = asShown(pa_cvolume_max(&sink.volume));
-    firstChannel_ = asShown(sink.volume.values[0]);
+    set(asShown(pa_cvolume_max(&sink.volume)), asShown(sink.volume.values[0]));
 }
 
-void PulseOutputVolumeSource::forget() {
-    main_ = -1.0F;
-    firstChannel_ = -1.0F;
+void PulseOutputVolumeSource::set(float main, float firstChannel) {
+    const float mainBefore = main_.exchange(main);
+    const float firstChannelBefore = firstChannel_.exchange(firstChannel);
+    if (main != mainBefore || firstChannel != firstChannelBefore) {
+        queue_.post(announceChange_);
+    }
 }
 
 }  // namespace chimewerk

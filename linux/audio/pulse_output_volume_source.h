@@ -9,22 +9,25 @@
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_operation.h"
 #include "monitors/volume_monitor.h"
+#include "platform/lifeline.h"
+#include "platform/main_queue.h"
 
 namespace chimewerk {
 
 /// The volume of the audio server's default sink as mixers show it: that of its loudest channel.
 /// 100 % and more give 1 or slightly above, so that no step of 3 % is lost to rounding. The server
-/// reports changes, so `volume()` makes no request. Muting does not change the volume. Without a
-/// server or a sink there is no volume.
+/// reports changes, so `volume()` makes no request, and each change is announced. Muting does not
+/// change the volume. Without a server or a sink there is no volume.
 class PulseOutputVolumeSource final : public OutputVolumeSource, public PulseClient {
 public:
-    /// The connection must outlive the source.
-    explicit PulseOutputVolumeSource(PulseConnection& connection);
+    /// The queue and the connection must outlive the source.
+    PulseOutputVolumeSource(MainQueue& queue, PulseConnection& connection);
     PulseOutputVolumeSource(const PulseOutputVolumeSource&) = delete;
     PulseOutputVolumeSource& operator=(const PulseOutputVolumeSource&) = delete;
     ~PulseOutputVolumeSource() override;
 
     std::optional<float> volume(Element element) override;
+    bool announcesChanges() const override { return true; }
 
     void onServerFound(pa_context& context) override;
     void onServerLost() override;
@@ -36,14 +39,18 @@ private:
     void requestServer();
     void onServer(const pa_server_info* server);
     void onSink(const pa_sink_info& sink);
-    void forget();
+    void forget() { set(-1.0F, -1.0F); }
+    void set(float main, float firstChannel);
 
+    MainQueue& queue_;
     PulseConnection& connection_;
     pa_context* context_ = nullptr;
     PulseQuery query_{[this] { requestServer(); }};
     // Written on the connection's thread, read on the main thread; negative if there is none.
     std::atomic<float> main_ = -1.0F;
     std::atomic<float> firstChannel_ = -1.0F;
+    Lifeline lifeline_;
+    const MainQueue::Job announceChange_ = lifeline_.guard([this] { announce(); });
 };
 
 }  // namespace chimewerk

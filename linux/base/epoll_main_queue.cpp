@@ -50,22 +50,38 @@ public:
         : queue_(queue), interval_(toTicks(interval)), job_(std::move(job)) {}
 
     void invalidate() override { valid_ = false; }
+    void sleep() override { asleep_ = true; }
+    void wake() override {
+        if (std::exchange(asleep_, false) && !scheduled_ && !running_) {
+            scheduleNext();
+        }
+    }
 
-    void scheduleNext() {
+    void start() {
         const auto wanted = (std::chrono::steady_clock::now() + interval_).time_since_epoch();
-        const auto nearest = (wanted + interval_ / 2) / interval_ * interval_;
-        queue_.schedule(MonotonicTime(nearest), [self = shared_from_this()] { self->fire(); });
+        scheduleAt(MonotonicTime((wanted + interval_ / 2) / interval_ * interval_));
     }
 
 private:
+    void scheduleNext() {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        scheduleAt(MonotonicTime((now / interval_ + 1) * interval_));
+    }
+    void scheduleAt(MonotonicTime due) {
+        scheduled_ = true;
+        queue_.schedule(due, [self = shared_from_this()] { self->fire(); });
+    }
     void fire() {
-        if (valid_) {
+        scheduled_ = false;
+        if (valid_ && !asleep_) {
+            running_ = true;
             job_();
+            running_ = false;
         }
-        if (valid_) {
-            scheduleNext();
-        } else {
+        if (!valid_) {
             job_ = nullptr;
+        } else if (!asleep_) {
+            scheduleNext();
         }
     }
 
@@ -73,6 +89,9 @@ private:
     const std::chrono::steady_clock::duration interval_;
     Job job_;
     bool valid_ = true;
+    bool asleep_ = false;
+    bool scheduled_ = false;
+    bool running_ = false;
 };
 
 class EpollMainQueue::DescriptorWatch final : public Watch {
@@ -130,13 +149,17 @@ void EpollMainQueue::postAfter(Seconds delay, Job job) {
 
 std::shared_ptr<Timer> EpollMainQueue::every(Seconds interval, Job job) {
     auto timer = std::make_shared<RepeatingTimer>(*this, interval, std::move(job));
-    timer->scheduleNext();
+    timer->start();
     return timer;
 }
 
-std::unique_ptr<EpollMainQueue::Watch> EpollMainQueue::watch(int descriptor, Job job) {
+std::unique_ptr<EpollMainQueue::Watch> EpollMainQueue::watch(int descriptor, Job job,
+                                                             Trigger trigger) {
     const std::uint64_t key = nextKey_++;
     epoll_event event{.events = EPOLLIN, .data = {.u64 = key}};
+    if (trigger == Trigger::edge) {
+        event.events |= EPOLLET;
+    }
     if (epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, descriptor, &event) != 0) {
         return nullptr;
     }

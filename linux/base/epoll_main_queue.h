@@ -36,10 +36,17 @@ public:
     void postAfter(Seconds delay, Job job) override;
     std::shared_ptr<Timer> every(Seconds interval, Job job) override;
 
-    /// Runs `job` on the main thread whenever `descriptor` is readable or broken, until the
-    /// returned watch is destroyed. Destroy the watch before closing the descriptor. Returns null
-    /// if the descriptor cannot be watched.
-    [[nodiscard]] std::unique_ptr<Watch> watch(int descriptor, Job job);
+    enum class Trigger {
+        /// Again and again while the descriptor is readable or broken.
+        level,
+        /// At the beginning if it is, and then each time that it becomes so once more.
+        edge,
+    };
+    /// Runs `job` on the main thread when `descriptor` is readable or broken, until the returned
+    /// watch is destroyed. Destroy the watch before closing the descriptor. Returns null if the
+    /// descriptor cannot be watched.
+    [[nodiscard]] std::unique_ptr<Watch> watch(int descriptor, Job job,
+                                               Trigger trigger = Trigger::level);
 
     /// Dispatches until `quit()` has been called.
     void run();

@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <sstream>
+#include <utility>
 
 namespace chimewerk {
 
@@ -58,8 +59,17 @@ std::vector<std::string> writableDisksIn(std::string_view mountInfo) {
     return disks;
 }
 
-MountTable::MountTable(const std::string& file) : file_(open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
+MountTable::MountTable(const std::string& file)
+    : path_(file), file_(open(file.c_str(), O_RDONLY | O_CLOEXEC)) {
     read();
+}
+
+bool MountTable::watch(EpollMainQueue& queue, std::function<void()> changed) {
+    watchedFile_ = FileDescriptor(open(path_.c_str(), O_RDONLY | O_CLOEXEC));
+    // The table is readable all the time. The kernel reports an exceptional condition only to the
+    // first that asks, which would be the loop that watches the queue.
+    watch_ = queue.watch(watchedFile_.get(), std::move(changed), EpollMainQueue::Trigger::edge);
+    return watch_ != nullptr;
 }
 
 bool MountTable::refresh() {

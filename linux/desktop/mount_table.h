@@ -3,10 +3,13 @@
 
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
 
 namespace chimewerk {
@@ -29,10 +32,18 @@ public:
     /// has changed.
     bool refresh();
 
+    /// Calls `changed` from the queue once at the beginning and after each change of the table.
+    /// Returns false if the file cannot report changes. The queue must outlive the table.
+    bool watch(EpollMainQueue& queue, std::function<void()> changed);
+
 private:
     void read();
 
+    const std::string path_;
     FileDescriptor file_;
+    /// Another one, because each descriptor tells of a change only once.
+    FileDescriptor watchedFile_;
+    std::unique_ptr<EpollMainQueue::Watch> watch_;
     std::vector<std::string> disks_;
 };
 

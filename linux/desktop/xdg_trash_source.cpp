@@ -4,9 +4,13 @@
 #include "linux/desktop/xdg_trash_source.h"
 
 #include <dirent.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <memory>
 #include <optional>
@@ -44,10 +48,18 @@ std::optional<std::int64_t> countEntries(const std::string& folder, const std::s
 
 }  // namespace
 
-XdgTrashSource::XdgTrashSource(MainQueue& queue, const std::string& dataHome,
+XdgTrashSource::XdgTrashSource(EpollMainQueue& queue, const std::string& dataHome,
                                const std::string& mountTable)
-    : queue_(queue), homeTrash_(dataHome + "/Trash/files"), mounts_(mountTable) {
+    : queue_(queue),
+      dataHome_(dataHome),
+      homeTrash_(dataHome + "/Trash/files"),
+      mounts_(mountTable),
+      alarm_(queue, [this] { announce(); }) {
     collectFolders();
+    seesMounts_ = mounts_.watch(queue, [this] {
+        alarm_.unset();  // The paths may lead elsewhere now.
+        announce();
+    });
 }
 
 bool XdgTrashSource::volumesChanged() {
@@ -59,6 +71,7 @@ bool XdgTrashSource::volumesChanged() {
 }
 
 void XdgTrashSource::collectFolders() {
+    alarm_.unset();
     const std::string user = std::to_string(getuid());
     folders_ = {homeTrash_};
     for (const std::string& disk : mounts_.writableDisks()) {
@@ -68,8 +81,24 @@ void XdgTrashSource::collectFolders() {
     }
 }
 
+/// Returns whether everything that changes the home trash happens on this machine, where the kernel
+/// reports it.
+bool XdgTrashSource::isHomeLocal() const {
+    static constexpr auto kRemote = std::to_array<unsigned>(
+        {AFS_FS_MAGIC, CEPH_SUPER_MAGIC, CIFS_SUPER_MAGIC, CODA_SUPER_MAGIC, FUSE_SUPER_MAGIC,
+         NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC, V9FS_MAGIC});
+    struct statfs status {};
+    const bool isThere =
+        statfs(homeTrash_.c_str(), &status) == 0 || statfs(dataHome_.c_str(), &status) == 0;
+    return !isThere ||
+           std::ranges::find(kRemote, static_cast<unsigned>(status.f_type)) == kRemote.end();
+}
+
 /// Returns the sum of the folders' times, which changes when any of them does.
-double XdgTrashSource::modificationTime() const {
+double XdgTrashSource::modificationTime() {
+    if (!alarm_.isSet() && seesMounts_ && isHomeLocal()) {
+        alarm_.set(folders_);
+    }
     double sum = 0;
     for (const std::string& folder : folders_) {
         struct stat status {};

@@ -6,34 +6,43 @@
 #include <string>
 #include <vector>
 
+#include "linux/base/epoll_main_queue.h"
+#include "linux/base/folder_alarm.h"
 #include "linux/base/worker.h"
 #include "linux/desktop/mount_table.h"
 #include "monitors/trash_monitor.h"
-#include "platform/main_queue.h"
 
 namespace chimewerk {
 
 /// The desktop's trash: the folder "Trash/files" in the user's data folder, and the user's trash
 /// folders at the top of other disks. Any folder may be a link, may be missing (it then counts 0
 /// items), and may appear and disappear. The worker counts the items.
+///
+/// Announces changes, except where the kernel does not see all of them: if the home folder is on a
+/// network file system, or the user has no watches left.
 class XdgTrashSource final : public TrashSource {
 public:
     /// `dataHome` is the user's data folder. The queue must outlive the source.
-    XdgTrashSource(MainQueue& queue, const std::string& dataHome,
+    XdgTrashSource(EpollMainQueue& queue, const std::string& dataHome,
                    const std::string& mountTable = "/proc/self/mountinfo");
 
     bool volumesChanged() override;
-    double modificationTime() const override;
+    double modificationTime() override;
+    bool announcesChanges() const override { return seesMounts_ && alarm_.isSet(); }
     void countItems(CountCompletion completion) override;
 
 private:
     void collectFolders();
+    bool isHomeLocal() const;
 
-    MainQueue& queue_;
+    EpollMainQueue& queue_;
+    const std::string dataHome_;
     const std::string homeTrash_;
     MountTable mounts_;
     /// The trash of the home folder, then those of other disks.
     std::vector<std::string> folders_;
+    FolderAlarm alarm_;
+    bool seesMounts_ = false;
     Worker worker_;
 };
 

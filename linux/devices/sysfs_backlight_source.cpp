@@ -3,12 +3,16 @@
 
 #include "linux/devices/sysfs_backlight_source.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <span>
 #include <string_view>
 #include <system_error>
 #include <tuple>
+#include <utility>
 
 #include "linux/base/sysfs.h"
 
@@ -43,6 +47,23 @@ bool isOfDarkOutput(const std::string& backlight) {
 }
 
 }  // namespace
+
+SysfsBacklightSource::SysfsBacklightSource(EpollMainQueue& queue, std::string folder,
+                                           std::string udevControl)
+    : folder_(std::move(folder)), udevControl_(std::move(udevControl)) {
+    if (isUdevRunning()) {
+        monitor_ = UdevMonitor::open(queue, {{.subsystem = "backlight", .deviceType = nullptr}},
+                                     [this](std::span<const UdevEvent> /*events*/) { announce(); });
+    }
+}
+
+bool SysfsBacklightSource::isUdevRunning() const {
+    return access(udevControl_.c_str(), F_OK) == 0;
+}
+
+bool SysfsBacklightSource::announcesChanges() const {
+    return monitor_ != nullptr && isUdevRunning();
+}
 
 std::vector<SysfsBacklightSource::Backlight> SysfsBacklightSource::readAll() const {
     std::vector<Backlight> all;

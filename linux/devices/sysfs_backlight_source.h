@@ -5,11 +5,13 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "linux/base/epoll_main_queue.h"
+#include "linux/links/udev_monitor.h"
 #include "monitors/brightness_monitor.h"
 
 namespace chimewerk {
@@ -23,12 +25,18 @@ namespace chimewerk {
 ///
 /// Reads everything again at each call, so a backlight that is plugged in or out is noticed at the
 /// next call. A machine without one has no brightness.
+///
+/// Announces what udev reports: the kernel sends an event for each level that is set. Where udev
+/// does not run there are no events.
 class SysfsBacklightSource final : public BrightnessSource {
 public:
-    explicit SysfsBacklightSource(std::string folder = "/sys/class/backlight")
-        : folder_(std::move(folder)) {}
+    /// `udevControl` exists while udev runs. The queue must outlive the source.
+    explicit SysfsBacklightSource(EpollMainQueue& queue,
+                                  std::string folder = "/sys/class/backlight",
+                                  std::string udevControl = "/run/udev/control");
 
     std::optional<float> brightness() override;
+    bool announcesChanges() const override;
 
 private:
     struct Backlight {
@@ -38,17 +46,20 @@ private:
         float level;
     };
 
+    bool isUdevRunning() const;
     std::vector<Backlight> readAll() const;
     bool hasChanged(const Backlight& backlight) const;
     const Backlight& choose(const std::vector<Backlight>& all) const;
 
     const std::string folder_;
+    const std::string udevControl_;
     /// The path of the backlight that is followed; empty if there is none.
     std::string current_;
     /// The levels at the last call, by path.
     std::map<std::string, float> levels_;
     float shift_ = 0;
     float told_ = 0;
+    std::unique_ptr<UdevMonitor> monitor_;
 };
 
 }  // namespace chimewerk

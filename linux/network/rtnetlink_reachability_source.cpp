@@ -44,16 +44,42 @@ FileDescriptor openRouteSocket() {
     return opened;
 }
 
+/// Opens a socket that reports changes. The kernel removes some routes together with their address,
+/// link or next hop, and then reports only that.
+FileDescriptor openReports() {
+    FileDescriptor opened(
+        socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
+    const sockaddr_nl address{.nl_family = AF_NETLINK, .nl_pad = 0, .nl_pid = 0, .nl_groups = 0};
+    if (!opened ||
+        bind(opened.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        return {};
+    }
+    for (const int group : {RTNLGRP_LINK, RTNLGRP_IPV4_IFADDR, RTNLGRP_IPV6_IFADDR,
+                            RTNLGRP_IPV4_ROUTE, RTNLGRP_IPV6_ROUTE}) {
+        if (setsockopt(opened.get(), SOL_NETLINK, NETLINK_ADD_MEMBERSHIP, &group, sizeof group) !=
+            0) {
+            return {};
+        }
+    }
+    // Older kernels have no next hops of their own.
+    const int nextHops = RTNLGRP_NEXTHOP;
+    setsockopt(opened.get(), SOL_NETLINK, NETLINK_ADD_MEMBERSHIP, &nextHops, sizeof nextHops);
+    return opened;
+}
+
 }  // namespace
 
 void RtnetlinkReachabilitySource::open() {
     isOpen_ = true;
     buffer_.resize(kBufferSize);
     hasSocket();
+    reports_ = openReports();
 }
 
 void RtnetlinkReachabilitySource::close() {
     isOpen_ = false;
+    watch_ = nullptr;
+    reports_ = FileDescriptor();
     socket_ = FileDescriptor();
     buffer_ = {};
     hops_ = {};
@@ -66,7 +92,21 @@ bool RtnetlinkReachabilitySource::hasSocket() {
     return static_cast<bool>(socket_);
 }
 
+/// Discards the reports of the changes that the next reading includes, and waits for another one.
+void RtnetlinkReachabilitySource::awaitChange() {
+    if (watch_ || !reports_) {
+        return;
+    }
+    while (recv(reports_.get(), buffer_.data(), buffer_.size(), 0) >= 0 || errno == ENOBUFS) {
+    }
+    watch_ = queue_.watch(reports_.get(), [this] {
+        watch_ = nullptr;
+        announce();
+    });
+}
+
 bool RtnetlinkReachabilitySource::isReachable() {
+    awaitChange();
     for (int attempt = 1; attempt <= kMaxDumps; ++attempt) {
         if (!hasSocket()) {
             return false;

@@ -5,9 +5,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
+#include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
 #include "linux/network/netlink_reply.h"
 #include "linux/network/rtnetlink_messages.h"
@@ -24,15 +26,23 @@ namespace chimewerk {
 /// and the next call tries again with a new socket. A dump that changes while it is read is
 /// requested again, and used as it is if it keeps changing. On machines with very many routes only
 /// the first ones count.
+///
+/// Announces that links, addresses or routes have changed, once until the next reading, so that
+/// the thousands of changes of a router cost no more than one.
 class RtnetlinkReachabilitySource final : public ReachabilitySource {
 public:
+    /// The queue must outlive the source.
+    explicit RtnetlinkReachabilitySource(EpollMainQueue& queue) : queue_(queue) {}
+
     void open() override;
     void close() override;
     bool isReachable() override;
+    bool announcesChanges() const override { return watch_ != nullptr; }
 
 private:
     using State = NetlinkReply::State;
 
+    void awaitChange();
     bool hasSocket();
     State dumpRoutes(std::vector<RouteHop>& hops);
     LinkState requestLink(std::uint32_t index);
@@ -40,11 +50,16 @@ private:
                const NetlinkReply::Visitor& visit);
     State receive(NetlinkReply& reply);
 
+    EpollMainQueue& queue_;
     bool isOpen_ = false;
     FileDescriptor socket_;
     std::uint32_t sequence_ = 0;
     std::vector<std::byte> buffer_;
     std::vector<RouteHop> hops_;
+    /// Reports changes. Another one, because reports would disturb the answers to requests.
+    FileDescriptor reports_;
+    /// Null if a change was reported since the last reading.
+    std::unique_ptr<EpollMainQueue::Watch> watch_;
 };
 
 }  // namespace chimewerk

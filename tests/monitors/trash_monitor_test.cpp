@@ -168,12 +168,12 @@ TEST_F(TheTrashMonitor, TreatsATrashThatComesAndGoesLikeAnyChange) {
     trash.modified = 0;
     startWith(0);
     poll(4);
-    trash.modified = 500;
     trash.items = 1;
+    trash.setModified(500);
     poll();
     EXPECT_EQ(fired, "+");
-    trash.modified = 0;
     trash.items = 0;
+    trash.setModified(0);
     poll();
     EXPECT_EQ(fired, "+0");
 }

@@ -270,6 +270,28 @@ class TheProgram(ProgramTest):
             said = process.communicate(timeout=10)[1]
             self.assertEqual((limit, process.returncode, said), (limit, *ended))
 
+    def test_sleeps_while_nothing_happens(self):
+        # The processes of udev are not needed, only its mark.
+        udev = "mount -t tmpfs none /run && mkdir /run/udev && : >/run/udev/control && exec \"$0\""
+        if Path("/run/udev/control").exists():
+            process = self.start()
+        elif os.geteuid() == 0:
+            process = subprocess.Popen(["unshare", "--mount", "sh", "-c", udev, PROGRAM])
+            self.started.append(process)
+        else:
+            self.skipTest("Without udev, the backlight is polled.")
+
+        def wake_ups():
+            statuses = [(thread / "status").read_text("ascii") for thread in Path("/proc", str(process.pid), "task").iterdir()]
+            return sum(int(re.search(r"(?m)^voluntary_ctxt_switches:\s+(\d+)", status)[1]) for status in statuses)
+
+        def is_quiet():
+            before = wake_ups()
+            pump_until(lambda: False, 2)
+            return wake_ups() - before <= 1
+
+        self.assertTrue(pump_until(is_quiet, 20))
+
     def test_runs_without_a_bus_and_without_a_display(self):
         for lack in ({"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}, {"DISPLAY": ""}, {"DISPLAY": ":99"}):
             process = self.start(**lack)

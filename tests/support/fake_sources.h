@@ -85,8 +85,8 @@ public:
     bool isReachable() override { return isOpen && plugged; }
 };
 
-/// A trash that only knows its item count. Counts wait until the test answers them, or are answered
-/// at once.
+/// A trash that only knows its item count, and announces its changes. Counts wait until the test
+/// answers them, or are answered at once.
 class FakeTrashSource final : public TrashSource, public Noting {
 public:
     double modified = 1000.0;
@@ -98,7 +98,8 @@ public:
     bool hasOtherVolumes = false;
 
     bool volumesChanged() override { return std::exchange(hasOtherVolumes, false); }
-    double modificationTime() const override {
+    bool announcesChanges() const override { return true; }
+    double modificationTime() override {
         note("trash");
         return modified;
     }
@@ -116,7 +117,11 @@ public:
     /// Adds this many items (removes them if negative) and touches the folder.
     void change(std::int64_t by) {
         items += by;
-        modified += 1.0;
+        setModified(modified + 1.0);
+    }
+    void setModified(double time) {
+        modified = time;
+        announce();
     }
     /// Answers the oldest waiting count.
     void answer(std::optional<std::int64_t> count) {

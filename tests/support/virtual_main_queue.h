@@ -53,13 +53,16 @@ public:
 private:
     struct VirtualTimer final : Timer {
         bool valid = true;
+        bool awake = true;
         void invalidate() override { valid = false; }
+        void sleep() override { awake = false; }
+        void wake() override { awake = true; }
     };
 
     void repeat(const std::shared_ptr<VirtualTimer>& timer, Seconds interval,
                 const std::shared_ptr<Job>& job) {
         postAfter(interval, [this, timer, interval, job] {
-            if (timer->valid) {
+            if (timer->valid && timer->awake) {
                 (*job)();
             }
             if (timer->valid) {

@@ -64,6 +64,7 @@ public:
         }
         if (what == "brightness") {
             bed_.set(display_, "brightness", how + "\n");
+            bed_.announce(display_, "change");
             return true;
         }
         if (what == "usb") {

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "linux/audio/pulse_output_volume_source.h"
+#include "linux/base/epoll_main_queue.h"
+#include "support/run_queue.h"
 #include "tools/process/eventually.h"
 #include "tools/process/shell.h"
 
@@ -30,7 +32,8 @@ protected:
         });
     }
     PulseConnection connection;
-    PulseOutputVolumeSource source{connection};
+    EpollMainQueue queue;
+    PulseOutputVolumeSource source{queue, connection};
 };
 
 TEST_F(TheOutputVolume, FollowsTheDefaultSinkAsMixersShowIt) {
@@ -73,6 +76,26 @@ TEST_F(TheOutputVolume, ReportsTheLastOfManyChanges) {
         "speaker "
         "37%");
     EXPECT_TRUE(becomes(0.37F));
+}
+
+TEST_F(TheOutputVolume, IsAnnouncedWhenItChangesAndAtNothingElse) {
+    runReady(queue);
+    int announcements = 0;
+    source.onAnnouncement([&] { ++announcements; });
+    const auto announces = [&](const std::string& commands) {
+        run(commands);
+        return runUntil(queue, [&] { return std::exchange(announcements, 0) > 0; });
+    };
+    EXPECT_TRUE(announces("pactl set-sink-volume speaker 40%"));
+    EXPECT_TRUE(announces("pactl set-sink-volume speaker 20% 40%")) << "the first channel alone";
+    // Playing and muting change the sink, not its volume.
+    run("pactl set-sink-mute speaker 1; pactl suspend-sink speaker 1; pactl suspend-sink speaker 0;"
+        "pactl set-sink-mute speaker 0");
+    EXPECT_TRUE(announces("pactl set-sink-volume speaker 50%"));
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
+    EXPECT_TRUE(announces("kill -9 $(cat $PULSE_RUNTIME_PATH/pid)"));
+    run("while pactl info >/dev/null 2>&1; do sleep 0.02; done; $CHIMEWERK_START_PULSEAUDIO");
+    EXPECT_TRUE(runUntil(queue, [&] { return announcements > 0 && source.volume(Element::main); }));
 }
 
 TEST_F(TheOutputVolume, IsNoneWithoutAServerAndReturnsWithOne) {

@@ -78,6 +78,36 @@ TEST(TheMainQueue, RunsATimerUntilInvalidatedEvenWithoutItsHandle) {
     EXPECT_GE(unheld, 3);
 }
 
+TEST(TheMainQueue, LetsATimerSleepAndRunAgainAtAMultipleOfItsInterval) {
+    using std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds kInterval{20};
+    EpollMainQueue queue;
+    int runs = 0;
+    steady_clock::time_point last;
+    const std::shared_ptr<Timer> timer = queue.every(kInterval, [&] {
+        ++runs;
+        last = steady_clock::now();
+        timer->sleep();
+    });
+    EXPECT_TRUE(runUntil(queue, [&] { return runs == 1; }));
+    EXPECT_EQ(wakeUpsWithin(queue, kInterval * 5), 0);
+    int inTime = 0;
+    for (int i = 2; i < 8; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(3 * i));
+        const auto next = (steady_clock::now().time_since_epoch() / kInterval + 1) * kInterval;
+        timer->wake();
+        timer->wake();
+        EXPECT_TRUE(runUntil(queue, [&] { return runs == i; }));
+        EXPECT_GE(last.time_since_epoch(), next);
+        inTime += last.time_since_epoch() < next + kInterval ? 1 : 0;
+    }
+    EXPECT_GT(inTime, 0);  // A busy machine may delay some.
+    timer->wake();
+    timer->invalidate();
+    EXPECT_LE(wakeUpsWithin(queue, kInterval * 3), 1);
+    EXPECT_EQ(runs, 7);
+}
+
 TEST(TheMainQueue, WatchesDescriptorsUntilTheWatchEnds) {
     EpollMainQueue queue;
     std::array<int, 2> pipes{};

@@ -12,10 +12,12 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <optional>
 
 #include "linux/base/epoll_main_queue.h"
 #include "support/open_descriptors.h"
+#include "support/run_queue.h"
 #include "support/virtual_main_queue.h"
 #include "tools/files/temporary_folder.h"
 
@@ -29,11 +31,12 @@ protected:
     std::optional<std::int64_t> count() { return countIn(trash); }
     std::optional<std::int64_t> countIn(XdgTrashSource& source) {
         std::optional<std::int64_t> result;
+        bool answered = false;
         source.countItems([&](std::optional<std::int64_t> items) {
             result = items;
-            queue.quit();
+            answered = true;
         });
-        queue.run();
+        EXPECT_TRUE(runUntil(queue, [&] { return answered; }));
         return result;
     }
     void add(const std::string& name) const { std::ofstream(files / name) << "x"; }
@@ -126,6 +129,11 @@ TEST_F(TheTrashFolder, TakesTenThousandFilesWithoutHoldingUpTheMainQueue) {
     EXPECT_EQ(emptied, 1);
 }
 
+TEST_F(TheTrashFolder, IsReadAtEachIntervalWhereTheMountTableReportsNoChanges) {
+    trash.modificationTime();
+    EXPECT_FALSE(trash.announcesChanges());
+}
+
 TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
     const TemporaryFolder media;
     const std::string stick = media / "USB STICK";
@@ -138,18 +146,33 @@ TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
     XdgTrashSource trashes(queue, home.path().string());
     fs::create_directories(files);
     add("one");
+    bool announced = false;
+    trashes.onAnnouncement([&] { announced = true; });
+    // Each is preceded by a reading, as in a poll.
+    const auto announces = [&](const std::function<void()>& change) {
+        runReady(queue);
+        trashes.volumesChanged();
+        trashes.modificationTime();
+        announced = false;
+        EXPECT_TRUE(trashes.announcesChanges());
+        change();
+        return runUntil(queue, [&] { return announced; });
+    };
     EXPECT_FALSE(trashes.volumesChanged());
     const auto before = countIn(trashes);
-    ASSERT_EQ(mount("/dev/sdb1", stick.c_str(), "tmpfs", 0, nullptr), 0);
+    EXPECT_TRUE(announces([&] { add("one more"); }));
+    EXPECT_TRUE(announces([&] { fs::remove(files / "one more"); }));
+    EXPECT_TRUE(
+        announces([&] { ASSERT_EQ(mount("/dev/sdb1", stick.c_str(), "tmpfs", 0, nullptr), 0); }));
     EXPECT_TRUE(trashes.volumesChanged());
     EXPECT_FALSE(trashes.volumesChanged());
     const double empty = trashes.modificationTime();
     const fs::path there = stick + "/.Trash-" + std::to_string(getuid()) + "/files";
-    fs::create_directories(there);
-    std::ofstream(there / "two") << "x";
+    EXPECT_TRUE(announces([&] { fs::create_directories(there); }));
+    EXPECT_TRUE(announces([&] { std::ofstream(there / "two") << "x"; }));
     EXPECT_NE(trashes.modificationTime(), empty);
     EXPECT_EQ(countIn(trashes), *before + 1);
-    ASSERT_EQ(umount(stick.c_str()), 0);
+    EXPECT_TRUE(announces([&] { ASSERT_EQ(umount(stick.c_str()), 0); }));
     EXPECT_TRUE(trashes.volumesChanged());
     EXPECT_EQ(countIn(trashes), before);
 }

@@ -5,9 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <optional>
 #include <string>
 
+#include "support/run_queue.h"
+#include "tools/files/temporary_folder.h"
 #include "tools/machine/fake_devices.h"
 
 namespace chimewerk {
@@ -25,7 +28,8 @@ protected:
     }
 
     FakeDevices machine;
-    SysfsBacklightSource source;
+    EpollMainQueue queue;
+    SysfsBacklightSource source{queue};
 };
 
 TEST_F(TheBacklight, IsReadEachTimeAndMayDisappearAndReturn) {
@@ -41,7 +45,7 @@ TEST_F(TheBacklight, IsReadEachTimeAndMayDisappearAndReturn) {
 }
 
 TEST_F(TheBacklight, IsAtFirstTheFirmwaresThenThePlatformsThenARawOneThatCanBeRead) {
-    const auto atFirst = [] { return SysfsBacklightSource().brightness(); };
+    const auto atFirst = [this] { return SysfsBacklightSource(queue).brightness(); };
     add("a_unknown", "something else", "9", "10");
     add("b_raw", "raw", "1", "10");
     EXPECT_EQ(atFirst(), 0.1F);
@@ -93,6 +97,33 @@ TEST_F(TheBacklight, IgnoresOutputsThatAreOff) {
     EXPECT_EQ(source.brightness(), 0.6F) << "the switch itself is no change";
     machine.set(amd, "brightness", "8\n");
     EXPECT_FLOAT_EQ(*source.brightness(), 0.5F);
+}
+
+TEST_F(TheBacklight, IsAnnouncedByUdevsEventsAndPolledWhereUdevDoesNotRun) {
+    const TemporaryFolder run;
+    const std::string control = run / "control";
+    const std::string backlights = "/sys/class/backlight";
+    EXPECT_FALSE(SysfsBacklightSource(queue, backlights, control).announcesChanges());
+    std::ofstream(control) << "";
+    SysfsBacklightSource announced(queue, backlights, control);
+    int announcements = 0;
+    announced.onAnnouncement([&] { ++announcements; });
+    const auto announces = [&] {
+        return runUntil(queue, [&] { return std::exchange(announcements, 0) > 0; });
+    };
+    EXPECT_TRUE(announced.announcesChanges());
+    const std::string panel = add("intel_backlight", "raw", "300", "1200");
+    EXPECT_TRUE(announces());
+    machine.set(panel, "brightness", "600\n");
+    machine.announce(panel, "change");
+    EXPECT_TRUE(announces());
+    EXPECT_EQ(announced.brightness(), 0.5F);
+    machine.add("usb", "1-1", "", {}, {{"DEVTYPE", "usb_device"}});
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.1}), 0) << "another kind of device";
+    machine.announce(panel, "remove");
+    EXPECT_TRUE(announces());
+    std::filesystem::remove(control);
+    EXPECT_FALSE(announced.announcesChanges()) << "udev has ended";
 }
 
 TEST_F(TheBacklight, IsClampedToItsScale) {

@@ -20,6 +20,7 @@
 #include <thread>
 
 #include "linux/base/file_descriptor.h"
+#include "support/run_queue.h"
 #include "tools/files/temporary_folder.h"
 #include "tools/machine/private_network.h"
 
@@ -68,7 +69,8 @@ protected:
         EXPECT_TRUE(becomes(true));
     }
 
-    RtnetlinkReachabilitySource source;
+    EpollMainQueue queue;
+    RtnetlinkReachabilitySource source{queue};
 };
 
 TEST_F(TheReachability, FollowsTheCableOfADefaultRoute) {
@@ -162,7 +164,7 @@ TEST_F(TheReachability, BelievesOnlyTheKernel) {
     ip("route add default dev near0");
     ASSERT_TRUE(becomes(true));
     source.close();
-    RtnetlinkReachabilitySource asked;
+    RtnetlinkReachabilitySource asked{queue};
     asked.open();
     ASSERT_TRUE(asked.isReachable());
     const FileDescriptor liar(socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_ROUTE));
@@ -191,6 +193,44 @@ TEST_F(TheReachability, IsFalseWhenClosedAndReadAgainWhenReopened) {
     EXPECT_FALSE(source.isReachable());
     source.open();
     EXPECT_TRUE(source.isReachable());
+}
+
+TEST_F(TheReachability, IsAnnouncedOnceForAnyNumberOfChangesSinceTheLastReading) {
+    int announcements = 0;
+    source.onAnnouncement([&] { ++announcements; });
+    // The last ones are those in which the kernel removes a route without a report of it.
+    for (const char* const change :
+         {"link set far0 down", "link set far0 up", "-6 addr add 2001:db8:7::1/64 dev near1 nodad",
+          "-6 route add default via 2001:db8:7::2 dev near1",
+          "-6 route del default via 2001:db8:7::2 dev near1",
+          "route add default dev near0 src 192.0.0.1", "addr del 192.0.0.1/24 dev near0",
+          "route add default via 192.0.1.2 dev near1", "link set near1 down", "link del near0"}) {
+        // A carrier may be reported late.
+        while (runOnce(queue, std::chrono::milliseconds(100))) {
+            source.isReachable();
+        }
+        announcements = 0;
+        source.isReachable();
+        EXPECT_TRUE(source.announcesChanges());
+        ip(change);
+        EXPECT_TRUE(runUntil(queue, [&] { return announcements == 1; })) << change;
+        EXPECT_FALSE(source.announcesChanges());
+    }
+    source.isReachable();
+    runReady(queue);
+    source.isReachable();
+    announcements = 0;
+    for (int i = 0; i < 100; ++i) {
+        ip("route add blackhole 10.0." + std::to_string(i) + ".0/24");
+        runReady(queue);
+    }
+    EXPECT_EQ(announcements, 1);
+    source.isReachable();
+    source.close();
+    ip("route add blackhole 10.1.0.0/24");
+    runReady(queue);
+    EXPECT_EQ(announcements, 1) << "closed";
+    EXPECT_FALSE(source.announcesChanges());
 }
 
 TEST_F(TheReachability, ReadsOnlyTheBeginningOfAHugeTableAndSurvivesItsChanges) {
