@@ -39,7 +39,7 @@ bool areOneApplication(const std::string& one, const std::string& other) {
 
 bool isStartedBySession(const LaunchCandidate& candidate) {
     return candidate.isAutostarted ||
-           (candidate.sessionStart && candidate.process.start - *candidate.sessionStart < kLogin);
+           (candidate.sessionStart && candidate.moment - *candidate.sessionStart < kLogin);
 }
 
 }  // namespace
@@ -87,9 +87,12 @@ bool AppLaunches::isLaunch(const LaunchCandidate& candidate) {
         return candidate.found == Found::byWindow;
     }
     forgetEnded(candidate.moment);
-    const bool needsEntry = candidate.found != Found::byWindow && !candidate.isAutostarted;
-    if (candidate.isPartOfSession || candidate.isWithoutWindow ||
-        candidate.process.start < begin_ || !isRunning_(candidate.process) ||
+    const bool isWindow = candidate.found == Found::byWindow;
+    const bool needsEntry = !isWindow && !candidate.isAutostarted;
+    // A program that has waited without a window, such as a file manager, may be opened later.
+    const bool wasRunning = !isWindow && candidate.process.start < begin_;
+    if (candidate.isPartOfSession || candidate.isWithoutWindow || wasRunning ||
+        !isRunning_(candidate.process) ||
         (needsEntry && candidate.entry != LaunchCandidate::Entry::visible)) {
         return false;
     }

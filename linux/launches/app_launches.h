@@ -65,7 +65,7 @@ public:
     /// `isRunning` returns whether a process has not ended yet.
     explicit AppLaunches(std::function<bool(const ProcessId&)> isRunning);
 
-    /// Forgets all launches. Processes that started before `now` do not count.
+    /// Forgets all launches. Processes that started before `now` count only by their first window.
     void begin(BootTime now);
 
     /// Returns whether the candidate is a launch not yet counted, and counts it.

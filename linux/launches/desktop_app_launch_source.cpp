@@ -3,7 +3,10 @@
 
 #include "linux/launches/desktop_app_launch_source.h"
 
+#include <unistd.h>
+
 #include <utility>
+#include <vector>
 
 namespace chimewerk {
 
@@ -37,9 +40,13 @@ void DesktopAppLaunchSource::listen() {
     names_ = std::make_unique<BusNameLaunches>(
         queue_, [this](LaunchSign sign) { consider(std::move(sign)); });
     if (environment_.isX11()) {
-        windows_ = std::make_unique<X11AppLaunches>(
-            queue_, environment_.display,
-            [this](LaunchSign sign) { considerLater(std::move(sign)); });
+        windows_ =
+            std::make_unique<X11AppLaunches>(queue_, environment_.display, [this](LaunchSign sign) {
+                // Its own windows are no launches.
+                if (sign.processes != std::vector<pid_t>{getpid()}) {
+                    considerLater(std::move(sign));
+                }
+            });
     }
 }
 

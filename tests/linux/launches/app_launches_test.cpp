@@ -76,9 +76,10 @@ Candidate at(seconds time, Candidate candidate) {
     return candidate;
 }
 
-/// Started by the session manager, this time after that.
+/// Started by the session manager, and seen this time after the session's begin.
 Candidate bySession(seconds age, Candidate candidate) {
-    candidate.sessionStart = candidate.process.start - age;
+    candidate.moment = kBegin + seconds(2);
+    candidate.sessionStart = candidate.moment - age;
     return candidate;
 }
 
@@ -190,7 +191,8 @@ std::vector<Case> cases() {
          {{partOfSession(busName("org.kde.krunner", 600)), false},
           {partOfSession(window(601, "ksmserver-logout-greeter")), false}}},
         {"What was running before",
-         {{startedAt(kBegin - seconds(1), window(700)), false},
+         {{startedAt(kBegin - seconds(1), busName("org.gnome.Maps", 700)), false},
+          {startedAt(kBegin - seconds(1), bySession(seconds(70), window(700, "Thunar"))), true},
           {startedAt(kBegin - seconds(1), unit(kTerminal, 701)), false},
           {childOf({701}, window(702)), true}}},
         {"A number that is used again",

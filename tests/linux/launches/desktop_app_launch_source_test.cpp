@@ -14,6 +14,7 @@
 #include "support/fake_user_manager.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
+#include "support/x11_client.h"
 #include "tools/files/temporary_folder.h"
 #include "tools/process/child_process.h"
 
@@ -136,6 +137,9 @@ TEST_F(TheDesktopsLaunches, AreHeardWhileThereAreObservers) {
     ChildProcess two({"xclock"});
     EXPECT_TRUE(launched(2));
     EXPECT_EQ(second, 1);
+    X11Client own;
+    own.open();
+    EXPECT_EQ(settled(), 2);
     source->removeObserver(token);
     source->removeObserver(token);
     EXPECT_LT(openDescriptors(), before);
