@@ -134,9 +134,10 @@ class TheTrayIcon(ProgramTest):
         self.assertTrue(pump_until(embedding.requests, 4), "without the name there is nothing to wait for")
         first.terminate()
         self.assert_ends(first)
-        self.host(shows=False)
+        host = self.host(shows=False)
         self.start()
-        self.assertTrue(pump_until(lambda: embedding.requests() == 2))
+        # Qt 6.8 embeds no icon where the name is taken, and registers it for a host that comes later.
+        self.assertTrue(pump_until(lambda: embedding.requests() == 2 or host.registered))
 
 
 class TheWindows(ProgramTest):
