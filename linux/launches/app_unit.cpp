@@ -83,7 +83,6 @@ AppUnit AppUnit::parse(std::string_view unitName) {
 
 ControlGroup ControlGroup::parse(std::string_view text) {
     ControlGroup group;
-    bool isOfBus = false;
     while (!text.empty()) {
         const std::size_t end = text.find_first_of("/\n");
         const std::string_view name = text.substr(0, end);
@@ -91,10 +90,13 @@ ControlGroup ControlGroup::parse(std::string_view text) {
             group.appUnit = name;
         }
         group.isPartOfSession |= name == "session.slice" || name == "background.slice";
-        isOfBus |= name == "dbus.service" || name == "dbus-broker.service";
+        group.isOfBus |=
+            name == "dbus.service" || name == "dbus-broker.service" || name.starts_with("dbus-:");
+        if (name.ends_with(kScope) || name.ends_with(kService)) {
+            group.isOfService = name.ends_with(kService) && !AppUnit::isOne(name);
+        }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
-    group.isPartOfSession &= !isOfBus;
     return group;
 }
 

@@ -31,9 +31,12 @@ struct AppUnit {
 struct ControlGroup {
     /// The name of the application's unit; empty outside of one.
     std::string appUnit;
-    /// In session.slice or background.slice, which hold the desktop itself and its helpers. What
-    /// the bus has started does not count: it stays in the slice of the bus.
+    /// In session.slice or background.slice, which hold the desktop itself and its helpers.
     bool isPartOfSession = false;
+    /// Started by the bus, which runs in session.slice itself, or in a unit that the bus has made.
+    bool isOfBus = false;
+    /// In a service that is none of an application.
+    bool isOfService = false;
 
     static ControlGroup parse(std::string_view text);
 };

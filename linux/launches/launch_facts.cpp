@@ -29,12 +29,14 @@ bool isSessionManager(const ProcessStatus& process, pid_t windowManager) {
                kSessionManagers.end();
 }
 
-/// Returns the process that started first, with the others as its possible descendants.
+/// Returns the process that started first; of several in the same tick, the one with the lowest
+/// number.
 std::optional<ProcessStatus> eldest(const std::vector<pid_t>& numbers) {
     std::optional<ProcessStatus> first;
     for (const pid_t number : numbers) {
         const auto status = readProcessStatus(number);
-        if (status && (!first || status->id.start < first->id.start)) {
+        if (status && (!first || status->id.start < first->id.start ||
+                       (status->id.start == first->id.start && number < first->id.number))) {
             first = status;
         }
     }
@@ -87,6 +89,16 @@ std::vector<std::string> currentDesktops() {
     return names;
 }
 
+/// The bus and the user's manager start applications as well as portals and prompts of the desktop.
+bool isPartOfSession(const ControlGroup& group, const LaunchCandidate& candidate) {
+    const bool isWindow = candidate.found == LaunchCandidate::Found::byWindow;
+    if (group.isOfBus) {
+        return isWindow && candidate.entry != LaunchCandidate::Entry::visible;
+    }
+    return group.isPartOfSession ||
+           (isWindow && group.isOfService && candidate.entry == LaunchCandidate::Entry::hidden);
+}
+
 LaunchCandidate::Entry entryState(const std::optional<DesktopEntry>& entry) {
     using Entry = LaunchCandidate::Entry;
     if (!entry) {
@@ -130,7 +142,6 @@ std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
     }
     candidate.process = process->id;
     const ControlGroup group = ControlGroup::parse(readControlGroups(process->id.number));
-    candidate.isPartOfSession = group.isPartOfSession;
     candidate.unit = sign.unit.empty() ? group.appUnit : sign.unit;
     if (!sign.unit.empty()) {
         const AppUnit unit = AppUnit::parse(sign.unit);
@@ -139,6 +150,7 @@ std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
     }
     const auto programs = readPrograms(process->id.number);
     candidate.entry = entryOf(candidate, programs);
+    candidate.isPartOfSession = isPartOfSession(group, candidate);
 
     const auto ancestors = ancestorsOf(*process);
     for (const ProcessStatus& ancestor : ancestors) {

@@ -55,23 +55,27 @@ TEST(AControlGroup, SaysWhatAProcessBelongsTo) {
     struct Case {
         std::string text;
         std::string appUnit;
-        bool isPartOfSession;
+        /// Some of "session", "bus" and "service".
+        std::string parts;
     };
     for (const Case& c :
-         {Case{user + "app.slice/app-gnome-maps-1.scope\n", "app-gnome-maps-1.scope", false},
-          Case{"1:name=systemd:/a/app-maps@1.service\n0::/a\n", "app-maps@1.service", false},
-          Case{user + "app.slice/app-maps-1.scope/inner\n", "app-maps-1.scope", false},
-          Case{"0::/user.slice/user-1000.slice/session-2.scope\n", "", false},
-          Case{user + "app.slice/myapp-maps-1.scope\n", "", false},
-          Case{user + "app.slice/app-maps-1.slice\n", "", false},
-          Case{user + "session.slice/plasma-ksmserver.service\n", "", true},
-          Case{user + "background.slice/plasma-krunner.service", "", true},
-          Case{user + "session.slice/dbus.service\n", "", false},
-          Case{user + "session.slice/dbus-broker.service\n", "", false}, Case{"0::/\n", "", false},
-          Case{"", "", false}}) {
+         {Case{user + "app.slice/app-gnome-maps-1.scope\n", "app-gnome-maps-1.scope", ""},
+          Case{"1:name=systemd:/a/app-maps@1.service\n0::/a\n", "app-maps@1.service", ""},
+          Case{user + "app.slice/app-maps-1.scope/inner\n", "app-maps-1.scope", ""},
+          Case{"0::/user.slice/user-1000.slice/session-2.scope\n", "", ""},
+          Case{user + "app.slice/app-org.gnome.Terminal.slice/vte-spawn-0a1b.scope\n", "", ""},
+          Case{user + "app.slice/xdg-desktop-portal-gnome.service\n", "", "service"},
+          Case{user + "session.slice/plasma-ksmserver.service\n", "", "session service"},
+          Case{user + "background.slice/plasma-krunner.service", "", "session service"},
+          Case{user + "session.slice/dbus.service\n", "", "session bus service"},
+          Case{user + "session.slice/dbus-broker.service\n", "", "session bus service"},
+          Case{user + "app.slice/dbus-:1.2-org.gnome.Nautilus@0.service\n", "", "bus service"},
+          Case{"0::/\n", "", ""}, Case{"", "", ""}}) {
         const ControlGroup group = ControlGroup::parse(c.text);
         EXPECT_EQ(group.appUnit, c.appUnit) << c.text;
-        EXPECT_EQ(group.isPartOfSession, c.isPartOfSession) << c.text;
+        EXPECT_EQ(group.isPartOfSession, c.parts.find("session") != std::string::npos) << c.text;
+        EXPECT_EQ(group.isOfBus, c.parts.find("bus") != std::string::npos) << c.text;
+        EXPECT_EQ(group.isOfService, c.parts.find("service") != std::string::npos) << c.text;
     }
 }
 
