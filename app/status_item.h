@@ -20,9 +20,10 @@ public:
     /// distinguishes that from opening the menu.
     virtual void show(const Menu& menu, std::function<void()> onActivate) = 0;
 
-    /// Whether there has been a tray to show the icon.
+    /// Whether a tray shows the icon now.
     virtual bool isShown() const = 0;
-    /// Calls `job` when the icon appears. It replaces the job given before.
+    /// Calls `job` when the icon appears, and where the desktop tells when it goes and comes back,
+    /// then too. It replaces the job given before.
     virtual void whenShown(std::function<void()> job) = 0;
 };
 

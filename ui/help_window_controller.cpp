@@ -244,7 +244,7 @@ HelpWindowController::HelpWindowController(const std::string& manual, const Menu
     closeOn(window_.get(), Qt::CTRL | Qt::Key_W);
     addMenuShortcuts(*window_, menu);
     buildUI(QUrl::fromLocalFile(QString::fromStdString(manual)));
-    contrast_ = notifications.observe(contrastDidChange, [this](const Notification& /*changed*/) {
+    contrast_ = notifications.observe(kContrastDidChange, [this](const Notification& /*changed*/) {
         // The guide then takes its colours anew.
         QEvent palette(QEvent::PaletteChange);
         QApplication::sendEvent(window_.get(), &palette);

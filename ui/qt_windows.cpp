@@ -36,7 +36,7 @@ void QtWindows::followContrast() {
     if (contrast_ == nullptr) {
         contrast_ = std::make_unique<DesktopContrast>([this](bool isHigh) {
             ColorScheme::useHighContrast(isHigh);
-            deps_.notifications.post({.name = contrastDidChange});
+            deps_.notifications.post({.name = kContrastDidChange});
         });
         QObject::connect(qApp, &QGuiApplication::applicationStateChanged, &contrast_->context(),
                          [this] { contrast_->readTheme(); });

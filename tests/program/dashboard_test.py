@@ -20,6 +20,7 @@ from xml.etree import ElementTree
 
 PROJECT = Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(PROJECT / "tools"))
+from tray_host import TrayHost, pump_until  # noqa: E402
 from screen_reader import eventually, keys, pointer, type_text, wait_for_field, window, windows  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
@@ -265,6 +266,16 @@ class TheDashboard(unittest.TestCase):
                 self.assertIsNone(self.program.poll())
         self.end()
         self.assertIs(event_settings("slap")["enabled"], False, "a relative folder counts as none")
+
+    def test_has_the_menu_as_long_as_no_tray_has_it(self):
+        def button():
+            return [thing for thing in self.dashboard.things() if thing.name == "Menu" and thing.has("SHOWING")]
+        self.assertTrue(button())
+        for _ in range(2):
+            host = TrayHost()
+            self.assertTrue(pump_until(lambda: not button()))
+            host.close()
+            self.assertTrue(pump_until(button))
 
     def test_counts_events_while_it_is_hidden(self):
         keys("ctrl+w")

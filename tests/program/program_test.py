@@ -144,14 +144,16 @@ class TheWindows(ProgramTest):
     def test_have_a_title_an_icon_and_a_class_that_lead_to_the_desktop_entry(self):
         entry = Path(__file__).parents[2] / "packaging" / "desktop" / "chimewerk.desktop.in"
         wanted = re.search("^StartupWMClass=(.*)$", entry.read_text(encoding="utf-8"), re.MULTILINE)[1]
+        self.store({"ChimewerkMicrophoneAllowed": True, "ChimewerkDarkMode": True})
         for option, title in ("--open-dashboard", DASHBOARD), ("--open-help", HELP):
             self.start(option)
             self.assertTrue(pump_until(lambda title=title: len(windows(title)) == 1))
             properties = subprocess.run(["xprop", "-id", windows(title)[0], "-notype", "_NET_WM_NAME", "WM_CLASS",
-                                         "_NET_WM_ICON"], capture_output=True, text=True, check=True).stdout
+                                         "_GTK_THEME_VARIANT", "_NET_WM_ICON"], capture_output=True, text=True, check=True).stdout
             self.assertIn(f'_NET_WM_NAME = "{title}"\n', properties)
             self.assertIn(f'WM_CLASS = "{wanted}", "{wanted}"\n', properties)
             self.assertIn("Icon (48 x 48)", properties)
+            self.assertEqual('_GTK_THEME_VARIANT = "dark"' in properties, title == DASHBOARD, "the title bar's colour")
 
 
 class TheMicrophone(ProgramTest):

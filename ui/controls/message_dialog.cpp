@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 
 #include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/window_frame.h"
 
 namespace chimewerk {
 
@@ -39,6 +40,7 @@ MessageDialog::MessageDialog(QWidget* parent, const ColorScheme& colors, const T
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
     setPalette(paletteOf(colors));
+    setDarkFrame(*this, colors.isDark());
     setWindowTitle(QStringLiteral("Chimewerk"));
     setAccessibleName(texts.message);
     setAccessibleDescription(texts.informative);

@@ -20,6 +20,7 @@
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/labels_and_buttons.h"
+#include "ui/controls/window_frame.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/appearance.h"
 #include "ui/rules/contrast.h"
@@ -80,7 +81,7 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
     settings_ = deps_.notifications.observe(
         kSettingsDidChange, [this](const Notification& /*notification*/) { onSettingsChanged(); });
     contrast_ = deps_.notifications.observe(
-        contrastDidChange, [this](const Notification& /*notification*/) { applyAppearance(); });
+        kContrastDidChange, [this](const Notification& /*notification*/) { applyAppearance(); });
 }
 
 void DashboardWindowController::showWindow() {
@@ -279,6 +280,7 @@ void DashboardWindowController::applyAppearance() {
     const Appearance now = appearance(isDarkMode_);
     const ColorScheme& colors = now.isDark ? ColorScheme::dark() : ColorScheme::light();
     window_.setPalette(paletteOf(colors));
+    setDarkFrame(window_, now.isDark);
     QToolTip::setPalette(paletteOf(colors));
     appearanceBtn_->setText(worded(now.buttonTitle));
     const bool isPlain = ColorScheme::isHighContrast();

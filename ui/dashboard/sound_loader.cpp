@@ -127,8 +127,7 @@ void SoundLoader::finish(const SoundFolder::Outcome& outcome) {
             onLoaded_(outcome.path);
             break;
         case SoundFolder::Outcome::Kind::notCopied:
-            showSoundError(worded(detail_texts::kNotCopied) +
-                           QString::fromStdString(outcome.error));
+            showSoundError(worded(filled(detail_texts::kNotCopied, outcome.error)));
             break;
         case SoundFolder::Outcome::Kind::notASound:
             showSoundError(worded(detail_texts::kNotASound));

@@ -9,7 +9,7 @@
 namespace chimewerk {
 
 /// Posted when the desktop wants more or less contrast. No object.
-inline constexpr std::string_view contrastDidChange = "Chimewerk.contrast";
+inline constexpr std::string_view kContrastDidChange = "Chimewerk.contrast";
 
 /// Returns whether a theme of this name, of GTK's or a variant of it, is one of high contrast.
 bool isHighContrastTheme(std::string_view name);

@@ -32,8 +32,8 @@ inline constexpr std::string_view kLockText =
 inline constexpr std::string_view kLoadErrorTitle = "Could Not Load Sound";
 inline constexpr std::string_view kNotASound =
     "The file could not be read by the audio engine. Try converting it to WAV or AIFF format first.";
-/// Followed by the system's description of the error.
-inline constexpr std::string_view kNotCopied = "Could not copy the file: ";
+/// With the system's description of the error.
+inline constexpr std::string_view kNotCopied = "Could not copy the file: {}";
 
 /// The extensions of files that can be loaded, in lower case; upper case works too.
 inline constexpr std::array<std::string_view, 8> kSoundFileTypes = {"mp3",  "wav", "aiff", "m4a",

@@ -31,7 +31,7 @@ std::string givenSoundText(const SoundEvent& event, const DetailFacts& facts) {
     } else if (std::ranges::any_of(defaultSoundFiles(facts.resourceFolder, event.id), exists)) {
         return "Bundled default";
     }
-    return "System (" + event.systemFallback + ")";
+    return filled("System ({})", event.systemFallback);
 }
 
 DetailBox boxOf(const SoundEvent& event, const DetailFacts& facts) {
@@ -65,9 +65,9 @@ std::string keyPressDesc(const DetailFacts& facts) {
 std::string batteryLowDesc(const DetailFacts& facts) {
     constexpr float kUnknown = 20.0F;
     const auto battery = std::ranges::find(facts.events, event_ids::kBatteryLow, &SoundEvent::id);
-    return "Plays once when battery drops to or below " +
-           percentText(battery == facts.events.end() ? kUnknown : battery->threshold) +
-           " while unplugged. Threshold adjustable via the slider.";
+    return filled(
+        "Plays once when battery drops to or below {} while unplugged. Threshold adjustable via the slider.",
+        percentText(battery == facts.events.end() ? kUnknown : battery->threshold));
 }
 
 /// An event whose description never changes.

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <array>
 
+#include "ui/rules/value_texts.h"
+
 namespace chimewerk {
 
 namespace {
@@ -36,7 +38,7 @@ DialogTexts renameThemeTexts() {
 }
 
 DialogTexts deleteThemeTexts(const std::string& themeName) {
-    return {.message = "Delete \"" + themeName + "\"?",
+    return {.message = filled("Delete \"{}\"?", themeName),
             .informative = "This will permanently remove this custom theme.",
             .confirm = "Delete"};
 }

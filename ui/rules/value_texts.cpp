@@ -20,12 +20,21 @@ std::string integerPart(float value) {
 
 }  // namespace
 
+std::string filled(std::string_view format, std::string_view value) {
+    constexpr std::string_view kHole = "{}";
+    std::string text(format);
+    if (const std::size_t hole = text.find(kHole); hole != std::string::npos) {
+        text.replace(hole, kHole.size(), value);
+    }
+    return text;
+}
+
 std::string counterText(std::int64_t triggerCount) {
     if (triggerCount == 0) {
         return "Not triggered yet";
     }
-    return "Triggered: " + std::to_string(triggerCount) + " " +
-           (triggerCount == 1 ? "time" : "times");
+    return filled(triggerCount == 1 ? "Triggered: {} time" : "Triggered: {} times",
+                  std::to_string(triggerCount));
 }
 
 std::string volumeText(float volume) {

@@ -9,6 +9,9 @@
 
 namespace chimewerk {
 
+/// Returns the format, a whole sentence, with the value in place of its placeholder `{}`.
+std::string filled(std::string_view format, std::string_view value);
+
 /// Returns in words how often an event has been triggered.
 std::string counterText(std::int64_t triggerCount);
 

@@ -16,7 +16,7 @@ QtStatusItem::~QtStatusItem() = default;
 void QtStatusItem::show(const Menu& menu, std::function<void()> onActivate) {
     onActivate_ = std::move(onActivate);
     menu_ = std::make_unique<ProgramMenu>(menu);
-    watch_ = std::make_unique<TrayWatch>([this] { appear(); });
+    watch_ = std::make_unique<TrayWatch>([this] { appear(); }, [this] { announce(); });
 }
 
 void QtStatusItem::appear() {
@@ -30,6 +30,10 @@ void QtStatusItem::appear() {
                          }
                      });
     icon_->show();
+    announce();
+}
+
+void QtStatusItem::announce() {
     if (onShown_) {
         onShown_();
     }

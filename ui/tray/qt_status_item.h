@@ -22,11 +22,12 @@ public:
 
     void show(const Menu& menu, std::function<void()> onActivate) override;
 
-    bool isShown() const override { return icon_ != nullptr; }
+    bool isShown() const override { return icon_ != nullptr && watch_->isThere(); }
     void whenShown(std::function<void()> job) override { onShown_ = std::move(job); }
 
 private:
     void appear();
+    void announce();
 
     std::unique_ptr<ProgramMenu> menu_;
     std::function<void()> onActivate_;

@@ -48,7 +48,8 @@ bool hasOwner(xcb_connection_t* server, xcb_atom_t selection) {
 
 }  // namespace
 
-TrayWatch::TrayWatch(std::function<void()> onTray) : onTray_(std::move(onTray)) {
+TrayWatch::TrayWatch(std::function<void()> onTray, std::function<void()> onChange)
+    : onTray_(std::move(onTray)), onChange_(std::move(onChange)) {
     if (xcb_connection_t* const server = x11Connection()) {
         manager_ = atomNamed(server, "MANAGER");
         traySelection_ = atomNamed(server, "_NET_SYSTEM_TRAY_S0");
@@ -81,6 +82,7 @@ void TrayWatch::watchRegistrar() {
     QObject::connect(registrar_.get(), &QDBusServiceWatcher::serviceOwnerChanged, registrar_.get(),
                      [this](const QString&, const QString&, const QString& owner) {
                          if (owner.isEmpty()) {
+                             setHost(false);
                              countEmbedding();
                          } else {
                              askForHost();
@@ -88,14 +90,16 @@ void TrayWatch::watchRegistrar() {
                      });
     bus.connect(QLatin1String(kRegistrar), QLatin1String(kRegistrarPath), QLatin1String(kRegistrar),
                 QStringLiteral("StatusNotifierHostRegistered"), &hostSignal_, SLOT(start()));
+    bus.connect(QLatin1String(kRegistrar), QLatin1String(kRegistrarPath), QLatin1String(kRegistrar),
+                QStringLiteral("StatusNotifierHostUnregistered"), &hostSignal_, SLOT(start()));
     askForHost();
 }
 
 void TrayWatch::askForHost() {
-    if (onTray_ == nullptr) {
+    if (onTray_ == nullptr && !usesHost_) {
         return;
     }
-    if (!patience_.isActive()) {
+    if (onTray_ != nullptr && !patience_.isActive()) {
         embeddingCounts_ = false;
         patience_.start();
     }
@@ -112,8 +116,8 @@ void TrayWatch::askForHost() {
 
 void TrayWatch::onAnswer(const QDBusPendingReply<QVariant>& answer) {
     const QString error = answer.error().name();
-    if (answer.isValid() && answer.value().toBool()) {
-        found();
+    if (answer.isValid()) {
+        setHost(answer.value().toBool());
     } else if (error == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner") ||
                error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown")) {
         countEmbedding();
@@ -125,14 +129,34 @@ void TrayWatch::countEmbedding() {
     embeddingCounts_ = true;
     xcb_connection_t* const server = x11Connection();
     if (server != nullptr && hasOwner(server, traySelection_)) {
-        found();
+        found(false);
     }
 }
 
-void TrayWatch::found() {
+void TrayWatch::found(bool isHost) {
     if (const auto onTray = std::exchange(onTray_, nullptr)) {
+        usesHost_ = isHost;
         onTray();
     }
+}
+
+void TrayWatch::setHost(bool isThere) {
+    if (std::exchange(hostIsThere_, isThere) == isThere) {
+        return;
+    }
+    if (isThere && onTray_ != nullptr) {
+        found(true);
+    } else if (usesHost_) {
+        onChange_();
+    }
+}
+
+bool TrayWatch::isThere() const {
+    if (onTray_ != nullptr || usesHost_) {
+        return hostIsThere_;
+    }
+    xcb_connection_t* const server = x11Connection();
+    return server != nullptr && hasOwner(server, traySelection_);
 }
 
 bool TrayWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
@@ -142,7 +166,7 @@ bool TrayWatch::nativeEventFilter(const QByteArray& eventType, void* message, qi
     const auto* const event = static_cast<const xcb_client_message_event_t*>(message);
     if ((event->response_type & 0x7FU) == XCB_CLIENT_MESSAGE && event->type == manager_ &&
         event->data.data32[1] == traySelection_) {
-        found();
+        found(false);
     }
     return false;
 }

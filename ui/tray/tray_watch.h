@@ -24,11 +24,15 @@ namespace chimewerk {
 /// icons on to a host. Main thread only.
 class TrayWatch final : private QAbstractNativeEventFilter {
 public:
-    /// `onTray` is called once, from the event loop.
-    explicit TrayWatch(std::function<void()> onTray);
+    /// `onTray` is called once, from the event loop; after it, `onChange` whenever the tray has gone
+    /// or come back.
+    TrayWatch(std::function<void()> onTray, std::function<void()> onChange);
     ~TrayWatch() override;
     TrayWatch(const TrayWatch&) = delete;
     TrayWatch& operator=(const TrayWatch&) = delete;
+
+    /// Whether there is a tray now.
+    bool isThere() const;
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -36,9 +40,14 @@ private:
     void askForHost();
     void onAnswer(const QDBusPendingReply<QVariant>& answer);
     void countEmbedding();
-    void found();
+    void found(bool isHost);
+    void setHost(bool isThere);
 
     std::function<void()> onTray_;
+    const std::function<void()> onChange_;
+    /// The kind that was found first, which the toolkit uses from then on.
+    bool usesHost_ = false;
+    bool hostIsThere_ = false;
     std::unique_ptr<QDBusServiceWatcher> registrar_;
     /// Started by the registrar's signal, which needs a receiver with a slot.
     QTimer hostSignal_;
