@@ -55,11 +55,11 @@ xcb_atom_t atomNamed(xcb_connection_t* server, const std::string& name) {
 /// Returns the settings that the desktop shares with the programs of an X11 display.
 std::string xSettings() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    xcb_connection_t* const server = x11 == nullptr ? nullptr : x11->connection();
+    if (server == nullptr) {
         return {};
     }
     constexpr std::uint32_t kMostWords = 1U << 14U;
-    xcb_connection_t* const server = x11->connection();
     const Owned<xcb_get_selection_owner_reply_t> owner(
         xcb_get_selection_owner_reply(
             server, xcb_get_selection_owner(server, atomNamed(server, "_XSETTINGS_S0")), nullptr),

@@ -297,7 +297,7 @@ class TheProgram(ProgramTest):
 
     def test_runs_without_a_bus_and_without_a_display(self):
         for lack in ({"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}, {"DISPLAY": ""}, {"DISPLAY": ":99"}):
-            process = self.start(**lack)
+            process = self.start("--open-dashboard", **lack)
             self.assertFalse(pump_until(lambda: process.poll() is not None, 2), lack)
             process.terminate()
             self.assert_ends(process)

@@ -28,10 +28,10 @@ xcb_atom_t atomNamed(xcb_connection_t* server, const QByteArray& name) {
 
 void setDarkFrame(QWidget& window, bool isDark) {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
+    xcb_connection_t* const server = x11 == nullptr ? nullptr : x11->connection();
+    if (server == nullptr) {
         return;
     }
-    xcb_connection_t* const server = x11->connection();
     const auto set = [&](const char* property, xcb_atom_t type, const QByteArray& value) {
         xcb_change_property(server, XCB_PROP_MODE_REPLACE,
                             static_cast<xcb_window_t>(window.winId()), atomNamed(server, property),
