@@ -202,8 +202,8 @@ void PulseConnection::connect() {
         this);
     pa_context_set_subscribe_callback(
         context_.get(),
-        [](pa_context*, pa_subscription_event_type_t event, std::uint32_t, void* user) {
-            static_cast<PulseConnection*>(user)->dispatch(event);
+        [](pa_context*, pa_subscription_event_type_t event, std::uint32_t index, void* user) {
+            static_cast<PulseConnection*>(user)->dispatch(event, index);
         },
         this);
     // Does not start a server: a desktop that wants one starts it when its socket is used. The
@@ -248,10 +248,10 @@ void PulseConnection::subscribe() {
     }
 }
 
-void PulseConnection::dispatch(pa_subscription_event_type_t event) {
+void PulseConnection::dispatch(pa_subscription_event_type_t event, std::uint32_t index) {
     for (PulseClient* const client : clients_) {
         if (pa_subscription_match_flags(client->subscriptionMask(), event)) {
-            client->onServerEvent();
+            client->onServerEvent(event, index);
         }
     }
 }

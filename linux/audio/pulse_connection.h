@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,8 +29,8 @@ public:
 
     /// Returns the types of events that the client receives; always the same.
     virtual pa_subscription_mask_t subscriptionMask() const { return PA_SUBSCRIPTION_MASK_NULL; }
-    /// Called for each of these events.
-    virtual void onServerEvent() {}
+    /// Called for each of these events, with the index of the object that it is about.
+    virtual void onServerEvent(pa_subscription_event_type_t /*event*/, std::uint32_t /*index*/) {}
 };
 
 /// The program's only connection to PulseAudio, or to PipeWire by the same protocol, with its
@@ -107,7 +108,7 @@ private:
     void connect();
     void onStateChange();
     void subscribe();
-    void dispatch(pa_subscription_event_type_t event);
+    void dispatch(pa_subscription_event_type_t event, std::uint32_t index);
     void drop();
     void retryLater();
 

@@ -62,7 +62,9 @@ public:
         return static_cast<pa_subscription_mask_t>(PA_SUBSCRIPTION_MASK_SOURCE |
                                                    PA_SUBSCRIPTION_MASK_SERVER);
     }
-    void onServerEvent() override { query_.refresh(); }
+    void onServerEvent(pa_subscription_event_type_t /*event*/, std::uint32_t /*index*/) override {
+        query_.refresh();
+    }
 
 private:
     static PulseAudioEngine& self(void* user) { return *static_cast<PulseAudioEngine*>(user); }

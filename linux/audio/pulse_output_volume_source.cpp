@@ -4,6 +4,7 @@
 #include "linux/audio/pulse_output_volume_source.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace chimewerk {
 
@@ -53,6 +54,27 @@ void PulseOutputVolumeSource::onServerLost() {
     forget();
 }
 
+/// A sink changes also when it begins or ceases to play, so each sound of ours changes it.
+void PulseOutputVolumeSource::onServerEvent(pa_subscription_event_type_t event,
+                                            std::uint32_t index) {
+    const bool isChangeOfSink =
+        (event & PA_SUBSCRIPTION_EVENT_FACILITY_MASK) == PA_SUBSCRIPTION_EVENT_SINK &&
+        (event & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_CHANGE;
+    if (isChangeOfSink && sinkIndex_ != PA_INVALID_INDEX && index != sinkIndex_) {
+        return;
+    }
+    defaultMayDiffer_ = defaultMayDiffer_ || !isChangeOfSink;
+    query_.refresh();
+}
+
+void PulseOutputVolumeSource::request() {
+    if (std::exchange(defaultMayDiffer_, false)) {
+        requestServer();
+    } else {
+        requestSink();
+    }
+}
+
 /// Requests the name of the default sink, and then its volume.
 void PulseOutputVolumeSource::requestServer() {
     if (!query_.request(pa_context_get_server_info(
@@ -61,14 +83,24 @@ void PulseOutputVolumeSource::requestServer() {
                 self(user).onServer(server);
             },
             this))) {
+        defaultMayDiffer_ = true;
         query_.finish();
     }
 }
 
 void PulseOutputVolumeSource::onServer(const pa_server_info* server) {
-    if (server == nullptr || server->default_sink_name == nullptr ||
-        !query_.request(pa_context_get_sink_info_by_name(
-            context_, server->default_sink_name,
+    if (server == nullptr || server->default_sink_name == nullptr) {
+        forget();
+        query_.finish();
+        return;
+    }
+    sinkName_ = server->default_sink_name;
+    requestSink();
+}
+
+void PulseOutputVolumeSource::requestSink() {
+    if (!query_.request(pa_context_get_sink_info_by_name(
+            context_, sinkName_.c_str(),
             [](pa_context*, const pa_sink_info* sink, int end, void* user) {
                 if (end == 0) {
                     self(user).onSink(*sink);
@@ -86,11 +118,18 @@ void PulseOutputVolumeSource::onServer(const pa_server_info* server) {
 }
 
 void PulseOutputVolumeSource::onSink(const pa_sink_info& sink) {
+    sinkIndex_ = sink.index;
     if (sink.volume.channels == 0) {
-        forget();
+        set(-1.0F, -1.0F);
         return;
     }
     set(asShown(pa_cvolume_max(&sink.volume)), asShown(sink.volume.values[0]));
+}
+
+void PulseOutputVolumeSource::forget() {
+    defaultMayDiffer_ = true;
+    sinkIndex_ = PA_INVALID_INDEX;
+    set(-1.0F, -1.0F);
 }
 
 void PulseOutputVolumeSource::set(float main, float firstChannel) {

@@ -4,7 +4,9 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <optional>
+#include <string>
 
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_operation.h"
@@ -32,20 +34,25 @@ public:
     void onServerFound(pa_context& context) override;
     void onServerLost() override;
     pa_subscription_mask_t subscriptionMask() const override;
-    void onServerEvent() override { query_.refresh(); }
+    void onServerEvent(pa_subscription_event_type_t event, std::uint32_t index) override;
 
 private:
     // These run on the connection's thread, with its lock held.
+    void request();
     void requestServer();
+    void requestSink();
     void onServer(const pa_server_info* server);
     void onSink(const pa_sink_info& sink);
-    void forget() { set(-1.0F, -1.0F); }
+    void forget();
     void set(float main, float firstChannel);
 
     MainQueue& queue_;
     PulseConnection& connection_;
     pa_context* context_ = nullptr;
-    PulseQuery query_{[this] { requestServer(); }};
+    PulseQuery query_{[this] { request(); }};
+    bool defaultMayDiffer_ = true;  // Another sink may be the default now.
+    std::string sinkName_;
+    std::uint32_t sinkIndex_ = PA_INVALID_INDEX;
     // Written on the connection's thread, read on the main thread; negative if there is none.
     std::atomic<float> main_ = -1.0F;
     std::atomic<float> firstChannel_ = -1.0F;
