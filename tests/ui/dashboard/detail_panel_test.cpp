@@ -235,7 +235,7 @@ TEST_F(TheDetailPanel, LoadsAFileAndRemovesItAgain) {
 TEST_F(TheDetailPanel, ShowsWhyAFileCannotBeLoaded) {
     const std::pair<Outcome, std::string> cases[] = {
         {{.kind = Outcome::Kind::notCopied, .error = "No <b>space</b> left"},
-         std::string(detail_texts::kNotCopied) + "No <b>space</b> left"},
+         "Could not copy the file: No <b>space</b> left"},
         {{.kind = Outcome::Kind::notASound}, std::string(detail_texts::kNotASound)}};
     for (const auto& [outcome, message] : cases) {
         SCOPED_TRACE(message);
