@@ -37,6 +37,8 @@ constexpr Option kOptions[] = {
     {"--enable", "EVENT", Command::enable, "switches an event on"},
     {"--disable", "EVENT", Command::disable, "switches an event off"},
     {"--list", "", Command::list, "lists the events and the themes"},
+    {"--check", "", Command::check, "says how each event is heard, and what is missing"},
+    {"--check", "--json", Command::checkAsJson, "says so in JSON, for bug reports"},
     {"--version", "", Command::printVersion, "prints the version"},
     {"--help", "", Command::printUsage, "prints this; so does -h"},
 };
@@ -52,7 +54,9 @@ std::string quoted(std::string_view text) {
 CommandLine unknownOption(std::string_view typed) {
     std::vector<Name> names;
     for (const Option& option : kOptions) {
-        names.push_back({.name = std::string(option.name)});
+        if (option.command != Command::checkAsJson) {
+            names.push_back({.name = std::string(option.name)});
+        }
     }
     return invalid("There is no option " + quoted(typed) + ". " + didYouMean(typed, names));
 }
@@ -91,6 +95,9 @@ CommandLine parseCommandLine(std::span<char* const> arguments) {
         rest.insert(rest.begin(), first.substr(equals + 1));
     }
     const std::size_t needed = option->argument.empty() ? 0 : 1;
+    if (option->command == Command::check && rest == std::vector<std::string_view>{"--json"}) {
+        return {.command = Command::checkAsJson};
+    }
     if (option->command == Command::allowMicrophone) {
         return microphoneAnswer(rest);
     }

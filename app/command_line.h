@@ -30,6 +30,8 @@ enum class Command {
     enable,
     disable,
     list,
+    check,
+    checkAsJson,
     printUsage,
     printVersion,
     /// The arguments cannot be understood.

@@ -14,7 +14,9 @@
 #include "app/microphone_permission.h"
 #include "app/permission_reminder.h"
 #include "app/program_control.h"
+#include "app/quiet_parts.h"
 #include "app/remote_commands.h"
+#include "app/source_reports.h"
 #include "linux/audio/pulse_connection.h"
 #include "linux/audio/pulse_microphone.h"
 #include "linux/audio/pulse_output_volume_source.h"
@@ -182,11 +184,11 @@ SoundManager::Dependencies soundsOn(Machine& machine, NotificationCenter& notifi
             .fileManagerSounds = machine.fileManagerSounds};
 }
 
-AppDelegate::Sources sourcesOf(Machine& machine) {
+AppDelegate::Sources sourcesOf(Machine& machine, PermissionPage& keyPermissionPage) {
     return {.lidSensor = machine.lidSensor,
             .display = machine.display,
             .keys = machine.keys,
-            .keyPermissionPage = machine.permissionReminder,
+            .keyPermissionPage = keyPermissionPage,
             .output = machine.output,
             .folders = machine.watchedFolders,
             .screenshotFolders = screenshotFolders(),
@@ -197,6 +199,33 @@ AppDelegate::Sources sourcesOf(Machine& machine) {
             .microphone = machine.microphone,
             .sleepSource = machine.sleepSource,
             .powerSources = machine.powerSources};
+}
+
+SourceReporters reportersOf(Machine& machine) {
+    return {.lidSensor = machine.lidSensor,
+            .display = machine.display,
+            .keys = machine.keys,
+            .output = machine.output,
+            .launches = machine.launches,
+            .trash = machine.trash,
+            .reachability = machine.reachability,
+            .usbDevices = machine.usbDevices,
+            .recorder = machine.recorder,
+            .sleepSource = machine.sleepSource,
+            .powerSources = machine.powerSources,
+            .microphone = machine.microphone,
+            .screenshotFolders = screenshotFolders()};
+}
+
+ProgramControl::Dependencies controlOf(Machine& machine, SoundManager& sounds,
+                                       AppDelegate& delegate, NotificationCenter& notifications) {
+    return {.sounds = sounds,
+            .delegate = delegate,
+            .notifications = notifications,
+            .clock = machine.clock,
+            .report = [reporters = reportersOf(machine)](
+                          std::string_view eventId) { return reporters.of(eventId); },
+            .supportsLidAngle = machine.supportsLidAngle};
 }
 
 /// The rules and windows of the program.
@@ -225,16 +254,13 @@ struct Program {
                           .statusItem = statusItem,
                           .windows = windows,
                           .terminate = quit},
-                         sourcesOf(machine)};
+                         sourcesOf(machine, machine.permissionReminder)};
     FirstRun firstRun{machine.queue,
                       machine.defaults,
                       {.openDashboard = [this] { delegate.openDashboard(); },
                        .isInTray = [this] { return delegate.isInTray(); },
                        .tell = [this] { machine.notifier.post(tellWhereThereIsNoTray); }}};
-    ProgramControl control{{.sounds = sounds,
-                            .delegate = delegate,
-                            .notifications = notifications,
-                            .supportsLidAngle = machine.supportsLidAngle}};
+    ProgramControl control{controlOf(machine, sounds, delegate, notifications)};
 
     void serve(RemoteControlService& service) {
         control.onThemeChanged = [&service] { service.announceTheme(); };
@@ -301,10 +327,51 @@ int run(int& argumentCount, char** arguments, Command command) {
     return 0;
 }
 
+/// Starts the program without icon, windows and sounds, and waits until its sources have found what
+/// there is. Then carries the command out.
+CommandResult carryOutAlone(const CommandLine& line) {
+    constexpr Seconds kSearch{1.5};
+    EpollMainQueue queue;
+    Machine machine(queue);
+    NullFileManagerSounds fileManagerSounds;
+    NoStatusItem statusItem;
+    NoWindows windows;
+    NoPermissionPage permissionPage;
+    NotificationCenter notifications;
+    NoSounds noSounds;
+    SoundManager sounds(machine.folders.sounds, {.queue = queue,
+                                                 .notifications = notifications,
+                                                 .sounds = noSounds,
+                                                 .files = machine.files,
+                                                 .defaults = machine.defaults,
+                                                 .fileManagerSounds = fileManagerSounds});
+    AppDelegate delegate({.queue = queue,
+                          .clock = machine.clock,
+                          .notifications = notifications,
+                          .sounds = sounds,
+                          .fileManagerSounds = fileManagerSounds,
+                          .statusItem = statusItem,
+                          .windows = windows,
+                          .terminate = [] {}},
+                         sourcesOf(machine, permissionPage));
+    ProgramControl control(controlOf(machine, sounds, delegate, notifications));
+    delegate.applicationDidFinishLaunching();
+    machine.soundServer.open();
+    queue.postAfter(kSearch, [&queue] { queue.quit(); });
+    queue.run();
+    CommandResult result =
+        carryOutRemotely(line, control, {.isRunning = false, .home = homeFolder()});
+    delegate.applicationWillTerminate();
+    return result;
+}
+
 /// Asks the running program to carry this out.
 int request(const CommandLine& line) {
     RemoteControlClient program(CHIMEWERK_ID);
-    const CommandResult result = carryOutRemotely(line, program);
+    CommandResult result = carryOutRemotely(line, program, {.home = homeFolder()});
+    if (program.foundNobody() && isCheck(line.command)) {
+        result = carryOutAlone(line);
+    }
     std::fputs(result.output.c_str(), stdout);
     std::fputs(result.errors.c_str(), stderr);
     return result.status;

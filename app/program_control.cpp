@@ -31,6 +31,11 @@ ProgramControl::ProgramControl(const Dependencies& dependencies)
             onThemeChanged();
         }
     });
+    counts_ = deps_.notifications.observe(eventCounterUpdated, [this](const Notification& count) {
+        if (const auto* const id = std::any_cast<std::string>(&count.object)) {
+            lastHeard_[*id] = deps_.clock.now();
+        }
+    });
 }
 
 RemoteControl::Refusal ProgramControl::play(const std::string& event) {
@@ -103,6 +108,50 @@ RemoteControl::Refusal ProgramControl::readState(RemoteState& state) {
                                 .sound = soundOf(event)});
     }
     return std::nullopt;
+}
+
+RemoteControl::Refusal ProgramControl::check(std::vector<RemoteCheck>& checks) {
+    checks = {checkOutput()};
+    for (const SoundEvent& event : sm_.events) {
+        checks.push_back(checkEvent(event));
+    }
+    return std::nullopt;
+}
+
+RemoteCheck ProgramControl::checkOutput() const {
+    RemoteCheck check{.id = "sound_output",
+                      .label = "Sound Output",
+                      .isEnabled = !sm_.isMuted(),
+                      .source = deps_.report("sound_output")};
+    if (sm_.isMuted()) {
+        check.source.missing = "Chimewerk is muted.";
+        check.source.advice = "Run: chimewerk --unmute";
+    }
+    return check;
+}
+
+RemoteCheck ProgramControl::checkEvent(const SoundEvent& event) const {
+    RemoteCheck check{.id = event.id,
+                      .label = event.label,
+                      .isEnabled = event.isEnabled,
+                      .source = deps_.report(event.id)};
+    if (const auto last = lastHeard_.find(event.id); last != lastHeard_.end()) {
+        check.secondsAgo = std::max(0.0, Seconds(deps_.clock.now() - last->second).count());
+    }
+    if (!event.isEnabled || !check.source.missing.empty()) {
+        return check;
+    }
+    const bool isKeyDeaf =
+        event.id == event_ids::kKeyPress && !deps_.delegate.keyboardMonitor.active;
+    if (isKeyDeaf || deps_.delegate.waitsForRestart(event.id)) {
+        check.source.missing =
+            "Chimewerk does not listen to it yet, since it was switched on later.";
+        check.source.advice = "Run: chimewerk --enable " + event.id;
+    } else if (event.volume <= 0) {
+        check.source.missing = "Its volume is 0 %.";
+        check.source.advice = "Raise it in the dashboard.";
+    }
+    return check;
 }
 
 /// Returns the event that the user means. If there is none, returns null and says so.

@@ -4,13 +4,17 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/app_delegate.h"
 #include "app/names.h"
+#include "platform/clock.h"
 #include "platform/notification_center.h"
 #include "platform/remote_control.h"
+#include "platform/source_report.h"
 #include "sound/sound_manager.h"
 
 namespace chimewerk {
@@ -23,6 +27,9 @@ public:
         SoundManager& sounds;
         AppDelegate& delegate;
         NotificationCenter& notifications;
+        const Clock& clock;
+        /// Returns the report of the event's source, or of the sound output for "sound_output".
+        std::function<SourceReport(std::string_view eventId)> report;
         /// Whether the lid-angle event can work on this machine.
         bool supportsLidAngle = false;
     };
@@ -40,16 +47,22 @@ public:
     Refusal setMuted(bool muted) override;
     Refusal toggleMuted(bool& isMutedNow) override;
     Refusal readState(RemoteState& state) override;
+    Refusal check(std::vector<RemoteCheck>& checks) override;
 
 private:
     const SoundEvent* findEvent(const std::string& typed, Refusal& refusal) const;
     std::vector<Name> themeNames() const;
     std::string selectedTheme() const;
     std::string soundOf(const SoundEvent& event) const;
+    RemoteCheck checkOutput() const;
+    RemoteCheck checkEvent(const SoundEvent& event) const;
 
     const Dependencies deps_;
     SoundManager& sm_;
+    /// When each event was last counted.
+    std::map<std::string, WallTime, std::less<>> lastHeard_;
     NotificationCenter::Subscription themes_;
+    NotificationCenter::Subscription counts_;
 };
 
 }  // namespace chimewerk

@@ -23,10 +23,15 @@ std::string lastPart(const std::string& sound) {
 }  // namespace
 
 bool isRemoteCommand(Command command) {
-    return command >= Command::play && command <= Command::list;
+    return command >= Command::play && command <= Command::checkAsJson;
 }
 
-CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program) {
+bool isCheck(Command command) {
+    return command == Command::check || command == Command::checkAsJson;
+}
+
+CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program,
+                               const CheckView& view) {
     CommandResult result;
     RemoteControl::Refusal refusal;
     switch (line.command) {
@@ -50,6 +55,14 @@ CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program) 
         case Command::disable:
             refusal = program.setEnabled(line.argument, line.command == Command::enable);
             break;
+        case Command::check:
+        case Command::checkAsJson: {
+            std::vector<RemoteCheck> checks;
+            refusal = program.check(checks);
+            result.output =
+                line.command == Command::check ? checkTable(checks, view) : checkJson(checks, view);
+            break;
+        }
         default: {
             RemoteState state;
             refusal = program.readState(state);

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "app/check_table.h"
 #include "app/command_line.h"
 #include "platform/remote_control.h"
 
@@ -21,9 +22,12 @@ struct CommandResult {
 
 /// Whether this command is a request to the running program.
 bool isRemoteCommand(Command command);
+/// Whether it can be carried out without a running program, too.
+bool isCheck(Command command);
 
-/// Carries out such a command.
-CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program);
+/// Carries out such a command. `view` is how a check is printed.
+CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program,
+                               const CheckView& view);
 
 /// Returns the state as a table of the events, at most 80 columns wide unless a name is long, and
 /// the themes below it.

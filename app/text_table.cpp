@@ -21,6 +21,26 @@ std::size_t columnsOf(std::string_view text) {
 
 }  // namespace
 
+std::string wrapped(std::string_view text, std::size_t used, std::size_t indent) {
+    std::string lines;
+    std::size_t column = used;
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find(' '));
+        text.remove_prefix(std::min(text.size(), word.size() + 1));
+        const bool isFirst = lines.empty();
+        if (!isFirst && column + 1 + columnsOf(word) > kTerminalWidth) {
+            lines.append("\n").append(indent, ' ');
+            column = indent;
+        } else if (!isFirst) {
+            lines += ' ';
+            ++column;
+        }
+        lines += word;
+        column += columnsOf(word);
+    }
+    return lines;
+}
+
 std::string textTable(const std::vector<std::vector<std::string>>& rows) {
     std::vector<std::size_t> widths;
     for (const auto& row : rows) {
@@ -31,12 +51,13 @@ std::string textTable(const std::vector<std::vector<std::string>>& rows) {
     }
     std::string text;
     for (const auto& row : rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            const bool isLast = i + 1 == row.size();
+        std::size_t column = 0;
+        for (std::size_t i = 0; i + 1 < row.size(); ++i) {
             text += row[i];
-            text.append(isLast ? 0 : widths[i] - columnsOf(row[i]) + kGap, ' ');
+            text.append(widths[i] - columnsOf(row[i]) + kGap, ' ');
+            column += widths[i] + kGap;
         }
-        text += '\n';
+        text += (row.empty() ? "" : wrapped(row.back(), column, column)) + '\n';
     }
     return text;
 }

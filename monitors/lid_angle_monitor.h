@@ -4,6 +4,7 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
 #include "platform/clock.h"
 #include "platform/lifeline.h"
@@ -30,6 +31,9 @@ public:
 
     /// No handler is called after this. Does nothing when the source is not open.
     virtual void close() = 0;
+
+    /// What the sensor is, in a few words.
+    virtual std::string_view name() const { return "hinge sensor"; }
 };
 
 /// Posts each angle of the lid and plays "lid_angle" when the lid crosses the threshold in

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/source_report.h"
+
 namespace chimewerk {
 
 /// One event, as other programs see it.
@@ -40,6 +42,18 @@ struct RemoteState {
     bool operator==(const RemoteState&) const = default;
 };
 
+/// One event, and how it is heard.
+struct RemoteCheck {
+    std::string id = {};
+    std::string label = {};
+    bool isEnabled = false;
+    SourceReport source = {};
+    /// How long ago it last happened while it was on; none if not in this run.
+    std::optional<double> secondsAgo = {};
+
+    bool operator==(const RemoteCheck&) const = default;
+};
+
 /// What other programs may ask of the running one. Main thread only.
 class RemoteControl {
 public:
@@ -60,6 +74,9 @@ public:
     /// Also says which of the two holds now.
     virtual Refusal toggleMuted(bool& isMutedNow) = 0;
     virtual Refusal readState(RemoteState& state) = 0;
+    /// Reports on each event. The first entry is no event but the sound output, with the id
+    /// "sound_output"; it is enabled unless the program is muted.
+    virtual Refusal check(std::vector<RemoteCheck>& checks) = 0;
 };
 
 }  // namespace chimewerk

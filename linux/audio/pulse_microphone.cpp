@@ -21,8 +21,9 @@ constexpr std::chrono::milliseconds kLongestRetry = std::chrono::minutes(1);
 
 class PulseAudioEngine final : public AudioEngine, public PulseClient {
 public:
-    PulseAudioEngine(PulseConnection& connection, std::chrono::milliseconds firstRetry)
-        : connection_(connection), firstRetry_(firstRetry) {}
+    PulseAudioEngine(PulseConnection& connection, std::chrono::milliseconds firstRetry,
+                     std::shared_ptr<std::string> recorded)
+        : connection_(connection), firstRetry_(firstRetry), recorded_(std::move(recorded)) {}
     PulseAudioEngine(const PulseAudioEngine&) = delete;
     PulseAudioEngine& operator=(const PulseAudioEngine&) = delete;
     ~PulseAudioEngine() override { PulseAudioEngine::stop(); }
@@ -110,6 +111,7 @@ private:
     void listenTo(const std::optional<MicrophoneSource>& source) {
         if (source != source_) {
             source_ = source;
+            *recorded_ = source ? source->name : "";
             retryDelay_ = firstRetry_;
             record();
         }
@@ -147,6 +149,7 @@ private:
 
     PulseConnection& connection_;
     const std::chrono::milliseconds firstRetry_;
+    const std::shared_ptr<std::string> recorded_;
     bool running_ = false;  // Main thread only.
     // Guarded by the lock:
     Tap tap_;
@@ -164,7 +167,18 @@ private:
 }  // namespace
 
 std::unique_ptr<AudioEngine> PulseMicrophone::makeEngine() {
-    return std::make_unique<PulseAudioEngine>(connection_, firstRetry_);
+    recorded_ = std::make_shared<std::string>();
+    return std::make_unique<PulseAudioEngine>(connection_, firstRetry_, recorded_);
+}
+
+SourceReport PulseMicrophone::report() {
+    const PulseConnection::Lock lock(connection_);
+    if (!recorded_->empty()) {
+        return {.mechanism = "pulse: " + *recorded_};
+    }
+    return {.mechanism = "no microphone",
+            .missing = "The audio server offers no microphone, or none but a Bluetooth headset.",
+            .advice = "Switch one on in the sound settings."};
 }
 
 }  // namespace chimewerk

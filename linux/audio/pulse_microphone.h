@@ -4,9 +4,12 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
+#include <string>
 
 #include "linux/audio/pulse_connection.h"
 #include "monitors/microphone.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -19,7 +22,7 @@ namespace chimewerk {
 ///
 /// An audio server lets every program of the user record, so access is always granted. If a server
 /// refuses anyway, the engine stays silent.
-class PulseMicrophone final : public Microphone {
+class PulseMicrophone final : public Microphone, public ReportsItself {
 public:
     /// The connection must outlive the engines. A stream that ends or cannot be made, although its
     /// source exists, is made again after `firstRetry`, then less and less often.
@@ -30,10 +33,15 @@ public:
     Authorization authorization() override { return Authorization::authorized; }
     void requestAccess(std::function<void(bool granted)> answered) override { answered(true); }
     std::unique_ptr<AudioEngine> makeEngine() override;
+    /// Reports on the last engine.
+    SourceReport report() override;
 
 private:
     PulseConnection& connection_;
     const std::chrono::milliseconds firstRetry_;
+    /// The name of the source that the last engine records; empty if none. Guarded by the
+    /// connection's lock.
+    std::shared_ptr<std::string> recorded_ = std::make_shared<std::string>();
 };
 
 }  // namespace chimewerk

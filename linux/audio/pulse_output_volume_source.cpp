@@ -4,6 +4,7 @@
 #include "linux/audio/pulse_output_volume_source.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace chimewerk {
@@ -36,6 +37,28 @@ PulseOutputVolumeSource::~PulseOutputVolumeSource() {
 std::optional<float> PulseOutputVolumeSource::volume(Element element) {
     const float value = element == Element::main ? main_ : firstChannel_;
     return value < 0 ? std::nullopt : std::optional(value);
+}
+
+SourceReport PulseOutputVolumeSource::report() {
+    const PulseConnection::Lock lock(connection_);
+    if (context_ == nullptr) {
+        return {.mechanism = "no audio server",
+                .missing = "No audio server answers.",
+                .advice = "Install the package pipewire-pulse, and log in again."};
+    }
+    if (main_ < 0) {
+        return {.mechanism = "pulse: no output",
+                .missing = "The audio server has no output device.",
+                .advice = "Choose one in the sound settings."};
+    }
+    const auto percent = std::lround(main_ * 100);
+    SourceReport report{.mechanism = "pulse: " + sinkName_ + ", " + std::to_string(percent) + " %"};
+    if (isSinkMuted_ || percent == 0) {
+        report.mechanism += isSinkMuted_ ? ", muted" : "";
+        report.missing = "The output device is silent.";
+        report.advice = "Turn it up in the sound settings.";
+    }
+    return report;
 }
 
 void PulseOutputVolumeSource::onServerFound(pa_context& context) {
@@ -123,6 +146,7 @@ void PulseOutputVolumeSource::onSink(const pa_sink_info& sink) {
         set(-1.0F, -1.0F);
         return;
     }
+    isSinkMuted_ = sink.mute != 0;
     set(asShown(pa_cvolume_max(&sink.volume)), asShown(sink.volume.values[0]));
 }
 

@@ -13,6 +13,7 @@
 #include "monitors/volume_monitor.h"
 #include "platform/lifeline.h"
 #include "platform/main_queue.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -20,7 +21,9 @@ namespace chimewerk {
 /// 100 % and more give 1 or slightly above, so that no step of 3 % is lost to rounding. The server
 /// reports changes, so `volume()` makes no request, and each change is announced. Muting does not
 /// change the volume. Without a server or a sink there is no volume.
-class PulseOutputVolumeSource final : public OutputVolumeSource, public PulseClient {
+class PulseOutputVolumeSource final : public OutputVolumeSource,
+                                      public PulseClient,
+                                      public ReportsItself {
 public:
     /// The queue and the connection must outlive the source.
     PulseOutputVolumeSource(MainQueue& queue, PulseConnection& connection);
@@ -30,6 +33,7 @@ public:
 
     std::optional<float> volume(Element element) override;
     bool announcesChanges() const override { return true; }
+    SourceReport report() override;
 
     void onServerFound(pa_context& context) override;
     void onServerLost() override;
@@ -53,6 +57,7 @@ private:
     bool defaultMayDiffer_ = true;  // Another sink may be the default now.
     std::string sinkName_;
     std::uint32_t sinkIndex_ = PA_INVALID_INDEX;
+    bool isSinkMuted_ = false;
     // Written on the connection's thread, read on the main thread; negative if there is none.
     std::atomic<float> main_ = -1.0F;
     std::atomic<float> firstChannel_ = -1.0F;

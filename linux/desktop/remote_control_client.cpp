@@ -14,6 +14,8 @@ namespace chimewerk {
 
 namespace {
 
+constexpr const char* kOtherVersion =
+    "The Chimewerk that is running is of another version. Quit it and start it again.";
 constexpr std::uint64_t kPatience = 5'000'000;  // Microseconds.
 
 // Each reads the variant that comes next if it has the type, and returns whether it has.
@@ -87,6 +89,26 @@ RemoteEvent readEvent(sd_bus_message* message) {
     return event;
 }
 
+RemoteCheck readCheck(sd_bus_message* message) {
+    RemoteCheck check;
+    SourceReport& source = check.source;
+    readDictionary(message, [&](std::string_view key) {
+        double seconds = 0;
+        if (key == "seconds-ago" && readNumber(message, "d", seconds)) {
+            check.secondsAgo = seconds;
+            return true;
+        }
+        return (key == "id" && readText(message, check.id)) ||
+               (key == "label" && readText(message, check.label)) ||
+               (key == "mechanism" && readText(message, source.mechanism)) ||
+               (key == "missing" && readText(message, source.missing)) ||
+               (key == "advice" && readText(message, source.advice)) ||
+               (key == "enabled" && readFlag(message, check.isEnabled)) ||
+               (key == "lacks-hardware" && readFlag(message, source.lacksHardware));
+    });
+    return check;
+}
+
 }  // namespace
 
 RemoteControlClient::RemoteControlClient(std::string id) : id_(std::move(id)) {
@@ -135,7 +157,7 @@ RemoteControl::Refusal RemoteControlClient::send(sd_bus_message* call, BusMessag
         refusal = error.message;
     } else if (sd_bus_error_has_names(&error, SD_BUS_ERROR_UNKNOWN_METHOD,
                                       SD_BUS_ERROR_UNKNOWN_INTERFACE) != 0) {
-        refusal = "The Chimewerk that is running is an older one. Quit it and start it again.";
+        refusal = kOtherVersion;
     } else if (result < 0) {
         foundNobody_ = true;
         refusal = "Chimewerk is not running.";
@@ -170,14 +192,31 @@ RemoteControl::Refusal RemoteControlClient::toggleMuted(bool& isMutedNow) {
     return refusal;
 }
 
-RemoteControl::Refusal RemoteControlClient::readState(RemoteState& state) {
-    BusMessage events;
-    if (Refusal refusal = call(kRemoteControlInterface, "ListEvents", events, "")) {
+template <typename Element>
+RemoteControl::Refusal RemoteControlClient::readList(const char* method,
+                                                     Element (*readElement)(sd_bus_message*),
+                                                     std::vector<Element>& list) {
+    BusMessage reply;
+    if (Refusal refusal = call(kRemoteControlInterface, method, reply, "")) {
         return refusal;
     }
-    sd_bus_message_enter_container(events.get(), 'a', "a{sv}");
-    while (sd_bus_message_at_end(events.get(), 0) == 0) {
-        state.events.push_back(readEvent(events.get()));
+    if (sd_bus_message_has_signature(reply.get(), "aa{sv}") <= 0) {
+        return kOtherVersion;
+    }
+    sd_bus_message_enter_container(reply.get(), 'a', "a{sv}");
+    while (sd_bus_message_at_end(reply.get(), 0) == 0) {
+        list.push_back(readElement(reply.get()));
+    }
+    return std::nullopt;
+}
+
+RemoteControl::Refusal RemoteControlClient::check(std::vector<RemoteCheck>& checks) {
+    return readList("Check", readCheck, checks);
+}
+
+RemoteControl::Refusal RemoteControlClient::readState(RemoteState& state) {
+    if (Refusal refusal = readList("ListEvents", readEvent, state.events)) {
+        return refusal;
     }
     BusMessage properties;
     Refusal refusal =

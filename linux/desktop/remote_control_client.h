@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "linux/links/bus_link.h"
 #include "platform/remote_control.h"
@@ -27,6 +28,7 @@ public:
     Refusal setMuted(bool muted) override;
     Refusal toggleMuted(bool& isMutedNow) override;
     Refusal readState(RemoteState& state) override;
+    Refusal check(std::vector<RemoteCheck>& checks) override;
 
 private:
     template <typename... Arguments>
@@ -34,6 +36,9 @@ private:
                  Arguments... arguments);
     template <typename... Arguments>
     Refusal request(const char* method, const char* types, Arguments... arguments);
+    template <typename Element>
+    Refusal readList(const char* method, Element (*readElement)(sd_bus_message*),
+                     std::vector<Element>& list);
     Refusal send(sd_bus_message* call, BusMessage& reply);
 
     const std::string id_;

@@ -39,6 +39,42 @@ void appendEvent(sd_bus_message* reply, const RemoteEvent& event) {
                           "sound", "s", busText(event.sound).c_str());
 }
 
+void appendCheck(sd_bus_message* reply, const RemoteCheck& check) {
+    sd_bus_message_open_container(reply, 'a', "{sv}");
+    for (const auto& [key, text] : {std::pair{"id", &check.id},
+                                    {"label", &check.label},
+                                    {"mechanism", &check.source.mechanism},
+                                    {"missing", &check.source.missing},
+                                    {"advice", &check.source.advice}}) {
+        sd_bus_message_append(reply, "{sv}", key, "s", busText(*text).c_str());
+    }
+    for (const auto& [key, flag] :
+         {std::pair{"enabled", check.isEnabled}, {"lacks-hardware", check.source.lacksHardware}}) {
+        sd_bus_message_append(reply, "{sv}", key, "b", static_cast<int>(flag));
+    }
+    if (check.secondsAgo) {
+        sd_bus_message_append(reply, "{sv}", "seconds-ago", "d", *check.secondsAgo);
+    }
+    sd_bus_message_close_container(reply);
+}
+
+/// Answers with a list of dictionaries, each of which `append` makes of one element.
+template <typename Element>
+void answerWithList(sd_bus_message* call, const std::vector<Element>& list,
+                    void (*append)(sd_bus_message*, const Element&)) {
+    sd_bus_message* made = nullptr;
+    if (sd_bus_message_new_method_return(call, &made) < 0) {
+        return;
+    }
+    const BusMessage reply(made);
+    sd_bus_message_open_container(made, 'a', "a{sv}");
+    for (const Element& element : list) {
+        append(made, element);
+    }
+    sd_bus_message_close_container(made);
+    sd_bus_send(nullptr, made, nullptr);
+}
+
 }  // namespace
 
 const sd_bus_vtable RemoteControlService::kInterface[] = {
@@ -66,6 +102,9 @@ const sd_bus_vtable RemoteControlService::kInterface[] = {
         "ListEvents", "", "", "aa{sv}", SD_BUS_PARAM(events),
         callMember<&RemoteControlService::later<&RemoteControlService::listEvents>>,
         SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD_WITH_NAMES("Check", "", "", "aa{sv}", SD_BUS_PARAM(checks),
+                             callMember<&RemoteControlService::later<&RemoteControlService::check>>,
+                             SD_BUS_VTABLE_UNPRIVILEGED),
     SD_BUS_PROPERTY("Muted", "b", readProperty, 0, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),
     SD_BUS_PROPERTY("Theme", "s", readProperty, 0, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE),
     SD_BUS_PROPERTY("Themes", "as", readProperty, 0, 0),
@@ -129,17 +168,13 @@ void RemoteControlService::toggleMuted(sd_bus_message* call) {
 void RemoteControlService::listEvents(sd_bus_message* call) {
     RemoteState state;
     control_->readState(state);
-    sd_bus_message* made = nullptr;
-    if (sd_bus_message_new_method_return(call, &made) < 0) {
-        return;
-    }
-    const BusMessage reply(made);
-    sd_bus_message_open_container(made, 'a', "a{sv}");
-    for (const RemoteEvent& event : state.events) {
-        appendEvent(made, event);
-    }
-    sd_bus_message_close_container(made);
-    sd_bus_send(nullptr, made, nullptr);
+    answerWithList(call, state.events, appendEvent);
+}
+
+void RemoteControlService::check(sd_bus_message* call) {
+    std::vector<RemoteCheck> checks;
+    control_->check(checks);
+    answerWithList(call, checks, appendCheck);
 }
 
 int RemoteControlService::readProperty(sd_bus* /*bus*/, const char* /*path*/,

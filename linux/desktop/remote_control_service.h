@@ -48,6 +48,7 @@ private:
     void setMuted(sd_bus_message* call);
     void toggleMuted(sd_bus_message* call);
     void listEvents(sd_bus_message* call);
+    void check(sd_bus_message* call);
     static int readProperty(sd_bus* bus, const char* path, const char* interface,
                             const char* property, sd_bus_message* reply, void* user,
                             sd_bus_error* error);

@@ -111,6 +111,15 @@ double XdgTrashSource::modificationTime() {
     return sum;
 }
 
+SourceReport XdgTrashSource::report() {
+    const auto others =
+        std::count_if(folders_.begin() + 1, folders_.end(),
+                      [](const std::string& folder) { return access(folder.c_str(), F_OK) == 0; });
+    const std::string home = homeTrash_.substr(0, homeTrash_.rfind('/'));
+    return {.mechanism =
+                others == 0 ? home : home + " and " + std::to_string(others) + " on disks"};
+}
+
 void XdgTrashSource::countItems(CountCompletion completion) {
     worker_.post([this, folders = folders_,
                   completion = std::move(completion)](const std::stop_token& stop) mutable {

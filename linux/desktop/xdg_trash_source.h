@@ -11,6 +11,7 @@
 #include "linux/base/worker.h"
 #include "linux/desktop/mount_table.h"
 #include "monitors/trash_monitor.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -20,7 +21,7 @@ namespace chimewerk {
 ///
 /// Announces changes, except where the kernel does not see all of them: if the home folder is on a
 /// network file system, or the user has no watches left.
-class XdgTrashSource final : public TrashSource {
+class XdgTrashSource final : public TrashSource, public ReportsItself {
 public:
     /// `dataHome` is the user's data folder. The queue must outlive the source.
     XdgTrashSource(EpollMainQueue& queue, const std::string& dataHome,
@@ -30,6 +31,7 @@ public:
     double modificationTime() override;
     bool announcesChanges() const override { return seesMounts_ && alarm_.isSet(); }
     void countItems(CountCompletion completion) override;
+    SourceReport report() override;
 
 private:
     void collectFolders();

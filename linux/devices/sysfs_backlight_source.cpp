@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <span>
 #include <string_view>
@@ -120,6 +121,17 @@ std::optional<float> SysfsBacklightSource::brightness() {
     }
     told_ = chosen.level + shift_;
     return told_;
+}
+
+SourceReport SysfsBacklightSource::report() {
+    const auto level = levels_.find(current_);
+    if (level == levels_.end()) {
+        return {.mechanism = "no backlight",
+                .missing = "No display here has a backlight that the kernel controls.",
+                .lacksHardware = true};
+    }
+    return {.mechanism = std::filesystem::path(current_).filename().string() + ", " +
+                         std::to_string(std::lround(level->second * 100)) + " %"};
 }
 
 }  // namespace chimewerk

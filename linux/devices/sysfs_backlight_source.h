@@ -13,6 +13,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/links/udev_monitor.h"
 #include "monitors/brightness_monitor.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -28,7 +29,7 @@ namespace chimewerk {
 ///
 /// Announces what udev reports: the kernel sends an event for each level that is set. Where udev
 /// does not run there are no events.
-class SysfsBacklightSource final : public BrightnessSource {
+class SysfsBacklightSource final : public BrightnessSource, public ReportsItself {
 public:
     /// `udevControl` exists while udev runs. The queue must outlive the source.
     explicit SysfsBacklightSource(EpollMainQueue& queue,
@@ -37,6 +38,7 @@ public:
 
     std::optional<float> brightness() override;
     bool announcesChanges() const override;
+    SourceReport report() override;
 
 private:
     struct Backlight {

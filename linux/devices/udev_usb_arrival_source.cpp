@@ -70,4 +70,13 @@ bool UdevUsbArrivalSource::isArrival(const UdevEvent& event) {
                          times_.awake(), wakes_.wokeWithin(kAfterWake));
 }
 
+SourceReport UdevUsbArrivalSource::report() {
+    if (monitor_) {
+        return {.mechanism = "udev"};
+    }
+    return {.mechanism = "no udev",
+            .missing = "udev, which announces devices, cannot be reached.",
+            .advice = "See that udev runs."};
+}
+
 }  // namespace chimewerk

@@ -12,6 +12,7 @@
 #include "linux/devices/usb_arrivals.h"
 #include "linux/links/udev_monitor.h"
 #include "monitors/usb_monitor.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -19,7 +20,7 @@ namespace chimewerk {
 /// `UsbArrivals`. Ignores the interfaces of devices, and events that udev was asked to repeat.
 /// Without udev's events it reports nothing. If so many arrive at once that some events are lost,
 /// the others still count.
-class UdevUsbArrivalSource final : public UsbArrivalSource {
+class UdevUsbArrivalSource final : public UsbArrivalSource, public ReportsItself {
 public:
     /// The queue must outlive the source.
     explicit UdevUsbArrivalSource(EpollMainQueue& queue, MachineTimes times = {})
@@ -27,6 +28,7 @@ public:
 
     bool open(std::function<void()> arrived) override;
     void close() override { monitor_ = nullptr; }
+    SourceReport report() override;
 
 private:
     bool isArrival(const UdevEvent& event);

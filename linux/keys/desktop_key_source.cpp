@@ -13,22 +13,28 @@ namespace chimewerk {
 DesktopKeySource::DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment,
                                    const std::string& inputFolder) {
     if (environment.isX11()) {
-        sources_.push_back(std::make_unique<X11KeySource>(queue, environment.display));
+        add(std::make_unique<X11KeySource>(queue, environment.display));
     }
-    sources_.push_back(std::make_unique<EvdevKeySource>(queue, inputFolder));
+    add(std::make_unique<EvdevKeySource>(queue, inputFolder));
 }
 
 bool DesktopKeySource::trusted() {
-    return std::ranges::any_of(sources_, [](const auto& source) { return source->trusted(); });
+    return std::ranges::any_of(rows_, [](const Row& row) { return row.source->trusted(); });
 }
 
 std::unique_ptr<KeyTap> DesktopKeySource::createTap(KeyTapCallbacks callbacks) {
-    for (const auto& source : sources_) {
-        if (auto tap = source->createTap(callbacks)) {
+    for (const Row& row : rows_) {
+        if (auto tap = row.source->createTap(callbacks)) {
             return tap;
         }
     }
     return nullptr;
+}
+
+SourceReport DesktopKeySource::report() {
+    const auto works =
+        std::ranges::find_if(rows_, [](const Row& row) { return row.source->trusted(); });
+    return (works == rows_.end() ? rows_.back() : *works).reporter->report();
 }
 
 }  // namespace chimewerk

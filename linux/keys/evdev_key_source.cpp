@@ -248,4 +248,23 @@ std::unique_ptr<KeyTap> EvdevKeySource::createTap(KeyTapCallbacks callbacks) {
                      : nullptr;
 }
 
+SourceReport EvdevKeySource::report() {
+    const auto devices = eventDevices(folder_);
+    const auto keyboards = std::ranges::count_if(devices, [this](const std::string& name) {
+        return Keyboard::open(folder_ + "/" + name) != nullptr;
+    });
+    if (keyboards > 0) {
+        return {.mechanism = "evdev, " + std::to_string(keyboards) +
+                             (keyboards == 1 ? " keyboard" : " keyboards")};
+    }
+    if (devices.empty() || trusted()) {
+        return {.mechanism = "evdev, no keyboard",
+                .missing = "No keyboard is plugged in or awake.",
+                .advice = "Press a key of a wireless keyboard, or plug one in."};
+    }
+    return {.mechanism = "evdev, not permitted",
+            .missing = "The keyboards may not be read.",
+            .advice = "Press \"How to Allow This\" in the dashboard, at Key Press."};
+}
+
 }  // namespace chimewerk

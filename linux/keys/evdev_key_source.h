@@ -8,6 +8,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/keys/active_seat.h"
 #include "monitors/keyboard_monitor.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -20,7 +21,7 @@ namespace chimewerk {
 /// key is pressed.
 ///
 /// libevdev rather than libinput: one descriptor per keyboard, without touchpads, seats and timers.
-class EvdevKeySource final : public KeySource {
+class EvdevKeySource final : public KeySource, public ReportsItself {
 public:
     /// `folder` is the folder of the kernel's input devices. The queue must outlive the source and
     /// its taps.
@@ -31,6 +32,7 @@ public:
     /// process may not read.
     bool trusted() override;
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
+    SourceReport report() override;
 
 private:
     EpollMainQueue& queue_;

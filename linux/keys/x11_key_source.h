@@ -8,6 +8,7 @@
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/retry_interval.h"
 #include "monitors/keyboard_monitor.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -17,7 +18,7 @@ namespace chimewerk {
 ///
 /// The server sends no raw events for the repeats of a held key. This source makes them, with the
 /// server's delay and rate, for the keys that the server repeats.
-class X11KeySource final : public KeySource {
+class X11KeySource final : public KeySource, public ReportsItself {
 public:
     /// `display` has the form of $DISPLAY. Do not use the server for the X11 programs of a Wayland
     /// session: it receives only keys meant for those programs. The queue must outlive the source
@@ -27,6 +28,7 @@ public:
 
     bool trusted() override;
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
+    SourceReport report() override { return {.mechanism = "X11"}; }
 
 private:
     EpollMainQueue& queue_;

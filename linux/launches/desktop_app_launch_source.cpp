@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -31,6 +32,20 @@ void DesktopAppLaunchSource::removeObserver(Token token) {
         names_ = nullptr;
         units_ = nullptr;
     }
+}
+
+SourceReport DesktopAppLaunchSource::report() {
+    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
+    const std::string manager = std::string(folder == nullptr ? "" : folder) + "/systemd/private";
+    const bool hasUnits = access(manager.c_str(), F_OK) == 0;
+    SourceReport report{.mechanism = hasUnits ? "systemd units, bus names" : "bus names"};
+    if (environment_.isX11()) {
+        report.mechanism += ", X11 windows";
+    } else if (!hasUnits) {
+        report.missing = "Without systemd, few applications are heard on Wayland.";
+        report.advice = "Log in to a session of systemd, or to an X11 session.";
+    }
+    return report;
 }
 
 void DesktopAppLaunchSource::listen() {

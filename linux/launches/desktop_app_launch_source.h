@@ -18,6 +18,7 @@
 #include "linux/launches/x11_app_launches.h"
 #include "monitors/app_launch_monitor.h"
 #include "platform/lifeline.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -25,13 +26,14 @@ namespace chimewerk {
 /// of the systemd user manager, in which desktops start applications; names on the session bus, under
 /// which the bus starts others; and in an X11 session the first windows of processes. What they see is judged by one rule, which counts a launch once.
 /// Without any, no launches are reported.
-class DesktopAppLaunchSource final : public AppLaunchSource {
+class DesktopAppLaunchSource final : public AppLaunchSource, public ReportsItself {
 public:
     /// The queue must outlive the source.
     DesktopAppLaunchSource(EpollMainQueue& queue, SessionEnvironment environment);
 
     Token addObserver(std::function<void()> onLaunch) override;
     void removeObserver(Token token) override;
+    SourceReport report() override;
 
 private:
     void listen();

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "linux/base/epoll_main_queue.h"
@@ -38,6 +39,7 @@ public:
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override;
     void close() override;
+    std::string_view name() const override { return "hinge sensor, hidraw"; }
 
     /// Returns whether the machine has such a device, even if it cannot be opened.
     static bool isPresent();

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "linux/base/worker.h"
 #include "monitors/lid_angle_monitor.h"
@@ -61,6 +62,7 @@ public:
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override;
     void close() override;
+    std::string_view name() const override { return "hinge sensor, industrial I/O"; }
 
 private:
     void readAngle();

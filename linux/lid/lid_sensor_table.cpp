@@ -8,6 +8,7 @@
 
 #include "linux/lid/hidraw_lid_sensor_source.h"
 #include "linux/lid/iio_lid_sensor_source.h"
+#include "linux/lid/linux_hardware_query.h"
 #include "linux/lid/null_lid_sensor_source.h"
 
 namespace chimewerk {
@@ -42,6 +43,20 @@ void LidSensorTable::close() {
     found_ = false;
     onAngle_ = nullptr;
     onFound_ = nullptr;
+}
+
+SourceReport LidSensorTable::report() {
+    if (found_) {
+        return {.mechanism = std::string(current_->name())};
+    }
+    if (LinuxHardwareQuery::hasHingeSensor()) {
+        return {.mechanism = "hinge sensor, not readable",
+                .missing = "There is a sensor in the hinge, but it cannot be opened.",
+                .advice = "Install the package, which brings the udev rule; then log in again."};
+    }
+    return {.mechanism = "no hinge sensor",
+            .missing = "There is no sensor in the hinge that Chimewerk knows.",
+            .lacksHardware = true};
 }
 
 bool LidSensorTable::choose() {

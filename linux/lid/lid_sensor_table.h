@@ -10,13 +10,14 @@
 #include "linux/links/udev_monitor.h"
 #include "monitors/lid_angle_monitor.h"
 #include "platform/lifeline.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
 /// Tries the kinds of lid sensors in order and uses the first that opens; the last one is silent.
 /// When a device that may be a sensor is plugged in or out, searches again from the top. Without
 /// udev's events, it only finds a sensor that is present when the table is opened.
-class LidSensorTable final : public LidSensorSource {
+class LidSensorTable final : public LidSensorSource, public ReportsItself {
 public:
     using Rows = std::vector<std::unique_ptr<LidSensorSource>>;
 
@@ -28,6 +29,7 @@ public:
 
     bool open(AngleHandler onAngle, FoundHandler onFound) override;
     void close() override;
+    SourceReport report() override;
 
 private:
     bool choose();

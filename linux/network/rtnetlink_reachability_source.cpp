@@ -107,6 +107,10 @@ void RtnetlinkReachabilitySource::awaitChange() {
 
 bool RtnetlinkReachabilitySource::isReachable() {
     awaitChange();
+    return readReachability();
+}
+
+bool RtnetlinkReachabilitySource::readReachability() {
     for (int attempt = 1; attempt <= kMaxDumps; ++attempt) {
         if (!hasSocket()) {
             return false;
@@ -119,6 +123,15 @@ bool RtnetlinkReachabilitySource::isReachable() {
         }
     }
     return false;
+}
+
+SourceReport RtnetlinkReachabilitySource::report() {
+    if (!hasSocket()) {
+        return {.mechanism = "no rtnetlink",
+                .missing = "The kernel does not tell its routes.",
+                .advice = "Start Chimewerk outside of a sandbox."};
+    }
+    return {.mechanism = readReachability() ? "rtnetlink, connected" : "rtnetlink, not connected"};
 }
 
 NetlinkReply::State RtnetlinkReachabilitySource::dumpRoutes(std::vector<RouteHop>& hops) {

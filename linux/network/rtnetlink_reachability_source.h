@@ -14,6 +14,7 @@
 #include "linux/network/netlink_reply.h"
 #include "linux/network/rtnetlink_messages.h"
 #include "monitors/network_monitor.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -29,7 +30,7 @@ namespace chimewerk {
 ///
 /// Announces that links, addresses or routes have changed, once until the next reading, so that
 /// the thousands of changes of a router cost no more than one.
-class RtnetlinkReachabilitySource final : public ReachabilitySource {
+class RtnetlinkReachabilitySource final : public ReachabilitySource, public ReportsItself {
 public:
     /// The queue must outlive the source.
     explicit RtnetlinkReachabilitySource(EpollMainQueue& queue) : queue_(queue) {}
@@ -38,11 +39,13 @@ public:
     void close() override;
     bool isReachable() override;
     bool announcesChanges() const override { return watch_ != nullptr; }
+    SourceReport report() override;
 
 private:
     using State = NetlinkReply::State;
 
     void awaitChange();
+    bool readReachability();
     bool hasSocket();
     State dumpRoutes(std::vector<RouteHop>& hops);
     LinkState requestLink(std::uint32_t index);

@@ -28,6 +28,15 @@ bool LogindSleepSource::registerHandler(Handler handler) {
     return true;
 }
 
+SourceReport LogindSleepSource::report() {
+    if (inhibitor_ || isGoingToSleep_) {
+        return {.mechanism = "logind"};
+    }
+    return {.mechanism = "no logind",
+            .missing = "logind, which announces sleep and wake, does not answer.",
+            .advice = "Install systemd or elogind, and log in through it."};
+}
+
 void LogindSleepSource::open(sd_bus* bus) {
     sd_bus_match_signal_async(bus, nullptr, kLogind, kManagerPath, kManager, "PrepareForSleep",
                               callMember<&LogindSleepSource::onPrepareForSleep>, nullptr, this);

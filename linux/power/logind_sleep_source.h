@@ -9,6 +9,7 @@
 #include "linux/base/file_descriptor.h"
 #include "linux/links/bus_link.h"
 #include "monitors/sleep_source.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -17,7 +18,7 @@ namespace chimewerk {
 /// the wake, after a cancelled sleep, and when logind or the bus has returned. An answer counts
 /// only for the sleep of its message. Without an inhibitor, sleep and wake are still reported.
 /// Without logind, nothing happens until it starts. Main thread only.
-class LogindSleepSource final : public SleepSource {
+class LogindSleepSource final : public SleepSource, public ReportsItself {
 public:
     /// The queue must outlive the source. `retryInterval` is the time between two attempts to reach
     /// the bus.
@@ -26,6 +27,7 @@ public:
     /// Always succeeds: logind may start later.
     bool registerHandler(Handler handler) override;
     void allowPowerChange(std::intptr_t argument) override;
+    SourceReport report() override;
 
 private:
     void open(sd_bus* bus);

@@ -69,6 +69,23 @@ std::unique_ptr<PowerSources::Subscription> UPowerPowerSources::subscribe(Callba
     return std::make_unique<Ending>(*this);
 }
 
+SourceReport UPowerPowerSources::report() {
+    if (!machineKnown_ || !deviceKnown_) {
+        return {.mechanism = "no UPower",
+                .missing = "UPower, which knows the battery, does not answer.",
+                .advice = "Install the package upower."};
+    }
+    if (!source_) {
+        return {.mechanism = "UPower, no battery",
+                .missing = "There is no battery.",
+                .lacksHardware = true};
+    }
+    const std::string charge =
+        source_->charge ? std::to_string(std::lround(*source_->charge)) + " %, " : "";
+    return {.mechanism =
+                "UPower, " + charge + (source_->isOnBattery ? "on battery" : "on mains power")};
+}
+
 void UPowerPowerSources::open(sd_bus* bus) {
     for (const char* const path : {kMachinePath, kDevicePath}) {
         sd_bus_match_signal_async(bus, nullptr, kUPower, path, kProperties, "PropertiesChanged",

@@ -10,6 +10,7 @@
 #include "linux/links/bus_link.h"
 #include "monitors/power_sources.h"
 #include "platform/delayed_call.h"
+#include "platform/source_report.h"
 
 namespace chimewerk {
 
@@ -21,7 +22,7 @@ namespace chimewerk {
 /// on battery from the start, however late UPower answers. While UPower or the bus is away, the
 /// last state stays valid; only what they report on their return can be a change. The first request
 /// starts UPower. Main thread only.
-class UPowerPowerSources final : public PowerSources {
+class UPowerPowerSources final : public PowerSources, public ReportsItself {
 public:
     /// The queue must outlive the object. `retryInterval` is the time between two attempts to reach
     /// the bus.
@@ -30,6 +31,7 @@ public:
     std::optional<PowerSourceDescription> first() const override { return source_; }
     /// The first subscription connects to the bus.
     std::unique_ptr<Subscription> subscribe(Callbacks callbacks) override;
+    SourceReport report() override;
 
 private:
     class Ending;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -110,6 +111,17 @@ protected:
         for (const char* const id : ids) {
             manager.findEvent(id)->isEnabled = on;
         }
+    }
+
+    /// What a control of the program needs. Each source reports the id of its event.
+    ProgramControl::Dependencies controlled() {
+        return {.sounds = manager,
+                .delegate = *delegate,
+                .notifications = library.notifications,
+                .clock = queue,
+                .report = [](std::string_view event) {
+                    return SourceReport{.mechanism = std::string(event)};
+                }};
     }
 
     SoundLibrary library;
@@ -339,7 +351,7 @@ TEST_F(TheAppDelegate, KnowsWhichEventsItCannotHearBeforeTheNextStart) {
 TEST_F(TheAppDelegate, ObeysOtherProgramsAtOnce) {
     enable({"key_press", "volume_up", "volume_down", "screenshot", "slap"}, false);
     launch();
-    ProgramControl control({manager, *delegate, library.notifications});
+    ProgramControl control(controlled());
     int redrawn = 0;
     const auto redrawing = library.notifications.observe(
         kSettingsDidChange, [&redrawn](const Notification& /*settings*/) { ++redrawn; });
@@ -363,7 +375,7 @@ TEST_F(TheAppDelegate, TellsOtherProgramsWhatPlaysAndLetsThemSelectAThemeOrMuteI
     launch();
     manager.createCustomTheme("Night");
     manager.setPath("/own.wav", "slap");
-    ProgramControl control({manager, *delegate, library.notifications});
+    ProgramControl control(controlled());
     std::string changes;
     control.onThemeChanged = [&changes] { changes += "theme "; };
     control.onMuteChanged = [&changes] { changes += "mute "; };
@@ -389,6 +401,39 @@ TEST_F(TheAppDelegate, TellsOtherProgramsWhatPlaysAndLetsThemSelectAThemeOrMuteI
     control.setMuted(true);
     EXPECT_TRUE(isMuted && manager.isMuted());
     EXPECT_EQ(changes, "mute ");
+}
+
+TEST_F(TheAppDelegate, SaysWhenEachEventWasHeardAndWhatTheUserMustDoToHearIt) {
+    enable({"screenshot", "key_press"}, false);
+    launch();
+    ProgramControl control(controlled());
+    enable({"screenshot", "key_press"}, true);
+    manager.findEvent("usb_connect")->volume = 0;
+    control.setMuted(true);
+    usb.plug();
+    queue.advance(Seconds{7});
+    std::vector<RemoteCheck> checks;
+    control.check(checks);
+    ASSERT_EQ(checks.size(), 20U);
+    std::string lacks;
+    for (const RemoteCheck& check : checks) {
+        EXPECT_EQ(check.source.mechanism, check.id);
+        EXPECT_EQ(check.secondsAgo.has_value(), check.id == "usb_connect") << check.id;
+        lacks += check.source.missing.empty() ? "" : check.id + ": " + check.source.advice + "\n";
+    }
+    EXPECT_NEAR(*checks.back().secondsAgo, 7, 0.1);
+    EXPECT_EQ(lacks,
+              "sound_output: Run: chimewerk --unmute\n"
+              "key_press: Run: chimewerk --enable key_press\n"
+              "screenshot: Run: chimewerk --enable screenshot\n"
+              "usb_connect: Raise it in the dashboard.\n");
+    control.setMuted(false);
+    control.setEnabled("screenshot", true);
+    control.setEnabled("key_press", true);
+    control.check(checks);
+    EXPECT_EQ(std::ranges::count_if(
+                  checks, [](const RemoteCheck& check) { return !check.source.missing.empty(); }),
+              1);
 }
 
 }  // namespace

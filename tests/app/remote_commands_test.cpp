@@ -36,6 +36,8 @@ TEST(TheCommandLine, ReadsAnOptionWithItsArgumentOrSaysWhatIsWrong) {
           Case{{"--microphone", "deny"}, {Command::denyMicrophone}},
           Case{{"--microphone", "maybe"},
                {Command::invalid, "--microphone needs allow or deny after it."}},
+          Case{{"--check"}, {Command::check}}, Case{{"--check", "--json"}, {Command::checkAsJson}},
+          Case{{"--check", "it"}, {Command::invalid, "\"it\" is too much after --check."}},
           Case{{"--enable"},
                {Command::invalid, "--enable needs the name of an event; --list shows them."}},
           Case{{"--mute", "now"}, {Command::invalid, "\"now\" is too much after --mute."}},
@@ -95,6 +97,63 @@ TEST(TheList, IsATableWithTheThemesBelow) {
         "Themes: system, Night\n"
         "Selected: Night\n"
         "Muted: chimewerk --unmute lets it sound again.\n");
+}
+
+TEST(TheCheck, SaysHowEachEventIsHeardAndOnceWhatIsMissing) {
+    const SourceReport noBattery{.mechanism = "UPower, no battery",
+                                 .missing = "This machine has no battery.",
+                                 .lacksHardware = true};
+    const std::vector<RemoteCheck> checks{
+        {.id = "sound_output",
+         .label = "Sound Output",
+         .isEnabled = false,
+         .source = {.mechanism = "pulse: speaker", .missing = "Muted.", .advice = "Unmute it."}},
+        {.id = "slap",
+         .label = "Single Knock",
+         .isEnabled = true,
+         .source = {.mechanism = "pulse: alsa_input.pci-0000_00_1f.3-platform.analog-stereo"},
+         .secondsAgo = 185.9},
+        {.id = "charger_connect",
+         .label = "Charger Connect",
+         .isEnabled = true,
+         .source = noBattery},
+        {.id = "charger_disconnect",
+         .label = "Charger Disconnect",
+         .isEnabled = true,
+         .source = noBattery},
+        {.id = "battery_low", .label = "Battery Low", .source = noBattery},
+        {.id = "trash_add",
+         .label = "Trash Item Added",
+         .isEnabled = true,
+         .source = {.mechanism = "/home/me/.local/share/Trash, /home/men/x"}}};
+    const std::string table = checkTable(checks, {.home = "/home/me"});
+    EXPECT_EQ(table,
+              "EVENT                      AGO    HEARD BY\n"
+              "sound_output        muted         pulse: speaker\n"
+              "slap                on     3 min  pulse:\n"
+              "                                  "
+              "alsa_input.pci-0000_00_1f.3-platform.analog-stereo\n"
+              "charger_connect     on     -      UPower, no battery\n"
+              "charger_disconnect  on     -      UPower, no battery\n"
+              "battery_low         off    -      UPower, no battery\n"
+              "trash_add           on     -      ~/.local/share/Trash, /home/men/x\n"
+              "\n"
+              "What is missing:\n"
+              "- Sound Output: Muted. Unmute it.\n"
+              "- Charger Connect, Charger Disconnect: This machine has no battery.\n");
+    EXPECT_NE(checkTable({}, {.isRunning = false}).find("Nothing is missing."), std::string::npos);
+    const std::string json = checkJson({checks[1]}, {.isRunning = false});
+    EXPECT_NE(json.find("\"running\": false"), std::string::npos) << json;
+    EXPECT_NE(json.find("\"seconds_ago\": 185"), std::string::npos) << json;
+}
+
+TEST(TheCheck, RoundsTimesDown) {
+    const std::pair<std::optional<double>, const char*> spans[] = {
+        {std::nullopt, "-"}, {0.9, "0 s"},  {59.9, "59 s"},  {60, "1 min"},
+        {3599, "59 min"},    {3600, "1 h"}, {86399, "23 h"}, {200000, "2 d"}};
+    for (const auto& [seconds, text] : spans) {
+        EXPECT_EQ(spanText(seconds), text);
+    }
 }
 
 }  // namespace

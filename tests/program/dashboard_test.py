@@ -317,6 +317,31 @@ class TheDashboard(unittest.TestCase):
         ask("--play", "slap")
         sink.wait_for_tone()
 
+    def test_says_how_it_hears_whether_it_runs_or_not(self):
+        def check():
+            answer = subprocess.run([PROGRAM, "--check", "--json"], capture_output=True, text=True, check=True, timeout=20)
+            self.assertEqual(answer.stderr, "")
+            found = json.loads(answer.stdout)
+            return found["running"], {one["id"]: one for one in found["checks"]}
+        file = HOME / "unwanted"
+        file.write_text("for the trash", encoding="utf-8")
+        subprocess.run(["gio", "trash", str(file)], check=True)
+        eventually(lambda: "seconds_ago" in check()[1]["trash_add"], "a trash event heard")
+        subprocess.run([PROGRAM, "--microphone", "allow"], check=True)
+        eventually(lambda: check()[1]["slap"]["mechanism"] == "pulse: microphone", "the microphone")
+        running, told = check()
+        self.assertTrue(running)
+        self.assertEqual(told["sound_output"]["mechanism"], "pulse: speaker, 100 %")
+        self.assertEqual(told["key_press"]["mechanism"], "X11")
+        self.assertEqual(told["trash_add"]["mechanism"], str(HOME / ".local/share/Trash"))
+        self.assertIn(str(HOME / "Pictures"), told["screenshot"]["mechanism"])
+
+        self.end()
+        running, seen = check()
+        self.assertFalse(running)
+        seen["trash_add"]["seconds_ago"] = told["trash_add"]["seconds_ago"]
+        self.assertEqual(seen, told)
+
     def test_serves_the_interface_that_its_description_promises(self):
         def interface_of(xml):
             node = ElementTree.fromstring(xml).find(f"interface[@name='{ID}1']")

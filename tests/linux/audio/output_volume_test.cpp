@@ -44,6 +44,8 @@ TEST_F(TheOutputVolume, FollowsTheDefaultSinkAsMixersShowIt) {
     EXPECT_TRUE(becomes(1.0F));
     run("pactl set-sink-volume speaker 20%; pactl set-sink-mute speaker 1");
     EXPECT_TRUE(becomes(0.2F));
+    EXPECT_TRUE(
+        eventually([this] { return source.report().mechanism == "pulse: speaker, 20 %, muted"; }));
     run("pactl set-sink-mute speaker 0");
 }
 
@@ -102,6 +104,7 @@ TEST_F(TheOutputVolume, IsNoneWithoutAServerAndReturnsWithOne) {
     run("kill -9 $(cat $PULSE_RUNTIME_PATH/pid)");
     EXPECT_TRUE(becomes(std::nullopt));
     EXPECT_EQ(source.volume(Element::firstChannel), std::nullopt);
+    EXPECT_EQ(source.report().mechanism, "no audio server");
     run("while pactl info >/dev/null 2>&1; do sleep 0.02; done; "
         "$CHIMEWERK_START_PULSEAUDIO");
     run("pactl set-sink-volume speaker 60%");

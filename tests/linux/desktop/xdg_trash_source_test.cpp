@@ -171,6 +171,7 @@ TEST_F(TheTrashFolder, IsAlsoThatOfEachDisk) {
     EXPECT_TRUE(announces([&] { fs::create_directories(there); }));
     EXPECT_TRUE(announces([&] { std::ofstream(there / "two") << "x"; }));
     EXPECT_NE(trashes.modificationTime(), empty);
+    EXPECT_EQ(trashes.report().mechanism, files.parent_path().string() + " and 1 on disks");
     EXPECT_EQ(countIn(trashes), *before + 1);
     EXPECT_TRUE(announces([&] { ASSERT_EQ(umount(stick.c_str()), 0); }));
     EXPECT_TRUE(trashes.volumesChanged());

@@ -36,10 +36,12 @@ TEST_F(TheBacklight, IsReadEachTimeAndMayDisappearAndReturn) {
     EXPECT_EQ(source.brightness(), std::nullopt);
     const std::string panel = add("intel_backlight", "raw", "300", "1200");
     EXPECT_EQ(source.brightness(), 0.25F);
+    EXPECT_EQ(source.report(), SourceReport{.mechanism = "intel_backlight, 25 %"});
     machine.set(panel, "brightness", "1200\n");
     EXPECT_EQ(source.brightness(), 1.0F);
     machine.remove(panel);
     EXPECT_EQ(source.brightness(), std::nullopt);
+    EXPECT_TRUE(source.report().lacksHardware);
     add("intel_backlight", "raw", "600", "1200");
     EXPECT_EQ(source.brightness(), 0.5F);
 }

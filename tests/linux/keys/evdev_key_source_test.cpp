@@ -85,6 +85,7 @@ TEST_F(TheEventDevices, AreTrustedIfOneOfThemHasTypingKeys) {
     for (const char* const device : {"event0", "event1", "event2", "event3"}) {
         self.permit(devices.file(device), 0);
     }
+    EXPECT_EQ(source.report().mechanism, "evdev, not permitted");
     EXPECT_FALSE(source.trusted());
     EXPECT_FALSE(listen());
     self.permit(devices.file("event3"), 0666);
@@ -99,6 +100,7 @@ TEST_F(TheEventDevices, WaitForAKeyboardThatIsNotThereAfterAWake) {
         const Unprivileged self;
         self.permit(devices.file("event0"), 0);
         EXPECT_TRUE(source.trusted()) << "there is no keyboard that may not be read";
+        EXPECT_EQ(source.report().mechanism, "evdev, no keyboard");
         ASSERT_TRUE(listen());
     }
     devices.plug("event9", kKeyboard);
@@ -140,6 +142,7 @@ TEST_F(TheEventDevices, GoOnWithoutAnUnpluggedKeyboardAndReportItsKeysAgainLater
     devices.plug("event0", kKeyboard);
     devices.plug("event1", kKeyboard);
     ASSERT_TRUE(listen());
+    EXPECT_EQ(source.report(), SourceReport{.mechanism = "evdev, 2 keyboards"});
     EXPECT_THAT(pressEach("event0", {KEY_A}), ElementsAre(0));
     EXPECT_THAT(pressEach("event1", {KEY_A}), ElementsAre(0));
     const std::size_t before = held();

@@ -115,6 +115,7 @@ TEST_F(TheLidSensor, IsWokenWithoutBlockingTheProgramAndAgainAfterSuspension) {
 
 TEST_F(TheLidSensor, MayBePluggedInLaterUnpluggedAndPluggedInAgain) {
     EXPECT_FALSE(open());
+    EXPECT_TRUE(table.report().lacksHardware);
     for (int i = 0; i < 2; ++i) {
         FakeHidDevice mouse(machine, "0", kMouseDescriptor);
         FakeHidDevice lid(machine, "1", kLidDescriptor);
@@ -132,8 +133,10 @@ TEST_F(TheLidSensor, IsReplacedByTheNextInTheTableUntilItReturns) {
     ASSERT_TRUE(open());
     lid->reportAngle(90);
     EXPECT_EQ(next(), 90);
+    EXPECT_EQ(table.report().mechanism, "hinge sensor, hidraw");
     lid.reset();
     EXPECT_EQ(next(), 120);
+    EXPECT_EQ(table.report().mechanism, "hinge sensor, industrial I/O");
     lid.emplace(machine, "0", kLidDescriptor);
     lid->reportAngle(91);
     ASSERT_TRUE(until([&] { return !angles.empty() && angles.back() == 91; }));

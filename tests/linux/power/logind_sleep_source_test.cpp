@@ -71,6 +71,7 @@ TEST_F(TheSleep, WaitsForTheAnswerToItsMessageAndAgainAfterEachWake) {
     for (int sleeps = 0; sleeps < 3; ++sleeps) {
         EXPECT_EQ(settle(), "");
         EXPECT_EQ(logind->held(), 1U);
+        EXPECT_EQ(source.report(), SourceReport{.mechanism = "logind"});
         EXPECT_EQ(prepareForSleep(true), "sleep ");
         EXPECT_EQ(logind->held(), 1U);
         EXPECT_EQ(heldAfterAnswering(lastArgument), 0U);

@@ -75,9 +75,11 @@ protected:
 
 TEST_F(ThePowerSources, ReportEachChangeOnceAndTheStartSeparately) {
     startUPower(true);
+    EXPECT_EQ(sources.report().mechanism, "no UPower");
     follow();
     EXPECT_EQ(shown(), "none");
     EXPECT_EQ(takeLog(), "known battery 50; ");
+    EXPECT_EQ(sources.report(), SourceReport{.mechanism = "UPower, 50 %, on battery"});
     upower->changeDevice({{"Percentage", 49.0}});
     EXPECT_EQ(takeLog(), "change battery 49; ");
     upower->changeMachine({{"OnBattery", false}});
@@ -98,6 +100,7 @@ TEST_F(ThePowerSources, AreNoneOnAMachineWithoutBatteryUntilItGetsOne) {
     startUPower(false, kNoBattery);
     follow();
     EXPECT_TRUE(isQuiet());
+    EXPECT_TRUE(sources.report().lacksHardware);
     upower->changeDevice({{"Percentage", 3.0}, {"Type", 1U}, {"IsPresent", true}});
     EXPECT_TRUE(isQuiet());
     upower->changeMachine({{"OnBattery", true}});
