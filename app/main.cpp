@@ -5,8 +5,10 @@
 // other only through interfaces.
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "app/app_delegate.h"
 #include "app/command_line.h"
@@ -201,20 +203,22 @@ AppDelegate::Sources sourcesOf(Machine& machine, PermissionPage& keyPermissionPa
             .powerSources = machine.powerSources};
 }
 
-SourceReporters reportersOf(Machine& machine) {
-    return {.lidSensor = machine.lidSensor,
-            .display = machine.display,
-            .keys = machine.keys,
-            .output = machine.output,
-            .launches = machine.launches,
-            .trash = machine.trash,
-            .reachability = machine.reachability,
-            .usbDevices = machine.usbDevices,
-            .recorder = machine.recorder,
-            .sleepSource = machine.sleepSource,
-            .powerSources = machine.powerSources,
-            .microphone = machine.microphone,
-            .screenshotFolders = screenshotFolders()};
+/// Returns what reports on the sources of the events.
+std::function<SourceReport(std::string_view eventId)> reportsOf(Machine& machine) {
+    const SourceReporters reporters{.lidSensor = machine.lidSensor,
+                                    .display = machine.display,
+                                    .keys = machine.keys,
+                                    .output = machine.output,
+                                    .launches = machine.launches,
+                                    .trash = machine.trash,
+                                    .reachability = machine.reachability,
+                                    .usbDevices = machine.usbDevices,
+                                    .recorder = machine.recorder,
+                                    .sleepSource = machine.sleepSource,
+                                    .powerSources = machine.powerSources,
+                                    .microphone = machine.microphone,
+                                    .screenshotFolders = screenshotFolders()};
+    return [reporters](std::string_view eventId) { return reporters.of(eventId); };
 }
 
 ProgramControl::Dependencies controlOf(Machine& machine, SoundManager& sounds,
@@ -223,8 +227,7 @@ ProgramControl::Dependencies controlOf(Machine& machine, SoundManager& sounds,
             .delegate = delegate,
             .notifications = notifications,
             .clock = machine.clock,
-            .report = [reporters = reportersOf(machine)](
-                          std::string_view eventId) { return reporters.of(eventId); },
+            .report = reportsOf(machine),
             .supportsLidAngle = machine.supportsLidAngle};
 }
 
@@ -244,7 +247,8 @@ struct Program {
                        .soundFolder = machine.soundFolder,
                        .keys = machine.keys,
                        .keyPermissionPage = machine.keyPermissionPage,
-                       .isAppleSilicon = machine.supportsLidAngle},
+                       .isAppleSilicon = machine.supportsLidAngle,
+                       .report = reportsOf(machine)},
                       machine.folders.pages + "/users.md"};
     AppDelegate delegate{{.queue = machine.queue,
                           .clock = machine.clock,

@@ -14,6 +14,7 @@
 #include "platform/file_system.h"
 #include "platform/notification_center.h"
 #include "platform/sound_folder.h"
+#include "platform/source_report.h"
 #include "sound/sound_manager.h"
 
 namespace chimewerk {
@@ -35,6 +36,8 @@ struct DashboardDependencies {
     PermissionPage& keyPermissionPage;
     /// Whether the lid-angle event can work on this machine.
     bool isAppleSilicon = false;
+    /// Returns the report of the event's source. May be empty.
+    std::function<SourceReport(std::string_view eventId)> report = {};
 };
 
 /// The parts of the program that the dashboard shows and controls. All must outlive the window.

@@ -129,7 +129,13 @@ void DetailPanel::refreshDetail() {
                                 .trusted = shown_.trusted,
                                 .tapActive = shown_.tapActive,
                                 .mayUseMicrophone = shown_.mayUseMicrophone,
-                                .waitsForRestart = monitors_.waitsForRestart(event->id)}));
+                                .waitsForRestart = monitors_.waitsForRestart(event->id),
+                                .missingHardware = missingHardware(event->id)}));
+}
+
+std::string DetailPanel::missingHardware(const std::string& eventId) const {
+    const SourceReport report = deps_.report ? deps_.report(eventId) : SourceReport();
+    return report.lacksHardware ? report.missing : "";
 }
 
 void DetailPanel::display(const DetailView& view) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "ui/dashboard/angle_box.h"
 #include "ui/dashboard/dashboard_dependencies.h"
@@ -67,6 +68,7 @@ private:
 
     const SoundEvent* selectedEvent() const;
     Watched watched() const;
+    std::string missingHardware(const std::string& eventId) const;
     void watch();
     void display(const DetailView& view);
     void displayBox(const DetailView& view);

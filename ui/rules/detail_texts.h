@@ -17,6 +17,8 @@ inline constexpr std::string_view kVolumeSection = "🔊  Volume";
 inline constexpr std::string_view kTriggerSection = "ℹ\uFE0F  When It Triggers";
 inline constexpr std::string_view kWaitsForRestart =
     "🔁  On, but silent until Chimewerk is quit and started again.";
+/// Before a sentence that says which hardware is missing.
+inline constexpr std::string_view kNotOnThisMachine = "🚫  Not on this machine. ";
 inline constexpr std::string_view kAngleSection = "📐  Trigger Angle";
 inline constexpr std::string_view kBatterySection = "🪫  Alert Threshold";
 

@@ -70,6 +70,15 @@ std::string batteryLowDesc(const DetailFacts& facts) {
         percentText(battery == facts.events.end() ? kUnknown : battery->threshold));
 }
 
+std::string silenceText(const SoundEvent& event, const DetailFacts& facts) {
+    // The lid's angle has a description of its own for that.
+    if (!facts.missingHardware.empty() && event.id != event_ids::kLidAngle) {
+        return std::string(detail_texts::kNotOnThisMachine) + facts.missingHardware;
+    }
+    return event.isEnabled && facts.waitsForRestart ? std::string(detail_texts::kWaitsForRestart)
+                                                    : "";
+}
+
 /// An event whose description never changes.
 struct FixedDesc {
     std::string_view id;
@@ -117,9 +126,7 @@ DetailView detailView(const SoundEvent& event, const DetailFacts& facts) {
             .volume = event.volume,
             .volumeText = volumeText(event.volume),
             .triggerText = triggerDesc(event, facts),
-            .silenceText = event.isEnabled && facts.waitsForRestart
-                               ? std::string(detail_texts::kWaitsForRestart)
-                               : "",
+            .silenceText = silenceText(event, facts),
             .counterText = counterText(event.triggerCount),
             .switchIsOn = event.isEnabled && !locked,
             .switchIsEnabled = !locked,

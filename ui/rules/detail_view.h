@@ -35,6 +35,8 @@ struct DetailFacts {
     bool mayUseMicrophone = false;
     /// Whether the event cannot be heard before the program starts again.
     bool waitsForRestart = false;
+    /// Which hardware this machine lacks for the event, as a sentence; empty if it lacks none.
+    std::string missingHardware = {};
 };
 
 /// The settings that only some events have.
@@ -51,7 +53,7 @@ struct DetailView {
     float volume = 0.0F;
     std::string volumeText;
     std::string triggerText;
-    /// Says that the event is on and yet silent; empty if it is not.
+    /// Says that the event is on and yet silent, or cannot work here; empty if neither holds.
     std::string silenceText;
     std::string counterText;
     bool switchIsOn = false;

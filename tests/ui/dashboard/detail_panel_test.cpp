@@ -161,6 +161,20 @@ TEST_F(TheDetailPanel, SaysThatAnEventIsSilentUntilTheNextStart) {
     EXPECT_FALSE(bed.shows(std::string(detail_texts::kWaitsForRestart)));
 }
 
+TEST_F(TheDetailPanel, SaysThatTheMachineLacksWhatTheEventNeeds) {
+    SourceReport found{.mechanism = "UPower", .missing = "It does not answer."};
+    bed.dependencies.report = [&found](std::string_view) { return found; };
+    bed.open();
+    const auto says = [this] { return bed.shows("🚫  Not on this machine. There is no battery."); };
+    bed.select("battery_low");
+    EXPECT_FALSE(says());
+    found = {.missing = "There is no battery.", .lacksHardware = true};
+    bed.select("charger_connect");
+    EXPECT_TRUE(says());
+    bed.select("lid_angle");
+    EXPECT_FALSE(says()) << "its description says so";
+}
+
 TEST_F(TheDetailPanel, StoresNothingThatItOnlyShows) {
     bed.library.event("slap").volume = 0.12345F;
     bed.library.event("battery_low").threshold = 15.9876F;
