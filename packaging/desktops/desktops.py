@@ -182,8 +182,8 @@ Environment=LIBGL_ALWAYS_SOFTWARE=1 XDG_SESSION_TYPE=wayland
     settle="press Escape Escape; sleep 2",
     signals=(
         *volume(),
-        Signal("trash_add", "by the file manager", "press ctrl+a Delete; sleep 2",
-               prepare=f"{FILES}; nautilus ~/files & sleep 9"),
+        Signal("trash_add", "by the file manager", "press Delete; sleep 2",
+               prepare=f"{FILES}; nautilus --select ~/files/one.txt & sleep 9"),
         Signal("trash_empty", "by the file manager", "gdbus call --session --dest org.gnome.Nautilus --object-path "
                "/org/gnome/Nautilus/FileOperations2 --method org.gnome.Nautilus.FileOperations2.EmptyTrash false '{}'"),
         launch("super", "calculator"),
