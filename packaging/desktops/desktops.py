@@ -164,6 +164,10 @@ Environment=KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 KWIN_SCREENSHOT_NO_PERMISSION_CH
 """),),
     signals=PLASMA_SIGNALS, idle=work("alt+F2", "kwrite"))
 
+# What its windows do, without one: a new window gets no keys there that no user asked for.
+NAUTILUS = ("gdbus call --session --dest org.gnome.Nautilus --object-path /org/gnome/Nautilus/FileOperations2 "
+            "--method org.gnome.Nautilus.FileOperations2.")
+
 GNOME = Desktop(
     "gnome", "GNOME, Wayland", wayland("GNOME", "gnome", XDG_MENU_PREFIX="gnome-"), "gnome-session --session=gnome",
     FIND_WAYLAND,
@@ -182,17 +186,17 @@ Environment=LIBGL_ALWAYS_SOFTWARE=1 XDG_SESSION_TYPE=wayland
     settle="press Escape Escape; sleep 2",
     signals=(
         *volume(),
-        Signal("trash_add", "by the file manager", "press Delete; sleep 2",
-               prepare=f"{FILES}; nautilus --select ~/files/one.txt & sleep 9"),
-        Signal("trash_empty", "by the file manager", "gdbus call --session --dest org.gnome.Nautilus --object-path "
-               "/org/gnome/Nautilus/FileOperations2 --method org.gnome.Nautilus.FileOperations2.EmptyTrash false '{}'"),
+        Signal("trash_add", "by the file manager", NAUTILUS + "TrashURIs '[\"file:///home/tester/files/one.txt\"]' '{}'",
+               prepare=FILES),
+        Signal("trash_empty", "by the file manager", NAUTILUS + "EmptyTrash false '{}'"),
         launch("super", "calculator"),
-        launch("super", "editor"),
+        # One that the bus starts.
+        launch("super", "gnome-text-editor"),
         new_window("ctrl+n"),
         DIALOG,
         Signal("screenshot", "by its key", "press shift+Print; sleep 2", seconds=8),
     ),
-    idle=work("super", "editor"))
+    idle=work("super", "gnome-text-editor"))
 
 SWAY = Desktop(
     "sway", "sway",
@@ -230,7 +234,13 @@ LXQT = Desktop(
     stop_panel="pkill -x -u tester lxqt-panel; sleep 2; pkill -x -u tester lxqt-panel",
     start_panel=(
         "export $(tr '\\0' '\\n' </proc/$(pgrep -x lxqt-session)/environ | grep -E '^(XDG|QT)_'); exec lxqt-panel"),
-    files=(("/home/tester/.config/lxqt/session.conf", "[General]\nwindow_manager=openbox\n"),),
+    # Debian installs the keys where they are not found.
+    files=(("/home/tester/.config/lxqt/session.conf", "[General]\nwindow_manager=openbox\n"),
+           ("/home/tester/.config/lxqt/globalkeyshortcuts.conf", """[Print.8]
+Comment=screen shot
+Enabled=true
+Exec=screengrab, -f
+""")),
     signals=(
         TYPING,
         *volume(),
@@ -242,8 +252,9 @@ LXQT = Desktop(
         DIALOG,
         launch("alt+F2", "qterminal"),
         Signal("app_launch", "typed in a terminal", "press text:kcalc Return", seconds=10, besides=KEYS),
-        Signal("screenshot", "by its key", "press Print; sleep 4; press ctrl+s; sleep 3; press Return", seconds=8,
-               besides=KEYS),
+        # An application that opens its window.
+        Signal("screenshot", "by its key", "press Print; sleep 5; press ctrl+s; sleep 4; press Return", seconds=8,
+               besides=(*KEYS, "app_launch")),
     ),
     idle=work("alt+F2", "featherpad"))
 
