@@ -84,11 +84,16 @@ def volume():
 
 FILES = "mkdir -p ~/files; rm -f ~/files/*; echo 1 >~/files/one.txt"
 
+def end(program):
+    """Returns the command that ends a program, if it runs."""
+    return f"pkill --uid tester --full '(^|/){program}( |$)'"
+
+
 def launch(opener, program, pause=3):
     """The desktop's launcher opens, and the user types the name of a program that does not run yet."""
     return Signal("app_launch", "from the launcher",
                   f"press {opener}; sleep {pause}; press text:{program}; sleep {pause}; press Return",
-                  prepare=f"pkill --uid tester --ignore-case --exact {program}; sleep 1", seconds=10, besides=KEYS)
+                  prepare=f"{end(program)}; sleep 1", seconds=10, besides=KEYS)
 
 
 def work(opener, program, save="ctrl+s"):
@@ -97,7 +102,7 @@ def work(opener, program, save="ctrl+s"):
             Signal(None, "typing into it", "press text:a.line Return text:another Return", besides=KEYS),
             Signal(None, "saving", f"press {save}; sleep 3; press text:note Return; sleep 2",
                    prepare="rm -f ~/note ~/*/note", besides=KEYS),
-            Signal(None, "closing it", f"press alt+F4; sleep 2; pkill -u tester -f {program}", besides=KEYS))
+            Signal(None, "closing it", f"press alt+F4; sleep 2; {end(program)}", besides=KEYS))
 
 
 def new_window(keys):
@@ -186,8 +191,8 @@ Environment=LIBGL_ALWAYS_SOFTWARE=1 XDG_SESSION_TYPE=wayland
     settle="press Escape Escape; sleep 2",
     signals=(
         *volume(),
-        Signal("trash_add", "by the file manager", NAUTILUS + "TrashURIs '[\"file:///home/tester/files/one.txt\"]' '{}'",
-               prepare=FILES),
+        Signal("trash_add", "by the file manager",
+               NAUTILUS + "TrashURIs '[\"file:///home/tester/files/one.txt\"]' '{}'", prepare=FILES),
         Signal("trash_empty", "by the file manager", NAUTILUS + "EmptyTrash false '{}'"),
         launch("super", "calculator"),
         # One that the bus starts.
