@@ -211,7 +211,6 @@ SWAY = Desktop(
     files=(("/home/tester/.config/sway/config", """set $mod Mod4
 output HEADLESS-1 mode 1280x800
 bindsym $mod+Return exec foot
-bindsym $mod+d exec fuzzel
 bindsym Print exec grim "$(xdg-user-dir PICTURES)/Screenshot_$(date +%s).png"
 bindsym XF86AudioRaiseVolume exec pactl set-sink-volume @DEFAULT_SINK@ +5%
 bindsym XF86AudioLowerVolume exec pactl set-sink-volume @DEFAULT_SINK@ -5%
@@ -226,12 +225,9 @@ exec chimewerk --background
         Signal("trash_empty", "by gio", "gio trash --empty"),
         Signal("app_launch", "by its key", "press super+Return", seconds=15),
         Signal("app_launch", "typed in a terminal", "press text:mousepad Return", seconds=15),
-        new_window("ctrl+shift+n"),
-        DIALOG,
-        launch("super+d", "kcalc"),
         Signal("screenshot", "by its key", "press Print", seconds=20),
     ),
-    idle=work("super+d", "mousepad"))
+    idle=())
 
 LXQT = Desktop(
     "lxqt", "LXQt", x11("LXQt", "lxqt"), *on_x_server("startlxqt"),
