@@ -86,7 +86,7 @@ FILES = "mkdir -p ~/files; rm -f ~/files/*; echo 1 >~/files/one.txt"
 
 def end(program):
     """Returns the command that ends a program, if it runs."""
-    return f"pkill --uid tester --full '(^|/){program}( |$)'"
+    return f"pkill --uid tester --ignore-case --full '(^|/){program}( |$)'"
 
 
 def launch(opener, program, pause=3):
