@@ -164,7 +164,8 @@ X11AppLaunches::Processes X11AppLaunches::processesOf(
     for (auto ids = xcb_res_query_client_ids_ids_iterator(reply.get()); ids.rem > 0;
          xcb_res_client_id_value_next(&ids)) {
         if (xcb_res_client_id_value_value_length(ids.data) > 0) {
-            processOf[ids.data->spec.client & ~ownPart] = *xcb_res_client_id_value_value(ids.data);
+            const auto& [asked, size] = *ids.data;
+            processOf[asked.client & ~ownPart] = *xcb_res_client_id_value_value(ids.data);
         }
     }
     for (const auto window : windows) {
