@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/app_delegate.h"
 #include "app/command_line.h"
@@ -162,6 +163,7 @@ struct Machine {
     XdgPermissionPage keyPermissionPage{queue, folders.pages + "/keyboard-permission.html"};
     PulseOutputVolumeSource output{queue, soundServer};
     InotifyFolderSource watchedFolders{queue};
+    const std::vector<ScreenshotFolder> screenshotPlaces = screenshotFolders();
     DesktopAppLaunchSource launches{queue, session};
     XdgTrashSource trash{queue, xdgDataHome()};
     RtnetlinkReachabilitySource reachability{queue};
@@ -177,10 +179,11 @@ struct Machine {
     Worker notifier;
 };
 
-SoundManager::Dependencies soundsOn(Machine& machine, NotificationCenter& notifications) {
+SoundManager::Dependencies soundsOn(Machine& machine, SoundService& service,
+                                    NotificationCenter& notifications) {
     return {.queue = machine.queue,
             .notifications = notifications,
-            .sounds = machine.soundService,
+            .sounds = service,
             .files = machine.files,
             .defaults = machine.defaults,
             .fileManagerSounds = machine.fileManagerSounds};
@@ -193,7 +196,7 @@ AppDelegate::Sources sourcesOf(Machine& machine, PermissionPage& keyPermissionPa
             .keyPermissionPage = keyPermissionPage,
             .output = machine.output,
             .folders = machine.watchedFolders,
-            .screenshotFolders = screenshotFolders(),
+            .screenshotFolders = machine.screenshotPlaces,
             .launches = machine.launches,
             .trash = machine.trash,
             .reachability = machine.reachability,
@@ -217,7 +220,7 @@ std::function<SourceReport(std::string_view eventId)> reportsOf(Machine& machine
                                     .sleepSource = machine.sleepSource,
                                     .powerSources = machine.powerSources,
                                     .microphone = machine.microphone,
-                                    .screenshotFolders = screenshotFolders()};
+                                    .screenshotFolders = machine.screenshotPlaces};
     return [reporters](std::string_view eventId) { return reporters.of(eventId); };
 }
 
@@ -238,7 +241,8 @@ struct Program {
     Machine& machine;
     StatusItem& statusItem;
     NotificationCenter notifications;
-    SoundManager sounds{machine.folders.sounds, soundsOn(machine, notifications)};
+    SoundManager sounds{machine.folders.sounds,
+                        soundsOn(machine, machine.soundService, notifications)};
     QtWindows windows{{.sounds = sounds,
                        .notifications = notifications,
                        .defaults = machine.defaults,
@@ -337,23 +341,17 @@ CommandResult carryOutAlone(const CommandLine& line) {
     constexpr Seconds kSearch{1.5};
     EpollMainQueue queue;
     Machine machine(queue);
-    NullFileManagerSounds fileManagerSounds;
     NoStatusItem statusItem;
     NoWindows windows;
     NoPermissionPage permissionPage;
     NotificationCenter notifications;
     NoSounds noSounds;
-    SoundManager sounds(machine.folders.sounds, {.queue = queue,
-                                                 .notifications = notifications,
-                                                 .sounds = noSounds,
-                                                 .files = machine.files,
-                                                 .defaults = machine.defaults,
-                                                 .fileManagerSounds = fileManagerSounds});
+    SoundManager sounds(machine.folders.sounds, soundsOn(machine, noSounds, notifications));
     AppDelegate delegate({.queue = queue,
                           .clock = machine.clock,
                           .notifications = notifications,
                           .sounds = sounds,
-                          .fileManagerSounds = fileManagerSounds,
+                          .fileManagerSounds = machine.fileManagerSounds,
                           .statusItem = statusItem,
                           .windows = windows,
                           .terminate = [] {}},
