@@ -34,16 +34,17 @@ void OverflowStream::start(pa_context& context, Voice voice) {
 void OverflowStream::connect(pa_context& context) {
     state_ = State::connecting;
     progressed_ = BootClock::now();
-    stream_ =
-        std::make_unique<PulseStream>(connection_, context, kLatencyMilliseconds,
-                                      PulseStream::Callbacks{.ready = [this] { feed(); },
-                                                             .failed = [this] { clear(); },
-                                                             .wanted =
-                                                                 [this](std::size_t frames) {
-                                                                     if (state_ == State::feeding) {
-                                                                         mix(frames);
-                                                                     }
-                                                                 }});
+    stream_ = std::make_unique<PulseStream>(
+        connection_, context, kLatencyMilliseconds,
+        PulseStream::Callbacks{.ready = [this] { feed(); },
+                               .failed = [this] { clear(); },
+                               .wanted = [this](std::size_t frames) { onWanted(frames); }});
+}
+
+void OverflowStream::onWanted(std::size_t frames) {
+    if (state_ == State::feeding && *deadline() > BootClock::now()) {
+        mix(frames);
+    }
 }
 
 void OverflowStream::feed() {

@@ -53,6 +53,7 @@ private:
 
     void connect(pa_context& context);
     void feed();
+    void onWanted(std::size_t frames);
     void mix(std::size_t frames);
     void drain();
 

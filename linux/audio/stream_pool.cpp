@@ -24,8 +24,6 @@ constexpr std::size_t kMostWaiting = 64;
 /// The level of the sounds that play outside the pool.
 constexpr float kHalf = 0.5F;
 constexpr auto kRefillInterval = 150ms;
-/// How long the decoding of a part may take, for example from a slow disk.
-constexpr auto kDecodePatience = 10s;
 /// If a voice starts later than this, the range is divided again: the voice overlaps with other
 /// parts of the other voices than expected.
 constexpr auto kPunctual = 10ms;
@@ -139,6 +137,9 @@ bool StreamPool::deliver(std::uint64_t voice, std::span<float> stereo, bool last
     }
     PooledStream& stream = *found;
     const Time now = BootClock::now();
+    if (deadlineOf(stream) <= now) {
+        return true;
+    }
     stream.voice.decoding = false;
     stream.progressed = now;
     const std::int64_t position = positionOf(stream, deviceTime(now));
@@ -260,10 +261,7 @@ StreamPool::Time StreamPool::deadlineOf(const PooledStream& stream) {
     if (!stream.started) {
         return stream.voice.asked + kPatience;
     }
-    if (stream.voice.decoding) {
-        return stream.progressed + kDecodePatience;
-    }
-    if (stream.voice.sound) {
+    if (stream.voice.sound && !stream.voice.decoding) {
         return stream.progressed + kPatience + kRefillInterval;
     }
     return *stream.started + lengthOf(stream.sound.sent()) + kPatience;
