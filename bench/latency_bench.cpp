@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "linux/audio/pulse_connection.h"
-#include "linux/audio/pulse_player.h"
-#include "linux/audio/pulse_sound_service.h"
+#include "linux/playback/pulse_player.h"
+#include "linux/playback/pulse_sound_service.h"
 #include "tools/audio/sound_files.h"
 #include "tools/files/temporary_folder.h"
 #include "tools/process/child_process.h"

@@ -12,8 +12,8 @@
 #include <string>
 #include <thread>
 
-#include "linux/audio/pulse_microphone.h"
 #include "linux/base/epoll_main_queue.h"
+#include "linux/microphone/pulse_microphone.h"
 #include "monitors/knock_detector.h"
 #include "tools/audio/microphone_feeder.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/level_shares.h"
+#include "linux/playback/level_shares.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/overflow_stream.h"
+#include "linux/playback/overflow_stream.h"
 
 #include <algorithm>
 #include <chrono>

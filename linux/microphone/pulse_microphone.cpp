@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/pulse_microphone.h"
+#include "linux/microphone/pulse_microphone.h"
 
 #include <algorithm>
 #include <chrono>
 #include <optional>
 #include <utility>
 
-#include "linux/audio/microphone_choice.h"
 #include "linux/audio/pulse_operation.h"
-#include "linux/audio/pulse_record_stream.h"
-#include "linux/audio/sample_blocks.h"
+#include "linux/microphone/microphone_choice.h"
+#include "linux/microphone/pulse_record_stream.h"
+#include "linux/microphone/sample_blocks.h"
 
 namespace chimewerk {
 

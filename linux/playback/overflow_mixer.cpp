@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/overflow_mixer.h"
+#include "linux/playback/overflow_mixer.h"
 
 #include <algorithm>
 #include <cmath>

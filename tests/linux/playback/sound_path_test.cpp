@@ -23,8 +23,8 @@
 #include <thread>
 
 #include "linux/audio/pulse_connection.h"
-#include "linux/audio/pulse_player.h"
-#include "linux/audio/pulse_sound_service.h"
+#include "linux/playback/pulse_player.h"
+#include "linux/playback/pulse_sound_service.h"
 #include "support/kill_streams.h"
 #include "support/open_descriptors.h"
 #include "support/unprivileged.h"

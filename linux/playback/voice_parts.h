@@ -9,9 +9,9 @@
 #include <span>
 
 #include "linux/audio/pulse_connection.h"
-#include "linux/audio/voice.h"
 #include "linux/base/worker.h"
 #include "linux/decoding/pcm_reader.h"
+#include "linux/playback/voice.h"
 
 namespace chimewerk {
 

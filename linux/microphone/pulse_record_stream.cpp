@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/pulse_record_stream.h"
+#include "linux/microphone/pulse_record_stream.h"
 
 #include <cstdint>
 #include <utility>

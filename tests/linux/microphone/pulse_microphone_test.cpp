@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Sends knocks through a real audio server. Needs a private session.
-#include "linux/audio/pulse_microphone.h"
+#include "linux/microphone/pulse_microphone.h"
 
 #include <gtest/gtest.h>
 

@@ -15,10 +15,10 @@
 
 #include "linux/audio/boot_clock.h"
 #include "linux/audio/pulse_connection.h"
-#include "linux/audio/pulse_stream.h"
-#include "linux/audio/sent_sound.h"
-#include "linux/audio/voice.h"
-#include "linux/audio/voice_parts.h"
+#include "linux/playback/pulse_stream.h"
+#include "linux/playback/sent_sound.h"
+#include "linux/playback/voice.h"
+#include "linux/playback/voice_parts.h"
 
 namespace chimewerk {
 

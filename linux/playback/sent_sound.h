@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "linux/audio/level_shares.h"
+#include "linux/playback/level_shares.h"
 
 namespace chimewerk {
 

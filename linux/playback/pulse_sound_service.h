@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "linux/audio/pulse_player.h"
 #include "linux/decoding/decoder.h"
+#include "linux/playback/pulse_player.h"
 #include "platform/sound_service.h"
 
 namespace chimewerk {

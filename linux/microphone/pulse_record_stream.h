@@ -9,8 +9,8 @@
 #include <optional>
 #include <span>
 
-#include "linux/audio/microphone_choice.h"
 #include "linux/audio/pulse_connection.h"
+#include "linux/microphone/microphone_choice.h"
 
 namespace chimewerk {
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/sample_blocks.h"
+#include "linux/microphone/sample_blocks.h"
 
 #include <gtest/gtest.h>
 

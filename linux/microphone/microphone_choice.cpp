@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/microphone_choice.h"
+#include "linux/microphone/microphone_choice.h"
 
 #include <string_view>
 

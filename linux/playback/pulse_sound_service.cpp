@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/pulse_sound_service.h"
+#include "linux/playback/pulse_sound_service.h"
 
 #include <utility>
 

@@ -12,11 +12,11 @@
 #include <vector>
 
 #include "linux/audio/boot_clock.h"
-#include "linux/audio/overflow_mixer.h"
 #include "linux/audio/pulse_connection.h"
-#include "linux/audio/pulse_stream.h"
-#include "linux/audio/voice.h"
-#include "linux/audio/voice_parts.h"
+#include "linux/playback/overflow_mixer.h"
+#include "linux/playback/pulse_stream.h"
+#include "linux/playback/voice.h"
+#include "linux/playback/voice_parts.h"
 
 namespace chimewerk {
 

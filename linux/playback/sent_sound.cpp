@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/sent_sound.h"
+#include "linux/playback/sent_sound.h"
 
 #include <algorithm>
 #include <utility>

@@ -7,11 +7,11 @@
 #include <cstdint>
 #include <memory>
 
-#include "linux/audio/overflow_stream.h"
 #include "linux/audio/pulse_connection.h"
-#include "linux/audio/stream_pool.h"
-#include "linux/audio/voice_parts.h"
 #include "linux/decoding/sound_file.h"
+#include "linux/playback/overflow_stream.h"
+#include "linux/playback/stream_pool.h"
+#include "linux/playback/voice_parts.h"
 
 namespace chimewerk {
 

@@ -5,8 +5,8 @@
 
 #include <limits>
 
-#include "linux/audio/overflow_mixer.h"
 #include "linux/decoding/stereo_mix.h"
+#include "linux/playback/overflow_mixer.h"
 
 namespace chimewerk {
 namespace {

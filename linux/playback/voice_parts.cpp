@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/voice_parts.h"
+#include "linux/playback/voice_parts.h"
 
 #include <stop_token>
 #include <vector>

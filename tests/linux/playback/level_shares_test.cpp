@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Chimewerk developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "linux/audio/level_shares.h"
+#include "linux/playback/level_shares.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <cmath>
 #include <random>
 
-#include "linux/audio/sent_sound.h"
+#include "linux/playback/sent_sound.h"
 #include "tools/audio/sound_files.h"
 
 namespace chimewerk {
