@@ -10,6 +10,8 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QGuiApplication>
+#include <QLibraryInfo>
+#include <QVersionNumber>
 #include <chrono>
 #include <cstdlib>
 #include <string>
@@ -24,6 +26,12 @@ constexpr auto kRegistrar = "org.kde.StatusNotifierWatcher";
 constexpr auto kRegistrarPath = "/StatusNotifierWatcher";
 /// How long a host may appear after the registrar. Panels take some seconds to load at login.
 constexpr std::chrono::seconds kPatience{5};
+
+/// Whether the toolkit embeds icons while the registrar has no host. Since Qt 6.8 it hands them to the
+/// registrar even then, where nobody sees them.
+bool embedsBesideRegistrar() {
+    return QLibraryInfo::version() < QVersionNumber(6, 8);
+}
 
 /// Returns the toolkit's connection to the X11 display; null if the windows are not on one.
 xcb_connection_t* x11Connection() {
@@ -60,7 +68,9 @@ TrayWatch::TrayWatch(std::function<void()> onTray, std::function<void()> onChang
     QObject::connect(&hostSignal_, &QTimer::timeout, &hostSignal_, [this] { askForHost(); });
     patience_.setSingleShot(true);
     patience_.setInterval(kPatience);
-    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { countEmbedding(); });
+    if (embedsBesideRegistrar()) {
+        QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { countEmbedding(); });
+    }
     if (QDBusConnection::sessionBus().isConnected()) {
         watchRegistrar();
     } else {

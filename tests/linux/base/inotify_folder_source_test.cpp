@@ -114,10 +114,12 @@ TEST_F(TheUsersFolders, HoldScreenshotsUnderTheNamesThatTheDesktopsGiveThem) {
     std::ofstream(home.path() / ".config" / "spectaclerc")
         << "[Save]\ndefaultSaveLocation[$e]=file://$HOME/Meine%20Fotos/\n"
            "saveFilenameFormat=Schnappschuss_%Y%M%D_%H%m%S\n";
-    setlocale(LC_ALL, "C.UTF-8");
-    setenv("LANGUAGE", "de", 1);
+    // The locale that every Debian has, under a German name: in C.UTF-8 nothing is translated.
+    fs::create_directory_symlink("/usr/lib/locale/C.utf8", home / "de_DE.utf8");
+    setenv("LOCPATH", home.path().c_str(), 1);
+    EXPECT_NE(setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
     const auto folders = shown(screenshotFolders(home / "locale"));
-    unsetenv("LANGUAGE");
+    unsetenv("LOCPATH");
     setlocale(LC_ALL, "C");
     EXPECT_THAT(
         folders,
