@@ -50,8 +50,9 @@ std::string usbController(const std::string& folder) {
 }
 
 void UsbArrivals::remove(const std::string& folder, Seconds now) {
-    const auto there = serials_.extract(folder);
-    removals_[folder] = {.serial = there ? there.mapped() : "", .time = now};
+    if (const auto there = serials_.extract(folder)) {
+        removals_[folder] = {.serial = there.mapped(), .time = now};
+    }
 }
 
 bool UsbArrivals::add(const Device& device, Seconds now, bool wokeRecently) {

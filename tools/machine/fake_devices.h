@@ -59,7 +59,7 @@ public:
     void announce(const std::string& device, const std::string& action) {
         umockdev_testbed_uevent(bed_, device.c_str(), action.c_str());
     }
-    /// Removes the device, without an announcement.
+    /// Removes the device. Newer versions of umockdev (0.19) also announce that, older ones (0.17) do not.
     void remove(const std::string& device) { umockdev_testbed_remove_device(bed_, device.c_str()); }
 
     /// Returns the real path of a file of this name in the fake /dev.
