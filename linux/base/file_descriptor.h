@@ -22,6 +22,8 @@ public:
 
     /// Returns the descriptor, or a negative number if there is none.
     int get() const { return descriptor_; }
+    /// Leaves the descriptor to the caller.
+    int release() { return std::exchange(descriptor_, -1); }
     explicit operator bool() const { return descriptor_ >= 0; }
 
 private:

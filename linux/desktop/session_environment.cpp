@@ -19,7 +19,8 @@ std::string fromEnvironment(const char* name) {
 SessionEnvironment SessionEnvironment::ofThisProcess() {
     return {.type = fromEnvironment("XDG_SESSION_TYPE"),
             .waylandDisplay = fromEnvironment("WAYLAND_DISPLAY"),
-            .display = fromEnvironment("DISPLAY")};
+            .display = fromEnvironment("DISPLAY"),
+            .swaySocket = fromEnvironment("SWAYSOCK")};
 }
 
 bool SessionEnvironment::isX11() const {

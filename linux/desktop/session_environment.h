@@ -15,6 +15,8 @@ struct SessionEnvironment {
     std::string waylandDisplay;
     /// $DISPLAY
     std::string display;
+    /// $SWAYSOCK
+    std::string swaySocket = {};
 
     /// Reads the environment of this process.
     static SessionEnvironment ofThisProcess();

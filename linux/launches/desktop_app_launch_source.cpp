@@ -28,7 +28,9 @@ AppLaunchSource::Token DesktopAppLaunchSource::addObserver(std::function<void()>
 void DesktopAppLaunchSource::removeObserver(Token token) {
     observers_.erase(token);
     if (observers_.empty()) {
-        windows_ = nullptr;
+        x11_ = nullptr;
+        sway_ = nullptr;
+        plasma_ = nullptr;
         names_ = nullptr;
         units_ = nullptr;
     }
@@ -41,6 +43,10 @@ SourceReport DesktopAppLaunchSource::report() {
     SourceReport report{.mechanism = hasUnits ? "systemd units, bus names" : "bus names"};
     if (environment_.isX11()) {
         report.mechanism += ", X11 windows";
+    } else if (!environment_.swaySocket.empty()) {
+        report.mechanism += ", sway's windows";
+    } else if (plasma_ && plasma_->isHeard()) {
+        report.mechanism += ", KWin's windows";
     } else if (!hasUnits) {
         report.missing = "Without systemd, few applications are heard on Wayland.";
         report.advice = "Log in to a session of systemd, or to an X11 session.";
@@ -54,21 +60,25 @@ void DesktopAppLaunchSource::listen() {
         queue_, [this](LaunchSign sign) { consider(std::move(sign)); });
     names_ = std::make_unique<BusNameLaunches>(
         queue_, [this](LaunchSign sign) { consider(std::move(sign)); });
+    const auto onFirstWindow = [this](LaunchSign sign) { considerWindow(std::move(sign)); };
     if (environment_.isX11()) {
-        windows_ =
-            std::make_unique<X11AppLaunches>(queue_, environment_.display, [this](LaunchSign sign) {
-                // Its own windows are no launches.
-                if (sign.processes != std::vector<pid_t>{getpid()}) {
-                    considerLater(std::move(sign));
-                }
-            });
+        x11_ = std::make_unique<X11AppLaunches>(queue_, environment_.display, onFirstWindow);
+    } else if (!environment_.swaySocket.empty()) {
+        sway_ = std::make_unique<SwayAppLaunches>(queue_, environment_.swaySocket, onFirstWindow);
+    } else if (!environment_.waylandDisplay.empty()) {
+        plasma_ =
+            std::make_unique<PlasmaAppLaunches>(queue_, environment_.waylandDisplay, onFirstWindow);
     }
 }
 
-void DesktopAppLaunchSource::considerLater(LaunchSign sign) {
-    queue_.postAfter(
-        AppLaunches::kShortestRun,
-        lifeline_.guard([this, sign = std::move(sign)]() mutable { consider(std::move(sign)); }));
+/// Waits until a command would have ended. The program's own windows are no launches.
+void DesktopAppLaunchSource::considerWindow(LaunchSign sign) {
+    if (sign.processes != std::vector<pid_t>{getpid()}) {
+        queue_.postAfter(AppLaunches::kShortestRun,
+                         lifeline_.guard([this, sign = std::move(sign)]() mutable {
+                             consider(std::move(sign));
+                         }));
+    }
 }
 
 /// Reads the facts about a sign, and decides on the main thread.

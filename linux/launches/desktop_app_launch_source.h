@@ -13,7 +13,9 @@
 #include "linux/launches/app_launches.h"
 #include "linux/launches/bus_name_launches.h"
 #include "linux/launches/launch_facts.h"
+#include "linux/launches/plasma_app_launches.h"
 #include "linux/launches/process_status.h"
+#include "linux/launches/sway_app_launches.h"
 #include "linux/launches/systemd_app_launches.h"
 #include "linux/launches/x11_app_launches.h"
 #include "monitors/app_launch_monitor.h"
@@ -37,7 +39,7 @@ public:
 
 private:
     void listen();
-    void considerLater(LaunchSign sign);
+    void considerWindow(LaunchSign sign);
     void consider(LaunchSign sign);
     void decide(const LaunchSign& sign, const LaunchCandidate& candidate);
     void notifyObservers();
@@ -50,7 +52,9 @@ private:
     const std::shared_ptr<const LaunchFacts> facts_;
     std::unique_ptr<SystemdAppLaunches> units_;
     std::unique_ptr<BusNameLaunches> names_;
-    std::unique_ptr<X11AppLaunches> windows_;
+    std::unique_ptr<X11AppLaunches> x11_;
+    std::unique_ptr<SwayAppLaunches> sway_;
+    std::unique_ptr<PlasmaAppLaunches> plasma_;
     Lifeline lifeline_;
     /// Reads facts.
     Worker worker_;

@@ -152,21 +152,29 @@ PLASMA_SIGNALS = (
 PLASMA_X11 = Desktop(
     "plasma-x11", "Plasma, X11", x11("KDE", "plasma", KDE_FULL_SESSION="true", KDE_SESSION_VERSION="5"),
     *on_x_server("startplasma-x11"),
-    stop_panel="kquitapp5 plasmashell; sleep 2", start_panel="plasmashell --no-respawn",
+    stop_panel="pkill -x -u tester plasmashell; sleep 2", start_panel="plasmashell --no-respawn",
     signals=(TYPING, *PLASMA_SIGNALS), idle=work("alt+F2", "kwrite"))
 
 PLASMA_WAYLAND = Desktop(
     "plasma-wayland", "Plasma, Wayland",
     wayland("KDE", "plasmawayland", KDE_FULL_SESSION="true", KDE_SESSION_VERSION="5"),
     "startplasma-wayland", FIND_WAYLAND, "kwin-picture",
-    stop_panel="kquitapp5 plasmashell; sleep 2", start_panel="plasmashell --no-respawn",
+    stop_panel="pkill -x -u tester plasmashell; sleep 2", start_panel="plasmashell --no-respawn",
     # Without OpenGL, KWin takes no screenshots.
     files=(("/etc/systemd/user/plasma-kwin_wayland.service.d/headless.conf", """[Service]
 ExecStart=
 ExecStart=/usr/bin/kwin_wayland_wrapper --xwayland --virtual --width 1280 --height 800
 Environment=KWIN_COMPOSE=O2 LIBGL_ALWAYS_SOFTWARE=1
-Environment=KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1
-"""),),
+Environment=KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1
+"""),
+           # KWin lets a program press keys if the desktop entry of its executable asks for it.
+           ("/usr/share/applications/python3.11.desktop", """[Desktop Entry]
+Type=Application
+Name=Python
+Exec=/usr/bin/python3.11
+NoDisplay=true
+X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input
+""")),
     signals=PLASMA_SIGNALS, idle=work("alt+F2", "kwrite"))
 
 # What its windows do, without one: a new window gets no keys there that no user asked for.
