@@ -217,10 +217,9 @@ int PlasmaAppLaunches::Link::handleWindow(const void* /*implementation*/, void* 
         window.toplevel.process = static_cast<pid_t>(values[0].u);
     } else if (name == "app_id_changed") {
         window.toplevel.application = values[0].s;
-    } else if (name == "state_changed" &&
-               (values[0].u & ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPTASKBAR) != 0) {
-        window.toplevel.role = FirstWindows::Role::secondary;
-    } else if (name == "parent_window" && values[0].o != nullptr) {
+    } else if ((name == "state_changed" &&
+                (values[0].u & ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPTASKBAR) != 0) ||
+               (name == "parent_window" && values[0].o != nullptr)) {
         window.toplevel.role = FirstWindows::Role::secondary;
     } else if (name == "initial_state") {
         window.link.complete(window);
