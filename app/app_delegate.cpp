@@ -3,6 +3,8 @@
 
 #include "app/app_delegate.h"
 
+#include "sound/notifications.h"
+
 namespace chimewerk {
 
 namespace {
@@ -39,10 +41,13 @@ AppDelegate::AppDelegate(const Dependencies& dependencies, const Sources& source
               .powerSources = sources.powerSources,
               .restartAudio = [this] { knocks_.restartAudio(); },
               .restartKeyboardMonitor = [this] { keyboardMonitor.restart(); }}),
-      menu_({.openDashboard = [this] { openDashboard(); },
+      menu_({.unmute = [this] { sm_.setMuted(false); },
+             .openDashboard = [this] { openDashboard(); },
              .openHelp = [this] { openHelp(); },
              .setSens = [this](const MenuItem& chosen) { setSens(chosen); },
-             .terminate = dependencies.terminate}) {}
+             .terminate = dependencies.terminate}),
+      mutes_(dependencies.notifications.observe(
+          kMuteDidChange, [this](const Notification& /*mute*/) { showMute(); })) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
     startApp();
@@ -72,6 +77,11 @@ void AppDelegate::setupMenuBar() {
         }
     });
     statusItem_.show(menu_.entries(), [this] { openDashboard(); });
+}
+
+void AppDelegate::showMute() {
+    menu_.showMute(sm_.isMuted());
+    statusItem_.showMute(sm_.isMuted());
 }
 
 void AppDelegate::setupLidDetection() {

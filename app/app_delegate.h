@@ -112,6 +112,7 @@ public:
 private:
     void startApp();
     void setupMenuBar();
+    void showMute();
     void askForMicrophone();
     void setSens(const MenuItem& chosen);
     void setupLidDetection();
@@ -147,6 +148,7 @@ private:
     KnockDetector knocks_;
     PowerEvents power_;
     StatusMenu menu_;
+    NotificationCenter::Subscription mutes_;
     bool hearsVolume_ = false;
     bool hearsScreenshots_ = false;
     /// Made when first opened. Declared after the monitors, which they use.

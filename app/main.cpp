@@ -3,6 +3,7 @@
 
 // The composition root: makes the parts, connects them and runs the main loop. The parts know each
 // other only through interfaces.
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -339,6 +340,9 @@ int run(int& argumentCount, char** arguments, Command command) {
 /// there is. Then carries the command out.
 CommandResult carryOutAlone(const CommandLine& line) {
     constexpr Seconds kSearch{1.5};
+    // The toolkit does this in the program; screenshot folders have names in the user's language.
+    std::setlocale(LC_CTYPE, "");
+    std::setlocale(LC_MESSAGES, "");
     EpollMainQueue queue;
     Machine machine(queue);
     NoStatusItem statusItem;

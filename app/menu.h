@@ -27,6 +27,8 @@ struct MenuItem {
     bool isRadio = false;
     /// Whether the entry is marked.
     bool isOn = false;
+    /// Whether the entry is left out for now.
+    bool isHidden = false;
     Menu submenu = {};
 
     bool isSeparator() const { return title.empty(); }

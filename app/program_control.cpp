@@ -31,6 +31,11 @@ ProgramControl::ProgramControl(const Dependencies& dependencies)
             onThemeChanged();
         }
     });
+    mutes_ = deps_.notifications.observe(kMuteDidChange, [this](const Notification& /*mute*/) {
+        if (onMuteChanged) {
+            onMuteChanged();
+        }
+    });
     counts_ = deps_.notifications.observe(eventCounterUpdated, [this](const Notification& count) {
         if (const auto* const id = std::any_cast<std::string>(&count.object)) {
             lastHeard_[*id] = deps_.clock.now();
@@ -81,11 +86,7 @@ RemoteControl::Refusal ProgramControl::setTheme(const std::string& theme) {
 }
 
 RemoteControl::Refusal ProgramControl::setMuted(bool muted) {
-    const bool changes = muted != sm_.isMuted();
     sm_.setMuted(muted);
-    if (changes && onMuteChanged) {
-        onMuteChanged();
-    }
     return std::nullopt;
 }
 

@@ -62,6 +62,7 @@ private:
     /// When each event was last counted.
     std::map<std::string, WallTime, std::less<>> lastHeard_;
     NotificationCenter::Subscription themes_;
+    NotificationCenter::Subscription mutes_;
     NotificationCenter::Subscription counts_;
 };
 

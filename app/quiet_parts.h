@@ -20,6 +20,7 @@ namespace chimewerk {
 class NoStatusItem final : public StatusItem {
 public:
     void show(const Menu& /*menu*/, std::function<void()> /*onActivate*/) override {}
+    void showMute(bool /*isMuted*/) override {}
     bool isShown() const override { return false; }
     void whenShown(std::function<void()> /*job*/) override {}
 };

@@ -15,10 +15,13 @@ public:
     virtual ~StatusItem() = default;
 
     /// Shows the icon with this menu, which must outlive the item: at once if there is a tray, else
-    /// when one appears, and again after a tray was replaced. The marks of entries are read again
-    /// after each choice. `onActivate` is called when the user clicks the icon itself, if the tray
+    /// when one appears, and again after a tray was replaced. Which entries are marked or hidden is
+    /// read again after each choice. `onActivate` is called when the user clicks the icon itself, if the tray
     /// distinguishes that from opening the menu.
     virtual void show(const Menu& menu, std::function<void()> onActivate) = 0;
+
+    /// Shows by the icon, and in the menu, that the program is muted, or no longer.
+    virtual void showMute(bool isMuted) = 0;
 
     /// Whether a tray shows the icon now.
     virtual bool isShown() const = 0;

@@ -25,6 +25,7 @@ MenuItem& append(Menu& menu, MenuItem item) {
 StatusMenu::StatusMenu(const Actions& actions) {
     append(entries_, {.title = "Chimewerk"});
     append(entries_, {});
+    unmute_ = &append(entries_, {.title = "Unmute", .action = actions.unmute, .isHidden = true});
     append(entries_,
            {.title = "Open Dashboard", .action = actions.openDashboard, .keyEquivalent = "d"});
     append(entries_,

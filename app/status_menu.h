@@ -15,6 +15,7 @@ class StatusMenu {
 public:
     /// The actions of the entries.
     struct Actions {
+        std::function<void()> unmute;
         std::function<void()> openDashboard;
         std::function<void()> openHelp;
         /// `item` is the chosen entry, one of `sensMenuItems`.
@@ -29,9 +30,12 @@ public:
     const std::vector<MenuItem*>& sensMenuItems() const { return sensMenuItems_; }
     /// Marks this sensitivity entry and no other.
     void markSensitivity(const MenuItem& chosen);
+    /// Offers to unmute the program while it is muted.
+    void showMute(bool isMuted) { unmute_->isHidden = !isMuted; }
 
 private:
     Menu entries_;
+    MenuItem* unmute_ = nullptr;
     std::vector<MenuItem*> sensMenuItems_;
 };
 

@@ -20,4 +20,7 @@ inline constexpr std::string_view themeDidChange = "Chimewerk.theme";
 /// Posted when another program has changed a setting of an event. No object.
 inline constexpr std::string_view kSettingsDidChange = "Chimewerk.settings";
 
+/// Posted when the program was muted or unmuted. No object.
+inline constexpr std::string_view kMuteDidChange = "Chimewerk.mute";
+
 }  // namespace chimewerk

@@ -86,8 +86,9 @@ public:
     void previewTheme(SoundTheme theme);
 
     /// While muted, no sound starts; events are counted and announced as ever. Never stored: each
-    /// run begins unmuted. Sounds that have started play to their end.
-    void setMuted(bool muted) { isMuted_ = muted; }
+    /// run begins unmuted. Sounds that have started play to their end. A change posts
+    /// `kMuteDidChange`.
+    void setMuted(bool muted);
     bool isMuted() const { return isMuted_; }
 
     // Each of these changes the settings and stores them. Those that select or delete a theme also

@@ -3,6 +3,7 @@
 
 // Plays events: checks the switch, counts, finds the file, starts the sound and releases it later.
 #include <algorithm>
+#include <utility>
 
 #include "sound/bundled_sounds.h"
 #include "sound/notifications.h"
@@ -61,6 +62,12 @@ void SoundManager::playKey(std::int64_t keyCode) {
 void SoundManager::previewTheme(SoundTheme theme) {
     if (theme != SoundTheme::system && !isMuted_) {
         playFile(themeSoundFile(res_, theme, event_ids::kSlap), kPreviewVolume);
+    }
+}
+
+void SoundManager::setMuted(bool muted) {
+    if (std::exchange(isMuted_, muted) != muted) {
+        deps_.notifications.post({.name = kMuteDidChange});
     }
 }
 

@@ -70,7 +70,10 @@ class MenuEntry:
     def __init__(self, number, properties, children):
         self.number = number
         self.properties = properties
-        self.children = [MenuEntry(*child) for child in children]
+        self.children = [entry for entry in (MenuEntry(*child) for child in children) if entry.is_visible()]
+
+    def is_visible(self):
+        return self.properties.get("visible", True)
 
     @property
     def title(self):

@@ -20,6 +20,7 @@
 #include <QTextDocument>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -286,6 +287,8 @@ QLabel* HelpWindowController::heroLabel(const QString& text, int size, QFont::We
     auto* const label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setFont(systemFont(size, weight));
+    // Fonts with tall lines would bring the last label to the edge of the header.
+    label->setFixedHeight(std::min(label->sizeHint().height(), (size * 5 + 3) / 4));
     QPalette palette;
     palette.setColor(QPalette::WindowText, QColor::fromRgbF(1, 1, 1, static_cast<float>(alpha)));
     label->setPalette(palette);

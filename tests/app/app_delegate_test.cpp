@@ -399,8 +399,11 @@ TEST_F(TheAppDelegate, TellsOtherProgramsWhatPlaysAndLetsThemSelectAThemeOrMuteI
     bool isMuted = false;
     control.toggleMuted(isMuted);
     control.setMuted(true);
-    EXPECT_TRUE(isMuted && manager.isMuted());
+    EXPECT_TRUE(isMuted && manager.isMuted() && statusItem.showsMute);
     EXPECT_EQ(changes, "mute ");
+    statusItem.choose("Unmute");
+    EXPECT_FALSE(manager.isMuted() || statusItem.showsMute);
+    EXPECT_EQ(changes, "mute mute ");
 }
 
 TEST_F(TheAppDelegate, SaysWhenEachEventWasHeardAndWhatTheUserMustDoToHearIt) {

@@ -96,6 +96,21 @@ class TheTrayIcon(ProgramTest):
         item.choose("Quit")
         self.assert_ends(process)
 
+    def test_shows_a_mute_and_ends_it(self):
+        host = self.host()
+        process = self.start()
+        item = host.wait_for_item()
+        picture = item.property("IconPixmap")
+        run = [process.args[0], "--mute"]
+        subprocess.run(run, check=True)
+        muted = (MENU % (" ", "x", " ")).replace("-, ", "-, Unmute, ", 1)
+        self.assertTrue(pump_until(lambda: self.marks(item) == muted), self.marks(item))
+        self.assertEqual(item.property("ToolTip")[2], "Chimewerk is muted")
+        self.assertNotEqual(item.property("IconPixmap"), picture)
+        item.choose("Unmute")
+        self.assertTrue(pump_until(lambda: self.marks(item) == MENU % (" ", "x", " ")))
+        self.assertEqual(item.property("IconPixmap"), picture)
+
     def test_is_sharp_at_the_sizes_of_panels_and_has_colour_on_a_rim(self):
         host = self.host()
         self.start()

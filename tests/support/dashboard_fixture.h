@@ -86,10 +86,11 @@ public:
     std::function<void()> onTray;
     /// What was chosen in the menu.
     std::string chosen;
-    const StatusMenu menu{{.openDashboard = [this] { chosen += "dashboard "; },
-                           .openHelp = [this] { chosen += "help "; },
-                           .setSens = [this](const MenuItem& item) { chosen += item.title + " "; },
-                           .terminate = [this] { chosen += "quit "; }}};
+    StatusMenu menu{{.unmute = [this] { library->setMuted(false); },
+                     .openDashboard = [this] { chosen += "dashboard "; },
+                     .openHelp = [this] { chosen += "help "; },
+                     .setSens = [this](const MenuItem& item) { chosen += item.title + " "; },
+                     .terminate = [this] { chosen += "quit "; }}};
     DashboardDependencies dependencies{.sounds = *library,
                                        .notifications = library.notifications,
                                        .defaults = library.defaults,

@@ -24,6 +24,7 @@ public:
         menu = &shown;
         onActivate = std::move(onActivated);
     }
+    void showMute(bool isMuted) override { showsMute = isMuted; }
     bool isShown() const override { return true; }
     void whenShown(std::function<void()> job) override { onShown = std::move(job); }
 
@@ -42,6 +43,7 @@ public:
     void choose(std::string_view title) const { find(*menu, title)->action(); }
 
     const Menu* menu = nullptr;
+    bool showsMute = false;
     std::function<void()> onActivate;
     std::function<void()> onShown;
 

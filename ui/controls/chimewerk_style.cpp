@@ -10,6 +10,7 @@
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/control_painting.h"
 #include "ui/controls/emoji_text.h"
+#include "ui/controls/scroll_bar_fade.h"
 
 namespace chimewerk {
 
@@ -83,6 +84,13 @@ QSize sizeOfMenuItem(const QStyleOptionMenuItem& item) {
 }  // namespace
 
 ChimewerkStyle::ChimewerkStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+void ChimewerkStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    if (auto* const bar = qobject_cast<QScrollBar*>(widget)) {
+        ScrollBarFade::addTo(*bar);
+    }
+}
 
 void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                    QPainter* painter, const QWidget* widget) const {
@@ -165,7 +173,8 @@ void ChimewerkStyle::drawComplexControl(ComplexControl control, const QStyleOpti
         }
         case CC_ScrollBar:
             return paintScrollBar(*painter, as<QStyleOptionSlider>(option),
-                                  subControlRect(control, option, SC_ScrollBarSlider, widget));
+                                  subControlRect(control, option, SC_ScrollBarSlider, widget),
+                                  ScrollBarFade::opacityOf(widget));
         default:
             break;
     }

@@ -17,6 +17,8 @@ class ChimewerkStyle final : public QProxyStyle {
 public:
     ChimewerkStyle();
 
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

@@ -252,11 +252,13 @@ void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, cons
     }
 }
 
-void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle) {
+void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle,
+                    qreal opacity) {
     if (!isEnabled(option) || option.maximum <= option.minimum) {
         return;
     }
     const Painting painting(painter);
+    painter.setOpacity(opacity);
     const bool upright = option.orientation == Qt::Vertical;
     // Thin until the pointer comes near.
     const qreal aside = isHovered(option) || isPressed(option) ? 2 : 4;

@@ -22,7 +22,9 @@ void paintPopUpButton(QPainter& painter, const QStyleOption& option);
 void paintSliderGroove(QPainter& painter, const QStyleOptionSlider& option, const QRect& groove,
                        const QRect& handle);
 void paintSliderHandle(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
-void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle);
+/// `opacity` is from 0 to 1.
+void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const QRect& handle,
+                    qreal opacity);
 void paintTextField(QPainter& painter, const QStyleOption& option);
 /// Returns the shape of a menu's window.
 QRegion roundedMenuShape(const QRect& window);

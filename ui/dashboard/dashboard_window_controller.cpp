@@ -82,6 +82,8 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
         kSettingsDidChange, [this](const Notification& /*notification*/) { onSettingsChanged(); });
     contrast_ = deps_.notifications.observe(
         kContrastDidChange, [this](const Notification& /*notification*/) { applyAppearance(); });
+    mutes_ = deps_.notifications.observe(
+        kMuteDidChange, [this](const Notification& /*notification*/) { showMute(); });
 }
 
 void DashboardWindowController::showWindow() {
@@ -142,7 +144,31 @@ QWidget* DashboardWindowController::buildSidebar() {
     themeRow->addWidget(themePicker_);
     rows->addLayout(themeRow);
     rows->addWidget(tableView_, 1);
+    rows->addWidget(buildMuteRow());
+    showMute();
     return sidebar;
+}
+
+/// Says that the program is muted, below the events, and ends it.
+QWidget* DashboardWindowController::buildMuteRow() {
+    muteRow_ = new QWidget;
+    QLabel* const state = makeLabel(worded("🔇  Muted"), 12, QFont::DemiBold, LabelColor::secondary);
+    QPushButton* const unmute = makeButton(worded("Unmute"));
+    unmute->setFont(systemFont(11));
+    unmute->setToolTip(worded("Let sounds play again"));
+    QObject::connect(unmute, &QPushButton::clicked, &window_, [this] {
+        tableView_->setFocus();
+        sm_.setMuted(false);
+    });
+    auto* const row = new QHBoxLayout(muteRow_);
+    row->setContentsMargins(16, 6, 8, 6);
+    row->addWidget(state, 1);
+    row->addWidget(unmute);
+    return muteRow_;
+}
+
+void DashboardWindowController::showMute() {
+    muteRow_->setVisible(sm_.isMuted());
 }
 
 QWidget* DashboardWindowController::buildTitleRow() {

@@ -35,6 +35,7 @@ private:
     void buildUI();
     QWidget* buildSidebar();
     QWidget* buildTitleRow();
+    QWidget* buildMuteRow();
     QWidget* buildMenuButton();
     void showMenuButton();
     void addShortcuts();
@@ -49,6 +50,7 @@ private:
     void onThemeChanged();
     void onSettingsChanged();
     void showCounts();
+    void showMute();
 
     void toggleAppearance();
     void applyAppearance();
@@ -74,6 +76,7 @@ private:
     QPushButton* appearanceBtn_ = nullptr;
     ThemePicker* themePicker_ = nullptr;
     SidebarTable* tableView_ = nullptr;
+    QWidget* muteRow_ = nullptr;
     DetailPanel* detailPanel_ = nullptr;
 
     NotificationCenter::Subscription lidAngles_;
@@ -81,6 +84,7 @@ private:
     NotificationCenter::Subscription themes_;
     NotificationCenter::Subscription settings_;
     NotificationCenter::Subscription contrast_;
+    NotificationCenter::Subscription mutes_;
 };
 
 }  // namespace chimewerk

@@ -27,8 +27,8 @@ QKeySequence shortcutOf(const MenuItem& item) {
 
 ProgramMenu::ProgramMenu(const Menu& items) {
     fill(menu_, items);
-    showMarks();
-    QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { showMarks(); });
+    update();
+    QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { update(); });
 }
 
 void ProgramMenu::fill(QMenu& menu, const Menu& items) {
@@ -44,6 +44,7 @@ void ProgramMenu::fill(QMenu& menu, const Menu& items) {
         }
         QAction* const action = menu.addAction(titleOf(*item));
         action->setEnabled(item->isEnabled());
+        entries_.push_back({action, item.get()});
         if (!item->keyEquivalent.empty()) {
             action->setShortcut(shortcutOf(*item));
         }
@@ -51,19 +52,19 @@ void ProgramMenu::fill(QMenu& menu, const Menu& items) {
             radios = radios == nullptr ? new QActionGroup(&menu) : radios;
             action->setCheckable(true);
             radios->addAction(action);
-            marked_.push_back({action, item.get()});
         }
         if (item->action) {
             QObject::connect(action, &QAction::triggered, action, [this, chosen = item.get()] {
                 chosen->action();
-                showMarks();
+                update();
             });
         }
     }
 }
 
-void ProgramMenu::showMarks() {
-    for (const Entry& entry : marked_) {
+void ProgramMenu::update() {
+    for (const Entry& entry : entries_) {
+        entry.action->setVisible(!entry.item->isHidden);
         entry.action->setChecked(entry.item->isOn);
     }
 }

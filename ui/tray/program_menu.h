@@ -11,8 +11,8 @@
 
 namespace chimewerk {
 
-/// The program's menu as the toolkit shows it, for the tray and for a button. Its marks are those
-/// of the data whenever it opens and after each choice. Main thread only.
+/// The program's menu as the toolkit shows it, for the tray and for a button. Its marks and
+/// its hidden entries are those of the data whenever it opens and after each choice. Main thread only.
 class ProgramMenu final {
 public:
     /// `items` outlives the menu.
@@ -21,6 +21,8 @@ public:
     ProgramMenu& operator=(const ProgramMenu&) = delete;
 
     QMenu& widget() { return menu_; }
+    /// Reads again which entries are marked or hidden.
+    void update();
 
 private:
     struct Entry {
@@ -29,10 +31,9 @@ private:
     };
 
     void fill(QMenu& menu, const Menu& items);
-    void showMarks();
 
     QMenu menu_;
-    std::vector<Entry> marked_;
+    std::vector<Entry> entries_;
 };
 
 /// Lets the keys of the menu's entries work in a window, and F1 as the one for help. `items`

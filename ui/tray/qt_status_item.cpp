@@ -6,6 +6,7 @@
 #include <QString>
 #include <utility>
 
+#include "ui/controls/wording.h"
 #include "ui/tray/status_icon.h"
 
 namespace chimewerk {
@@ -20,8 +21,8 @@ void QtStatusItem::show(const Menu& menu, std::function<void()> onActivate) {
 }
 
 void QtStatusItem::appear() {
-    icon_ = std::make_unique<QSystemTrayIcon>(makeStatusIcon());
-    icon_->setToolTip(QStringLiteral("Chimewerk"));
+    icon_ = std::make_unique<QSystemTrayIcon>();
+    picture();
     icon_->setContextMenu(&menu_->widget());
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated, icon_.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {
@@ -31,6 +32,21 @@ void QtStatusItem::appear() {
                      });
     icon_->show();
     announce();
+}
+
+void QtStatusItem::picture() {
+    icon_->setIcon(isMuted_ ? makeMutedStatusIcon() : makeStatusIcon());
+    icon_->setToolTip(worded(isMuted_ ? "Chimewerk is muted" : "Chimewerk"));
+}
+
+void QtStatusItem::showMute(bool isMuted) {
+    isMuted_ = isMuted;
+    if (menu_ != nullptr) {
+        menu_->update();
+    }
+    if (icon_ != nullptr) {
+        picture();
+    }
 }
 
 void QtStatusItem::announce() {

@@ -22,13 +22,16 @@ public:
 
     void show(const Menu& menu, std::function<void()> onActivate) override;
 
+    void showMute(bool isMuted) override;
     bool isShown() const override { return icon_ != nullptr && watch_->isThere(); }
     void whenShown(std::function<void()> job) override { onShown_ = std::move(job); }
 
 private:
     void appear();
     void announce();
+    void picture();
 
+    bool isMuted_ = false;
     std::unique_ptr<ProgramMenu> menu_;
     std::function<void()> onActivate_;
     std::function<void()> onShown_;

@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QPaintEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <chrono>
 #include <stdexcept>
 #include <utility>
@@ -305,6 +306,31 @@ TEST_F(TheDashboard, OffersTheMenuWhereThereIsNoTrayAndItsKeysAlways) {
     bed.inTray = true;
     bed.onTray();
     EXPECT_THROW(button("Menu"), std::out_of_range);
+}
+
+TEST_F(TheDashboard, SaysWhileItIsMutedAndUnmutes) {
+    const int before = bed.table().height();
+    bed.library->setMuted(true);
+    EXPECT_TRUE(bed.shows("🔇  Muted"));
+    EXPECT_TRUE(becomesTrue([&] { return bed.table().height() < before; }));
+    bed.open();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&bed.window()));
+    click(button("Unmute"));
+    EXPECT_FALSE(bed.library->isMuted());
+    EXPECT_TRUE(becomesTrue([&] { return bed.table().height() == before; }));
+    EXPECT_TRUE(bed.table().hasFocus());
+}
+
+TEST_F(TheDashboard, LetsItsScrollBarFadeAndShowsItAgainWhileItIsUsed) {
+    const QScrollBar& bar = *bed.table().verticalScrollBar();
+    const QPoint atEnd = bar.mapTo(&bed.window(), bar.rect().center() + QPoint(0, 150));
+    const auto isGone = [&] { return pixel(atEnd) == pixel(atEnd - QPoint(0, 300)); };
+    press(Qt::Key_End);
+    EXPECT_FALSE(isGone());
+    EXPECT_TRUE(becomesTrue(isGone)) << "it stays";
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(&bed.table(), &enter);
+    EXPECT_FALSE(isGone());
 }
 
 TEST_F(TheDashboard, ShowsTheLidsAngleWhicheverEventIsSelected) {
