@@ -162,6 +162,9 @@ public:
         connect(this, &QTextBrowser::anchorClicked, this, &QDesktopServices::openUrl);
         setFrameShape(QFrame::NoFrame);
         viewport()->setBackgroundRole(QPalette::Window);
+        // Also below the scroll bar, where the window's own colour would be seen.
+        setBackgroundRole(QPalette::Window);
+        setAutoFillBackground(true);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         document()->setDocumentMargin(kMargin);

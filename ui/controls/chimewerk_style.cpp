@@ -3,6 +3,8 @@
 
 #include "ui/controls/chimewerk_style.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <algorithm>
@@ -41,6 +43,24 @@ void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, co
              elided(painter.font(), option.currentText, place.width()));
     painter.restore();
 }
+
+/// Hides the focus ring when the user turns from the keyboard to the pointer.
+class PointerWatch final : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress && watched->isWidgetType()) {
+            QWidget& window = *static_cast<QWidget*>(watched)->window();
+            if (window.testAttribute(Qt::WA_KeyboardFocusChange)) {
+                window.setAttribute(Qt::WA_KeyboardFocusChange, false);
+                window.update();
+            }
+        }
+        return false;
+    }
+};
 
 /// A scroll bar is all groove, without buttons at its ends.
 QRect scrollBarPart(const QStyleOptionSlider& bar, QStyle::SubControl part, int shortestThumb) {
@@ -87,6 +107,10 @@ ChimewerkStyle::ChimewerkStyle() : QProxyStyle(QStyleFactory::create(QStringLite
 
 void ChimewerkStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
+    if (pointerWatch_.isNull()) {
+        pointerWatch_ = new PointerWatch(qApp);
+        qApp->installEventFilter(pointerWatch_);
+    }
     if (auto* const bar = qobject_cast<QScrollBar*>(widget)) {
         ScrollBarFade::addTo(*bar);
     }

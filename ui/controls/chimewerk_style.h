@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QPointer>
 #include <QProxyStyle>
 
 namespace chimewerk {
@@ -38,6 +39,10 @@ public:
                     const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
+
+private:
+    /// Belongs to the application, which is made after the style.
+    QPointer<QObject> pointerWatch_;
 };
 
 }  // namespace chimewerk

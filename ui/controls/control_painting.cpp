@@ -264,7 +264,9 @@ void paintScrollBar(QPainter& painter, const QStyleOptionSlider& option, const Q
     const qreal aside = isHovered(option) || isPressed(option) ? 2 : 4;
     const QRectF thumb = upright ? QRectF(handle).adjusted(aside, 3, -2, -3)
                                  : QRectF(handle).adjusted(3, aside, -3, -2);
-    const int strength = isPressed(option) ? 130 : isHovered(option) ? 105 : 70;
+    const int strength = isPressed(option) || ColorScheme::isHighContrast() ? 180
+                         : isHovered(option)                                ? 150
+                                                                            : 115;
     const QColor color =
         isDark(option) ? QColor(255, 255, 255, strength) : QColor(0, 0, 0, strength);
     fill(painter, thumb, color, std::min(thumb.width(), thumb.height()) / 2);

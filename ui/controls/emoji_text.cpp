@@ -65,8 +65,10 @@ qreal layLines(QTextLayout& layout, qreal width, Qt::Alignment alignment, qreal 
         const qreal x = (alignment & Qt::AlignRight) != 0     ? spare
                         : (alignment & Qt::AlignHCenter) != 0 ? spare / 2
                                                               : 0;
-        line.setPosition({x, y});
-        y += std::max(lineHeight, std::floor(line.height()));
+        // A line of nothing but emoji is lower than a line of text.
+        const qreal height = std::max(lineHeight, std::floor(line.height()));
+        line.setPosition({x, y + std::floor((height - line.height()) / 2)});
+        y += height;
     }
     layout.endLayout();
     return y;

@@ -19,6 +19,7 @@
 #include "sound/notifications.h"
 #include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
+#include "ui/controls/hairline.h"
 #include "ui/controls/labels_and_buttons.h"
 #include "ui/controls/window_frame.h"
 #include "ui/controls/wording.h"
@@ -160,10 +161,15 @@ QWidget* DashboardWindowController::buildMuteRow() {
         tableView_->setFocus();
         sm_.setMuted(false);
     });
-    auto* const row = new QHBoxLayout(muteRow_);
+    auto* const edgeAndRow = new QVBoxLayout(muteRow_);
+    edgeAndRow->setContentsMargins(0, 0, 0, 0);
+    edgeAndRow->setSpacing(0);
+    edgeAndRow->addWidget(new Hairline);
+    auto* const row = new QHBoxLayout;
     row->setContentsMargins(16, 6, 8, 6);
     row->addWidget(state, 1);
     row->addWidget(unmute);
+    edgeAndRow->addLayout(row);
     return muteRow_;
 }
 

@@ -3,6 +3,7 @@
 
 #include "ui/dashboard/note_boxes.h"
 
+#include "ui/controls/emoji_text.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 
@@ -58,7 +59,10 @@ LockBox::LockBox(QWidget* panel)
 
 void LockBox::fill(Column& column) {
     column.skip(8);
-    column.addRow({{.widget = *lockEmoji_}, {.widget = *lockTitle_, .gap = 10}});
+    // The label would measure its emoji in a narrower font.
+    const int lockWidth = textWidth(lockEmoji_->font(), lockEmoji_->text());
+    column.addRow(
+        {{.widget = *lockEmoji_, .width = lockWidth}, {.widget = *lockTitle_, .gap = 10}});
     column.skip(10);
     column.add(*lockText_);
 }

@@ -73,8 +73,8 @@ void paintLine(QPainter& painter, const QFont& font, const QColor& color, const 
 }
 
 /// A long count takes room from the hint.
-void paintHintAndBadge(QPainter& painter, const Placement& place, Qt::LayoutDirection direction,
-                       const SidebarRow& row, const SidebarRowColors& colors) {
+void paintHintAndBadge(QPainter& painter, const Placement& place, const SidebarRow& row,
+                       const SidebarRowColors& colors) {
     const QFont badgeFont = monospacedDigitSystemFont(10);
     const QString badge = QString::fromStdString(row.badge);
     RowFrame hintFrame = place.layout.hint;
@@ -83,7 +83,6 @@ void paintHintAndBadge(QPainter& painter, const Placement& place, Qt::LayoutDire
     badgeFrame.x -= more;
     badgeFrame.width += more;
     hintFrame.width -= more == 0 ? 0 : more + 4;
-    painter.setLayoutDirection(direction);
     paintLine(painter, systemFont(11), colors.hint, place(hintFrame), Qt::AlignLeft,
               QString::fromStdString(row.hint));
     paintLine(painter, badgeFont, colors.badge, place(badgeFrame), Qt::AlignRight, badge);
@@ -127,6 +126,7 @@ SidebarRowColors sidebarRowColors(const QPalette& palette, QStyle::State state, 
 void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, const SidebarRow& row) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setLayoutDirection(option.direction);
     const SidebarRowColors colors = sidebarRowColors(option.palette, option.state, row.alpha);
     paintGround(painter, option, colors.ground);
 
@@ -139,7 +139,7 @@ void paintSidebarRow(QPainter& painter, const QStyleOptionViewItem& option, cons
     painter.setOpacity(1);
     paintLine(painter, systemFont(13, QFont::Medium), colors.name, place(place.layout.name),
               Qt::AlignLeft, worded(row.name));
-    paintHintAndBadge(painter, place, option.direction, row, colors);
+    paintHintAndBadge(painter, place, row, colors);
     paintSwitch(painter, option, place, row);
     painter.restore();
 }

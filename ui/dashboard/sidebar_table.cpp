@@ -5,11 +5,10 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QScrollBar>
 #include <utility>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/controls/hairline.h"
 #include "ui/controls/wording.h"
 #include "ui/dashboard/sidebar_row_painting.h"
 
@@ -76,22 +75,11 @@ bool SidebarTable::Delegate::editorEvent(QEvent* event, QAbstractItemModel* mode
            QStyledItemDelegate::editorEvent(event, model, option, index);
 }
 
-/// A hairline, where rows are scrolled out of sight.
-class SidebarTable::Edge final : public QWidget {
-public:
-    using QWidget::QWidget;
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter(this).fillRect(rect(), colorSchemeOf(*this).separator);
-    }
-};
-
 SidebarTable::SidebarTable(const SoundManager& sounds, bool isAppleSilicon, Callbacks callbacks)
     : callbacks_(std::move(callbacks)),
       model_(new Model(this, sounds, isAppleSilicon,
                        [this](int row, bool on) { callbacks_.onToggle(row, on); })),
-      edge_(new Edge(this)) {
+      edge_(new Hairline(this)) {
     setModel(model_);
     setItemDelegate(new Delegate(this, *model_));
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,

@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "sound/sound_manager.h"
+#include "ui/controls/hairline.h"
 #include "ui/rules/sidebar_row.h"
 
 namespace chimewerk {
@@ -43,8 +44,6 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
-    class Edge;
-
     /// The rows and their check boxes, for the toolkit.
     class Model final : public QAbstractListModel {
     public:
@@ -83,7 +82,8 @@ private:
 
     const Callbacks callbacks_;
     Model* const model_;
-    Edge* const edge_;
+    /// Shown where rows are scrolled out of sight.
+    Hairline* const edge_;
     /// The row whose check box was pressed with the mouse, until it is released.
     std::optional<int> pressedBox_;
 };

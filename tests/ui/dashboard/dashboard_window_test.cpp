@@ -161,6 +161,9 @@ TEST_F(TheDashboard, WorksByKeyboard) {
 
     press(Qt::Key_Tab);
     EXPECT_FALSE(bed.table().hasFocus());
+    EXPECT_TRUE(bed.window().testAttribute(Qt::WA_KeyboardFocusChange));
+    clickRow(kKeyPressRow);
+    EXPECT_FALSE(bed.window().testAttribute(Qt::WA_KeyboardFocusChange)) << "the ring stays";
     button("🌙  Dark").setFocus();
     press(Qt::Key_Tab);
     EXPECT_TRUE(bed.themes().hasFocus());
@@ -331,6 +334,21 @@ TEST_F(TheDashboard, LetsItsScrollBarFadeAndShowsItAgainWhileItIsUsed) {
     QEvent enter(QEvent::Enter);
     QApplication::sendEvent(&bed.table(), &enter);
     EXPECT_FALSE(isGone());
+}
+
+TEST_F(TheDashboard, MirrorsItsRowsForLanguagesThatAreReadFromRightToLeft) {
+    bed.window().setLayoutDirection(Qt::RightToLeft);
+    const QPoint box(20, rowRect(1).center().y());
+    clickAt(*bed.table().viewport(), box);
+    EXPECT_FALSE(isOn("lid_open"));
+    clickAt(*bed.table().viewport(), checkBox(1));
+    EXPECT_FALSE(isOn("lid_open")) << "the box is where it was";
+    EXPECT_THAT(selectedRows(), ElementsAre(1));
+    const QImage name =
+        bed.table().viewport()->grab(rowRect(2).adjusted(170, 12, -60, -28)).toImage();
+    QImage blank = name;
+    blank.fill(name.pixelColor(0, 0));
+    EXPECT_NE(name, blank) << "the name is not beside the emoji";
 }
 
 TEST_F(TheDashboard, ShowsTheLidsAngleWhicheverEventIsSelected) {
