@@ -36,13 +36,18 @@ void OverflowStream::connect(pa_context& context) {
     progressed_ = BootClock::now();
     stream_ = std::make_unique<PulseStream>(
         connection_, context, kLatencyMilliseconds,
-        PulseStream::Callbacks{.ready = [this] { feed(); },
+        PulseStream::Callbacks{.ready =
+                                   [this] {
+                                       if (!isOverdue()) {
+                                           feed();
+                                       }
+                                   },
                                .failed = [this] { clear(); },
                                .wanted = [this](std::size_t frames) { onWanted(frames); }});
 }
 
 void OverflowStream::onWanted(std::size_t frames) {
-    if (state_ == State::feeding && *deadline() > BootClock::now()) {
+    if (state_ == State::feeding && !isOverdue()) {
         mix(frames);
     }
 }
@@ -103,11 +108,16 @@ std::optional<BootClock::time_point> OverflowStream::deadline() const {
     return busy ? std::optional(progressed_ + kPatience) : std::nullopt;
 }
 
-void OverflowStream::endOverdue(BootClock::time_point now) {
-    if (const auto due = deadline(); due && *due <= now) {
+void OverflowStream::endOverdue() {
+    if (isOverdue()) {
         clear();
         quiet_();
     }
+}
+
+bool OverflowStream::isOverdue() const {
+    const auto due = deadline();
+    return due && *due <= BootClock::now();
 }
 
 void OverflowStream::clear() {

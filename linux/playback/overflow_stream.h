@@ -42,7 +42,7 @@ public:
     /// no voices.
     std::optional<BootClock::time_point> deadline() const;
     /// Ends all voices if the deadline has passed.
-    void endOverdue(BootClock::time_point now);
+    void endOverdue();
 
     bool exists() const { return stream_ != nullptr; }
     bool isQuiet() const { return state_ != State::feeding && state_ != State::draining; }
@@ -51,6 +51,7 @@ private:
     /// The stream is connected, kept fed, played to its end and corked, in this order.
     enum class State { connecting, feeding, draining, idle };
 
+    bool isOverdue() const;
     void connect(pa_context& context);
     void feed();
     void onWanted(std::size_t frames);

@@ -97,9 +97,8 @@ void PulsePlayer::watchDeadline() {
 }
 
 void PulsePlayer::endOverdue() {
-    const auto now = BootClock::now();
-    pool_.endOverdue(now);
-    overflow_.endOverdue(now);
+    pool_.endOverdue(BootClock::now());
+    overflow_.endOverdue();
     watchDeadline();
 }
 
