@@ -70,6 +70,7 @@ AppUnit AppUnit::parse(std::string_view unitName) {
     } else {
         name.remove_suffix(kService.size());
         const std::size_t at = name.find('@');
+        unit.isOnlyInstance = at == std::string_view::npos;
         unit.autostarted = at != std::string_view::npos && name.substr(at) == "@autostart";
         name = name.substr(0, at);
     }

@@ -19,6 +19,8 @@ struct AppUnit {
     std::string application;
     /// Started at login by the session rather than by the user.
     bool autostarted = false;
+    /// Has a fixed name, and so was not made for a launch: such a service is started by the bus.
+    bool isOnlyInstance = false;
 
     /// Returns whether a unit with this name runs an application. Slices and templates do not; nor
     /// do the units of programs that the bus has started, whose bus names say more.

@@ -50,6 +50,15 @@ bool namesOneOf(const std::string& list, const std::vector<std::string>& desktop
     return false;
 }
 
+/// Desktops mark what belongs to them with a category of their name, such as "X-XFCE".
+bool isPartOf(const std::vector<std::string>& desktops, const std::string& categories) {
+    std::vector<std::string> own;
+    for (const std::string& desktop : desktops) {
+        own.push_back("X-" + desktop);
+    }
+    return namesOneOf(categories, own) && !namesOneOf(categories, {"Settings"});
+}
+
 /// Returns none if there is no such file.
 std::optional<std::string> readText(const std::string& path) {
     std::ifstream file(path);
@@ -91,6 +100,8 @@ DesktopEntry DesktopEntry::parse(const std::string& text,
             entry.isActivatable = isTrue;
         } else if (key == "Exec") {
             entry.program = programOf(value);
+        } else if (key == "Categories") {
+            entry.isPartOfDesktop = isPartOf(desktops, value);
         }
     }
     return entry;

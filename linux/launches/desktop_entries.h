@@ -17,6 +17,8 @@ struct DesktopEntry {
     bool isActivatable = false;
     /// The file name of the program that it runs; empty if only an interpreter is named.
     std::string program;
+    /// In this desktop's own category and none for its settings: a launcher, a logout prompt.
+    bool isPartOfDesktop = false;
 
     /// Parses the text of an entry. `desktops` are the names of this desktop.
     static DesktopEntry parse(const std::string& text, const std::vector<std::string>& desktops);

@@ -119,13 +119,13 @@ LaunchFacts LaunchFacts::ofThisSession() {
 }
 
 /// A bus name is that of an application only if the entry of the same name says so.
-LaunchCandidate::Entry LaunchFacts::entryOf(const LaunchCandidate& candidate,
-                                            const std::vector<std::string>& programs) const {
+std::optional<DesktopEntry> LaunchFacts::entryOf(const LaunchCandidate& candidate,
+                                                 const std::vector<std::string>& programs) const {
     if (candidate.found != LaunchCandidate::Found::byBusName) {
-        return entryState(applications_.find(candidate.application, programs));
+        return applications_.find(candidate.application, programs);
     }
-    const auto entry = applications_.find(candidate.application);
-    return entryState(entry && entry->isActivatable ? entry : std::nullopt);
+    auto entry = applications_.find(candidate.application);
+    return entry && entry->isActivatable ? std::move(entry) : std::nullopt;
 }
 
 std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
@@ -143,21 +143,26 @@ std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
     candidate.process = process->id;
     const ControlGroup group = ControlGroup::parse(readControlGroups(process->id.number));
     candidate.unit = sign.unit.empty() ? group.appUnit : sign.unit;
+    bool isOnlyInstance = false;
     if (!sign.unit.empty()) {
         const AppUnit unit = AppUnit::parse(sign.unit);
         candidate.application = unit.application;
         candidate.isAutostarted = unit.autostarted;
+        isOnlyInstance = unit.isOnlyInstance;
     }
     const auto programs = readPrograms(process->id.number);
-    candidate.entry = entryOf(candidate, programs);
-    candidate.isPartOfSession = isPartOfSession(group, candidate);
+    const auto entry = entryOf(candidate, programs);
+    candidate.entry = entryState(entry);
+    candidate.isPartOfSession =
+        isPartOfSession(group, candidate) || (entry && entry->isPartOfDesktop);
 
     const auto ancestors = ancestorsOf(*process);
     for (const ProcessStatus& ancestor : ancestors) {
         candidate.ancestors.push_back(ancestor.id);
     }
     candidate.isWithoutWindow =
-        sign.found != LaunchCandidate::Found::byWindow && !sign.hasWindow && isService(*process);
+        sign.found != LaunchCandidate::Found::byWindow && !sign.hasWindow &&
+        (isService(*process) || (isOnlyInstance && entry && !entry->isActivatable));
     const auto manager = std::ranges::find_if(ancestors, [&](const ProcessStatus& ancestor) {
         return isSessionManager(ancestor, sign.windowManager);
     });

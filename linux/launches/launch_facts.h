@@ -41,8 +41,8 @@ public:
     std::optional<LaunchCandidate> of(const LaunchSign& sign) const;
 
 private:
-    LaunchCandidate::Entry entryOf(const LaunchCandidate& candidate,
-                                   const std::vector<std::string>& programs) const;
+    std::optional<DesktopEntry> entryOf(const LaunchCandidate& candidate,
+                                        const std::vector<std::string>& programs) const;
 
     const DesktopEntries applications_;
     const DesktopEntries autostart_;

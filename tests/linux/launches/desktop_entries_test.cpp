@@ -45,6 +45,19 @@ TEST(ADesktopEntry, SaysWhetherMenusShowItAndWhatItRuns) {
     }
 }
 
+TEST(ADesktopEntry, IsAPartOfTheDesktopInItsOwnCategory) {
+    const auto parse = [](const std::string& lines) {
+        return DesktopEntry::parse("[Desktop Entry]\nType=Application\n" + lines, {"XFCE"});
+    };
+    for (const auto& [categories, isPart] :
+         {std::pair("Utility;X-XFCE;X-Xfce-Toplevel;", true), std::pair("Utility;X-XFCE;", true),
+          std::pair("XFCE;GTK;Settings;X-XFCE-SettingsDialog;X-XFCE;", false),
+          std::pair("Utility;X-LXQT;", false), std::pair("System;FileManager;", false)}) {
+        EXPECT_EQ(parse(std::string("Categories=") + categories).isPartOfDesktop, isPart)
+            << categories;
+    }
+}
+
 class TheDesktopEntries : public testing::Test {
 protected:
     void add(const std::string& file, const std::string& lines) {

@@ -25,7 +25,7 @@ protected:
         std::ofstream(folder / file) << "[Desktop Entry]\nType=Application\n" << lines << '\n';
     }
     LaunchFacts facts() {
-        return {DesktopEntries({folder / "applications"}, {}),
+        return {DesktopEntries({folder / "applications"}, {"XFCE"}),
                 DesktopEntries({folder / "autostart"}, {})};
     }
     /// Returns the only child, once it runs `program`.
@@ -79,6 +79,13 @@ TEST_F(TheLaunchFacts, AreThoseOfTheEldestProcessOfAUnit) {
     EXPECT_FALSE(isRunning({.number = wrapper.id(), .start = found->process.start - BootTime(1)}));
 }
 
+TEST_F(TheLaunchFacts, KnowPartsOfTheDesktop) {
+    write("applications/run.desktop", "Exec=xfce4-appfinder\nCategories=Utility;X-XFCE;");
+    const ChildProcess command({"sleep", "60"});
+    const auto window = facts().of({.processes = {command.id()}, .application = "run"});
+    EXPECT_TRUE(window && window->isPartOfSession);
+}
+
 TEST_F(TheLaunchFacts, AreNoneForProcessesThatHaveEnded) {
     ChildProcess ended({"true"});
     EXPECT_TRUE(eventually([&] { return !readProcessStatus(ended.id()); }));  // Not waited for yet.
@@ -100,6 +107,18 @@ TEST_F(TheLaunchFacts, TellServicesFromWhatTheUserOpens) {
     EXPECT_FALSE(facts().of(sign)->isWithoutWindow);
     sign.application = "org.example.Plain";  // The bus does not start it under this name.
     EXPECT_EQ(facts().of(sign)->entry, LaunchCandidate::Entry::none);
+    // A key of Plasma has Spectacle take a screenshot, for which the bus starts this unit.
+    write("applications/org.kde.spectacle.desktop", "Exec=/usr/bin/spectacle");
+    const ChildProcess program({"sleep", "60"});
+    for (const auto& [unit, isWithoutWindow] :
+         {std::pair("app-org.kde.spectacle.service", true),
+          std::pair("app-org.kde.spectacle@0a1b.service", false),
+          std::pair("app-org.kde.spectacle-3c407e.scope", false),
+          std::pair("app-org.example.Files.service", false)}) {
+        const auto found = facts().of(
+            {.found = LaunchCandidate::Found::inUnit, .processes = {program.id()}, .unit = unit});
+        EXPECT_EQ(found->isWithoutWindow, isWithoutWindow) << unit;
+    }
 }
 
 }  // namespace
