@@ -30,7 +30,9 @@ constexpr float kAudible = 0.002F;
 constexpr int kRounds = 3;
 constexpr int kPressesPerRound = 20;
 constexpr auto kUntilReady = 3s;
-constexpr auto kQuiet = 900ms;
+constexpr auto kQuiet = 400ms;
+/// A program that was not heard this often in a row will not be heard at all.
+constexpr int kMostUnheard = 5;
 
 /// A display with a window that has the keyboard focus: without one, some programs receive no keys.
 class Keyboard {
@@ -84,24 +86,26 @@ double quantile(std::vector<double> values, double q) {
                : values[static_cast<std::size_t>(q * static_cast<double>(values.size() - 1))];
 }
 
-void press(Keyboard& keyboard, SinkRecorder& recorder, Program& program,
+/// Returns whether the key was heard.
+bool press(Keyboard& keyboard, SinkRecorder& recorder, Program& program,
            std::vector<double>& into) {
     const auto pressed = steady_clock::now();
     keyboard.press();
     if (const auto heard = recorder.waitForSound(pressed, kAudible, pressed + 1s)) {
         into.push_back(Milliseconds(*heard - pressed).count());
-    } else {
-        ++program.unheard;
+        return true;
     }
+    ++program.unheard;
+    return false;
 }
 
 void measure(Keyboard& keyboard, SinkRecorder& recorder, Program& program) {
     const ChildProcess running(program.command);
     std::this_thread::sleep_for(kUntilReady);
-    press(keyboard, recorder, program, program.firsts);
-    for (int i = 0; i < kPressesPerRound; ++i) {
+    int unheard = press(keyboard, recorder, program, program.firsts) ? 0 : 1;
+    for (int i = 0; i < kPressesPerRound && unheard < kMostUnheard; ++i) {
         std::this_thread::sleep_for(kQuiet + std::chrono::milliseconds(i * 7 % 30));
-        press(keyboard, recorder, program, program.milliseconds);
+        unheard = press(keyboard, recorder, program, program.milliseconds) ? 0 : unheard + 1;
     }
 }
 
