@@ -13,8 +13,8 @@ namespace {
 
 /// Longer than a pooled stream's latency: the connection's thread mixes in step with the server,
 /// and may have to wait for processor time.
-constexpr unsigned kLatencyMilliseconds = 60;
-constexpr std::int64_t kLatencyFrames = std::int64_t{kLatencyMilliseconds} * kOutputRate / 1000;
+constexpr PulseStream::Buffering kBuffering{.milliseconds = 60, .requestMilliseconds = 15};
+constexpr std::int64_t kBufferedFrames = std::int64_t{kBuffering.milliseconds} * kOutputRate / 1000;
 
 }  // namespace
 
@@ -35,7 +35,7 @@ void OverflowStream::connect(pa_context& context) {
     state_ = State::connecting;
     progressed_ = BootClock::now();
     stream_ = std::make_unique<PulseStream>(
-        connection_, context, kLatencyMilliseconds,
+        connection_, context, kBuffering,
         PulseStream::Callbacks{.ready =
                                    [this] {
                                        if (!isOverdue()) {
@@ -100,7 +100,7 @@ void OverflowStream::deliver(std::uint64_t voice, std::span<float> stereo, bool 
 
 std::int64_t OverflowStream::framesLeft() const {
     const bool busy = stream_ != nullptr && state_ != State::idle;
-    return busy ? kLatencyFrames + static_cast<std::int64_t>(mixer_.mostFramesLeft()) : 0;
+    return busy ? kBufferedFrames + static_cast<std::int64_t>(mixer_.mostFramesLeft()) : 0;
 }
 
 std::optional<BootClock::time_point> OverflowStream::deadline() const {

@@ -19,6 +19,10 @@ PulseStream& self(void* user) {
     return *static_cast<PulseStream*>(user);
 }
 
+std::uint32_t bytesOf(unsigned milliseconds) {
+    return static_cast<std::uint32_t>(pa_usec_to_bytes(milliseconds * PA_USEC_PER_MSEC, &kForm));
+}
+
 /// Releases a request whose result is not needed.
 void forget(pa_operation* operation) {
     const PulseHandle<pa_operation> released(operation);
@@ -26,15 +30,15 @@ void forget(pa_operation* operation) {
 
 }  // namespace
 
-PulseStream::PulseStream(PulseConnection& connection, pa_context& context,
-                         unsigned latencyMilliseconds, Callbacks callbacks)
+PulseStream::PulseStream(PulseConnection& connection, pa_context& context, Buffering buffering,
+                         Callbacks callbacks)
     : callbacks_(std::move(callbacks)) {
-    if (!connect(context, latencyMilliseconds)) {
+    if (!connect(context, buffering)) {
         failing_ = connection.after(std::chrono::milliseconds(0), [this] { fail(); });
     }
 }
 
-bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
+bool PulseStream::connect(pa_context& context, Buffering buffering) {
     const PulseHandle<pa_proplist> properties(pa_proplist_new());
     pa_proplist_sets(properties.get(), PA_PROP_MEDIA_ROLE, "event");
     pa_proplist_sets(properties.get(), PA_PROP_MEDIA_NAME, "Event sound");
@@ -58,15 +62,13 @@ bool PulseStream::connect(pa_context& context, unsigned latencyMilliseconds) {
             this);
     }
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
-    const auto latency = static_cast<std::uint32_t>(
-        pa_usec_to_bytes(latencyMilliseconds * PA_USEC_PER_MSEC, &kForm));
     // Playing starts with the first frame. A pre-buffer of 0 would start as fast, but the server
     // would never consider the stream empty: it would play silence and never report that the stream
     // has drained.
     const pa_buffer_attr buffer{.maxlength = kServersChoice,
-                                .tlength = latency,
+                                .tlength = bytesOf(buffering.milliseconds),
                                 .prebuf = kFrameSize,
-                                .minreq = kServersChoice,
+                                .minreq = bytesOf(buffering.requestMilliseconds),
                                 .fragsize = kServersChoice};
     constexpr auto kFlags =
         static_cast<pa_stream_flags_t>(PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY);

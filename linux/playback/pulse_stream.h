@@ -34,9 +34,15 @@ public:
         std::function<void(std::size_t frames)> wanted = {};
     };
 
-    /// Requests a stream that keeps about `latencyMilliseconds` of sound between the program and
-    /// the speaker.
-    PulseStream(PulseConnection& connection, pa_context& context, unsigned latencyMilliseconds,
+    /// How much sound the server keeps.
+    struct Buffering {
+        unsigned milliseconds;         // Between the program and the speaker, about.
+        unsigned requestMilliseconds;  // The server asks for more when so much is missing.
+    };
+
+    /// Requests a stream. The server has the device play in pieces of half of what is buffered
+    /// beyond two requests.
+    PulseStream(PulseConnection& connection, pa_context& context, Buffering buffering,
                 Callbacks callbacks);
     PulseStream(const PulseStream&) = delete;
     PulseStream& operator=(const PulseStream&) = delete;
@@ -65,7 +71,7 @@ public:
     void askQueued(std::function<void(std::optional<Queued>)> answer);
 
 private:
-    bool connect(pa_context& context, unsigned latencyMilliseconds);
+    bool connect(pa_context& context, Buffering buffering);
     void onStateChange();
     void fail();
 
