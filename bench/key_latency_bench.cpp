@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -65,7 +66,9 @@ private:
 
     void send(std::uint8_t type, std::uint8_t key) {
         xcb_test_fake_input(server_.get(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
-        xcb_flush(server_.get());
+        // A server that has nothing to answer keeps the event from programs that record.
+        std::free(
+            xcb_get_input_focus_reply(server_.get(), xcb_get_input_focus(server_.get()), nullptr));
     }
 
     std::unique_ptr<xcb_connection_t, Disconnect> server_{xcb_connect(nullptr, nullptr)};
