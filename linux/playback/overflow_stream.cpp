@@ -81,7 +81,7 @@ void OverflowStream::drain() {
     state_ = State::draining;
     stream_->drain([this] {
         state_ = State::idle;
-        stream_->corkAndFlush();
+        stream_->cork();
         quiet_();
     });
 }

@@ -123,11 +123,10 @@ void PulseStream::uncork() {
     forget(pa_stream_cork(stream_.get(), 0, nullptr, nullptr));
 }
 
-void PulseStream::corkAndFlush() {
+void PulseStream::cork() {
     draining_.reset(nullptr);
     asking_.reset(nullptr);
     forget(pa_stream_cork(stream_.get(), 1, nullptr, nullptr));
-    forget(pa_stream_flush(stream_.get(), nullptr, nullptr));
 }
 
 void PulseStream::drain(std::function<void()> drained) {

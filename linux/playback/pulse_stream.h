@@ -54,10 +54,10 @@ public:
     void write(std::span<const float> stereo, std::size_t rewind = 0);
     /// Starts playing the frames written.
     void uncork();
-    /// Stops playing at once and drops the waiting frames.
-    void corkAndFlush();
+    /// Stops playing. Call it when everything written has been played.
+    void cork();
     /// Calls `drained` when everything written has been played. A later `write()` without `rewind`,
-    /// or `corkAndFlush()`, cancels that.
+    /// or `cork()`, cancels that.
     void drain(std::function<void()> drained);
     /// Returns the number of frames that the server can take now.
     std::size_t wantedFrames() const;

@@ -124,7 +124,7 @@ void StreamPool::onStarted(PooledStream& stream) {
 void StreamPool::finish(PooledStream& stream) {
     moved_ = BootClock::now();
     stream.refill = nullptr;
-    stream.stream->corkAndFlush();
+    stream.stream->cork();
     stream.state = PooledStream::State::idle;
     stream.voice = {};
     stream.sound = {};
