@@ -131,16 +131,12 @@ void EpollMainQueue::add(const FileDescriptor& descriptor, std::uint64_t key) {
 }
 
 void EpollMainQueue::post(Job job) {
-    bool first = false;
-    {
-        const std::lock_guard lock(postedLock_);
-        first = posted_.empty();
-        posted_.push_back(std::move(job));
-    }
-    if (first) {
+    const std::lock_guard lock(postedLock_);
+    if (posted_.empty()) {
         const std::uint64_t one = 1;
         [[maybe_unused]] const auto size = write(wakeUp_.get(), &one, sizeof one);
     }
+    posted_.push_back(std::move(job));
 }
 
 void EpollMainQueue::postAfter(Seconds delay, Job job) {
@@ -189,13 +185,20 @@ void EpollMainQueue::dispatchWithin(int timeoutMilliseconds) {
             (*job)();
         }
     }
+    // What these jobs have posted needs no wake-up of its own.
+    if (count > 0 && !quitting_) {
+        runPosted();
+    }
 }
 
 void EpollMainQueue::runPosted() {
-    drain(wakeUp_);
     std::vector<Job> jobs;
     {
         const std::lock_guard lock(postedLock_);
+        if (posted_.empty()) {
+            return;
+        }
+        drain(wakeUp_);
         jobs.swap(posted_);
     }
     for (Job& job : jobs) {

@@ -81,7 +81,7 @@ private:
     std::uint64_t nextKey_;
 
     std::mutex postedLock_;
-    std::vector<Job> posted_;  // guarded by postedLock_
+    std::vector<Job> posted_;  // Guarded by postedLock_; wakeUp_ is readable if there are any.
 };
 
 }  // namespace chimewerk

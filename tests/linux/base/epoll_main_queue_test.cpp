@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <functional>
 #include <string>
 #include <thread>
 
@@ -29,6 +30,20 @@ TEST(TheMainQueue, RunsPostedJobsInOrderFromAnyThread) {
     queue.post([&] { queue.post([&] { queue.quit(); }); });
     queue.run();
     EXPECT_EQ(ran, "abcd");
+}
+
+TEST(TheMainQueue, NeedsNoWakeUpForWhatAJobPosts) {
+    EpollMainQueue queue;
+    int left = 3;
+    std::function<void()> again = [&] {
+        if (--left > 0) {
+            queue.post(again);
+        }
+    };
+    queue.postAfter(Seconds{0.01}, again);
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.05}), 2)
+        << "jobs that post without end hold up nothing";
+    EXPECT_EQ(left, 0);
 }
 
 TEST(TheMainQueue, RunsDelayedJobsInOrderAndNeverEarly) {
