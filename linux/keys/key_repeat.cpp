@@ -43,12 +43,6 @@ void KeyRepeat::press(std::uint8_t key) {
     }
 }
 
-void KeyRepeat::release(std::uint8_t key) {
-    if (key == held_) {
-        stop();
-    }
-}
-
 void KeyRepeat::stop() {
     if (std::exchange(held_, 0) != 0) {
         setTimer({}, {});

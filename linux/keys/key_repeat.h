@@ -14,9 +14,9 @@
 
 namespace chimewerk {
 
-/// Repeats the key that was pressed last, after a delay and then at an interval, until it is
-/// released. Uses one kernel timer, which runs only while such a key is held, and allocates nothing
-/// per key. Main thread only; must not be destroyed from within its callback.
+/// Repeats the key that was pressed last, after a delay and then at an interval, until `stop()`.
+/// Uses one kernel timer and allocates nothing per key. Main thread only; must not be destroyed
+/// from within its callback.
 class KeyRepeat {
 public:
     struct Settings {
@@ -27,13 +27,12 @@ public:
         std::array<std::uint8_t, 32> keys{};
     };
 
-    /// Calls `onRepeat` for each repeat; missed repeats are skipped. The queue must outlive
-    /// the object.
+    /// Calls `onRepeat` for each repeat, which stops the repetition if the key is up again; missed
+    /// repeats are skipped. The queue must outlive the object.
     KeyRepeat(EpollMainQueue& queue, std::function<void(std::uint8_t key)> onRepeat);
 
     void setSettings(const Settings& settings);
     void press(std::uint8_t key);
-    void release(std::uint8_t key);
     void stop();
 
 private:

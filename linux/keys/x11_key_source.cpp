@@ -17,8 +17,8 @@ namespace chimewerk {
 
 namespace {
 
-/// Subscribes to raw key events of all keyboards and returns their extension opcode; none if the
-/// server cannot send them.
+/// Subscribes to the raw key presses of all keyboards and returns their extension opcode; none if
+/// the server cannot send them. Releases would double the wake-ups.
 std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_window_t root) {
     const auto* const extension = xcb_get_extension_data(server, &xcb_input_id);
     if (extension == nullptr || extension->present == 0) {
@@ -33,8 +33,7 @@ std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_win
     struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
-    } const wanted{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-                   XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE};
+    } const wanted{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS};
     const XcbReply<xcb_generic_error_t> error(xcb_request_check(
         server, xcb_input_xi_select_events_checked(server, root, 1, &wanted.head)));
     return error ? std::nullopt : std::optional(extension->major_opcode);
@@ -81,17 +80,12 @@ private:
         if ((event.response_type & 0x7F) != XCB_GE_GENERIC) {
             return;
         }
-        // Raw press and release events have the same layout.
         const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
-        if (raw.extension != opcode_ || raw.detail > 0xFF) {
-            return;
-        }
-        const auto key = static_cast<std::uint8_t>(raw.detail);
-        if (raw.event_type == XCB_INPUT_RAW_KEY_PRESS) {
+        if (raw.extension == opcode_ && raw.event_type == XCB_INPUT_RAW_KEY_PRESS &&
+            raw.detail <= 0xFF) {
+            const auto key = static_cast<std::uint8_t>(raw.detail);
             report(key);
             repeat_.press(key);
-        } else if (raw.event_type == XCB_INPUT_RAW_KEY_RELEASE) {
-            repeat_.release(key);
         }
     }
 
@@ -102,8 +96,8 @@ private:
         }
     }
 
-    /// Reports a repeat if the server says that the key is still down. Otherwise its release was
-    /// missed, for example during a switch to another console, and the repetition stops.
+    /// Reports a repeat if the server says that the key is still down. Otherwise the repetition
+    /// stops.
     void repeat(std::uint8_t key) {
         xcb_connection_t* const server = link_.server();
         const XcbReply<xcb_query_keymap_reply_t> state(

@@ -107,7 +107,7 @@ TEST_F(TheX11Keys, RepeatWhileHeldWithTheServersSettings) {
     x.sync();
     runReady(queue);
     const std::size_t atRelease = received.size();
-    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
+    EXPECT_LE(wakeUpsWithin(queue, Seconds{0.3}), 1) << "to see that the key is up";
     EXPECT_EQ(received.size(), atRelease);
 
     ASSERT_EQ(std::system("xset r off"), 0);  // The server announces the change to the tap.
