@@ -39,11 +39,13 @@
 #include "linux/desktop/remote_control_service.h"
 #include "linux/desktop/screenshot_places.h"
 #include "linux/desktop/session_environment.h"
+#include "linux/desktop/session_idle_time.h"
 #include "linux/desktop/single_instance.h"
 #include "linux/desktop/xdg_folders.h"
 #include "linux/desktop/xdg_trash_source.h"
 #include "linux/devices/sysfs_backlight_source.h"
 #include "linux/devices/udev_usb_arrival_source.h"
+#include "linux/devices/user_brightness_source.h"
 #include "linux/keys/desktop_key_source.h"
 #include "linux/keys/xdg_permission_page.h"
 #include "linux/launches/desktop_app_launch_source.h"
@@ -160,6 +162,9 @@ struct Machine {
     const SessionEnvironment session = SessionEnvironment::ofThisProcess();
     LidSensorTable lidSensor{queue, LidSensorTable::rows(queue)};
     SysfsBacklightSource display{queue};
+    SessionIdleTime idleTime{queue};
+    UserBrightnessSource brightness{display,
+                                    [this](auto answer) { idleTime.ask(std::move(answer)); }};
     DesktopKeySource keys{queue, session};
     XdgPermissionPage keyPermissionPage{queue, folders.pages + "/keyboard-permission.html"};
     PulseOutputVolumeSource output{queue, soundServer};
@@ -192,7 +197,7 @@ SoundManager::Dependencies soundsOn(Machine& machine, SoundService& service,
 
 AppDelegate::Sources sourcesOf(Machine& machine, PermissionPage& keyPermissionPage) {
     return {.lidSensor = machine.lidSensor,
-            .display = machine.display,
+            .display = machine.brightness,
             .keys = machine.keys,
             .keyPermissionPage = keyPermissionPage,
             .output = machine.output,

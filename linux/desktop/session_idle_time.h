@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Chimewerk developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+#include "linux/base/epoll_main_queue.h"
+#include "linux/base/retry_interval.h"
+#include "linux/links/bus_link.h"
+
+namespace chimewerk {
+
+/// Knows how long the user has touched neither keyboard nor pointer, from the desktop: GNOME's
+/// compositor, or KDE's screen saver in an X11 session. Main thread only; must not be destroyed
+/// from within an answer.
+class SessionIdleTime {
+public:
+    /// None if no desktop tells.
+    using Answer = std::function<void(std::optional<std::chrono::milliseconds> idle)>;
+
+    /// The queue must outlive the object.
+    explicit SessionIdleTime(EpollMainQueue& queue, Seconds retryInterval = kRetryInterval);
+
+    /// Asks, and calls `answer` once, at once or after a second at the latest. A new question drops
+    /// the last one.
+    void ask(Answer answer);
+
+private:
+    void askNext();
+    void onReply(sd_bus_message* reply);
+
+    sd_bus* bus_ = nullptr;
+    /// The next desktop to ask.
+    std::size_t next_ = 0;
+    Answer answer_;
+    BusSlot request_;
+    BusLink link_;
+};
+
+}  // namespace chimewerk
