@@ -52,9 +52,9 @@ bool namesOneOf(const std::string& list, const std::vector<std::string>& desktop
 
 /// Desktops mark what belongs to them with a category of their name, such as "X-XFCE".
 bool isPartOf(const std::vector<std::string>& desktops, const std::string& categories) {
-    std::vector<std::string> own;
-    for (const std::string& desktop : desktops) {
-        own.push_back("X-" + desktop);
+    std::vector<std::string> own = desktops;
+    for (std::string& category : own) {
+        category.insert(0, "X-");
     }
     return namesOneOf(categories, own) && !namesOneOf(categories, {"Settings"});
 }
