@@ -31,22 +31,11 @@ QByteArray platforms() {
     return wayland && !gnome ? "wayland;xcb;offscreen" : "xcb;wayland;offscreen";
 }
 
-/// Returns how much larger than usual texts are to be on Wayland; empty for the usual size. Plasma
-/// says so in a variable, which the toolkit applies to fonts with sizes in points only. On X11 the
-/// toolkit scales the windows itself.
-QByteArray textScale() {
-    constexpr int kUsualDotsPerInch = 96;
-    const int wanted = qEnvironmentVariableIntValue("QT_WAYLAND_FORCE_DPI");
-    const bool applies = wanted > kUsualDotsPerInch && platforms().startsWith("wayland");
-    return applies ? QByteArray::number(wanted / double{kUsualDotsPerInch}) : QByteArray();
-}
-
-/// Sets a variable of the environment for as long as the object lives, unless it is set already or
-/// the value is empty.
+/// Sets a variable of the environment, unless it is set already, for as long as the object lives.
 class TemporaryVariable {
 public:
     TemporaryVariable(const char* name, const QByteArray& value)
-        : name_(name), isOurs_(!value.isEmpty() && qEnvironmentVariableIsEmpty(name)) {
+        : name_(name), isOurs_(qEnvironmentVariableIsEmpty(name)) {
         if (isOurs_) {
             qputenv(name_, value);
         }
@@ -89,7 +78,6 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
     }
     // Programs that this one starts do not inherit the settings of our toolkit.
     const TemporaryVariable platform("QT_QPA_PLATFORM", platforms());
-    const TemporaryVariable scale("QT_SCALE_FACTOR", textScale());
     // Nothing is drawn with OpenGL, whose libraries weigh more than all the rest.
     const TemporaryVariable openGl("QT_XCB_GL_INTEGRATION", "none");
     // Reserves a place in the environment while no other thread may be reading it.
