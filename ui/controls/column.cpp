@@ -11,7 +11,9 @@ namespace chimewerk {
 namespace {
 
 int heightOf(const QWidget& widget, int width) {
-    return widget.hasHeightForWidth() ? widget.heightForWidth(width) : widget.sizeHint().height();
+    const int wanted =
+        widget.hasHeightForWidth() ? widget.heightForWidth(width) : widget.sizeHint().height();
+    return std::clamp(wanted, widget.minimumHeight(), widget.maximumHeight());
 }
 
 int widthOf(const Column::Cell& cell) {

@@ -19,6 +19,8 @@ DetailHeader::DetailHeader(QWidget* panel, const std::function<void()>& onToggle
     // The ring around the switch extends beyond the margin of its track.
     setContentsMargins(SwitchControl::kOverhang, 0, SwitchControl::kOverhang, 0);
     eventEmoji_->setAlignment(Qt::AlignCenter);
+    // Fonts differ in height, and not every emoji is measured in the same one.
+    eventEmoji_->setFixedHeight(QFontMetrics(eventEmoji_->font()).height());
     connect(enableSwitch_, &SwitchControl::toggled, this, onToggle);
 }
 
