@@ -49,16 +49,19 @@ protected:
     }
     /// Makes this many knocks, a third of a second apart, and returns the number detected.
     int knocksDetected(int count, MicrophoneFeeder& feeder, std::size_t channel = 0) {
-        const auto wait = [&] {
+        const auto wait = [&](Seconds time) {
             runUntil(
-                queue, [] { return false; }, Seconds{0.333});
+                queue, [] { return false; }, time);
         };
-        wait();  // For knocks that are still on their way.
+        // PipeWire 1.4 delays what comes through a slow pipe by more than half a second.
+        constexpr Seconds kOnTheWay{1};
+        wait(kOnTheWay);
         const int before = knocks;
         for (int i = 0; i < count; ++i) {
             feeder.knock(channel);
-            wait();
+            wait(Seconds{0.333});
         }
+        wait(kOnTheWay);
         return knocks - before;
     }
     /// Returns whether the number of the program's recordings at the server becomes `count`.
