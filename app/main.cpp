@@ -35,6 +35,7 @@
 #include "linux/decoding/decoder.h"
 #include "linux/desktop/desktop_notification.h"
 #include "linux/desktop/null_file_manager_sounds.h"
+#include "linux/desktop/plasma_trash_sound.h"
 #include "linux/desktop/remote_control_client.h"
 #include "linux/desktop/remote_control_service.h"
 #include "linux/desktop/screenshot_places.h"
@@ -152,7 +153,7 @@ struct Machine {
     const PosixFileSystem files;
     const ProgramFolders folders = findProgramFolders();
     const bool supportsLidAngle = LinuxHardwareQuery().supportsLidAngle();
-    NullFileManagerSounds fileManagerSounds;
+    PlasmaTrashSound fileManagerSounds{queue};
 
     const Decoders decoders{folders.modules};
     PulseConnection soundServer;
@@ -186,13 +187,14 @@ struct Machine {
 };
 
 SoundManager::Dependencies soundsOn(Machine& machine, SoundService& service,
-                                    NotificationCenter& notifications) {
+                                    NotificationCenter& notifications,
+                                    FileManagerSounds& fileManagerSounds) {
     return {.queue = machine.queue,
             .notifications = notifications,
             .sounds = service,
             .files = machine.files,
             .defaults = machine.defaults,
-            .fileManagerSounds = machine.fileManagerSounds};
+            .fileManagerSounds = fileManagerSounds};
 }
 
 AppDelegate::Sources sourcesOf(Machine& machine, PermissionPage& keyPermissionPage) {
@@ -247,8 +249,8 @@ struct Program {
     Machine& machine;
     StatusItem& statusItem;
     NotificationCenter notifications;
-    SoundManager sounds{machine.folders.sounds,
-                        soundsOn(machine, machine.soundService, notifications)};
+    SoundManager sounds{machine.folders.sounds, soundsOn(machine, machine.soundService,
+                                                         notifications, machine.fileManagerSounds)};
     QtWindows windows{{.sounds = sounds,
                        .notifications = notifications,
                        .defaults = machine.defaults,
@@ -323,7 +325,10 @@ int run(int& argumentCount, char** arguments, Command command) {
     QtStatusItem statusItem;
 
     Machine machine(queue);
-    toolkit.beforeSuddenEnd([&machine] { machine.defaults.flush(); });
+    toolkit.beforeSuddenEnd([&machine] {
+        machine.fileManagerSounds.setFinderTrashSoundEnabled(true);
+        machine.defaults.flush();
+    });
     Program program(machine, statusItem);
     running = &program.delegate;
     program.serve(service);
@@ -355,12 +360,14 @@ CommandResult carryOutAlone(const CommandLine& line) {
     NoPermissionPage permissionPage;
     NotificationCenter notifications;
     NoSounds noSounds;
-    SoundManager sounds(machine.folders.sounds, soundsOn(machine, noSounds, notifications));
+    NullFileManagerSounds fileManagerSounds;
+    SoundManager sounds(machine.folders.sounds,
+                        soundsOn(machine, noSounds, notifications, fileManagerSounds));
     AppDelegate delegate({.queue = queue,
                           .clock = machine.clock,
                           .notifications = notifications,
                           .sounds = sounds,
-                          .fileManagerSounds = machine.fileManagerSounds,
+                          .fileManagerSounds = fileManagerSounds,
                           .statusItem = statusItem,
                           .windows = windows,
                           .terminate = [] {}},

@@ -7,7 +7,7 @@
 
 namespace chimewerk {
 
-/// For desktops whose file manager has no trash sounds to switch off, which are all of them today.
+/// Leaves the file manager's sounds as they are.
 class NullFileManagerSounds final : public FileManagerSounds {
 public:
     void setFinderTrashSoundEnabled(bool /*enabled*/) override {}
