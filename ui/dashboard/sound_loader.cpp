@@ -4,12 +4,12 @@
 #include "ui/dashboard/sound_loader.h"
 
 #include <QFileDialog>
-#include <QProgressBar>
 #include <QStandardPaths>
 #include <QTimer>
 #include <chrono>
 #include <utility>
 
+#include "ui/controls/busy_bar.h"
 #include "ui/controls/message_dialog.h"
 #include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
@@ -55,10 +55,7 @@ public:
     WaitDialog(QWidget& window, const QString& name)
         : MessageDialog(window, {.message = worded("Load Sound"),
                                  .informative = worded("Copying “%1”…").arg(name)}) {
-        auto* const bar = new QProgressBar;
-        bar->setRange(0, 0);
-        bar->setTextVisible(false);
-        bar->setFixedWidth(kBarWidth);
+        auto* const bar = new BusyBar(kBarWidth);
         bar->setAccessibleName(worded("Copying"));
         insert(bar);
         addButton(worded("Cancel"), QDialogButtonBox::RejectRole);
