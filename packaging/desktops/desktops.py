@@ -114,6 +114,8 @@ DIALOG = Signal(None, "a dialog of files", "press ctrl+o; sleep 3; press Escape"
 
 XFCE = Desktop(
     "xfce", "Xfce", x11("XFCE", "xfce"), *on_x_server("startxfce4"),
+    # Mousepad asks before its window opens if it was ended.
+    prepare="gsettings set org.xfce.mousepad.preferences.file session-restore never",
     stop_panel="xfce4-panel --quit; sleep 2; pkill -x -u tester xfce4-panel", start_panel="xfce4-panel",
     signals=(
         TYPING,
@@ -253,8 +255,8 @@ Exec=screengrab, -f
     signals=(
         TYPING,
         *volume(),
-        Signal("trash_add", "by the file manager", "press ctrl+a Delete; sleep 2; press Return",
-               prepare=f"{FILES}; pcmanfm-qt ~/files & sleep 9", besides=KEYS),
+        Signal("trash_add", "by the file manager", "press ctrl+a; sleep 2; press Delete; sleep 4; press Return",
+               prepare=f"{FILES}; pcmanfm-qt ~/files & sleep 12", besides=KEYS),
         Signal("trash_empty", "by the file manager", "gio trash --empty"),
         launch("alt+F2", "featherpad"),
         new_window("ctrl+n"),
