@@ -16,8 +16,8 @@ public:
 
     /// Shows the icon with this menu, which must outlive the item: at once if there is a tray, else
     /// when one appears, and again after a tray was replaced. Which entries are marked or hidden is
-    /// read again after each choice. `onActivate` is called when the user clicks the icon itself, if the tray
-    /// distinguishes that from opening the menu.
+    /// read again after each choice. `onActivate` is called when the user clicks the icon itself, if
+    /// the tray distinguishes that from opening the menu.
     virtual void show(const Menu& menu, std::function<void()> onActivate) = 0;
 
     /// Shows by the icon, and in the menu, that the program is muted, or no longer.

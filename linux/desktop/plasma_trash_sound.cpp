@@ -174,7 +174,6 @@ std::string withUsersTrashSound(const std::string& text) {
 PlasmaTrashSound::PlasmaTrashSound(EpollMainQueue& queue)
     : link_(queue, sd_bus_open_user,
             {.onOpen = [this](sd_bus* bus) { bus_ = bus; }, .onLost = [this] { bus_ = nullptr; }}) {
-    link_.keepOpen();
 }
 
 void PlasmaTrashSound::setFinderTrashSoundEnabled(bool enabled) {
@@ -197,7 +196,8 @@ void PlasmaTrashSound::setFinderTrashSoundEnabled(bool enabled) {
 }
 
 /// Programs of KDE read the settings again after this signal.
-void PlasmaTrashSound::announce() const {
+void PlasmaTrashSound::announce() {
+    link_.keepOpen();
     if (bus_ != nullptr) {
         sd_bus_emit_signal(bus_, "/Config", "org.kde.knotification", "reparseConfiguration", "s",
                            "plasma_workspace");

@@ -32,7 +32,7 @@ public:
     void setFinderTrashSoundEnabled(bool enabled) override;
 
 private:
-    void announce() const;
+    void announce();
 
     sd_bus* bus_ = nullptr;
     BusLink link_;

@@ -47,11 +47,10 @@ SessionIdleTime::SessionIdleTime(EpollMainQueue& queue, Seconds retryInterval)
                          std::exchange(answer_, nullptr)(std::nullopt);
                      }
                  }},
-            retryInterval) {
-    link_.keepOpen();
-}
+            retryInterval) {}
 
 void SessionIdleTime::ask(Answer answer) {
+    link_.keepOpen();
     answer_ = std::move(answer);
     next_ = 0;
     askNext();

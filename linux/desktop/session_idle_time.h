@@ -14,8 +14,8 @@
 namespace chimewerk {
 
 /// Knows how long the user has touched neither keyboard nor pointer, from the desktop: GNOME's
-/// compositor, or KDE's screen saver in an X11 session. Main thread only; must not be destroyed
-/// from within an answer.
+/// compositor, or KDE's screen saver in an X11 session. Connects to the bus with the first question:
+/// most machines have no backlight. Main thread only; must not be destroyed from within an answer.
 class SessionIdleTime {
 public:
     /// None if no desktop tells.

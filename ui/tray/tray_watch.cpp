@@ -27,8 +27,8 @@ constexpr auto kRegistrarPath = "/StatusNotifierWatcher";
 /// How long a host may appear after the registrar. Panels take some seconds to load at login.
 constexpr std::chrono::seconds kPatience{5};
 
-/// Whether the toolkit embeds icons while the registrar has no host. Since Qt 6.8 it hands them to the
-/// registrar even then, where nobody sees them.
+/// Returns whether the toolkit embeds icons while the registrar has no host. Since Qt 6.8 it hands
+/// them to the registrar even then, where nobody sees them.
 bool embedsBesideRegistrar() {
     return QLibraryInfo::version() < QVersionNumber(6, 8);
 }

@@ -21,8 +21,8 @@ namespace chimewerk {
 ///
 /// The bus name for the icons' registration may appear long before a host that shows them. While it
 /// is owned, an embedding tray counts only if no host appears for some seconds: it may only pass
-/// icons on to a host. With Qt 6.8 and later it does not count at all then, because the toolkit would
-/// not use it. Main thread only.
+/// icons on to a host. With Qt 6.8 and later it does not count at all then, because the toolkit
+/// would not use it. Main thread only.
 class TrayWatch final : private QAbstractNativeEventFilter {
 public:
     /// `onTray` is called once, from the event loop; after it, `onChange` whenever the tray has gone
