@@ -15,8 +15,7 @@ namespace chimewerk {
 /// Reports the first window of each process in a Plasma session on Wayland, from the list that KWin
 /// offers to programs whose desktop entry asks for it. Other Wayland protocols that list windows
 /// do not name the process. KWin may go away and come back. Where the compositor has no such list,
-/// or the program was built without Plasma's protocols, nothing is reported. Main thread only; must
-/// not be destroyed from within its callback.
+/// nothing is reported. Main thread only; must not be destroyed from within its callback.
 class PlasmaAppLaunches {
 public:
     /// `display` has the form of $WAYLAND_DISPLAY. The queue must outlive the object.
@@ -32,8 +31,8 @@ public:
     bool isHeard() const;
 
 private:
-    class Link;
-    std::unique_ptr<Link> link_;
+    class List;
+    std::unique_ptr<List> list_;
 };
 
 }  // namespace chimewerk

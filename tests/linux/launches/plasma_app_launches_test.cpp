@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <unistd.h>
-#include <wayland-server.h>
 
 #include <map>
 #include <optional>
@@ -14,6 +13,7 @@
 #include <vector>
 
 #include "plasma-window-management-server.h"
+#include "support/fake_compositor.h"
 #include "support/run_queue.h"
 #include "tools/files/temporary_folder.h"
 
@@ -22,8 +22,8 @@ namespace {
 
 constexpr std::uint32_t kSkipTaskbar = ORG_KDE_PLASMA_WINDOW_MANAGEMENT_STATE_SKIPTASKBAR;
 
-/// A compositor that lists windows as KWin does, on the queue of the test.
-class FakeKwin {
+/// Lists windows as KWin does.
+class FakeKwin : public FakeCompositor {
 public:
     struct Window {
         std::string application;
@@ -33,38 +33,24 @@ public:
     };
 
     FakeKwin(EpollMainQueue& queue, const std::string& path, std::uint32_t version = 16)
-        : display_(wl_display_create()) {
-        EXPECT_EQ(wl_display_add_socket(display_, path.c_str()), 0);
+        : FakeCompositor(queue, path) {
         if (version > 0) {
-            wl_global_create(display_, &org_kde_plasma_window_management_interface,
+            wl_global_create(display(), &org_kde_plasma_window_management_interface,
                              static_cast<int>(version), this, &bind);
         }
-        auto* const loop = wl_display_get_event_loop(display_);
-        watch_ = queue.watch(wl_event_loop_get_fd(loop), [this, loop] {
-            wl_event_loop_dispatch(loop, 0);
-            wl_display_flush_clients(display_);
-        });
-    }
-    FakeKwin(const FakeKwin&) = delete;
-    FakeKwin& operator=(const FakeKwin&) = delete;
-    ~FakeKwin() {
-        watch_ = nullptr;
-        wl_display_destroy_clients(display_);
-        wl_display_destroy(display_);
     }
 
     bool isBound() const { return management_ != nullptr; }
-    bool hasClient() const { return wl_list_empty(wl_display_get_client_list(display_)) == 0; }
     void open(std::uint32_t id, const Window& window) {
         windows_[id] = window;
         if (management_ != nullptr) {
             org_kde_plasma_window_management_send_window(management_, id);
-            wl_display_flush_clients(display_);
+            flush();
         }
     }
     void close(std::uint32_t id) {
         org_kde_plasma_window_send_unmapped(resources_.at(id));
-        wl_display_flush_clients(display_);
+        flush();
         windows_.erase(id);
     }
 
@@ -116,8 +102,6 @@ private:
         org_kde_plasma_window_send_initial_state(window);
     }
 
-    wl_display* const display_;
-    std::unique_ptr<EpollMainQueue::Watch> watch_;
     wl_resource* management_ = nullptr;
     std::map<std::uint32_t, Window> windows_;
     std::map<std::uint32_t, wl_resource*> resources_;
