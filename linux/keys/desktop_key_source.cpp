@@ -15,7 +15,7 @@ DesktopKeySource::DesktopKeySource(EpollMainQueue& queue, const SessionEnvironme
     if (environment.isX11()) {
         add(std::make_unique<X11KeySource>(queue, environment.display));
     }
-    add(std::make_unique<EvdevKeySource>(queue, inputFolder));
+    add(std::make_unique<EvdevKeySource>(queue, environment.waylandDisplay, inputFolder));
 }
 
 bool DesktopKeySource::trusted() {

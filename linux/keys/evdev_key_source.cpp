@@ -22,6 +22,8 @@
 #include "linux/base/folder_watch.h"
 #include "linux/base/sysfs.h"
 #include "linux/keys/key_codes.h"
+#include "linux/keys/key_repeat.h"
+#include "linux/keys/wayland_repeat_info.h"
 
 namespace chimewerk {
 
@@ -37,6 +39,17 @@ ino_t fileAt(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
 }
+
+struct KeyEvent {
+    /// As the kernel numbers them.
+    enum class Change { released, pressed, repeated };
+
+    /// The kernel's.
+    std::uint8_t code;
+    std::int64_t keyCode;
+    Change change;
+};
+using OnKey = std::function<void(const KeyEvent&)>;
 
 /// A keyboard that is open for reading.
 class Keyboard {
@@ -63,8 +76,9 @@ public:
         return fstat(descriptor_.get(), &status) == 0 ? status.st_ino : 0;
     }
 
-    /// Reports the keys pressed since the last call. Returns false if the keyboard is gone.
-    bool read(const std::function<void(std::int64_t)>& onKeyDown) {
+    /// Reports what has happened to keys that type since the last call. Returns false if the
+    /// keyboard is gone.
+    bool read(const OnKey& onKey) {
         bool anything = false;
         input_event event{};
         int status = 0;
@@ -73,14 +87,19 @@ public:
         while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >=
                0) {
             anything = true;
-            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY &&
-                event.value != 0) {
+            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY) {
                 if (const auto keyCode = virtualKeyCode(event.code)) {
-                    onKeyDown(*keyCode);
+                    onKey({.code = static_cast<std::uint8_t>(event.code),
+                           .keyCode = *keyCode,
+                           .change = static_cast<KeyEvent::Change>(event.value)});
                 }
             }
         }
         return status == -EAGAIN && (anything || !hungUp());
+    }
+
+    bool isDown(std::uint8_t code) const {
+        return libevdev_get_event_value(device_.get(), EV_KEY, code) != 0;
     }
 
 private:
@@ -132,23 +151,32 @@ bool isFullKeyboard(const std::string& name) {
     return (std::strtoull(keys->c_str() + lastWord, nullptr, 16) & kFirstKeys) == kFirstKeys;
 }
 
-const std::function<void(std::int64_t)> kIgnore = [](std::int64_t) {};
-
 class EvdevKeyTap final : public KeyTap {
 public:
-    EvdevKeyTap(EpollMainQueue& queue, std::string folder, const ActiveSeat::Logind& logind,
-                KeyTapCallbacks callbacks)
+    EvdevKeyTap(EpollMainQueue& queue, std::string folder, std::string waylandDisplay,
+                const ActiveSeat::Logind& logind, KeyTapCallbacks callbacks)
         : queue_(queue),
           folder_(std::move(folder)),
+          waylandDisplay_(std::move(waylandDisplay)),
           callbacks_(std::move(callbacks)),
-          seat_(queue, logind) {}
+          seat_(queue, logind),
+          repeat_(queue, [this](std::uint8_t code) { repeat(code); }) {}
 
     void setEnabled(bool enabled) override {
         if (!enabled) {
             plugging_ = nullptr;
             open_.clear();
             broken_.clear();
+            sessionRepeats_ = nullptr;
+            repeat_.stop();
             return;
+        }
+        if (!sessionRepeats_ && !waylandDisplay_.empty()) {
+            sessionRepeats_ = std::make_unique<WaylandRepeatInfo>(
+                queue_, waylandDisplay_, [this](const KeyRepeat::Settings& settings) {
+                    kernelRepeats_ = false;
+                    repeat_.setSettings(settings);
+                });
         }
         if (!plugging_) {
             // Watch before the first search, so that a keyboard plugged in between is not missed.
@@ -198,12 +226,37 @@ private:
             return;
         }
         auto watch = queue_.watch(keyboard->descriptor(), [this, name, opened = keyboard.get()] {
-            // Those who may always read the keyboards would hear another user's keys too.
-            if (!opened->read(seat_.isOurs() ? callbacks_.onKeyDown : kIgnore)) {
+            if (!opened->read([this](const KeyEvent& event) { handle(event); })) {
                 closeFailed(name);
             }
         });
         open_.insert_or_assign(name, OpenKeyboard{std::move(keyboard), std::move(watch)});
+    }
+
+    void handle(const KeyEvent& event) {
+        // Those who may always read the keyboards would hear another user's keys too.
+        if (!seat_.isOurs()) {
+            repeat_.stop();
+        } else if (event.change == KeyEvent::Change::released) {
+            repeat_.release(event.code);
+        } else if (event.change == KeyEvent::Change::pressed) {
+            callbacks_.onKeyDown(event.keyCode);
+            repeat_.press(event.code);
+        } else if (kernelRepeats_) {
+            callbacks_.onKeyDown(event.keyCode);
+        }
+    }
+
+    /// Reports a repeat as the session has it, if the key is still down.
+    void repeat(std::uint8_t code) {
+        const auto keyCode = virtualKeyCode(code);
+        if (keyCode && seat_.isOurs() && std::ranges::any_of(open_, [code](const auto& open) {
+                return open.second.keyboard->isDown(code);
+            })) {
+            callbacks_.onKeyDown(*keyCode);
+        } else {
+            repeat_.stop();
+        }
     }
 
     /// Closes a keyboard that has failed and reports that. It is not opened again until the device
@@ -217,8 +270,13 @@ private:
 
     EpollMainQueue& queue_;
     const std::string folder_;
+    const std::string waylandDisplay_;
     const KeyTapCallbacks callbacks_;
     ActiveSeat seat_;
+    /// Until the session tells how it repeats keys, the kernel's own repeats count.
+    bool kernelRepeats_ = true;
+    KeyRepeat repeat_;
+    std::unique_ptr<WaylandRepeatInfo> sessionRepeats_;
     std::map<std::string, OpenKeyboard> open_;
     std::map<std::string, ino_t> broken_;
     std::unique_ptr<FolderWatch> plugging_;
@@ -226,8 +284,12 @@ private:
 
 }  // namespace
 
-EvdevKeySource::EvdevKeySource(EpollMainQueue& queue, std::string folder, ActiveSeat::Logind logind)
-    : queue_(queue), folder_(std::move(folder)), logind_(std::move(logind)) {}
+EvdevKeySource::EvdevKeySource(EpollMainQueue& queue, std::string waylandDisplay,
+                               std::string folder, ActiveSeat::Logind logind)
+    : queue_(queue),
+      waylandDisplay_(std::move(waylandDisplay)),
+      folder_(std::move(folder)),
+      logind_(std::move(logind)) {}
 
 bool EvdevKeySource::trusted() {
     const std::vector<std::string> devices = eventDevices(folder_);
@@ -244,7 +306,8 @@ bool EvdevKeySource::trusted() {
 }
 
 std::unique_ptr<KeyTap> EvdevKeySource::createTap(KeyTapCallbacks callbacks) {
-    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, logind_, std::move(callbacks))
+    return trusted() ? std::make_unique<EvdevKeyTap>(queue_, folder_, waylandDisplay_, logind_,
+                                                     std::move(callbacks))
                      : nullptr;
 }
 

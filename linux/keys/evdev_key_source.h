@@ -20,13 +20,16 @@ namespace chimewerk {
 /// tap calls `onDisabled` and goes on with the others. Grabs nothing, and does nothing while no
 /// key is pressed.
 ///
+/// The repeats of a held key are the kernel's, or where the session's compositor tells how it repeats
+/// keys, made like that: toolkits make their own in each program.
+///
 /// libevdev rather than libinput: one descriptor per keyboard, without touchpads, seats and timers.
 class EvdevKeySource final : public KeySource, public ReportsItself {
 public:
-    /// `folder` is the folder of the kernel's input devices. The queue must outlive the source and
-    /// its taps.
-    explicit EvdevKeySource(EpollMainQueue& queue, std::string folder = "/dev/input",
-                            ActiveSeat::Logind logind = {});
+    /// `waylandDisplay` has the form of $WAYLAND_DISPLAY; it may be empty. `folder` is the folder of
+    /// the kernel's input devices. The queue must outlive the source and its taps.
+    EvdevKeySource(EpollMainQueue& queue, std::string waylandDisplay,
+                   std::string folder = "/dev/input", ActiveSeat::Logind logind = {});
 
     /// Returns whether at least one keyboard is readable, or there is none at all now that this
     /// process may not read.
@@ -36,6 +39,7 @@ public:
 
 private:
     EpollMainQueue& queue_;
+    const std::string waylandDisplay_;
     const std::string folder_;
     const ActiveSeat::Logind logind_;
 };

@@ -31,8 +31,10 @@ KeyRepeat::KeyRepeat(EpollMainQueue& queue, std::function<void(std::uint8_t)> on
       })) {}
 
 void KeyRepeat::setSettings(const Settings& settings) {
-    settings_ = settings;
-    stop();
+    if (settings_ != settings) {
+        settings_ = settings;
+        stop();
+    }
 }
 
 void KeyRepeat::press(std::uint8_t key) {
@@ -40,6 +42,12 @@ void KeyRepeat::press(std::uint8_t key) {
     if (repeats && settings_.delay.count() > 0) {
         held_ = key;
         setTimer(settings_.delay, settings_.interval);
+    }
+}
+
+void KeyRepeat::release(std::uint8_t key) {
+    if (held_ == key) {
+        stop();
     }
 }
 

@@ -25,14 +25,19 @@ public:
         std::chrono::milliseconds interval{0};
         /// Whether each key repeats: one bit per key, the lowest bit first.
         std::array<std::uint8_t, 32> keys{};
+
+        bool operator==(const Settings&) const = default;
     };
 
     /// Calls `onRepeat` for each repeat, which stops the repetition if the key is up again; missed
     /// repeats are skipped. The queue must outlive the object.
     KeyRepeat(EpollMainQueue& queue, std::function<void(std::uint8_t key)> onRepeat);
 
+    /// Other settings than the last ones end the repetition.
     void setSettings(const Settings& settings);
     void press(std::uint8_t key);
+    /// Stops the repeats of this key. They stop without it, too, at the latest with the next one.
+    void release(std::uint8_t key);
     void stop();
 
 private:

@@ -6,12 +6,16 @@
 #include <gmock/gmock.h>
 #include <linux/input-event-codes.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "support/fake_compositor.h"
 #include "support/fake_keyboards.h"
 #include "support/open_descriptors.h"
 #include "support/run_queue.h"
@@ -57,6 +61,13 @@ protected:
         return received;
     }
 
+    void switchUser(bool toUs) {
+        isOurs = toUs;
+        std::ofstream(seats / ".seat0-new") << "ACTIVE=c2\n";
+        std::filesystem::rename(seats / ".seat0-new", seats / "seat0");
+        runReady(queue);
+    }
+
     /// Returns the number of open descriptors on devices (the devices' end included) and for
     /// watching them.
     static std::size_t held() {
@@ -65,10 +76,14 @@ protected:
 
     FakeKeyboards devices;
     EpollMainQueue queue;
-    TemporaryFolder seats;
+    // The folder above is watched, too, and must be as still.
+    const TemporaryFolder run;
+    const TemporaryFolder seats{run.path()};
     bool isOurs = true;
-    EvdevKeySource source{
-        queue, "/dev/input", {.folder = seats.path(), .isOurs = [this] { return isOurs; }}};
+    EvdevKeySource source{queue,
+                          run / "wayland-0",
+                          "/dev/input",
+                          {.folder = seats.path(), .isOurs = [this] { return isOurs; }}};
     std::vector<std::int64_t> received;
     int disablings = 0;
     std::unique_ptr<KeyTap> tap;
@@ -111,12 +126,6 @@ TEST_F(TheEventDevices, WaitForAKeyboardThatIsNotThereAfterAWake) {
 TEST_F(TheEventDevices, AreSilentWhileAnotherUserIsInTheForeground) {
     devices.plug("event0", kKeyboard);
     ASSERT_TRUE(listen());
-    const auto switchUser = [this](bool toUs) {
-        isOurs = toUs;
-        std::ofstream(seats / ".seat0-new") << "ACTIVE=c2\n";
-        std::filesystem::rename(seats / ".seat0-new", seats / "seat0");
-        runReady(queue);
-    };
     switchUser(false);
     EXPECT_THAT(pressEach("event0", {KEY_A}), IsEmpty());
     switchUser(true);
@@ -136,6 +145,66 @@ TEST_F(TheEventDevices, ReportPressesAndRepeatsButNoReleasesModifiersOrMediaKeys
     devices.send("event0", KEY_A, 0);
     runReady(queue);
     EXPECT_THAT(received, ElementsAre(0, 0, 0));
+}
+
+TEST_F(TheEventDevices, RepeatAsTheCompositorTells) {
+    FakeSeatCompositor compositor(queue, run / "wayland-0");
+    devices.plug("event0", kKeyboard);
+    devices.plug("event1", kKeyboard);
+    ASSERT_TRUE(listen());
+    ASSERT_TRUE(runUntil(queue, [&] { return compositor.hasSeat(); }));
+    const auto hold = [this](unsigned key) {
+        received.clear();
+        devices.send("event0", key, 1);
+        devices.send("event0", key, 2);
+        runReady(queue);
+    };
+    const auto isReceived = [this](std::size_t times) {
+        return runUntil(queue, [&] { return received.size() >= times; });
+    };
+    hold(KEY_A);
+    EXPECT_THAT(received, ElementsAre(0, 0)) << "no keyboard in the compositor yet";
+    devices.send("event0", KEY_A, 0);
+
+    compositor.setRepeats(100, 200);
+    runReady(queue);
+    const auto pressed = std::chrono::steady_clock::now();
+    hold(KEY_A);
+    EXPECT_THAT(received, ElementsAre(0));
+    ASSERT_TRUE(isReceived(2));
+    EXPECT_GE(std::chrono::steady_clock::now() - pressed, std::chrono::milliseconds(200));
+    compositor.setRepeats(100, 200);
+    EXPECT_TRUE(isReceived(4)) << "settings that have not changed";
+    devices.send("event0", KEY_LEFTSHIFT, 1);
+    devices.send("event1", KEY_B, 1);
+    devices.send("event1", KEY_B, 0);
+    runReady(queue);
+    EXPECT_EQ(received.back(), 11) << "a shift key does not end repeats, another key does";
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.3}), 0);
+
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"a release", [&] { devices.send("event0", KEY_A, 0); }},
+        {"another user's session", [&] { switchUser(false); }},
+        {"other settings", [&] { compositor.setRepeats(50, 100); }},
+        {"no keyboard", [&] { devices.unplug("event0"); }}};
+    for (const auto& [what, end] : ends) {
+        hold(KEY_A);
+        EXPECT_TRUE(isReceived(3)) << what;
+        end();
+        wakeUpsWithin(queue, Seconds{0.05});
+        received.clear();
+        EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0) << what;
+        EXPECT_THAT(received, IsEmpty()) << what;
+        switchUser(true);
+    }
+    devices.plug("event0", kKeyboard);
+    compositor.unplug();
+    runReady(queue);
+    compositor.setRepeats(0, 0);
+    runReady(queue);
+    hold(KEY_A);
+    EXPECT_EQ(wakeUpsWithin(queue, Seconds{0.2}), 0) << "no repeats at all";
+    EXPECT_THAT(received, ElementsAre(0));
 }
 
 TEST_F(TheEventDevices, GoOnWithoutAnUnpluggedKeyboardAndReportItsKeysAgainLater) {
