@@ -163,7 +163,7 @@ struct Machine {
     const SessionEnvironment session = SessionEnvironment::ofThisProcess();
     LidSensorTable lidSensor{queue, LidSensorTable::rows(queue)};
     SysfsBacklightSource display{queue};
-    SessionIdleTime idleTime{queue};
+    SessionIdleTime idleTime{queue, session};
     UserBrightnessSource brightness{display,
                                     [this](auto answer) { idleTime.ask(std::move(answer)); }};
     DesktopKeySource keys{queue, session};

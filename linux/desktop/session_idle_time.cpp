@@ -36,8 +36,12 @@ constexpr std::uint64_t kTimeoutMicroseconds = 500'000;
 
 }  // namespace
 
-SessionIdleTime::SessionIdleTime(EpollMainQueue& queue, Seconds retryInterval)
-    : link_(queue, sd_bus_open_user,
+SessionIdleTime::SessionIdleTime(EpollMainQueue& queue, const SessionEnvironment& environment,
+                                 Seconds retryInterval)
+    : queue_(queue),
+      waylandDisplay_(environment.isX11() ? "" : environment.waylandDisplay),
+      retryInterval_(retryInterval),
+      link_(queue, sd_bus_open_user,
             {.onOpen = [this](sd_bus* bus) { bus_ = bus; },
              .onLost =
                  [this] {
@@ -50,6 +54,13 @@ SessionIdleTime::SessionIdleTime(EpollMainQueue& queue, Seconds retryInterval)
             retryInterval) {}
 
 void SessionIdleTime::ask(Answer answer) {
+    if (!waylandDisplay_.empty() && !wayland_) {
+        wayland_ = std::make_unique<WaylandIdleTime>(queue_, waylandDisplay_, retryInterval_);
+    }
+    if (wayland_ && !wayland_->isUntold()) {
+        answer(wayland_->idle());
+        return;
+    }
     link_.keepOpen();
     answer_ = std::move(answer);
     next_ = 0;

@@ -23,6 +23,10 @@ std::optional<float> UserBrightnessSource::brightness() {
     const std::optional<float> before = std::exchange(reading_, display_.brightness());
     if (!reading_ || !told_) {
         told_ = reading_;
+        if (reading_) {
+            // The desktop may count only from the first question.
+            askIdleTime_([](IdleTime) {});
+        }
     } else if (reading_ != before) {
         askIdleTime_([this](IdleTime idle) { judge(idle); });
     }

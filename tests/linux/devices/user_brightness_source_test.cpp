@@ -58,6 +58,7 @@ protected:
 };
 
 TEST_F(TheUsersBrightness, ChangesByKeysAndNotByWhatTheDesktopDoesMeanwhile) {
+    EXPECT_TRUE(asked) << "a desktop may count only from the first question";
     EXPECT_EQ(change(0.9F, seconds(0)), Heard{"up"});
     EXPECT_EQ(change(0.3F, minutes(4)), Heard()) << "dimmed";
     EXPECT_EQ(change(0.2F, minutes(5)), Heard()) << "dimmed further";
