@@ -23,6 +23,15 @@ constexpr std::array<std::string_view, 9> kSessionManagers{
     "cinnamon-sessio", "gnome-session-b", "ksmserver",       "lxqt-session", "lxsession",
     "mate-session",    "plasma_session",  "startplasma-x11", "xfce4-session"};
 
+/// Xfce's panel, desktop, keys and file manager. The session starts them, and they what the user
+/// chooses.
+constexpr std::array<std::string_view, 5> kLaunchers{"Thunar", "thunar", "xfce4-panel", "xfdesktop",
+                                                     "xfsettingsd"};
+
+bool isLauncher(const ProcessStatus& process) {
+    return std::ranges::find(kLaunchers, std::string_view(process.name)) != kLaunchers.end();
+}
+
 bool isSessionManager(const ProcessStatus& process, pid_t windowManager) {
     return process.id.number == windowManager ||
            std::ranges::find(kSessionManagers, std::string_view(process.name)) !=
@@ -166,6 +175,9 @@ std::optional<LaunchCandidate> LaunchFacts::of(const LaunchSign& sign) const {
     const auto manager = std::ranges::find_if(ancestors, [&](const ProcessStatus& ancestor) {
         return isSessionManager(ancestor, sign.windowManager);
     });
+    if (std::any_of(ancestors.begin(), manager, isLauncher)) {
+        return candidate;
+    }
     if (manager != ancestors.end()) {
         candidate.sessionStart = manager->id.start;
         candidate.isAutostarted |= manager == ancestors.begin() &&

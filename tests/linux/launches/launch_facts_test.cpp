@@ -54,6 +54,13 @@ TEST_F(TheLaunchFacts, KnowWhatTheSessionManagerHasStarted) {
     EXPECT_EQ(started->ancestors.front().number, manager.id());
     write("autostart/late.desktop", "Exec=sleep 60");
     EXPECT_TRUE(facts().of(sign)->isAutostarted);
+    // A part of the desktop starts what the user chooses.
+    std::filesystem::copy_file("/bin/sh", folder / "xfce4-panel");
+    const ChildProcess session(
+        {folder / "xfce4-session", "-c", folder / "xfce4-panel" + " -c 'sleep 60 & wait' & wait"});
+    const pid_t panel = childOf(session.id(), "xfce4-panel");
+    const auto chosen = facts().of({.processes = {childOf(panel, "sleep")}});
+    EXPECT_TRUE(chosen && !chosen->sessionStart && chosen->ancestors.size() >= 2);
     // What another program has started, the session has not.
     const ChildProcess typed({"sleep", "60"});
     const auto other = facts().of({.processes = {typed.id()}});
