@@ -93,7 +93,7 @@ def launch(opener, program, pause=3):
     """The desktop's launcher opens, and the user types the name of a program that does not run yet."""
     return Signal("app_launch", "from the launcher",
                   f"press {opener}; sleep {pause}; press text:{program}; sleep {pause}; press Return",
-                  prepare=f"{end(program)}; sleep 1", seconds=15, besides=KEYS)
+                  prepare=f"{end(program)}; sleep 1", seconds=30, besides=KEYS)
 
 
 def work(opener, program, save="ctrl+s"):
@@ -128,7 +128,7 @@ XFCE = Desktop(
         new_window("ctrl+shift+n"),
         DIALOG,
         launch("alt+F2", "xterm"),
-        Signal("app_launch", "typed in a terminal", "press text:kcalc Return", seconds=15, besides=KEYS),
+        Signal("app_launch", "typed in a terminal", "press text:kcalc Return", seconds=30, besides=KEYS),
         launch("alt+F2", "thunar"),
         Signal("screenshot", "by its key",
                "press Print; sleep 4; press Return; sleep 5; press Return; sleep 3; press Return", seconds=20,
@@ -147,7 +147,7 @@ PLASMA_SIGNALS = (
     DIALOG,
     launch("alt+F2", "dolphin"),
     launch("alt+F2", "konsole"),
-    Signal("app_launch", "typed in a terminal", "press text:xterm Return", seconds=15, besides=KEYS),
+    Signal("app_launch", "typed in a terminal", "press text:xterm Return", seconds=30, besides=KEYS),
     Signal("screenshot", "by its key", "press shift+Print; sleep 2", seconds=20, besides=KEYS),
 )
 
@@ -233,8 +233,8 @@ exec chimewerk --background
         # It has no file manager of its own.
         Signal("trash_add", "by gio", "gio trash ~/files/one.txt", prepare=FILES),
         Signal("trash_empty", "by gio", "gio trash --empty"),
-        Signal("app_launch", "by its key", "press super+Return", seconds=15),
-        Signal("app_launch", "typed in a terminal", "press text:mousepad Return", seconds=15),
+        Signal("app_launch", "by its key", "press super+Return", seconds=30),
+        Signal("app_launch", "typed in a terminal", "press text:mousepad Return", seconds=30),
         Signal("screenshot", "by its key", "press Print", seconds=20),
     ),
     idle=())
@@ -262,7 +262,7 @@ Exec=screengrab, -f
         new_window("ctrl+n"),
         DIALOG,
         launch("alt+F2", "qterminal"),
-        Signal("app_launch", "typed in a terminal", "press text:kcalc Return", seconds=15, besides=KEYS),
+        Signal("app_launch", "typed in a terminal", "press text:kcalc Return", seconds=30, besides=KEYS),
         # An application that opens its window.
         Signal("screenshot", "by its key", "press Print; sleep 5; press ctrl+s; sleep 4; press Return", seconds=20,
                besides=(*KEYS, "app_launch")),
