@@ -321,8 +321,10 @@ int run(int& argumentCount, char** arguments, Command command) {
     }
 
     QtProgram toolkit(argumentCount, arguments, CHIMEWERK_ID);
-    toolkit.attach(queue.descriptor(), [&queue] { queue.dispatch(); });
-    QtStatusItem statusItem;
+    // The tray answers while the parts are made, and the queue begins with its answer. So the icon
+    // does not wait for the rest of the start.
+    QtStatusItem statusItem(
+        [&toolkit, &queue] { toolkit.attach(queue.descriptor(), [&queue] { queue.dispatch(); }); });
 
     Machine machine(queue);
     toolkit.beforeSuddenEnd([&machine] {
@@ -332,14 +334,16 @@ int run(int& argumentCount, char** arguments, Command command) {
     Program program(machine, statusItem);
     running = &program.delegate;
     program.serve(service);
-    queue.post([&program, &action, command] {
+    bool isStarted = false;
+    queue.post([&program, &action, &isStarted, command] {
         program.delegate.applicationDidFinishLaunching();
         program.machine.permissionReminder.endStartUp();
         program.machine.soundServer.open();
         carryOut(program.delegate, action);
         program.firstRun.begin(command == Command::run);
+        isStarted = true;
     });
-    toolkit.run();
+    toolkit.run([&isStarted] { return isStarted; });
     TerminationSignals::endWithin(kQuitPatience);
     program.delegate.applicationWillTerminate();
     machine.defaults.flush();

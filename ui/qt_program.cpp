@@ -61,6 +61,7 @@ void dropMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QS
 }
 
 std::function<void()> jobBeforeSuddenEnd;
+bool isQuitting = false;
 
 void runJobBeforeSuddenEnd() {
     if (jobBeforeSuddenEnd) {
@@ -105,6 +106,21 @@ QtProgram::QtProgram(int& argumentCount, char** arguments, const char* id) {
 
 QtProgram::~QtProgram() {
     jobBeforeSuddenEnd = nullptr;
+}
+
+void QtProgram::run(const std::function<bool()>& isStarted) {
+    // exec() first asks the bus for a screen reader, which takes as long as the rest of the start.
+    while (!isQuitting && !isStarted()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    if (!isQuitting) {
+        QApplication::exec();
+    }
+}
+
+void QtProgram::quit() {
+    isQuitting = true;
+    QApplication::quit();
 }
 
 void QtProgram::expectActivation(const std::string& token) {

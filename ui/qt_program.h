@@ -28,10 +28,11 @@ public:
     /// Calls `dispatch` when `descriptor` becomes readable; `dispatch` must drain it. Call once.
     void attach(int descriptor, std::function<void()> dispatch);
 
-    /// Runs until `quit()`, or until the desktop ends the program.
-    void run() { QApplication::exec(); }
+    /// Runs until `quit()`, or until the desktop ends the program. `isStarted` says whether the start
+    /// is complete.
+    void run(const std::function<bool()>& isStarted);
     /// Makes `run()` return after the current event.
-    static void quit() { QApplication::quit(); }
+    static void quit();
 
     /// `token` is the desktop's activation token for the next window; empty if there is none.
     /// Other threads may read the environment at the same time, but must not change it.

@@ -71,7 +71,7 @@ FileDescriptor openReports() {
 
 void RtnetlinkReachabilitySource::open() {
     isOpen_ = true;
-    buffer_.resize(kBufferSize);
+    buffer_ = std::make_unique_for_overwrite<std::byte[]>(kBufferSize);
     hasSocket();
     reports_ = openReports();
 }
@@ -81,7 +81,7 @@ void RtnetlinkReachabilitySource::close() {
     watch_ = nullptr;
     reports_ = FileDescriptor();
     socket_ = FileDescriptor();
-    buffer_ = {};
+    buffer_ = nullptr;
     hops_ = {};
 }
 
@@ -97,7 +97,7 @@ void RtnetlinkReachabilitySource::awaitChange() {
     if (watch_ || !reports_) {
         return;
     }
-    while (recv(reports_.get(), buffer_.data(), buffer_.size(), 0) >= 0 || errno == ENOBUFS) {
+    while (recv(reports_.get(), buffer_.get(), kBufferSize, 0) >= 0 || errno == ENOBUFS) {
     }
     watch_ = queue_.watch(reports_.get(), [this] {
         watch_ = nullptr;
@@ -194,7 +194,7 @@ NetlinkReply::State RtnetlinkReachabilitySource::send(std::span<const std::byte>
 /// blocks: the kernel produces a dump as it is read, and any other answer before `send()` returns.
 NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& reply) {
     for (int i = 0; i < kMaxDatagrams; ++i) {
-        iovec part{.iov_base = buffer_.data(), .iov_len = buffer_.size()};
+        iovec part{.iov_base = buffer_.get(), .iov_len = kBufferSize};
         sockaddr_nl sender{};
         msghdr message{};
         message.msg_name = &sender;
@@ -212,7 +212,7 @@ NetlinkReply::State RtnetlinkReachabilitySource::receive(NetlinkReply& reply) {
             continue;
         }
         const State state =
-            reply.take(std::span<const std::byte>(buffer_).first(static_cast<std::size_t>(size)),
+            reply.take(std::span<const std::byte>(buffer_.get(), static_cast<std::size_t>(size)),
                        (message.msg_flags & MSG_TRUNC) != 0);
         if (state != State::unfinished) {
             return state;

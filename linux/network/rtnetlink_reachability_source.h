@@ -57,7 +57,8 @@ private:
     bool isOpen_ = false;
     FileDescriptor socket_;
     std::uint32_t sequence_ = 0;
-    std::vector<std::byte> buffer_;
+    /// Not initialised, so that memory is used only for what has been received.
+    std::unique_ptr<std::byte[]> buffer_;
     std::vector<RouteHop> hops_;
     /// Reports changes. Another one, because reports would disturb the answers to requests.
     FileDescriptor reports_;

@@ -135,6 +135,13 @@ class TheTrayIcon(ProgramTest):
             finally:
                 host.close()
 
+    def test_holds_nothing_back_where_the_host_does_not_answer(self):
+        self.host()  # Answers only while this test runs its event loop.
+        process = self.start()
+        muting = [process.args[0], "--mute"]
+        while subprocess.run(muting, stderr=subprocess.DEVNULL, timeout=10).returncode != 0:
+            self.assertIsNone(process.poll())
+
     def test_waits_for_a_host_that_comes_after_the_name_even_where_another_tray_embeds_windows(self):
         embedding = self.embedding_tray()
         host = self.host(shows=False)

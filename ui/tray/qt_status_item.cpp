@@ -4,6 +4,7 @@
 #include "ui/tray/qt_status_item.h"
 
 #include <QString>
+#include <QTimer>
 #include <utility>
 
 #include "ui/controls/wording.h"
@@ -11,18 +12,33 @@
 
 namespace chimewerk {
 
-QtStatusItem::QtStatusItem() = default;
+QtStatusItem::QtStatusItem(std::function<void()> onTrayKnown)
+    : watch_({.onTray = [this] { useTray(); },
+              .onChange = [this] { announce(); },
+              .onKnown = std::move(onTrayKnown)}) {}
+
 QtStatusItem::~QtStatusItem() = default;
 
 void QtStatusItem::show(const Menu& menu, std::function<void()> onActivate) {
     onActivate_ = std::move(onActivate);
     menu_ = std::make_unique<ProgramMenu>(menu);
-    watch_ = std::make_unique<TrayWatch>([this] { appear(); }, [this] { announce(); });
+    if (hasTray_) {
+        appear();
+    }
+}
+
+void QtStatusItem::useTray() {
+    hasTray_ = true;
+    if (menu_ != nullptr) {
+        appear();
+    }
 }
 
 void QtStatusItem::appear() {
     icon_ = std::make_unique<QSystemTrayIcon>();
     picture();
+    // First of all, because the tray, another process, asks for the rest only later.
+    icon_->show();
     icon_->setContextMenu(&menu_->widget());
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated, icon_.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {
@@ -30,8 +46,7 @@ void QtStatusItem::appear() {
                              onActivate_();
                          }
                      });
-    icon_->show();
-    announce();
+    QTimer::singleShot(0, icon_.get(), [this] { announce(); });
 }
 
 void QtStatusItem::picture() {

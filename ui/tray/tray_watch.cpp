@@ -26,6 +26,8 @@ constexpr auto kRegistrar = "org.kde.StatusNotifierWatcher";
 constexpr auto kRegistrarPath = "/StatusNotifierWatcher";
 /// How long a host may appear after the registrar. Panels take some seconds to load at login.
 constexpr std::chrono::seconds kPatience{5};
+/// How long the registrar may take to answer before nothing waits for it any more.
+constexpr std::chrono::milliseconds kAnswerPatience{200};
 
 /// Returns whether the toolkit embeds icons while the registrar has no host. Since Qt 6.8 it hands
 /// them to the registrar even then, where nobody sees them.
@@ -56,8 +58,7 @@ bool hasOwner(xcb_connection_t* server, xcb_atom_t selection) {
 
 }  // namespace
 
-TrayWatch::TrayWatch(std::function<void()> onTray, std::function<void()> onChange)
-    : onTray_(std::move(onTray)), onChange_(std::move(onChange)) {
+TrayWatch::TrayWatch(Callbacks callbacks) : callbacks_(std::move(callbacks)) {
     if (xcb_connection_t* const server = x11Connection()) {
         manager_ = atomNamed(server, "MANAGER");
         traySelection_ = atomNamed(server, "_NET_SYSTEM_TRAY_S0");
@@ -71,10 +72,16 @@ TrayWatch::TrayWatch(std::function<void()> onTray, std::function<void()> onChang
     if (embedsBesideRegistrar()) {
         QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { countEmbedding(); });
     }
+    answerPatience_.setSingleShot(true);
+    QObject::connect(&answerPatience_, &QTimer::timeout, &answerPatience_, [this] { setKnown(); });
+    answerPatience_.start(kAnswerPatience);
     if (QDBusConnection::sessionBus().isConnected()) {
         watchRegistrar();
     } else {
-        QTimer::singleShot(0, &patience_, [this] { countEmbedding(); });
+        QTimer::singleShot(0, &patience_, [this] {
+            countEmbedding();
+            setKnown();
+        });
     }
 }
 
@@ -106,10 +113,10 @@ void TrayWatch::watchRegistrar() {
 }
 
 void TrayWatch::askForHost() {
-    if (onTray_ == nullptr && !usesHost_) {
+    if (callbacks_.onTray == nullptr && !usesHost_) {
         return;
     }
-    if (onTray_ != nullptr && !patience_.isActive()) {
+    if (callbacks_.onTray != nullptr && !patience_.isActive()) {
         embeddingCounts_ = false;
         patience_.start();
     }
@@ -132,6 +139,14 @@ void TrayWatch::onAnswer(const QDBusPendingReply<QVariant>& answer) {
                error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown")) {
         countEmbedding();
     }
+    setKnown();
+}
+
+void TrayWatch::setKnown() {
+    answerPatience_.stop();
+    if (const auto onKnown = std::exchange(callbacks_.onKnown, nullptr)) {
+        onKnown();
+    }
 }
 
 void TrayWatch::countEmbedding() {
@@ -144,7 +159,7 @@ void TrayWatch::countEmbedding() {
 }
 
 void TrayWatch::found(bool isHost) {
-    if (const auto onTray = std::exchange(onTray_, nullptr)) {
+    if (const auto onTray = std::exchange(callbacks_.onTray, nullptr)) {
         usesHost_ = isHost;
         onTray();
     }
@@ -154,15 +169,15 @@ void TrayWatch::setHost(bool isThere) {
     if (std::exchange(hostIsThere_, isThere) == isThere) {
         return;
     }
-    if (isThere && onTray_ != nullptr) {
+    if (isThere && callbacks_.onTray != nullptr) {
         found(true);
     } else if (usesHost_) {
-        onChange_();
+        callbacks_.onChange();
     }
 }
 
 bool TrayWatch::isThere() const {
-    if (onTray_ != nullptr || usesHost_) {
+    if (callbacks_.onTray != nullptr || usesHost_) {
         return hostIsThere_;
     }
     xcb_connection_t* const server = x11Connection();
@@ -170,7 +185,7 @@ bool TrayWatch::isThere() const {
 }
 
 bool TrayWatch::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
-    if (onTray_ == nullptr || !embeddingCounts_ || eventType != "xcb_generic_event_t") {
+    if (callbacks_.onTray == nullptr || !embeddingCounts_ || eventType != "xcb_generic_event_t") {
         return false;
     }
     const auto* const event = static_cast<const xcb_client_message_event_t*>(message);

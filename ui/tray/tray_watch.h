@@ -25,9 +25,18 @@ namespace chimewerk {
 /// would not use it. Main thread only.
 class TrayWatch final : private QAbstractNativeEventFilter {
 public:
-    /// `onTray` is called once, from the event loop; after it, `onChange` whenever the tray has gone
-    /// or come back.
-    TrayWatch(std::function<void()> onTray, std::function<void()> onChange);
+    /// All are called from the event loop.
+    struct Callbacks {
+        /// There is a tray. Called once.
+        std::function<void()> onTray;
+        /// Called after that whenever the tray has gone or come back.
+        std::function<void()> onChange;
+        /// It is known whether there is a tray yet, or nobody has answered for a moment. Called once,
+        /// and after `onTray` if there is one.
+        std::function<void()> onKnown;
+    };
+
+    explicit TrayWatch(Callbacks callbacks);
     ~TrayWatch() override;
     TrayWatch(const TrayWatch&) = delete;
     TrayWatch& operator=(const TrayWatch&) = delete;
@@ -43,9 +52,9 @@ private:
     void countEmbedding();
     void found(bool isHost);
     void setHost(bool isThere);
+    void setKnown();
 
-    std::function<void()> onTray_;
-    const std::function<void()> onChange_;
+    Callbacks callbacks_;
     /// The kind that was found first, which the toolkit uses from then on.
     bool usesHost_ = false;
     bool hostIsThere_ = false;
@@ -54,6 +63,7 @@ private:
     QTimer hostSignal_;
     std::unique_ptr<QDBusPendingCallWatcher> asking_;
     QTimer patience_;
+    QTimer answerPatience_;
     /// Whether a tray that embeds windows may be used.
     bool embeddingCounts_ = false;
     /// The atoms of the X11 display; 0 without one.
