@@ -4,7 +4,6 @@
 """A StatusNotifierItem tray on the session bus, with a client for the items' menus."""
 
 import ctypes
-import re
 
 from gi.repository import Gio, GLib
 
@@ -77,9 +76,8 @@ class MenuEntry:
 
     @property
     def title(self):
-        # A single underscore marks the mnemonic letter after it; a double one stands for
-        # an underscore.
-        return re.sub("_(.)", r"\1", self.properties.get("label", ""))
+        # An underscore underlines the character after it. One without width shows nothing.
+        return self.properties.get("label", "").replace("_\u200b", "")
 
     def text(self):
         if self.properties.get("type") == "separator":

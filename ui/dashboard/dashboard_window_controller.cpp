@@ -60,7 +60,7 @@ DashboardWindowController::DashboardWindowController(const DashboardDependencies
       monitors_(std::move(monitors)),
       sm_(dependencies.sounds),
       isDarkMode_(storedDarkMode(dependencies.defaults)),
-      menu_(monitors_.menu) {
+      menu_(monitors_.menu, MenuPlace::Window) {
     window_.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                            Qt::WindowCloseButtonHint);

@@ -14,9 +14,15 @@ namespace chimewerk {
 
 namespace {
 
-QString titleOf(const MenuItem& item) {
-    // A single ampersand would mark a mnemonic.
-    return worded(item.title).replace(QLatin1Char('&'), QLatin1String("&&"));
+/// Returns an entry's title with its ampersands shown as such, although one marks a mnemonic.
+QString titleOf(const MenuItem& item, MenuPlace place) {
+    QString title = worded(item.title);
+    if (place == MenuPlace::Window) {
+        return title.replace(QLatin1Char('&'), QLatin1String("&&"));
+    }
+    // The toolkit makes the first ampersand the bus's mark of a mnemonic, even a double one, and
+    // leaves all others. The mark before a character without width underlines nothing.
+    return title.contains(QLatin1Char('&')) ? QStringLiteral("&\u200B") + title : title;
 }
 
 QKeySequence shortcutOf(const MenuItem& item) {
@@ -25,7 +31,7 @@ QKeySequence shortcutOf(const MenuItem& item) {
 
 }  // namespace
 
-ProgramMenu::ProgramMenu(const Menu& items) {
+ProgramMenu::ProgramMenu(const Menu& items, MenuPlace place) : place_(place) {
     fill(menu_, items);
     update();
     QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { update(); });
@@ -39,10 +45,10 @@ void ProgramMenu::fill(QMenu& menu, const Menu& items) {
             continue;
         }
         if (!item->submenu.empty()) {
-            fill(*menu.addMenu(titleOf(*item)), item->submenu);
+            fill(*menu.addMenu(titleOf(*item, place_)), item->submenu);
             continue;
         }
-        QAction* const action = menu.addAction(titleOf(*item));
+        QAction* const action = menu.addAction(titleOf(*item, place_));
         action->setEnabled(item->isEnabled());
         entries_.push_back({action, item.get()});
         if (!item->keyEquivalent.empty()) {

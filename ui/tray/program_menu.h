@@ -11,12 +11,15 @@
 
 namespace chimewerk {
 
+/// Where a menu is shown: in a window of the toolkit, or by a tray that reads it over the bus.
+enum class MenuPlace { Window, Bus };
+
 /// The program's menu as the toolkit shows it, for the tray and for a button. Its marks and
 /// its hidden entries are those of the data whenever it opens and after each choice. Main thread only.
 class ProgramMenu final {
 public:
     /// `items` outlives the menu.
-    explicit ProgramMenu(const Menu& items);
+    ProgramMenu(const Menu& items, MenuPlace place);
     ProgramMenu(const ProgramMenu&) = delete;
     ProgramMenu& operator=(const ProgramMenu&) = delete;
 
@@ -32,6 +35,7 @@ private:
 
     void fill(QMenu& menu, const Menu& items);
 
+    const MenuPlace place_;
     QMenu menu_;
     std::vector<Entry> entries_;
 };

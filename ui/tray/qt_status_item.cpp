@@ -21,7 +21,7 @@ QtStatusItem::~QtStatusItem() = default;
 
 void QtStatusItem::show(const Menu& menu, std::function<void()> onActivate) {
     onActivate_ = std::move(onActivate);
-    menu_ = std::make_unique<ProgramMenu>(menu);
+    items_ = &menu;
     if (hasTray_) {
         appear();
     }
@@ -29,7 +29,7 @@ void QtStatusItem::show(const Menu& menu, std::function<void()> onActivate) {
 
 void QtStatusItem::useTray() {
     hasTray_ = true;
-    if (menu_ != nullptr) {
+    if (items_ != nullptr) {
         appear();
     }
 }
@@ -39,6 +39,8 @@ void QtStatusItem::appear() {
     picture();
     // First of all, because the tray, another process, asks for the rest only later.
     icon_->show();
+    menu_ = std::make_unique<ProgramMenu>(*items_,
+                                          watch_.usesHost() ? MenuPlace::Bus : MenuPlace::Window);
     icon_->setContextMenu(&menu_->widget());
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated, icon_.get(),
                      [this](QSystemTrayIcon::ActivationReason reason) {

@@ -37,6 +37,7 @@ private:
 
     bool hasTray_ = false;
     bool isMuted_ = false;
+    const Menu* items_ = nullptr;
     std::unique_ptr<ProgramMenu> menu_;
     std::function<void()> onActivate_;
     std::function<void()> onShown_;

@@ -43,6 +43,8 @@ public:
 
     /// Whether there is a tray now.
     bool isThere() const;
+    /// Whether the tray that was found first is a host on the bus.
+    bool usesHost() const { return usesHost_; }
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
