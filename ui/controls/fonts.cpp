@@ -31,7 +31,11 @@ QFont systemFont(int size, QFont::Weight weight) {
 }
 
 QFont monospacedDigitSystemFont(int size, QFont::Weight weight) {
-    const QFont font = systemFont(size, weight);
+    QFont font = systemFont(size, weight);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    // Cantarell and Inter have such digits besides those that they use at first.
+    font.setFeature("tnum", 1);
+#endif
     if (hasEqualDigits(font)) {
         return font;
     }

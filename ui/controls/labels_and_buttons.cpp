@@ -68,12 +68,6 @@ QLabel* makeParagraph(std::string_view text, int size, LabelColor color) {
     return label;
 }
 
-QLabel* makeNumberLabel(std::string_view text, int size, LabelColor color) {
-    QLabel* const label = makeLabel(worded(text), size, QFont::Normal, color);
-    label->setFont(monospacedDigitSystemFont(size));
-    return label;
-}
-
 QLabel* makeSectionLabel(std::string_view text) {
     return makeLabel(worded(text), 12, QFont::DemiBold, LabelColor::secondary);
 }

@@ -21,8 +21,6 @@ QLabel* makeLabel(const QString& text, int size, QFont::Weight weight = QFont::N
                   LabelColor color = LabelColor::label);
 /// Makes a text that is broken into lines.
 QLabel* makeParagraph(std::string_view text, int size, LabelColor color);
-/// Makes a text with a number in it, whose digits have equal widths.
-QLabel* makeNumberLabel(std::string_view text, int size, LabelColor color);
 /// Makes the heading of a section.
 QLabel* makeSectionLabel(std::string_view text);
 /// Makes a push button. An ampersand in the title is shown literally.

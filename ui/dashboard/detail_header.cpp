@@ -15,7 +15,8 @@ DetailHeader::DetailHeader(QWidget* panel, const std::function<void()>& onToggle
       eventEmoji_(add(makeLabel({}, 40))),
       eventTitle_(add(makeLabel({}, 20, QFont::Bold))),
       enableSwitch_(add(new SwitchControl)),
-      counterLabel_(add(makeNumberLabel("Triggered: 0 times", 11, LabelColor::tertiary))) {
+      counterLabel_(
+          add(makeLabel(worded("Triggered: 0 times"), 11, QFont::Normal, LabelColor::tertiary))) {
     // The ring around the switch extends beyond the margin of its track.
     setContentsMargins(SwitchControl::kOverhang, 0, SwitchControl::kOverhang, 0);
     eventEmoji_->setAlignment(Qt::AlignCenter);

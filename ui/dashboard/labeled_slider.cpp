@@ -16,7 +16,7 @@ LabeledSlider::LabeledSlider(QWidget* parent, const Settings& settings, SoundMan
       gap_(settings.gap),
       section_(add(makeSectionLabel(settings.heading))),
       slider_(add(new ValueSlider(settings.range, settings.text))),
-      valueLabel_(add(makeNumberLabel({}, 12, LabelColor::secondary))) {
+      valueLabel_(add(makeLabel({}, 12, QFont::Normal, LabelColor::secondary))) {
     slider_->setAccessibleName(worded(settings.name));
     connect(slider_, &QSlider::sliderPressed, this,
             [this, &sounds] { heldWrites_ = sounds.holdWrites(); });
