@@ -45,7 +45,10 @@ void ProgramMenu::fill(QMenu& menu, const Menu& items) {
             continue;
         }
         if (!item->submenu.empty()) {
-            fill(*menu.addMenu(titleOf(*item, place_)), item->submenu);
+            QMenu* const submenu = menu.addMenu(titleOf(*item, place_));
+            // It is a window, too, and looks like the menu that it belongs to.
+            submenu->setAttribute(Qt::WA_WindowPropagation);
+            fill(*submenu, item->submenu);
             continue;
         }
         QAction* const action = menu.addAction(titleOf(*item, place_));

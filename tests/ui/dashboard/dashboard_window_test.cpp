@@ -302,9 +302,14 @@ TEST_F(TheDashboard, OffersTheMenuWhereThereIsNoTrayAndItsKeysAlways) {
     click(button("Menu"));
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
     ASSERT_NE(menu, nullptr);
-    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Right, Qt::Key_Up, Qt::Key_Return}) {
-        QTest::keyClick(QApplication::activePopupWidget(), key);
-    }
+    const auto pressInMenu = [](std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys) {
+            QTest::keyClick(QApplication::activePopupWidget(), key);
+        }
+        return QApplication::activePopupWidget();
+    };
+    EXPECT_EQ(pressInMenu({Qt::Key_Up, Qt::Key_Up, Qt::Key_Right})->palette(), menu->palette());
+    pressInMenu({Qt::Key_Up, Qt::Key_Return});
     EXPECT_EQ(bed.chosen, "High ");
     bed.inTray = true;
     bed.onTray();
