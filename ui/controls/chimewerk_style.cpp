@@ -34,6 +34,11 @@ ButtonKind kindOf(const QStyleOption* option, const QWidget* widget) {
                : ButtonKind::plain;
 }
 
+/// Combo boxes with a text field, which file dialogs of desktops have, are left to the base style.
+bool isPopUpButton(const QStyleOption& comboBox) {
+    return !as<QStyleOptionComboBox>(&comboBox).editable;
+}
+
 void drawComboBoxLabel(QPainter& painter, const QStyleOptionComboBox& option, const QRect& place) {
     const ColorScheme& colors = colorSchemeOf(option.palette);
     painter.save();
@@ -120,7 +125,11 @@ void ChimewerkStyle::drawPrimitive(PrimitiveElement element, const QStyleOption*
                                    QPainter* painter, const QWidget* widget) const {
     switch (element) {
         case PE_PanelButtonCommand:
-            return paintButton(*painter, *option, kindOf(option, widget));
+            // The base draws tool buttons and parts of combo boxes with it, too.
+            if (option->type == QStyleOption::SO_Button) {
+                return paintButton(*painter, *option, kindOf(option, widget));
+            }
+            break;
         case PE_IndicatorCheckBox:
         case PE_IndicatorItemViewItemCheck:
             return paintCheckBox(*painter, *option);
@@ -164,10 +173,14 @@ void ChimewerkStyle::drawControl(ControlElement element, const QStyleOption* opt
     switch (element) {
         case CE_MenuItem:
             return paintMenuItem(*painter, as<QStyleOptionMenuItem>(option));
-        case CE_ComboBoxLabel:
-            return drawComboBoxLabel(*painter, as<QStyleOptionComboBox>(option),
-                                     subControlRect(CC_ComboBox, &as<QStyleOptionComboBox>(option),
-                                                    SC_ComboBoxEditField, widget));
+        case CE_ComboBoxLabel: {
+            if (!isPopUpButton(*option)) {
+                break;
+            }
+            const auto& box = as<QStyleOptionComboBox>(option);
+            return drawComboBoxLabel(
+                *painter, box, subControlRect(CC_ComboBox, &box, SC_ComboBoxEditField, widget));
+        }
         case CE_PushButtonLabel: {
             QStyleOptionButton label = as<QStyleOptionButton>(option);
             label.palette.setColor(QPalette::ButtonText,
@@ -176,15 +189,19 @@ void ChimewerkStyle::drawControl(ControlElement element, const QStyleOption* opt
             return QProxyStyle::drawControl(element, &label, painter, widget);
         }
         default:
-            return QProxyStyle::drawControl(element, option, painter, widget);
+            break;
     }
+    QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void ChimewerkStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                         QPainter* painter, const QWidget* widget) const {
     switch (control) {
         case CC_ComboBox:
-            return paintPopUpButton(*painter, *option);
+            if (isPopUpButton(*option)) {
+                return paintPopUpButton(*painter, *option);
+            }
+            break;
         case CC_Slider: {
             const auto& slider = as<QStyleOptionSlider>(option);
             if (slider.orientation != Qt::Horizontal) {
@@ -248,11 +265,13 @@ QRect ChimewerkStyle::subElementRect(SubElement element, const QStyleOption* opt
 QRect ChimewerkStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
                                      SubControl part, const QWidget* widget) const {
     const QRect& whole = option->rect;
-    if (control == CC_ComboBox && part == SC_ComboBoxEditField) {
-        return visualRect(option->direction, whole, whole.adjusted(9, 0, -20, -1));
-    }
-    if (control == CC_ComboBox && part == SC_ComboBoxListBoxPopup) {
-        return whole;
+    if (control == CC_ComboBox && isPopUpButton(*option)) {
+        if (part == SC_ComboBoxEditField) {
+            return visualRect(option->direction, whole, whole.adjusted(9, 0, -20, -1));
+        }
+        if (part == SC_ComboBoxListBoxPopup) {
+            return whole;
+        }
     }
     if (control == CC_ScrollBar) {
         return scrollBarPart(as<QStyleOptionSlider>(option), part,
@@ -290,8 +309,6 @@ int ChimewerkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
 int ChimewerkStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                               QStyleHintReturn* data) const {
     switch (hint) {
-        case SH_ComboBox_Popup:
-            return 1;
         case SH_Menu_Mask:
             // Cut, not translucent: that would be black where nothing composes the windows.
             if (auto* const mask = qstyleoption_cast<QStyleHintReturnMask*>(data)) {
