@@ -4,21 +4,16 @@
 #include "linux/keys/evdev_key_source.h"
 
 #include <fcntl.h>
-#include <linux/input.h>
+#include <libevdev/libevdev.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <bitset>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
-#include <span>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -33,6 +28,10 @@
 namespace chimewerk {
 
 namespace {
+
+struct FreeDevice {
+    void operator()(libevdev* device) const { libevdev_free(device); }
+};
 
 /// Returns the inode of the file at this path, or 0 if there is none. A device that is plugged in
 /// again has the same name but another inode.
@@ -62,10 +61,12 @@ public:
         }
         FileDescriptor descriptor(
             ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-        if (!descriptor || !hasTypingKeys(descriptor.get())) {
+        libevdev* device = nullptr;
+        if (!descriptor || libevdev_new_from_fd(descriptor.get(), &device) != 0) {
             return nullptr;
         }
-        return std::unique_ptr<Keyboard>(new Keyboard(std::move(descriptor)));
+        std::unique_ptr<Keyboard> keyboard(new Keyboard(std::move(descriptor), device));
+        return keyboard->hasTypingKeys() ? std::move(keyboard) : nullptr;
     }
 
     int descriptor() const { return descriptor_.get(); }
@@ -79,57 +80,41 @@ public:
     /// keyboard is gone.
     bool read(const OnKey& onKey) {
         bool anything = false;
-        std::array<input_event, 64> events{};
-        ssize_t size = 0;
-        while ((size = ::read(descriptor_.get(), events.data(), sizeof events)) > 0) {
+        input_event event{};
+        int status = 0;
+        // After an overrun the kernel's queue continues with the latest events; lost ones
+        // are skipped.
+        while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >=
+               0) {
             anything = true;
-            for (const input_event& event :
-                 std::span(events).first(static_cast<std::size_t>(size) / sizeof(input_event))) {
-                take(event, onKey);
+            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY) {
+                if (const auto keyCode = virtualKeyCode(event.code)) {
+                    onKey({.code = static_cast<std::uint8_t>(event.code),
+                           .keyCode = *keyCode,
+                           .change = static_cast<KeyEvent::Change>(event.value)});
+                }
             }
         }
-        return size < 0 && errno == EAGAIN && (anything || !hungUp());
+        return status == -EAGAIN && (anything || !hungUp());
     }
 
-    /// Whether the key is held, as far as `read()` has read. After an overrun no key counts as held.
-    bool isDown(std::uint8_t code) const { return down_.test(code); }
+    bool isDown(std::uint8_t code) const {
+        return libevdev_get_event_value(device_.get(), EV_KEY, code) != 0;
+    }
 
 private:
-    explicit Keyboard(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+    Keyboard(FileDescriptor descriptor, libevdev* device)
+        : descriptor_(std::move(descriptor)), device_(device) {}
 
     /// Returns whether the device has a key for typing. Power buttons, mice and headsets have
     /// other keys.
-    static bool hasTypingKeys(int descriptor) {
-        constexpr unsigned kBits = sizeof(unsigned long) * CHAR_BIT;
-        std::array<unsigned long, KEY_CNT / kBits> keys{};
-        if (ioctl(descriptor, EVIOCGBIT(EV_KEY, sizeof keys), keys.data()) < 0) {
-            return false;
-        }
+    bool hasTypingKeys() const {
         for (unsigned code = 0; code < KEY_CNT; ++code) {
-            if ((keys[code / kBits] >> code % kBits & 1U) != 0 && virtualKeyCode(code)) {
+            if (virtualKeyCode(code) && libevdev_has_event_code(device_.get(), EV_KEY, code) != 0) {
                 return true;
             }
         }
         return false;
-    }
-
-    /// When the kernel's queue has run over, what is left of the report in which that happened does
-    /// not count.
-    void take(const input_event& event, const OnKey& onKey) {
-        if (event.type == EV_SYN) {
-            hasRunOver_ = event.code == SYN_DROPPED || (hasRunOver_ && event.code != SYN_REPORT);
-            if (hasRunOver_) {
-                down_.reset();
-            }
-        } else if (event.type == EV_KEY && !hasRunOver_) {
-            if (const auto keyCode = virtualKeyCode(event.code)) {
-                const auto code = static_cast<std::uint8_t>(event.code);
-                down_.set(code, event.value != 0);
-                onKey({.code = code,
-                       .keyCode = *keyCode,
-                       .change = static_cast<KeyEvent::Change>(event.value)});
-            }
-        }
     }
 
     bool hungUp() const {
@@ -137,9 +122,8 @@ private:
         return poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLERR)) != 0;
     }
 
-    const FileDescriptor descriptor_;
-    std::bitset<256> down_;  // By the kernel's codes.
-    bool hasRunOver_ = false;
+    FileDescriptor descriptor_;
+    std::unique_ptr<libevdev, FreeDevice> device_;
 };
 
 std::vector<std::string> eventDevices(const std::string& folder) {

@@ -12,7 +12,7 @@
 
 namespace chimewerk {
 
-/// Receives keys from the kernel's event devices, whichever window has the focus, from every
+/// Receives keys from the kernel through libevdev, whichever window has the focus, from every
 /// readable event device with a typing key. A keyboard that is plugged in or becomes readable
 /// later is added; one that becomes unreadable, because another user's session comes to the
 /// foreground, is closed until it is readable again. Keys are ignored while no session of this user
@@ -23,8 +23,7 @@ namespace chimewerk {
 /// The repeats of a held key are the kernel's, or where the session's compositor tells how it repeats
 /// keys, made like that: toolkits make their own in each program.
 ///
-/// No library: libinput adds touchpads, seats and timers, and of libevdev, which would cost 0.1 MiB in
-/// every session, only reads and one query would be needed.
+/// libevdev rather than libinput: one descriptor per keyboard, without touchpads, seats and timers.
 class EvdevKeySource final : public KeySource, public ReportsItself {
 public:
     /// `waylandDisplay` has the form of $WAYLAND_DISPLAY; it may be empty. `folder` is the folder of

@@ -30,12 +30,6 @@ namespace chimewerk {
 /// wrapper, which answers for the devices' abilities; pipes carry their events.
 class FakeKeyboards {
 public:
-    struct Event {
-        std::uint16_t type;
-        std::uint16_t code;
-        std::int32_t value = 0;
-    };
-
     FakeKeyboards() : bed_(umockdev_testbed_new()) { std::signal(SIGPIPE, SIG_IGN); }
     FakeKeyboards(const FakeKeyboards&) = delete;
     FakeKeyboards& operator=(const FakeKeyboards&) = delete;
@@ -84,20 +78,12 @@ public:
 
     /// Sends a key event: 1 pressed, 2 repeated, 0 released. It is lost if nobody reads.
     void send(const std::string& name, unsigned code, int value) {
-        send(name, {{.type = EV_KEY, .code = static_cast<std::uint16_t>(code), .value = value},
-                    {.type = EV_SYN, .code = SYN_REPORT}});
-    }
-    void send(const std::string& name, const std::vector<Event>& events) {
-        std::vector<input_event> raw(events.size());
-        std::ranges::transform(events, raw.begin(), [](const Event& event) {
-            input_event made{};
-            made.type = event.type;
-            made.code = event.code;
-            made.value = event.value;
-            return made;
-        });
-        [[maybe_unused]] const auto size =
-            write(pipeTo(name), raw.data(), raw.size() * sizeof(input_event));
+        std::array<input_event, 2> events{};
+        events[0].type = EV_KEY;
+        events[0].code = static_cast<std::uint16_t>(code);
+        events[0].value = value;
+        events[1].type = EV_SYN;
+        [[maybe_unused]] const auto size = write(pipeTo(name), events.data(), sizeof events);
     }
 
 private:
@@ -120,11 +106,23 @@ private:
     }
     /// Returns the device's answers to queries about its abilities.
     static std::string answers(const std::vector<unsigned>& keys) {
+        std::vector<std::uint8_t> types(8);
         std::vector<std::uint8_t> codes(KEY_CNT / 8);
+        types[0] = 1 << EV_SYN | 1 << EV_KEY;
         for (const unsigned key : keys) {
             codes.at(key / 8) |= static_cast<std::uint8_t>(1U << key % 8);
         }
-        return "EVIOCGBIT(1) 96 " + hex(codes, 96) + "\n";
+        // The sizes that libevdev asks for.
+        std::string text =
+            "EVIOCGVERSION 0 01000100\nEVIOCGID 0 0300010001000100\nEVIOCGNAME(0) 4 " +
+            hex({'k', 'e', 'y'}, 255) + "\nEVIOCGPROP(0) 8 " + hex({}, 8) + "\nEVIOCGBIT(0) 8 " +
+            hex(types, 8) + "\nEVIOCGBIT(1) 96 " + hex(codes, 96) + "\nEVIOCGKEY(0) 96 " +
+            hex({}, 96) + "\nEVIOCGLED(0) 8 " + hex({}, 8) + "\nEVIOCGSW(0) 8 " + hex({}, 8) +
+            "\nEVIOCGBIT(21) 16 " + hex({}, 16) + "\n";
+        for (const unsigned type : {EV_REL, EV_ABS, EV_MSC, EV_SW, EV_LED, EV_SND}) {
+            text += "EVIOCGBIT(" + std::to_string(type) + ") 8 " + hex({}, 8) + "\n";
+        }
+        return text;
     }
     static std::string hex(std::vector<std::uint8_t> bytes, std::size_t size) {
         bytes.resize(size);
