@@ -32,6 +32,10 @@ namespace {
 
 constexpr QSize kContentSize{720, 520};
 constexpr int kSidebarWidth = 260;
+/// From the sidebar's edges to its buttons, and to the texts above and below the list. Between them is
+/// space, because a layout's margins are not mirrored.
+constexpr int kEdge = 8;
+constexpr int kTextEdge = 16;
 constexpr std::chrono::milliseconds kCountPause{16};
 
 QColor colorOf(const std::optional<Gray>& gray, const QColor& otherwise) {
@@ -166,8 +170,10 @@ QWidget* DashboardWindowController::buildMuteRow() {
     edgeAndRow->setSpacing(0);
     edgeAndRow->addWidget(new Hairline);
     auto* const row = new QHBoxLayout;
-    row->setContentsMargins(16, 6, 8, 6);
-    row->addWidget(state, 1);
+    row->setContentsMargins(kEdge, 6, kEdge, 6);
+    row->addSpacing(kTextEdge - kEdge);
+    row->addWidget(state);
+    row->addStretch();
     row->addWidget(unmute);
     edgeAndRow->addLayout(row);
     return muteRow_;
@@ -191,7 +197,8 @@ QWidget* DashboardWindowController::buildTitleRow() {
     // title, so it reaches into both gaps.
     const int reach =
         std::max(0, (appearanceBtn_->sizeHint().height() - title->sizeHint().height() + 1) / 2);
-    row->setContentsMargins(16, 20 - reach, 8, 8 - reach);
+    row->setContentsMargins(kEdge, 20 - reach, kEdge, 8 - reach);
+    row->addSpacing(kTextEdge - kEdge);
     row->addWidget(title);
     row->addStretch();
     row->addWidget(buildMenuButton());
@@ -208,7 +215,9 @@ QWidget* DashboardWindowController::buildMenuButton() {
     QObject::connect(menuBtn_, &QPushButton::clicked, &window_, [this] {
         QMenu& menu = menu_.widget();
         menu.setPalette(menuPaletteOf(colorSchemeOf(window_)));
-        menu.popup(menuBtn_->mapToGlobal(QPoint(0, menuBtn_->height())));
+        const int left =
+            menuBtn_->isRightToLeft() ? menuBtn_->width() - menu.sizeHint().width() : 0;
+        menu.popup(menuBtn_->mapToGlobal(QPoint(left, menuBtn_->height())));
     });
     monitors_.whenInTray([this, window = QPointer<QWidget>(&window_)] {
         if (!window.isNull()) {
