@@ -35,10 +35,18 @@ add_compile_options(
 add_link_options("$<$<CONFIG:Release>:-Wl,-z,relro,-z,now>")
 
 # Release builds: without what nothing uses, and with a list of relocations a tenth as long.
-include(CheckLinkerFlag)
+include(CheckSourceRuns)
 add_compile_options("$<$<CONFIG:Release>:-ffunction-sections;-fdata-sections>")
 add_link_options("$<$<CONFIG:Release>:-Wl,--gc-sections>")
-check_linker_flag(CXX -Wl,-z,pack-relative-relocs CHIMEWERK_HAS_PACKED_RELOCATIONS)
+if(NOT CMAKE_CROSSCOMPILING)
+  # Some linkers know the option and write programs that do not start.
+  set(CMAKE_REQUIRED_LINK_OPTIONS -pie -Wl,-z,pack-relative-relocs)
+  set(CMAKE_REQUIRED_FLAGS -fPIE)
+  check_source_runs(CXX "const char* volatile text = \"\"; int main() { return *text; }"
+    CHIMEWERK_HAS_PACKED_RELOCATIONS)
+  unset(CMAKE_REQUIRED_LINK_OPTIONS)
+  unset(CMAKE_REQUIRED_FLAGS)
+endif()
 if(CHIMEWERK_HAS_PACKED_RELOCATIONS)
   add_link_options("$<$<CONFIG:Release>:-Wl,-z,pack-relative-relocs>")
 endif()
