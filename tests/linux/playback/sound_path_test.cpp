@@ -171,15 +171,15 @@ TEST_F(TheSoundPath, PlaysAWholeSoundAtItsVolumeAtOnce) {
         double seconds;
         float volume;
     };
-    for (const auto& [seconds, volume] : {Case{0.3, 1.0F}, {0.3, 0.3F}, {0.3, 7.0F}, {1.4, 0.9F}}) {
-        const auto path = file("tone.wav", sine(480, 1.0, seconds));
-        const auto measure = [&, seconds = seconds, volume = volume] {
-            const auto length = std::chrono::milliseconds(std::lround(seconds * 1000));
+    for (const Case& sent : {Case{0.3, 1.0F}, {0.3, 0.3F}, {0.3, 7.0F}, {1.4, 0.9F}}) {
+        const auto path = file("tone.wav", sine(480, 1.0, sent.seconds));
+        const auto measure = [&] {
+            const auto length = std::chrono::milliseconds(std::lround(sent.seconds * 1000));
             SinkRecorder listening;
             if (!listening.start()) {
                 return testing::AssertionFailure() << "Nothing can be recorded.";
             }
-            const auto asked = play(path, volume);
+            const auto asked = play(path, sent.volume);
             const auto heard = listening.waitForSound(asked, kAudible, asked + 1s);
             if (!heard || !listening.waitUntilRecorded(*heard + length + 200ms)) {
                 return testing::AssertionFailure() << "Silence.";
@@ -187,15 +187,15 @@ TEST_F(TheSoundPath, PlaysAWholeSoundAtItsVolumeAtOnce) {
             const float peak = listening.peakBetween(asked, *heard + length);
             listening.stop();
             const Extent extent = extentOf(listening.samples(), 0.001F);
-            const auto excess = static_cast<double>(extent.frames) - seconds * 48000;
+            const auto excess = static_cast<double>(extent.frames) - sent.seconds * 48000;
             const bool isWhole = *heard - asked < 100ms && std::fabs(excess) < 260 &&
                                  extent.longestGap < 50 &&
-                                 std::fabs(peak - std::min(volume, 1.0F)) < 0.003F;
+                                 std::fabs(peak - std::min(sent.volume, 1.0F)) < 0.003F;
             return (isWhole ? testing::AssertionSuccess() : testing::AssertionFailure())
                    << "after " << (*heard - asked) / 1ms << " ms, peak " << peak << ", " << excess
                    << " frames too long, a gap of " << extent.longestGap;
         };
-        EXPECT_TRUE(bestOfThree(measure)) << seconds << " s at " << volume;
+        EXPECT_TRUE(bestOfThree(measure)) << sent.seconds << " s at " << sent.volume;
     }
     ASSERT_TRUE(eventually(allCorked));
 }
@@ -255,19 +255,19 @@ TEST_F(TheSoundPath, LetsEachOfSeveralLoudSoundsBeHeardAtHalfItsLevelAtLeast) {
         std::chrono::milliseconds apart;
         double fading;  // 0 for a tone, more for a knock.
     };
-    for (const auto& [count, apart, fading] : {Case{3, 100ms, 0.0}, {6, 90ms, 3.0}}) {
+    for (const Case& sounds : {Case{3, 100ms, 0.0}, {6, 90ms, 3.0}}) {
         std::vector<std::string> paths;
         std::vector<double> alone;
-        for (int i = 0; i < count; ++i) {
+        for (int i = 0; i < sounds.count; ++i) {
             auto sound = sine(pitch(i), 1.0, 0.6);
             for (std::size_t at = 0; at < sound.size(); ++at) {
                 sound[at] *=
-                    static_cast<float>(std::exp(-fading * static_cast<double>(at) / 20000));
+                    static_cast<float>(std::exp(-sounds.fading * static_cast<double>(at) / 20000));
             }
             alone.push_back(mostLevel(sound, 0, 60ms, pitch(i)));
             paths.push_back(file(std::to_string(i) + ".wav", sound));
         }
-        const auto measure = [&, apart = apart] {
+        const auto measure = [&] {
             SinkRecorder listening;
             if (!listening.start()) {
                 return testing::AssertionFailure() << "Nothing can be recorded.";
@@ -275,7 +275,7 @@ TEST_F(TheSoundPath, LetsEachOfSeveralLoudSoundsBeHeardAtHalfItsLevelAtLeast) {
             std::vector<SteadyClock::time_point> asked;
             for (const auto& path : paths) {
                 asked.push_back(play(path));
-                std::this_thread::sleep_until(asked.front() + apart * asked.size());
+                std::this_thread::sleep_until(asked.front() + sounds.apart * asked.size());
             }
             if (!listening.waitUntilRecorded(asked.back() + 800ms)) {
                 return testing::AssertionFailure() << "The recording ended.";
@@ -296,7 +296,7 @@ TEST_F(TheSoundPath, LetsEachOfSeveralLoudSoundsBeHeardAtHalfItsLevelAtLeast) {
             return peakOf(samples) <= 1.0F ? result
                                            : testing::AssertionFailure() << peakOf(samples);
         };
-        EXPECT_TRUE(bestOfThree(measure)) << count;
+        EXPECT_TRUE(bestOfThree(measure)) << sounds.count;
     }
 }
 
