@@ -7,10 +7,9 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
+#include "linux/base/file_reading.h"
 #include "linux/base/folder_watch.h"
 
 namespace chimewerk {
@@ -29,14 +28,7 @@ private:
 }  // namespace
 
 std::vector<std::string> InotifyFolderSource::list(const std::string& folder) const {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        names.push_back(entry->path().filename().string());
-    }
-    // After an error the list would be incomplete, so return none of it.
-    return error ? std::vector<std::string>() : names;
+    return namesIn(folder);
 }
 
 std::optional<FileIdentity> InotifyFolderSource::identify(const std::string& folder,

@@ -3,21 +3,23 @@
 
 #include "linux/base/program_folders.h"
 
-#include <filesystem>
-#include <system_error>
+#include <algorithm>
+
+#include "linux/base/file_reading.h"
 
 namespace chimewerk {
 
 ProgramFolders findProgramFolders() {
-    std::error_code failed;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
-    if (failed) {
+    std::string prefix = readLink("/proc/self/exe");
+    if (prefix.empty()) {
         return {};
     }
-    const auto prefix = program.parent_path().parent_path();
-    return {.sounds = prefix / "share" / "chimewerk" / "sounds",
-            .modules = prefix / "lib" / "chimewerk",
-            .pages = prefix / "share" / "chimewerk"};
+    for (int level = 0; level < 2; ++level) {
+        prefix.resize(std::min(prefix.rfind('/'), prefix.size()));
+    }
+    return {.sounds = prefix + "/share/chimewerk/sounds",
+            .modules = prefix + "/lib/chimewerk",
+            .pages = prefix + "/share/chimewerk"};
 }
 
 }  // namespace chimewerk

@@ -3,46 +3,24 @@
 
 #include "linux/base/sysfs.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <system_error>
 
-#include "linux/base/file_descriptor.h"
+#include "linux/base/file_reading.h"
 
 namespace chimewerk {
 
-std::optional<std::string> readSysfs(const std::string& path) {
-    // O_NONBLOCK in case the path names something other than a regular file.
-    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file) {
-        return std::nullopt;
-    }
-    std::array<char, 4096> buffer{};
-    std::size_t filled = 0;
-    while (filled < buffer.size()) {
-        const ssize_t size = read(file.get(), buffer.data() + filled, buffer.size() - filled);
-        if (size < 0 && errno == EINTR) {
-            continue;
-        }
-        if (size < 0) {
-            return std::nullopt;
-        }
-        if (size == 0) {
-            break;
-        }
-        filled += static_cast<std::size_t>(size);
-    }
-    return std::string(buffer.data(), filled);
-}
+namespace {
+
+/// No value of the kernel is longer.
+constexpr std::size_t kPage = 4096;
+
+}  // namespace
 
 std::optional<std::string> readSysfsLine(const std::string& path) {
-    std::optional<std::string> text = readSysfs(path);
+    std::optional<std::string> text = readText(path, kPage);
     if (text) {
         text->resize(std::min(text->find('\n'), text->size()));
     }
@@ -50,7 +28,7 @@ std::optional<std::string> readSysfsLine(const std::string& path) {
 }
 
 std::optional<double> readSysfsNumber(const std::string& path) {
-    const std::optional<std::string> text = readSysfs(path);
+    const std::optional<std::string> text = readText(path, kPage);
     if (!text) {
         return std::nullopt;
     }

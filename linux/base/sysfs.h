@@ -8,11 +8,9 @@
 
 namespace chimewerk {
 
-/// Returns the first 4096 bytes of a sysfs file, read anew at each call, or none if it cannot be
-/// read. Any thread. May block while the kernel queries the device.
-std::optional<std::string> readSysfs(const std::string& path);
+// Read anew at each call. Any thread. They may block while the kernel queries the device.
 
-/// Like `readSysfs()`, but returns only the first line, without its line end.
+/// Returns the first line of a sysfs file, without its line end, or none if it cannot be read.
 std::optional<std::string> readSysfsLine(const std::string& path);
 
 /// Returns the number at the start of the file, or none if it does not start with a finite number.

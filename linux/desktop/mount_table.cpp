@@ -8,10 +8,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <sstream>
 #include <utility>
+
+#include "linux/base/file_reading.h"
+#include "linux/base/text_parts.h"
 
 namespace chimewerk {
 
@@ -36,23 +37,21 @@ std::string unescaped(std::string_view text) {
 
 std::vector<std::string> writableDisksIn(std::string_view mountInfo) {
     std::vector<std::string> disks;
-    std::istringstream lines{std::string(mountInfo)};
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string_view line : split(mountInfo, '\n')) {
         // The fields are identifier, parent, device, root, mount point, options, optional fields, a
         // dash, then type, source and options of the file system.
-        std::istringstream fields(line);
-        std::string skipped;
-        std::string point;
-        std::string options;
-        std::string type;
-        std::string source;
-        fields >> skipped >> skipped >> skipped >> skipped >> point >> options;
-        while (fields >> skipped && skipped != "-") {
+        constexpr std::size_t kPoint = 4;
+        constexpr std::size_t kOptions = 5;
+        const auto fields = words(line);
+        const auto dash = std::ranges::find(fields, "-");
+        if (dash - fields.begin() <= static_cast<std::ptrdiff_t>(kOptions) ||
+            fields.end() - dash <= 2) {
+            continue;
         }
-        fields >> type >> source;
-        const bool isDisk = source.starts_with("/dev/") || type == "zfs";
-        if (fields && isDisk && (options == "rw" || options.starts_with("rw,"))) {
-            disks.push_back(unescaped(point));
+        const bool isDisk = dash[2].starts_with("/dev/") || dash[1] == "zfs";
+        const std::string_view options = fields[kOptions];
+        if (isDisk && (options == "rw" || options.starts_with("rw,"))) {
+            disks.push_back(unescaped(fields[kPoint]));
         }
     }
     std::ranges::sort(disks);
@@ -83,14 +82,9 @@ bool MountTable::refresh() {
 }
 
 void MountTable::read() {
-    std::string text;
-    std::array<char, 4096> part{};
+    constexpr std::size_t kMost = std::size_t{16} << 20;
     lseek(file_.get(), 0, SEEK_SET);
-    ssize_t size = 0;
-    while ((size = ::read(file_.get(), part.data(), part.size())) > 0) {
-        text.append(part.data(), static_cast<std::size_t>(size));
-    }
-    disks_ = writableDisksIn(text);
+    disks_ = writableDisksIn(readText(file_.get(), kMost).value_or(""));
 }
 
 }  // namespace chimewerk

@@ -7,15 +7,14 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
 
+#include "linux/base/file_reading.h"
+#include "linux/base/text_parts.h"
 #include "linux/desktop/xdg_folders.h"
 #include "linux/storage/atomic_file.h"
 
@@ -34,11 +33,10 @@ constexpr std::string_view kNothing = "None";
 
 /// Returns the actions without the sound; they are separated by "|".
 std::string soundless(const std::string& actions) {
-    std::istringstream list(actions);
     std::string kept;
-    for (std::string action; std::getline(list, action, '|');) {
+    for (const std::string_view action : split(actions, '|')) {
         if (action != kSound) {
-            kept += (kept.empty() ? "" : "|") + action;
+            kept.append(kept.empty() ? "" : "|").append(action);
         }
     }
     return kept.empty() ? std::string(kNothing) : kept;
@@ -57,21 +55,20 @@ struct Settings {
     bool isLocked = false;
 
     explicit Settings(const std::string& text) {
-        std::istringstream file(text);
         std::string* outside = &before;
         bool isInside = false;
-        for (std::string line; std::getline(file, line);) {
+        for (const std::string_view line : split(text, '\n')) {
             if (line.starts_with('[')) {
                 isInside = line.starts_with(kGroup);
                 isLocked |= line == "[$i]" || (isInside && line != kGroup);
             }
             if (!isInside) {
-                *outside += line + "\n";
+                outside->append(line).append("\n");
             } else if (line.starts_with('[')) {
                 outside = &after;
             } else {
                 isLocked |= line.starts_with("Action[");
-                group.push_back(line);
+                group.emplace_back(line);
             }
         }
     }
@@ -119,14 +116,13 @@ bool isPlasmaInstalled() {
     });
 }
 
-/// Returns none if the file is there and cannot be read.
+/// Returns none if the file is there and cannot be read as a whole.
 std::optional<std::string> read(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (file.bad() || (!file.is_open() && access(path.c_str(), F_OK) == 0)) {
-        return std::nullopt;
+    auto text = readText(path);
+    if (!text && access(path.c_str(), F_OK) != 0) {
+        return "";
     }
-    return text;
+    return text && text->size() < kMostText ? std::move(text) : std::nullopt;
 }
 
 /// Replaces the file in one step; removes it if there is nothing left in it.

@@ -6,9 +6,10 @@
 #include <libintl.h>
 
 #include <algorithm>
-#include <fstream>
 #include <string_view>
 
+#include "linux/base/file_reading.h"
+#include "linux/base/text_parts.h"
 #include "linux/desktop/xdg_folders.h"
 
 namespace chimewerk {
@@ -76,12 +77,12 @@ struct SpectacleSettings {
 
 SpectacleSettings spectacleSettings() {
     SpectacleSettings settings;
-    std::ifstream file(xdgConfigHome() + "/spectaclerc");
-    for (std::string line; std::getline(file, line);) {
+    const std::string text = readText(xdgConfigHome() + "/spectaclerc").value_or("");
+    for (const std::string_view line : split(text, '\n')) {
         const std::size_t equals = std::min(line.find('='), line.size());
         // "[$e]" behind a key says that its value has variables.
-        const std::string key = line.substr(0, std::min(line.find("[$e]"), equals));
-        const std::string value = line.substr(std::min(equals + 1, line.size()));
+        const std::string_view key = line.substr(0, std::min(line.find("[$e]"), equals));
+        const std::string_view value = line.substr(std::min(equals + 1, line.size()));
         if (key == "defaultSaveLocation" || key == "imageSaveLocation") {
             settings.folder = folderOf(value);
         } else if (key == "saveFilenameFormat" || key == "imageFilenameTemplate") {

@@ -6,11 +6,13 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <optional>
-#include <sstream>
 #include <utility>
+
+#include "linux/base/file_reading.h"
+#include "linux/base/text_parts.h"
 
 namespace chimewerk {
 
@@ -57,10 +59,10 @@ std::vector<std::string> folders(std::string first, const char* variable, const 
         paths.push_back(std::move(first));
     }
     const char* const value = std::getenv(variable);
-    std::istringstream list(value == nullptr || *value == '\0' ? standard : value);
-    for (std::string path; std::getline(list, path, ':');) {
+    for (const std::string_view path :
+         split(value == nullptr || *value == '\0' ? standard : value, ':')) {
         if (path.starts_with('/')) {
-            paths.push_back(path);
+            paths.emplace_back(path);
         }
     }
     return paths;
@@ -115,12 +117,12 @@ std::string xdgUserFolder(std::string_view name, std::string_view fallback) {
         return path;
     }
     path.append("/").append(fallback);
-    std::ifstream file(xdgConfigHome() + "/user-dirs.dirs");
+    const std::string settings = readText(xdgConfigHome() + "/user-dirs.dirs").value_or("");
     const std::string key = "XDG_" + std::string(name) + "_DIR=";
-    for (std::string line; std::getline(file, line);) {
-        const std::size_t start = line.find_first_not_of(" \t");
-        if (start != std::string::npos && line.compare(start, key.size(), key) == 0) {
-            path = unquoted(std::string_view(line).substr(start + key.size())).value_or(path);
+    for (std::string_view line : split(settings, '\n')) {
+        line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
+        if (line.starts_with(key)) {
+            path = unquoted(line.substr(key.size())).value_or(path);
         }
     }
     return path;

@@ -8,13 +8,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <filesystem>
 #include <span>
 #include <string_view>
-#include <system_error>
 #include <tuple>
 #include <utility>
 
+#include "linux/base/file_reading.h"
 #include "linux/base/sysfs.h"
 
 namespace chimewerk {
@@ -68,10 +67,8 @@ bool SysfsBacklightSource::announcesChanges() const {
 
 std::vector<SysfsBacklightSource::Backlight> SysfsBacklightSource::readAll() const {
     std::vector<Backlight> all;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder_, error), end; !error && entry != end;
-         entry.increment(error)) {
-        const std::string path = entry->path().string();
+    for (const std::string& name : namesIn(folder_)) {
+        const std::string path = folder_ + "/" + name;
         const auto rank = rankOf(readSysfsLine(path + "/type").value_or(""));
         const auto level = rank ? readLevel(path) : std::nullopt;
         if (level) {
@@ -130,7 +127,7 @@ SourceReport SysfsBacklightSource::report() {
                 .missing = "No display here has a backlight that the kernel controls.",
                 .lacksHardware = true};
     }
-    return {.mechanism = std::filesystem::path(current_).filename().string() + ", " +
+    return {.mechanism = current_.substr(current_.rfind('/') + 1) + ", " +
                          std::to_string(std::lround(level->second * 100)) + " %"};
 }
 

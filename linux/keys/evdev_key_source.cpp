@@ -12,13 +12,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
+#include "linux/base/file_reading.h"
 #include "linux/base/folder_watch.h"
 #include "linux/base/sysfs.h"
 #include "linux/keys/key_codes.h"
@@ -127,15 +126,8 @@ private:
 };
 
 std::vector<std::string> eventDevices(const std::string& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::string name = entry->path().filename().string();
-        if (name.starts_with("event")) {
-            names.push_back(std::move(name));
-        }
-    }
+    auto names = namesIn(folder);
+    std::erase_if(names, [](const std::string& name) { return !name.starts_with("event"); });
     return names;
 }
 

@@ -5,13 +5,12 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
-#include <sstream>
 #include <string_view>
 #include <utility>
+
+#include "linux/base/file_reading.h"
+#include "linux/base/text_parts.h"
 
 namespace chimewerk {
 
@@ -24,9 +23,9 @@ constexpr std::array<std::string_view, 8> kInterpreters{
 
 /// Returns the file name of the program that a command runs; empty for that of an interpreter.
 /// "env" and its variables are skipped.
-std::string programOf(const std::string& command) {
-    std::istringstream words(command);
-    for (std::string word; words >> word;) {
+std::string programOf(std::string_view command) {
+    for (const std::string_view part : words(command)) {
+        std::string word(part);
         std::erase(word, '"');
         std::string name = word.substr(word.rfind('/') + 1);
         if (name == "env" || word.find('=') != std::string::npos) {
@@ -40,32 +39,19 @@ std::string programOf(const std::string& command) {
 }
 
 /// Returns whether one of `desktops` is in a list that is separated by semicolons.
-bool namesOneOf(const std::string& list, const std::vector<std::string>& desktops) {
-    std::istringstream names(list);
-    for (std::string name; std::getline(names, name, ';');) {
-        if (std::ranges::find(desktops, name) != desktops.end()) {
-            return true;
-        }
-    }
-    return false;
+bool namesOneOf(std::string_view list, const std::vector<std::string>& desktops) {
+    return std::ranges::any_of(split(list, ';'), [&](std::string_view name) {
+        return std::ranges::find(desktops, name) != desktops.end();
+    });
 }
 
 /// Desktops mark what belongs to them with a category of their name, such as "X-XFCE".
-bool isPartOf(const std::vector<std::string>& desktops, const std::string& categories) {
+bool isPartOf(const std::vector<std::string>& desktops, std::string_view categories) {
     std::vector<std::string> own = desktops;
     for (std::string& category : own) {
         category.insert(0, "X-");
     }
     return namesOneOf(categories, own) && !namesOneOf(categories, {"Settings"});
-}
-
-/// Returns none if there is no such file.
-std::optional<std::string> readText(const std::string& path) {
-    std::ifstream file(path);
-    if (!file) {
-        return std::nullopt;
-    }
-    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 }  // namespace
@@ -74,19 +60,18 @@ DesktopEntry DesktopEntry::parse(const std::string& text,
                                  const std::vector<std::string>& desktops) {
     DesktopEntry entry;
     entry.isVisible = true;
-    std::istringstream lines(text);
     bool isInGroup = false;
-    for (std::string line; std::getline(lines, line);) {
+    for (const std::string_view line : split(text, '\n')) {
         if (line.starts_with('[')) {
             isInGroup = line.starts_with("[Desktop Entry]");
         }
         const std::size_t equals = line.find('=');
-        if (!isInGroup || equals == std::string::npos) {
+        if (!isInGroup || equals == std::string_view::npos) {
             continue;
         }
-        const std::string key = line.substr(0, line.find_last_not_of(" \t", equals - 1) + 1);
+        const std::string_view key = line.substr(0, line.find_last_not_of(" \t", equals - 1) + 1);
         const std::size_t start = line.find_first_not_of(" \t", equals + 1);
-        const std::string value = start == std::string::npos ? "" : line.substr(start);
+        const std::string_view value = line.substr(std::min(start, line.size()));
         const bool isTrue = value.starts_with("true");
         if (key == "NoDisplay" || key == "Hidden") {
             entry.isVisible &= !isTrue;
@@ -130,14 +115,12 @@ std::optional<DesktopEntry> DesktopEntries::find(const std::string& name,
     }
     std::set<std::string> seen;
     for (const std::string& folder : folders_) {
-        std::error_code error;
-        for (std::filesystem::directory_iterator file(folder, error), end; !error && file != end;
-             file.increment(error)) {
-            const std::string fileName = file->path().filename();
+        for (const std::string& fileName : namesIn(folder)) {
             if (!fileName.ends_with(kEnding) || !seen.insert(fileName).second) {
                 continue;
             }
-            const auto entry = DesktopEntry::parse(readText(file->path()).value_or(""), desktops_);
+            const auto entry =
+                DesktopEntry::parse(readText(folder + "/" + fileName).value_or(""), desktops_);
             const bool matches = (!name.empty() && fileName.starts_with(name + ".")) ||
                                  (!entry.program.empty() &&
                                   std::ranges::find(programs, entry.program) != programs.end());

@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <sstream>
 #include <string_view>
 #include <utility>
 
+#include "linux/base/text_parts.h"
 #include "linux/desktop/xdg_folders.h"
 #include "linux/launches/app_unit.h"
 #include "linux/launches/process_status.h"
@@ -90,12 +90,8 @@ std::vector<std::string> below(std::vector<std::string> folders, const char* nam
 
 std::vector<std::string> currentDesktops() {
     const char* const value = std::getenv("XDG_CURRENT_DESKTOP");
-    std::istringstream list(value == nullptr ? "" : value);
-    std::vector<std::string> names;
-    for (std::string name; std::getline(list, name, ':');) {
-        names.push_back(name);
-    }
-    return names;
+    const auto names = split(value == nullptr ? "" : value, ':');
+    return {names.begin(), names.end()};
 }
 
 /// The bus and the user's manager start applications as well as portals and prompts of the desktop.

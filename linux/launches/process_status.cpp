@@ -5,26 +5,33 @@
 
 #include <unistd.h>
 
+#include <charconv>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 #include <string_view>
+
+#include "linux/base/file_reading.h"
+#include "linux/base/text_parts.h"
 
 namespace chimewerk {
 
 namespace {
 
 std::string readFile(pid_t number, const char* name) {
-    std::ifstream file("/proc/" + std::to_string(number) + name);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return readText("/proc/" + std::to_string(number) + name).value_or("");
 }
 
 BootTime tick() {
     static const BootTime length =
         std::chrono::microseconds(std::chrono::seconds(1)) / sysconf(_SC_CLK_TCK);
     return length;
+}
+
+/// Returns 0 for what is no number.
+template <typename Number>
+Number numberOf(std::string_view text) {
+    Number number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
 }
 
 std::string fileName(std::string_view path) {
@@ -41,21 +48,15 @@ std::optional<ProcessStatus> readProcessStatus(pid_t number) {
     if (open == std::string::npos || close == std::string::npos || close < open) {
         return std::nullopt;
     }
-    std::istringstream fields(text.substr(close + 1));
-    char state = 0;
-    ProcessStatus status{.id = {.number = number}, .name = text.substr(open + 1, close - open - 1)};
-    fields >> state >> status.parent;
-    std::string skipped;
-    constexpr int kBetweenParentAndStart = 17;
-    for (int i = 0; i < kBetweenParentAndStart; ++i) {
-        fields >> skipped;
-    }
-    std::int64_t ticks = 0;
-    if (!(fields >> ticks) || state == 'Z' || state == 'X') {
+    const auto fields = words(std::string_view(text).substr(close + 1));
+    constexpr std::size_t kStart = 19;
+    if (fields.size() <= kStart || fields[0] == "Z" || fields[0] == "X") {
         return std::nullopt;
     }
-    status.id.start = ticks * tick();
-    return status;
+    return ProcessStatus{
+        .id = {.number = number, .start = numberOf<std::int64_t>(fields[kStart]) * tick()},
+        .parent = numberOf<pid_t>(fields[1]),
+        .name = text.substr(open + 1, close - open - 1)};
 }
 
 bool isRunning(const ProcessId& process) {
@@ -68,21 +69,16 @@ std::string readControlGroups(pid_t number) {
 }
 
 std::vector<std::string> readArguments(pid_t number) {
-    std::istringstream text(readFile(number, "/cmdline"));
-    std::vector<std::string> arguments;
-    for (std::string argument; std::getline(text, argument, '\0');) {
-        arguments.push_back(argument);
-    }
-    return arguments;
+    const std::string text = readFile(number, "/cmdline");
+    const auto arguments = split(text, '\0');
+    return {arguments.begin(), arguments.end()};
 }
 
 std::vector<std::string> readPrograms(pid_t number) {
     std::vector<std::string> programs;
-    std::error_code error;
-    const auto program =
-        std::filesystem::read_symlink("/proc/" + std::to_string(number) + "/exe", error);
-    if (!error) {
-        programs.push_back(program.filename());
+    const std::string program = readLink("/proc/" + std::to_string(number) + "/exe");
+    if (!program.empty()) {
+        programs.push_back(fileName(program));
     }
     const auto arguments = readArguments(number);
     if (!arguments.empty()) {

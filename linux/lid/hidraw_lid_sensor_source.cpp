@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "linux/base/sysfs.h"
+#include "linux/base/file_reading.h"
 #include "linux/lid/hid_lid_sensor.h"
 #include "linux/links/udev_devices.h"
 
@@ -37,7 +37,7 @@ std::vector<Candidate> candidates() {
     std::vector<Candidate> found;
     for (const UdevDevice& device : udevDevices("hidraw")) {
         const std::string descriptor =
-            readSysfs(device.parentFolder + "/report_descriptor").value_or("");
+            readText(device.parentFolder + "/report_descriptor").value_or("");
         const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
         if (auto sensor = findLidSensor(bytes)) {
             found.push_back({device.node, *std::move(sensor)});

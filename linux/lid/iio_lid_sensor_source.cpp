@@ -7,14 +7,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <numbers>
 #include <stop_token>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 
+#include "linux/base/file_reading.h"
 #include "linux/base/sysfs.h"
 #include "linux/links/udev_devices.h"
 
@@ -33,10 +32,7 @@ constexpr std::string_view kAppleHinge = "aop-sensors-las";
 /// Returns the angle channels of a device, such as "in_angl" and "in_angl0", in order.
 std::vector<std::string> angleChannels(const std::string& folder) {
     std::vector<std::string> channels;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::string name = entry->path().filename().string();
+    for (std::string& name : namesIn(folder)) {
         if (name.starts_with("in_angl") && name.ends_with(kRawSuffix)) {
             name.resize(name.size() - kRawSuffix.size());
             channels.push_back(std::move(name));

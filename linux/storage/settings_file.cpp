@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "linux/base/file_descriptor.h"
+#include "linux/base/file_reading.h"
 #include "linux/storage/atomic_file.h"
 #include "linux/storage/file_copy.h"
 
@@ -64,28 +65,6 @@ bool makeFolder(const std::string& folder) {
            (mkdir(folder.c_str(), kUserOnly) == 0 || errno == EEXIST);
 }
 
-std::optional<std::string> readAll(const FileDescriptor& file, std::size_t expectedSize) {
-    std::string text(expectedSize + 1, '\0');
-    std::size_t length = 0;
-    while (true) {
-        const ssize_t count = ::read(file.get(), text.data() + length, text.size() - length);
-        if (count < 0 && errno != EINTR) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            text.resize(length);
-            return text;
-        }
-        length += count > 0 ? static_cast<std::size_t>(count) : 0;
-        if (length > kLargestFile) {
-            return std::nullopt;
-        }
-        if (length == text.size()) {
-            text.resize(2 * length);
-        }
-    }
-}
-
 /// Writes the text to the disk. Gives the file the permissions of `target`, if that exists.
 bool write(const AtomicFile& file, std::string_view text, const std::string& target) {
     struct stat present {};
@@ -126,9 +105,12 @@ SettingsFile::Contents SettingsFile::read() const {
     if (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return {Finding::unreadable, {}};
     }
-    const auto size = static_cast<std::size_t>(status.st_size);
-    auto text = size <= kLargestFile ? readAll(file, size) : std::nullopt;
-    return text ? Contents{Finding::text, std::move(*text)} : Contents{Finding::unreadable, {}};
+    auto text = static_cast<std::size_t>(status.st_size) <= kLargestFile
+                    ? readText(file.get(), kLargestFile + 1)
+                    : std::nullopt;
+    const bool isComplete = text && text->size() <= kLargestFile;
+    return isComplete ? Contents{Finding::text, std::move(*text)}
+                      : Contents{Finding::unreadable, {}};
 }
 
 bool SettingsFile::replace(std::string_view text) {
