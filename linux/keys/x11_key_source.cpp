@@ -11,6 +11,7 @@
 #include "linux/keys/key_codes.h"
 #include "linux/keys/key_repeat.h"
 #include "linux/keys/x11_repeat_controls.h"
+#include "linux/links/x11_extension.h"
 #include "linux/links/x11_link.h"
 
 namespace chimewerk {
@@ -20,23 +21,32 @@ namespace {
 /// Subscribes to the raw key presses of all keyboards and returns their extension opcode; none if
 /// the server cannot send them. Releases would double the wake-ups.
 std::optional<std::uint8_t> subscribeToRawKeys(xcb_connection_t* server, xcb_window_t root) {
-    const auto* const extension = xcb_get_extension_data(server, &xcb_input_id);
-    if (extension == nullptr || extension->present == 0) {
+    static constinit X11Extension input("XInputExtension");
+    const auto opcode = input.opcode(server);
+    if (!opcode) {
         return std::nullopt;
     }
-    const XcbReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
-        server, xcb_input_xi_query_version(server, 2, 1), nullptr));
+    xcb_input_xi_query_version_request_t query{};
+    query.major_version = 2;
+    query.minor_version = 1;
+    const auto version = input.ask<xcb_input_xi_query_version_reply_t>(
+        server, XCB_INPUT_XI_QUERY_VERSION, X11Extension::bytesOf(query));
     if (!version || version->major_version < 2 ||
         (version->major_version == 2 && version->minor_version < 1)) {
         return std::nullopt;
     }
     struct {
-        xcb_input_event_mask_t head;
+        xcb_input_xi_select_events_request_t head;
+        xcb_input_event_mask_t devices;
         std::uint32_t mask;
-    } const wanted{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS};
-    const XcbReply<xcb_generic_error_t> error(xcb_request_check(
-        server, xcb_input_xi_select_events_checked(server, root, 1, &wanted.head)));
-    return error ? std::nullopt : std::optional(extension->major_opcode);
+    } wanted{};
+    wanted.head.window = root;
+    wanted.head.num_mask = 1;
+    wanted.devices = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1};
+    wanted.mask = XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
+    return input.tell(server, XCB_INPUT_XI_SELECT_EVENTS, X11Extension::bytesOf(wanted))
+               ? opcode
+               : std::nullopt;
 }
 
 class X11KeyTap final : public KeyTap {

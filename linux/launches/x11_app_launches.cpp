@@ -11,8 +11,11 @@
 #include <cerrno>
 #include <csignal>
 #include <iterator>
+#include <span>
 #include <string_view>
 #include <utility>
+
+#include "linux/links/x11_extension.h"
 
 namespace chimewerk {
 
@@ -53,6 +56,25 @@ std::string readText(xcb_connection_t* server, xcb_get_property_cookie_t request
         return "";
     }
     return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
+}
+
+constinit X11Extension resources("X-Resource");
+
+/// Returns whether the server tells the processes of its clients.
+bool answersForProcesses(xcb_connection_t* server) {
+    if (!resources.opcode(server)) {
+        return false;
+    }
+    struct {
+        xcb_res_query_version_request_t head;
+        std::uint16_t fill;
+    } query{};
+    query.head.client_major = 1;
+    query.head.client_minor = 2;
+    const auto version = resources.ask<xcb_res_query_version_reply_t>(server, XCB_RES_QUERY_VERSION,
+                                                                      X11Extension::bytesOf(query));
+    return version && std::pair(version->server_major, version->server_minor) >=
+                          std::pair<std::uint16_t, std::uint16_t>(1, 2);
 }
 
 /// Returns the name of this machine, without its domain.
@@ -115,15 +137,7 @@ bool X11AppLaunches::open(xcb_connection_t* server, xcb_window_t root) {
         }
         atoms_.*names[i].second = reply->atom;
     }
-    const auto* const extension = xcb_get_extension_data(server, &xcb_res_id);
-    knowsProcesses_ = false;
-    if (extension != nullptr && extension->present != 0) {
-        const XcbReply<xcb_res_query_version_reply_t> version(
-            xcb_res_query_version_reply(server, xcb_res_query_version(server, 1, 2), nullptr));
-        constexpr int kTwoDigits = 100;
-        knowsProcesses_ =
-            version && version->server_major * kTwoDigits + version->server_minor >= kTwoDigits + 2;
-    }
+    knowsProcesses_ = answersForProcesses(server);
     const std::uint32_t wanted = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(server, root, XCB_CW_EVENT_MASK, &wanted);
     firstWindows_.begin(windows());
@@ -145,28 +159,27 @@ X11AppLaunches::Processes X11AppLaunches::processesOf(
     if (!knowsProcesses_ || windows.empty()) {
         return processes;
     }
-    std::vector<xcb_res_client_id_spec_t> wanted;
-    wanted.reserve(windows.size());
+    // The head of the request, then pairs of a window and of what is asked about it.
+    Values wanted{0, static_cast<std::uint32_t>(windows.size())};
     for (const auto window : windows) {
-        wanted.push_back({.client = window, .mask = XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
+        wanted.insert(wanted.end(), {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
     }
-    const XcbReply<xcb_res_query_client_ids_reply_t> reply(xcb_res_query_client_ids_reply(
-        link_.server(),
-        xcb_res_query_client_ids(link_.server(), static_cast<std::uint32_t>(wanted.size()),
-                                 wanted.data()),
-        nullptr));
+    const auto reply = resources.ask<xcb_res_query_client_ids_reply_t>(
+        link_.server(), XCB_RES_QUERY_CLIENT_IDS, std::as_writable_bytes(std::span(wanted)));
     if (!reply) {
         return processes;
     }
     // The server answers with the part of the window ID that all windows of one client share.
     const auto ownPart = xcb_get_setup(link_.server())->resource_id_mask;
     std::map<std::uint32_t, std::uint32_t> processOf;
-    for (auto ids = xcb_res_query_client_ids_ids_iterator(reply.get()); ids.rem > 0;
-         xcb_res_client_id_value_next(&ids)) {
-        if (xcb_res_client_id_value_value_length(ids.data) > 0) {
-            const auto& [asked, size] = *ids.data;
-            processOf[asked.client & ~ownPart] = *xcb_res_client_id_value_value(ids.data);
+    // Window, what was asked, the number of bytes of the answer, and the answer.
+    constexpr std::size_t kHead = 3;
+    std::span rest(reinterpret_cast<const std::uint32_t*>(reply.get() + 1), reply->length);
+    while (rest.size() > kHead) {
+        if (rest[2] > 0) {
+            processOf[rest[0] & ~ownPart] = rest[kHead];
         }
+        rest = rest.subspan(std::min(kHead + rest[2] / sizeof rest[0], rest.size()));
     }
     for (const auto window : windows) {
         if (const auto known = processOf.find(window & ~ownPart); known != processOf.end()) {
