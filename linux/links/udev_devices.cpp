@@ -9,32 +9,35 @@ namespace chimewerk {
 
 namespace {
 
-std::string orEmpty(const char* text) {
-    return text == nullptr ? std::string() : text;
+using Getter = int(sd_device*, const char**);
+
+std::string textOf(sd_device* device, Getter* get) {
+    const char* text = nullptr;
+    return device != nullptr && get(device, &text) >= 0 ? text : "";
 }
 
 }  // namespace
 
 std::vector<UdevDevice> udevDevices(const char* subsystem) {
-    const UdevHandle udev(udev_new());
-    const UdevEnumerateHandle list(udev ? udev_enumerate_new(udev.get()) : nullptr);
-    if (!list || udev_enumerate_add_match_subsystem(list.get(), subsystem) < 0 ||
-        udev_enumerate_scan_devices(list.get()) < 0) {
+    sd_device_enumerator* made = nullptr;
+    if (sd_device_enumerator_new(&made) < 0) {
+        return {};
+    }
+    const UdevEnumerateHandle list(made);
+    // Where no udev runs, all devices are uninitialized.
+    if (sd_device_enumerator_allow_uninitialized(made) < 0 ||
+        sd_device_enumerator_add_match_subsystem(made, subsystem, 1) < 0) {
         return {};
     }
     std::vector<UdevDevice> devices;
-    for (udev_list_entry* entry = udev_enumerate_get_list_entry(list.get()); entry != nullptr;
-         entry = udev_list_entry_get_next(entry)) {
-        const UdevDeviceHandle device(
-            udev_device_new_from_syspath(udev.get(), udev_list_entry_get_name(entry)));
-        if (device) {
-            // The child owns its parent, so the parent needs no release.
-            udev_device* const parent = udev_device_get_parent(device.get());
-            devices.push_back(
-                {.folder = orEmpty(udev_device_get_syspath(device.get())),
-                 .parentFolder = parent == nullptr ? "" : orEmpty(udev_device_get_syspath(parent)),
-                 .node = orEmpty(udev_device_get_devnode(device.get()))});
-        }
+    for (sd_device* device = sd_device_enumerator_get_device_first(made); device != nullptr;
+         device = sd_device_enumerator_get_device_next(made)) {
+        // The child owns its parent, so the parent needs no release.
+        sd_device* parent = nullptr;
+        sd_device_get_parent(device, &parent);
+        devices.push_back({.folder = textOf(device, sd_device_get_syspath),
+                           .parentFolder = textOf(parent, sd_device_get_syspath),
+                           .node = textOf(device, sd_device_get_devname)});
     }
     return devices;
 }

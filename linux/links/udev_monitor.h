@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/links/udev_handles.h"
@@ -43,13 +45,19 @@ public:
                                              Handler handler);
 
 private:
-    UdevMonitor(UdevHandle udev, UdevMonitorHandle monitor, Handler handler);
+    explicit UdevMonitor(Handler handler);
 
+    bool start(EpollMainQueue& queue, std::initializer_list<Filter> filters);
+    std::uint32_t lostSoFar() const;
     void receive();
 
-    UdevHandle udev_;
+    const Handler handler_;
+    std::vector<UdevEvent> events_;
+    UdevLoopHandle loop_;
     UdevMonitorHandle monitor_;
-    Handler handler_;
+    /// The monitor's.
+    int socket_ = -1;
+    std::uint32_t lost_ = 0;
     std::unique_ptr<EpollMainQueue::Watch> watch_;
 };
 
