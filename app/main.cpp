@@ -3,6 +3,8 @@
 
 // The composition root: makes the parts, connects them and runs the main loop. The parts know each
 // other only through interfaces.
+#include <malloc.h>
+
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -295,6 +297,8 @@ void storeMicrophoneAnswer(EpollMainQueue& queue, bool allowed) {
 /// Runs the program. If an instance runs already, passes `command` on to it instead.
 int run(int& argumentCount, char** arguments, Command command) {
     forbidCoreDumps();
+    // A heap of its own for each of the threads would take 40 KiB more and speed up nothing.
+    mallopt(M_ARENA_MAX, 1);
     if (const auto limit = raiseDescriptorLimit(); limit < kNeededDescriptors) {
         std::fprintf(stderr,
                      "chimewerk: needs %lu open files, but only %lu are allowed; see 'ulimit -n'\n",
