@@ -4,19 +4,15 @@
 #include "linux/keys/evdev_key_source.h"
 
 #include <fcntl.h>
+#include <libevdev/libevdev.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <linux/input.h>
-
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <map>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -32,22 +28,8 @@ namespace chimewerk {
 
 namespace {
 
-/// A bit for each key that the kernel numbers.
-class Keys {
-public:
-    static constexpr std::size_t kSize = KEY_CNT / 8;
-
-    bool has(unsigned code) const { return (bits_.at(code / 8) >> (code % 8) & 1) != 0; }
-    void put(unsigned code, bool isIn) {
-        const auto bit = static_cast<std::uint8_t>(1U << (code % 8));
-        auto& byte = bits_.at(code / 8);
-        byte = static_cast<std::uint8_t>(isIn ? byte | bit : byte & ~bit);
-    }
-    /// Where the kernel stores them.
-    std::uint8_t* data() { return bits_.data(); }
-
-private:
-    std::array<std::uint8_t, kSize> bits_{};
+struct FreeDevice {
+    void operator()(libevdev* device) const { libevdev_free(device); }
 };
 
 /// Returns the inode of the file at this path, or 0 if there is none. A device that is plugged in
@@ -78,13 +60,12 @@ public:
         }
         FileDescriptor descriptor(
             ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-        Keys keys;
-        if (!descriptor ||
-            ioctl(descriptor.get(), EVIOCGBIT(EV_KEY, Keys::kSize), keys.data()) < 0 ||
-            !canType(keys)) {
+        libevdev* device = nullptr;
+        if (!descriptor || libevdev_new_from_fd(descriptor.get(), &device) != 0) {
             return nullptr;
         }
-        return std::unique_ptr<Keyboard>(new Keyboard(std::move(descriptor)));
+        std::unique_ptr<Keyboard> keyboard(new Keyboard(std::move(descriptor), device));
+        return keyboard->hasTypingKeys() ? std::move(keyboard) : nullptr;
     }
 
     int descriptor() const { return descriptor_.get(); }
@@ -98,46 +79,37 @@ public:
     /// keyboard is gone.
     bool read(const OnKey& onKey) {
         bool anything = false;
-        std::array<input_event, 64> events;
-        ssize_t size = 0;
-        while ((size = ::read(descriptor_.get(), events.data(), sizeof events)) > 0) {
+        input_event event{};
+        int status = 0;
+        // After an overrun the kernel's queue continues with the latest events; lost ones
+        // are skipped.
+        while ((status = libevdev_next_event(device_.get(), LIBEVDEV_READ_FLAG_NORMAL, &event)) >=
+               0) {
             anything = true;
-            const auto count = static_cast<std::size_t>(size) / sizeof events[0];
-            for (const input_event& event : std::span(events).first(count)) {
-                take(event, onKey);
+            if (status == LIBEVDEV_READ_STATUS_SUCCESS && event.type == EV_KEY) {
+                if (const auto keyCode = virtualKeyCode(event.code)) {
+                    onKey({.code = static_cast<std::uint8_t>(event.code),
+                           .keyCode = *keyCode,
+                           .change = static_cast<KeyEvent::Change>(event.value)});
+                }
             }
         }
-        return (size == 0 || errno == EAGAIN) && (anything || !hungUp());
+        return status == -EAGAIN && (anything || !hungUp());
     }
 
-    bool isDown(std::uint8_t code) const { return down_.has(code); }
+    bool isDown(std::uint8_t code) const {
+        return libevdev_get_event_value(device_.get(), EV_KEY, code) != 0;
+    }
 
 private:
-    explicit Keyboard(FileDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+    Keyboard(FileDescriptor descriptor, libevdev* device)
+        : descriptor_(std::move(descriptor)), device_(device) {}
 
-    /// After an overrun the kernel's queue continues with the latest events. Lost ones are skipped,
-    /// and so is the rest of the report in which they were lost.
-    void take(const input_event& event, const OnKey& onKey) {
-        if (event.type == EV_SYN && event.code == SYN_DROPPED) {
-            hasLost_ = true;
-            ioctl(descriptor_.get(), EVIOCGKEY(Keys::kSize), down_.data());
-        } else if (event.type == EV_SYN && event.code == SYN_REPORT) {
-            hasLost_ = false;
-        } else if (event.type == EV_KEY && !hasLost_) {
-            if (const auto keyCode = virtualKeyCode(event.code)) {
-                down_.put(event.code, event.value != 0);
-                onKey({.code = static_cast<std::uint8_t>(event.code),
-                       .keyCode = *keyCode,
-                       .change = static_cast<KeyEvent::Change>(event.value)});
-            }
-        }
-    }
-
-    /// Returns whether a key for typing is among them. Power buttons, mice and headsets have other
-    /// keys.
-    static bool canType(const Keys& keys) {
+    /// Returns whether the device has a key for typing. Power buttons, mice and headsets have
+    /// other keys.
+    bool hasTypingKeys() const {
         for (unsigned code = 0; code < KEY_CNT; ++code) {
-            if (virtualKeyCode(code) && keys.has(code)) {
+            if (virtualKeyCode(code) && libevdev_has_event_code(device_.get(), EV_KEY, code) != 0) {
                 return true;
             }
         }
@@ -150,8 +122,7 @@ private:
     }
 
     FileDescriptor descriptor_;
-    Keys down_;
-    bool hasLost_ = false;
+    std::unique_ptr<libevdev, FreeDevice> device_;
 };
 
 std::vector<std::string> eventDevices(const std::string& folder) {

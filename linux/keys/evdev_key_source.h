@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-/// Receives keys from the kernel, whichever window has the focus, from every readable event device
-/// with a typing key. A keyboard that is plugged in or becomes readable
+/// Receives keys from the kernel through libevdev, whichever window has the focus, from every
+/// readable event device with a typing key. A keyboard that is plugged in or becomes readable
 /// later is added; one that becomes unreadable, because another user's session comes to the
 /// foreground, is closed until it is readable again. Keys are ignored while no session of this user
 /// is in the foreground. When a keyboard is unplugged or fails, the
@@ -23,8 +23,7 @@ namespace chimewerk {
 /// The repeats of a held key are the kernel's, or where the session's compositor tells how it repeats
 /// keys, made like that: toolkits make their own in each program.
 ///
-/// Reads the devices itself: libinput would add touchpads, seats and timers, and libevdev 100 KiB of
-/// memory, in sessions too whose X server tells the keys.
+/// libevdev rather than libinput: one descriptor per keyboard, without touchpads, seats and timers.
 class EvdevKeySource final : public KeySource, public ReportsItself {
 public:
     /// `waylandDisplay` has the form of $WAYLAND_DISPLAY; it may be empty. `folder` is the folder of

@@ -85,13 +85,6 @@ public:
         events[1].type = EV_SYN;
         [[maybe_unused]] const auto size = write(pipeTo(name), events.data(), sizeof events);
     }
-    /// Says that events were lost because nobody read.
-    void overrun(const std::string& name) {
-        input_event event{};
-        event.type = EV_SYN;
-        event.code = SYN_DROPPED;
-        [[maybe_unused]] const auto size = write(pipeTo(name), &event, sizeof event);
-    }
 
 private:
     std::string root() const {
@@ -111,15 +104,28 @@ private:
         }
         return pipe.get();
     }
-    /// Returns the device's answers to queries: which keys it has, and which are down.
+    /// Returns the device's answers to queries about its abilities.
     static std::string answers(const std::vector<unsigned>& keys) {
+        std::vector<std::uint8_t> types(8);
         std::vector<std::uint8_t> codes(KEY_CNT / 8);
+        types[0] = 1 << EV_SYN | 1 << EV_KEY;
         for (const unsigned key : keys) {
             codes.at(key / 8) |= static_cast<std::uint8_t>(1U << key % 8);
         }
-        return "EVIOCGBIT(1) 96 " + hex(codes) + "\nEVIOCGKEY(0) 96 " + hex(codes) + "\n";
+        // The sizes that libevdev asks for.
+        std::string text =
+            "EVIOCGVERSION 0 01000100\nEVIOCGID 0 0300010001000100\nEVIOCGNAME(0) 4 " +
+            hex({'k', 'e', 'y'}, 255) + "\nEVIOCGPROP(0) 8 " + hex({}, 8) + "\nEVIOCGBIT(0) 8 " +
+            hex(types, 8) + "\nEVIOCGBIT(1) 96 " + hex(codes, 96) + "\nEVIOCGKEY(0) 96 " +
+            hex({}, 96) + "\nEVIOCGLED(0) 8 " + hex({}, 8) + "\nEVIOCGSW(0) 8 " + hex({}, 8) +
+            "\nEVIOCGBIT(21) 16 " + hex({}, 16) + "\n";
+        for (const unsigned type : {EV_REL, EV_ABS, EV_MSC, EV_SW, EV_LED, EV_SND}) {
+            text += "EVIOCGBIT(" + std::to_string(type) + ") 8 " + hex({}, 8) + "\n";
+        }
+        return text;
     }
-    static std::string hex(const std::vector<std::uint8_t>& bytes) {
+    static std::string hex(std::vector<std::uint8_t> bytes, std::size_t size) {
+        bytes.resize(size);
         std::string text;
         for (const std::uint8_t byte : bytes) {
             std::array<char, 3> digits{};
