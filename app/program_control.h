@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "app/app_delegate.h"
-#include "app/names.h"
+#include "app/options/names.h"
 #include "platform/clock.h"
 #include "platform/notification_center.h"
 #include "platform/remote_control.h"

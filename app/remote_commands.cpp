@@ -22,14 +22,6 @@ std::string lastPart(const std::string& sound) {
 
 }  // namespace
 
-bool isRemoteCommand(Command command) {
-    return command >= Command::play && command <= Command::checkAsJson;
-}
-
-bool isCheck(Command command) {
-    return command == Command::check || command == Command::checkAsJson;
-}
-
 CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program,
                                const CheckView& view) {
     CommandResult result;

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/check_table.h"
-#include "app/command_line.h"
+#include "app/options/command_line.h"
 #include "platform/remote_control.h"
 
 namespace chimewerk {
@@ -19,11 +19,6 @@ struct CommandResult {
     /// For the standard error output; whole lines.
     std::string errors = {};
 };
-
-/// Whether this command is a request to the running program.
-bool isRemoteCommand(Command command);
-/// Whether it can be carried out without a running program, too.
-bool isCheck(Command command);
 
 /// Carries out such a command. `view` is how a check is printed.
 CommandResult carryOutRemotely(const CommandLine& line, RemoteControl& program,

@@ -5,12 +5,12 @@
 
 #include <string>
 
+#include "app/dashboard_dependencies.h"
 #include "bench/bench_library.h"
 #include "linux/base/system_clock.h"
 #include "linux/lid/null_lid_sensor_source.h"
 #include "monitors/keyboard_monitor.h"
 #include "monitors/lid_angle_monitor.h"
-#include "ui/dashboard/dashboard_dependencies.h"
 
 namespace chimewerk {
 

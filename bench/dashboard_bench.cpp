@@ -12,8 +12,8 @@
 
 #include "bench/bench_dashboard.h"
 #include "sound/notifications.h"
-#include "ui/controls/chimewerk_style.h"
 #include "ui/dashboard/dashboard_window_controller.h"
+#include "ui/toolkit/chimewerk_style.h"
 
 namespace chimewerk {
 namespace {

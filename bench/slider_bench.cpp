@@ -16,8 +16,8 @@
 
 #include "bench/bench_dashboard.h"
 #include "tools/files/temporary_folder.h"
-#include "ui/controls/chimewerk_style.h"
 #include "ui/dashboard/detail_panel.h"
+#include "ui/toolkit/chimewerk_style.h"
 
 namespace chimewerk {
 namespace {

@@ -24,12 +24,12 @@
 #include <cmath>
 #include <utility>
 
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/contrast.h"
-#include "ui/rules/emoji_runs.h"
 #include "ui/rules/help_content.h"
+#include "ui/texts/emoji_runs.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/wording.h"
 #include "ui/tray/program_menu.h"
 
 namespace chimewerk {

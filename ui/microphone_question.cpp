@@ -5,8 +5,8 @@
 
 #include <QApplication>
 
-#include "ui/controls/wording.h"
 #include "ui/rules/microphone_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "app/dashboard_dependencies.h"
 #include "app/windows.h"
-#include "ui/dashboard/dashboard_dependencies.h"
 #include "ui/desktop_contrast.h"
 
 namespace chimewerk {

@@ -3,7 +3,7 @@
 
 #include "linux/desktop/desktop_notification.h"
 
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 
 namespace chimewerk {
 

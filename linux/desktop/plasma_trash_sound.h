@@ -7,7 +7,7 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 #include "platform/file_manager_sounds.h"
 
 namespace chimewerk {

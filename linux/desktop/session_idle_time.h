@@ -11,9 +11,9 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/retry_interval.h"
+#include "linux/bus/bus_link.h"
 #include "linux/desktop/session_environment.h"
 #include "linux/desktop/wayland_idle_time.h"
-#include "linux/links/bus_link.h"
 
 namespace chimewerk {
 

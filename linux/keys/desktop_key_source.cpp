@@ -3,38 +3,36 @@
 
 #include "linux/keys/desktop_key_source.h"
 
-#include <algorithm>
+#include <utility>
 
-#include "linux/keys/evdev_key_source.h"
 #include "linux/keys/x11_key_source.h"
 
 namespace chimewerk {
 
 DesktopKeySource::DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment,
-                                   const std::string& inputFolder) {
-    if (environment.isX11()) {
-        add(std::make_unique<X11KeySource>(queue, environment.display));
+                                   MakeSource makeEventDevices)
+    : x11_(environment.isX11() ? std::make_unique<X11KeySource>(queue, environment.display)
+                               : nullptr),
+      makeEventDevices_(std::move(makeEventDevices)) {}
+
+ReportingKeySource& DesktopKeySource::eventDevices() {
+    if (eventDevices_ == nullptr) {
+        eventDevices_ = makeEventDevices_();
     }
-    add(std::make_unique<EvdevKeySource>(queue, environment.waylandDisplay, inputFolder));
+    return *eventDevices_;
 }
 
 bool DesktopKeySource::trusted() {
-    return std::ranges::any_of(rows_, [](const Row& row) { return row.source->trusted(); });
+    return (x11_ != nullptr && x11_->trusted()) || eventDevices().trusted();
 }
 
 std::unique_ptr<KeyTap> DesktopKeySource::createTap(KeyTapCallbacks callbacks) {
-    for (const Row& row : rows_) {
-        if (auto tap = row.source->createTap(callbacks)) {
-            return tap;
-        }
-    }
-    return nullptr;
+    auto tap = x11_ == nullptr ? nullptr : x11_->createTap(callbacks);
+    return tap != nullptr ? std::move(tap) : eventDevices().createTap(std::move(callbacks));
 }
 
 SourceReport DesktopKeySource::report() {
-    const auto works =
-        std::ranges::find_if(rows_, [](const Row& row) { return row.source->trusted(); });
-    return (works == rows_.end() ? rows_.back() : *works).reporter->report();
+    return x11_ != nullptr && x11_->trusted() ? x11_->report() : eventDevices().report();
 }
 
 }  // namespace chimewerk

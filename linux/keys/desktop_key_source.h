@@ -3,15 +3,12 @@
 
 #pragma once
 
+#include <functional>
 #include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/desktop/session_environment.h"
-#include "monitors/keyboard_monitor.h"
-#include "platform/source_report.h"
+#include "linux/keys/reporting_key_source.h"
 
 namespace chimewerk {
 
@@ -20,30 +17,27 @@ namespace chimewerk {
 /// readable. If neither works it is not trusted and creates no tap.
 class DesktopKeySource final : public KeySource, public ReportsItself {
 public:
-    /// The queue must outlive the source and its taps.
+    /// Makes the source that reads event devices.
+    using MakeSource = std::function<std::unique_ptr<ReportingKeySource>()>;
+
+    /// `makeEventDevices` is called once, and only where the X server does not work. The queue must
+    /// outlive the source and its taps.
     DesktopKeySource(EpollMainQueue& queue, const SessionEnvironment& environment,
-                     const std::string& inputFolder = "/dev/input");
+                     MakeSource makeEventDevices);
 
     bool trusted() override;
     std::unique_ptr<KeyTap> createTap(KeyTapCallbacks callbacks) override;
-    /// The report of the first that works, else of the last.
+    /// The report of the first that works, else of the event devices.
     SourceReport report() override;
 
 private:
-    struct Row {
-        std::unique_ptr<KeySource> source;
-        /// The same object.
-        ReportsItself* reporter;
-    };
+    ReportingKeySource& eventDevices();
 
-    template <typename Source>
-    void add(std::unique_ptr<Source> source) {
-        ReportsItself* const reporter = source.get();
-        rows_.push_back({.source = std::move(source), .reporter = reporter});
-    }
-
-    /// In order of preference; never empty.
-    std::vector<Row> rows_;
+    /// Null outside of X11 sessions.
+    std::unique_ptr<ReportingKeySource> x11_;
+    const MakeSource makeEventDevices_;
+    /// Made when first needed.
+    std::unique_ptr<ReportingKeySource> eventDevices_;
 };
 
 }  // namespace chimewerk

@@ -7,8 +7,7 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/retry_interval.h"
-#include "monitors/keyboard_monitor.h"
-#include "platform/source_report.h"
+#include "linux/keys/reporting_key_source.h"
 
 namespace chimewerk {
 
@@ -18,7 +17,7 @@ namespace chimewerk {
 ///
 /// The server sends no raw events for the repeats of a held key. This source makes them, with the
 /// server's delay and rate, for the keys that the server repeats.
-class X11KeySource final : public KeySource, public ReportsItself {
+class X11KeySource final : public ReportingKeySource {
 public:
     /// `display` has the form of $DISPLAY. Do not use the server for the X11 programs of a Wayland
     /// session: it receives only keys meant for those programs. The queue must outlive the source

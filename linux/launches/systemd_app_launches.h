@@ -7,8 +7,8 @@
 #include <string>
 
 #include "linux/base/epoll_main_queue.h"
+#include "linux/bus/bus_link.h"
 #include "linux/launches/launch_facts.h"
-#include "linux/links/bus_link.h"
 #include "platform/lifeline.h"
 
 namespace chimewerk {

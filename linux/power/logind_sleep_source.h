@@ -7,7 +7,7 @@
 
 #include "linux/base/epoll_main_queue.h"
 #include "linux/base/file_descriptor.h"
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 #include "monitors/sleep_source.h"
 #include "platform/source_report.h"
 

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "linux/base/epoll_main_queue.h"
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 #include "monitors/power_sources.h"
 #include "platform/delayed_call.h"
 #include "platform/source_report.h"

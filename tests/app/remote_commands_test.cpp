@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/names.h"
+#include "app/options/names.h"
 
 namespace chimewerk {
 namespace {

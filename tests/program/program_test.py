@@ -9,9 +9,11 @@
 import json
 import os
 import re
+import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import unittest
 from pathlib import Path
 
@@ -297,6 +299,30 @@ class TheProgram(ProgramTest):
                 process.terminate()
             said = process.communicate(timeout=10)[1]
             self.assertEqual((limit, process.returncode, said), (limit, *ended))
+
+    def test_goes_on_with_its_own_modules_while_it_is_upgraded(self):
+        host = self.host()
+        with tempfile.TemporaryDirectory() as folder:
+            built = Path(PROGRAM).parent.parent
+            for part in "bin", "lib":
+                shutil.copytree(built / part, Path(folder, part))
+            Path(folder, "share").symlink_to(built / "share")
+            program = Path(folder, "bin", Path(PROGRAM).name)
+            process = subprocess.Popen([program])
+            self.started.append(process)
+            host.wait_for_item()
+            # It answers when all its parts are there.
+            self.assert_ends(self.start("--unmute"))
+            for module in Path(folder, "lib", "chimewerk").iterdir():
+                module.unlink()
+                module.write_text("of another version", "ascii")
+            self.assert_ends(self.start("--open-dashboard"))
+            self.assertTrue(pump_until(lambda: len(windows(DASHBOARD)) == 1))
+            self.assert_ends(self.start("--quit"))
+            self.assert_ends(process)
+            broken = subprocess.run([program], stderr=subprocess.PIPE, text=True, timeout=10)
+            self.assertEqual(broken.returncode, 1)
+            self.assertIn("a part of the program is missing: ", broken.stderr)
 
     def test_sleeps_while_nothing_happens(self):
         if b"libtsan" in Path(PROGRAM).read_bytes():

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 #include "tools/process/child_process.h"
 #include "tools/process/eventually.h"
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 
 namespace chimewerk {
 

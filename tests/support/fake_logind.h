@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "linux/base/file_descriptor.h"
-#include "linux/links/bus_link.h"
+#include "linux/bus/bus_link.h"
 #include "support/fake_bus_service.h"
 
 namespace chimewerk {

@@ -19,11 +19,11 @@
 
 #include "support/foreign_words.h"
 #include "support/widget_input.h"
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
-#include "ui/controls/wording.h"
 #include "ui/help_window_controller.h"
 #include "ui/rules/help_content.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 namespace {

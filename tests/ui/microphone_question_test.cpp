@@ -9,8 +9,8 @@
 #include <string>
 
 #include "support/widget_input.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/microphone_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <QApplication>
 
-#include "ui/controls/chimewerk_style.h"
+#include "ui/toolkit/chimewerk_style.h"
 
 /// Runs the tests of widgets, which need an application but no display.
 int main(int argc, char** argv) {

@@ -6,7 +6,7 @@
 #include <QEasingCurve>
 #include <QPainter>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/toolkit/color_scheme.h"
 
 namespace chimewerk {
 

@@ -5,7 +5,7 @@
 
 #include <QPainter>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/toolkit/color_scheme.h"
 
 namespace chimewerk {
 

@@ -5,9 +5,9 @@
 
 #include <QEvent>
 
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
-#include "ui/controls/wording.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

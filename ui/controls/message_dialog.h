@@ -9,7 +9,7 @@
 #include <QString>
 #include <QVBoxLayout>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/toolkit/color_scheme.h"
 
 namespace chimewerk {
 

@@ -7,7 +7,7 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/toolkit/color_scheme.h"
 
 namespace chimewerk {
 

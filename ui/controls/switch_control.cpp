@@ -8,8 +8,8 @@
 #include <QStyleOptionButton>
 #include <algorithm>
 
-#include "ui/controls/color_scheme.h"
-#include "ui/controls/control_painting.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/control_painting.h"
 
 namespace chimewerk {
 

@@ -7,10 +7,10 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/angle_gauge.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -17,14 +17,14 @@
 #include <utility>
 
 #include "sound/notifications.h"
-#include "ui/controls/color_scheme.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/hairline.h"
 #include "ui/controls/labels_and_buttons.h"
 #include "ui/controls/window_frame.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/appearance.h"
 #include "ui/rules/contrast.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

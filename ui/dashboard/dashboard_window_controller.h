@@ -9,10 +9,10 @@
 #include <cstddef>
 #include <set>
 
+#include "app/dashboard_dependencies.h"
 #include "app/windows.h"
 #include "platform/notification_center.h"
 #include "sound/sound_manager.h"
-#include "ui/dashboard/dashboard_dependencies.h"
 #include "ui/dashboard/detail_panel.h"
 #include "ui/dashboard/sidebar_table.h"
 #include "ui/dashboard/theme_picker.h"

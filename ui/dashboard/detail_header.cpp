@@ -5,8 +5,8 @@
 
 #include <QSignalBlocker>
 
-#include "ui/controls/wording.h"
 #include "ui/rules/value_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -10,8 +10,8 @@
 #include <functional>
 #include <string>
 
+#include "app/dashboard_dependencies.h"
 #include "ui/dashboard/angle_box.h"
-#include "ui/dashboard/dashboard_dependencies.h"
 #include "ui/dashboard/detail_header.h"
 #include "ui/dashboard/labeled_slider.h"
 #include "ui/dashboard/note_boxes.h"

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "ui/controls/wording.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -3,9 +3,9 @@
 
 #include "ui/dashboard/note_boxes.h"
 
-#include "ui/controls/emoji_text.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
+#include "ui/toolkit/emoji_text.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -6,11 +6,11 @@
 #include <QStyle>
 #include <algorithm>
 
-#include "ui/controls/color_scheme.h"
-#include "ui/controls/control_painting.h"
-#include "ui/controls/emoji_text.h"
 #include "ui/controls/fonts.h"
-#include "ui/controls/wording.h"
+#include "ui/toolkit/color_scheme.h"
+#include "ui/toolkit/control_painting.h"
+#include "ui/toolkit/emoji_text.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

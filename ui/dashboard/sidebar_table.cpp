@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "ui/controls/hairline.h"
-#include "ui/controls/wording.h"
 #include "ui/dashboard/sidebar_row_painting.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -3,8 +3,8 @@
 
 #include "ui/dashboard/sound_box.h"
 
-#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

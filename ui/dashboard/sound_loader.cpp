@@ -11,9 +11,9 @@
 
 #include "ui/controls/busy_bar.h"
 #include "ui/controls/message_dialog.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/value_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

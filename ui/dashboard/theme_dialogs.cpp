@@ -6,10 +6,10 @@
 #include <QLineEdit>
 #include <utility>
 
-#include "ui/controls/chimewerk_style.h"
 #include "ui/controls/fonts.h"
 #include "ui/controls/message_dialog.h"
-#include "ui/controls/wording.h"
+#include "ui/toolkit/chimewerk_style.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -8,9 +8,9 @@
 
 #include "ui/controls/fonts.h"
 #include "ui/controls/labels_and_buttons.h"
-#include "ui/controls/wording.h"
 #include "ui/dashboard/theme_dialogs.h"
 #include "ui/rules/theme_dialog_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

@@ -8,7 +8,7 @@
 #include <QShortcut>
 #include <QString>
 
-#include "ui/controls/wording.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 

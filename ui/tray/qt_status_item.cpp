@@ -7,38 +7,41 @@
 #include <QTimer>
 #include <utility>
 
-#include "ui/controls/wording.h"
+#include "ui/toolkit/wording.h"
 #include "ui/tray/status_icon.h"
 
 namespace chimewerk {
 
-QtStatusItem::QtStatusItem(std::function<void()> onTrayKnown)
-    : watch_({.onTray = [this] { useTray(); },
-              .onChange = [this] { announce(); },
-              .onKnown = std::move(onTrayKnown)}) {}
+QtStatusItem::QtStatusItem()
+    : watch_({.onTray = [this] { appear(); }, .onChange = [this] { announce(); }}) {
+    // While the tray answers.
+    draw();
+}
 
 QtStatusItem::~QtStatusItem() = default;
 
 void QtStatusItem::show(const Menu& menu, std::function<void()> onActivate) {
     onActivate_ = std::move(onActivate);
     items_ = &menu;
-    if (hasTray_) {
-        appear();
-    }
-}
-
-void QtStatusItem::useTray() {
-    hasTray_ = true;
-    if (items_ != nullptr) {
-        appear();
+    if (icon_ != nullptr) {
+        addMenu();
     }
 }
 
 void QtStatusItem::appear() {
     icon_ = std::make_unique<QSystemTrayIcon>();
-    picture();
-    // First of all, because the tray, another process, asks for the rest only later.
+    usePicture();
     icon_->show();
+    if (watch_.usesHost()) {
+        // What comes next at the start would take the processor from the tray.
+        TrayWatch::waitForRegistrar();
+    }
+    if (items_ != nullptr) {
+        addMenu();
+    }
+}
+
+void QtStatusItem::addMenu() {
     menu_ = std::make_unique<ProgramMenu>(*items_,
                                           watch_.usesHost() ? MenuPlace::Bus : MenuPlace::Window);
     icon_->setContextMenu(&menu_->widget());
@@ -51,18 +54,23 @@ void QtStatusItem::appear() {
     QTimer::singleShot(0, icon_.get(), [this] { announce(); });
 }
 
-void QtStatusItem::picture() {
-    icon_->setIcon(isMuted_ ? makeMutedStatusIcon() : makeStatusIcon());
+void QtStatusItem::draw() {
+    picture_ = isMuted_ ? makeMutedStatusIcon() : makeStatusIcon();
+}
+
+void QtStatusItem::usePicture() {
+    icon_->setIcon(picture_);
     icon_->setToolTip(worded(isMuted_ ? "Chimewerk is muted" : "Chimewerk"));
 }
 
 void QtStatusItem::showMute(bool isMuted) {
     isMuted_ = isMuted;
+    draw();
     if (menu_ != nullptr) {
         menu_->update();
     }
     if (icon_ != nullptr) {
-        picture();
+        usePicture();
     }
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QIcon>
 #include <QSystemTrayIcon>
 #include <functional>
 #include <memory>
@@ -14,15 +15,15 @@
 
 namespace chimewerk {
 
-/// The program's icon, as the toolkit's tray icon. It appears when there is a tray, for which it looks
-/// from its construction on.
+/// The program's icon, as the toolkit's tray icon. From its construction on it looks for a tray, and
+/// appears in it. A tray asks for the menu a moment later.
 class QtStatusItem final : public StatusItem {
 public:
-    /// `onTrayKnown` is called once, from the event loop: it is known whether there is a tray, or
-    /// nobody has answered for a moment. An icon that is shown from then on appears at once.
-    explicit QtStatusItem(std::function<void()> onTrayKnown);
+    QtStatusItem();
     ~QtStatusItem() override;
 
+    /// Whether it is known if there is a tray, or nobody has answered for a moment.
+    bool knowsTray() const { return watch_.isKnown(); }
     void show(const Menu& menu, std::function<void()> onActivate) override;
 
     void showMute(bool isMuted) override;
@@ -30,13 +31,14 @@ public:
     void whenShown(std::function<void()> job) override { onShown_ = std::move(job); }
 
 private:
-    void useTray();
     void appear();
+    void addMenu();
     void announce();
-    void picture();
+    void draw();
+    void usePicture();
 
-    bool hasTray_ = false;
     bool isMuted_ = false;
+    QIcon picture_;
     const Menu* items_ = nullptr;
     std::unique_ptr<ProgramMenu> menu_;
     std::function<void()> onActivate_;

@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "ui/controls/painted_icon.h"
+#include "ui/toolkit/painted_icon.h"
 
 namespace chimewerk {
 

@@ -56,6 +56,16 @@ bool hasOwner(xcb_connection_t* server, xcb_atom_t selection) {
     return reply != nullptr && reply->owner != XCB_WINDOW_NONE;
 }
 
+/// Makes the call that asks whether there is a host.
+QDBusMessage questionForHost() {
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        QLatin1String(kRegistrar), QLatin1String(kRegistrarPath),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question << QLatin1String(kRegistrar) << QStringLiteral("IsStatusNotifierHostRegistered");
+    question.setAutoStartService(false);
+    return question;
+}
+
 }  // namespace
 
 TrayWatch::TrayWatch(Callbacks callbacks) : callbacks_(std::move(callbacks)) {
@@ -120,13 +130,8 @@ void TrayWatch::askForHost() {
         embeddingCounts_ = false;
         patience_.start();
     }
-    QDBusMessage question = QDBusMessage::createMethodCall(
-        QLatin1String(kRegistrar), QLatin1String(kRegistrarPath),
-        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    question << QLatin1String(kRegistrar) << QStringLiteral("IsStatusNotifierHostRegistered");
-    question.setAutoStartService(false);
     asking_ = std::make_unique<QDBusPendingCallWatcher>(
-        QDBusConnection::sessionBus().asyncCall(question));
+        QDBusConnection::sessionBus().asyncCall(questionForHost()));
     QObject::connect(asking_.get(), &QDBusPendingCallWatcher::finished, asking_.get(),
                      [this](QDBusPendingCallWatcher* answered) { onAnswer(*answered); });
 }
@@ -142,11 +147,13 @@ void TrayWatch::onAnswer(const QDBusPendingReply<QVariant>& answer) {
     setKnown();
 }
 
+void TrayWatch::waitForRegistrar() {
+    QDBusConnection::sessionBus().call(questionForHost(), QDBus::Block, kAnswerPatience.count());
+}
+
 void TrayWatch::setKnown() {
     answerPatience_.stop();
-    if (const auto onKnown = std::exchange(callbacks_.onKnown, nullptr)) {
-        onKnown();
-    }
+    isKnown_ = true;
 }
 
 void TrayWatch::countEmbedding() {

@@ -31,9 +31,6 @@ public:
         std::function<void()> onTray;
         /// Called after that whenever the tray has gone or come back.
         std::function<void()> onChange;
-        /// It is known whether there is a tray yet, or nobody has answered for a moment. Called once,
-        /// and after `onTray` if there is one.
-        std::function<void()> onKnown;
     };
 
     explicit TrayWatch(Callbacks callbacks);
@@ -41,8 +38,12 @@ public:
     TrayWatch(const TrayWatch&) = delete;
     TrayWatch& operator=(const TrayWatch&) = delete;
 
+    /// Whether it is known if there is a tray yet, or nobody has answered for a moment.
+    bool isKnown() const { return isKnown_; }
     /// Whether there is a tray now.
     bool isThere() const;
+    /// Waits, for a moment at most, until the registrar has done what it was asked so far.
+    static void waitForRegistrar();
     /// Whether the tray that was found first is a host on the bus.
     bool usesHost() const { return usesHost_; }
 
@@ -60,6 +61,7 @@ private:
     /// The kind that was found first, which the toolkit uses from then on.
     bool usesHost_ = false;
     bool hostIsThere_ = false;
+    bool isKnown_ = false;
     std::unique_ptr<QDBusServiceWatcher> registrar_;
     /// Started by the registrar's signal, which needs a receiver with a slot.
     QTimer hostSignal_;

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "linux/evdev/evdev_key_source.h"
 #include "linux/keys/desktop_key_source.h"
 #include "support/fake_x_input.h"
 #include "support/open_descriptors.h"
@@ -173,19 +174,24 @@ TEST_F(TheX11Keys, AreReportedAgainAfterTheServerRestarts) {
     }));
 }
 
+/// Returns what makes the source of the event devices in this folder.
+DesktopKeySource::MakeSource eventDevices(EpollMainQueue& queue, const std::string& folder) {
+    return [&queue, folder] { return std::make_unique<EvdevKeySource>(queue, "", folder); };
+}
+
 TEST_F(TheX11Keys, AreUsedOnlyInAnX11SessionWithoutEventDevices) {
     const std::string display = std::getenv("DISPLAY");
     // As when a joystick may be read and the keyboards may not.
     const TemporaryFolder input;
     std::ofstream(input / "event0") << "";
     DesktopKeySource x11(queue, {.type = "x11", .waylandDisplay = "", .display = display},
-                         input.path());
+                         eventDevices(queue, input.path()));
     EXPECT_TRUE(x11.trusted());
     listen(x11);
     EXPECT_THAT(pressEach({KEY_A}), ElementsAre(0, 49));
     DesktopKeySource wayland(queue,
                              {.type = "wayland", .waylandDisplay = "wayland-0", .display = display},
-                             input / "nothing");
+                             eventDevices(queue, input / "nothing"));
     EXPECT_FALSE(wayland.trusted());
     EXPECT_EQ(wayland.createTap({.onKeyDown = [](std::int64_t) {}, .onDisabled = [] {}}), nullptr);
 }

@@ -12,7 +12,7 @@
 #include <memory>
 #include <numbers>
 
-#include "ui/controls/color_scheme.h"
+#include "ui/toolkit/color_scheme.h"
 
 namespace chimewerk {
 namespace {

@@ -19,9 +19,9 @@
 #include "sound/notifications.h"
 #include "support/dashboard_fixture.h"
 #include "support/widget_input.h"
-#include "ui/controls/color_scheme.h"
 #include "ui/dashboard/angle_gauge_view.h"
 #include "ui/rules/appearance.h"
+#include "ui/toolkit/color_scheme.h"
 
 namespace chimewerk {
 namespace {

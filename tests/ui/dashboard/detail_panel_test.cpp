@@ -17,10 +17,10 @@
 #include "support/widget_input.h"
 #include "tools/files/temporary_folder.h"
 #include "ui/controls/message_dialog.h"
-#include "ui/controls/wording.h"
 #include "ui/rules/detail_texts.h"
 #include "ui/rules/microphone_texts.h"
 #include "ui/rules/value_texts.h"
+#include "ui/toolkit/wording.h"
 
 namespace chimewerk {
 namespace {
