@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "linux/base/sysfs.h"
+#include "linux/base/file_reading.h"
 #include "linux/lid/hid_lid_sensor.h"
 
 namespace {
@@ -32,7 +32,7 @@ int main(int count, char** arguments) {
     if (count != 2 || !becomeNobody()) {
         return 2;
     }
-    const std::string descriptor = chimewerk::readSysfs(arguments[1]).value_or("");
+    const std::string descriptor = chimewerk::readText(arguments[1]).value_or("");
     const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
     return chimewerk::findLidSensor(bytes) ? 0 : 1;
 }
