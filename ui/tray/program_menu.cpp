@@ -37,6 +37,14 @@ ProgramMenu::ProgramMenu(const Menu& items, MenuPlace place) : place_(place) {
     QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { update(); });
 }
 
+ProgramMenu::~ProgramMenu() {
+    // The toolkit deletes what it has made for the bus only with entries that are removed.
+    for (QMenu* const submenu : menu_.findChildren<QMenu*>()) {
+        submenu->clear();
+    }
+    menu_.clear();
+}
+
 void ProgramMenu::fill(QMenu& menu, const Menu& items) {
     QActionGroup* radios = nullptr;
     for (const auto& item : items) {

@@ -22,6 +22,7 @@ public:
     ProgramMenu(const Menu& items, MenuPlace place);
     ProgramMenu(const ProgramMenu&) = delete;
     ProgramMenu& operator=(const ProgramMenu&) = delete;
+    ~ProgramMenu();
 
     QMenu& widget() { return menu_; }
     /// Reads again which entries are marked or hidden.
