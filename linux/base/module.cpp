@@ -12,8 +12,8 @@
 
 namespace chimewerk {
 
-Module::Module(std::string path)
-    : path_(std::move(path)), file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC)) {
+Module::Module(std::string path, Symbols symbols)
+    : path_(std::move(path)), symbols_(symbols), file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (!file_) {
         error_ = path_ + ": " + std::strerror(errno);
     }
@@ -25,7 +25,8 @@ void* Module::find(const char* name) {
     }
     if (module_ == nullptr) {
         const std::string opened = "/proc/self/fd/" + std::to_string(file_.get());
-        module_ = dlopen(opened.c_str(), RTLD_NOW | RTLD_GLOBAL);
+        const int scope = symbols_ == Symbols::shared ? RTLD_GLOBAL : RTLD_LOCAL;
+        module_ = dlopen(opened.c_str(), RTLD_NOW | scope);
     }
     void* const found = module_ == nullptr ? nullptr : dlsym(module_, name);
     if (found == nullptr) {

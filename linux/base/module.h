@@ -14,7 +14,14 @@ namespace chimewerk {
 /// upgraded loads the part that belongs to it.
 class Module {
 public:
-    explicit Module(std::string path);
+    enum class Symbols {
+        /// Only `function()` finds what is in the module.
+        own,
+        /// Modules that are loaded later use it, too.
+        shared,
+    };
+
+    explicit Module(std::string path, Symbols symbols = Symbols::own);
 
     /// Loads the module and returns its function of this name; null if the file is missing or is none
     /// of ours. May be called again. Any thread, but only one at a time.
@@ -30,6 +37,7 @@ private:
     void* find(const char* name);
 
     const std::string path_;
+    const Symbols symbols_;
     const FileDescriptor file_;
     void* module_ = nullptr;
     std::string error_;

@@ -3,16 +3,11 @@
 
 #include "linux/decoding/m4a_module.h"
 
-#include <dlfcn.h>
-
 namespace chimewerk {
 
 std::unique_ptr<Decoder> M4aModule::open(ByteStream& file) {
-    std::call_once(loading_, [this] {
-        if (void* const module = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL); module != nullptr) {
-            open_ = reinterpret_cast<OpenFunction>(dlsym(module, CHIMEWERK_M4A_FUNCTION_NAME));
-        }
-    });
+    std::call_once(loading_,
+                   [this] { open_ = module_.function<OpenFunction>(CHIMEWERK_M4A_FUNCTION_NAME); });
     return std::unique_ptr<Decoder>(open_ == nullptr ? nullptr : open_(&file));
 }
 

@@ -6,7 +6,9 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 
+#include "linux/base/module.h"
 #include "linux/decoding/decoder.h"
 
 namespace chimewerk {
@@ -16,7 +18,7 @@ namespace chimewerk {
 /// opened, nor with the module of another version. Any thread.
 class M4aModule {
 public:
-    explicit M4aModule(std::string path) : path_(std::move(path)) {}
+    explicit M4aModule(std::string path) : module_(std::move(path)) {}
 
     /// Returns null if the file cannot be decoded or the module is missing. The file must outlive
     /// the decoder.
@@ -25,7 +27,7 @@ public:
 private:
     using OpenFunction = Decoder* (*)(ByteStream* file);
 
-    const std::string path_;
+    Module module_;
     std::once_flag loading_;
     OpenFunction open_ = nullptr;
 };
