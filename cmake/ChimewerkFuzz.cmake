@@ -51,7 +51,7 @@ function(chimewerk_fuzz_test name)
          -DCHIMEWERK_M4A_FUNCTION=openM4a "-DCHIMEWERK_M4A_FUNCTION_NAME=\"openM4a\"")
     add_custom_command(
       OUTPUT ${module}
-      COMMAND ${compile} -fsanitize=fuzzer-no-link,address,undefined -shared -fPIC -fvisibility=hidden
+      COMMAND ${compile} -fsanitize=fuzzer-no-link,address,undefined -shared -fPIC
               ${FUZZ_MODULE_SOURCES} ${FUZZ_MODULE_LIBRARIES} -o ${module}
       DEPENDS ${FUZZ_MODULE_SOURCES} ${headers}
       COMMENT "Building the module of the fuzzer ${name}"

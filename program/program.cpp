@@ -366,9 +366,9 @@ public:
 }  // namespace
 }  // namespace chimewerk
 
-extern "C" chimewerk::ProgramModule& CHIMEWERK_PROGRAM_FUNCTION();
+extern "C" chimewerk::ProgramModule* CHIMEWERK_PROGRAM_FUNCTION();
 
-chimewerk::ProgramModule& CHIMEWERK_PROGRAM_FUNCTION() {
+chimewerk::ProgramModule* CHIMEWERK_PROGRAM_FUNCTION() {
     static chimewerk::LinuxProgram program;
-    return program;
+    return &program;
 }

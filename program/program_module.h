@@ -56,8 +56,8 @@ public:
     virtual void reportNotAnswering() = 0;
 };
 
-/// The type of the module's only function, which returns the one object. Its name contains the
-/// program's version.
-using ProgramModuleFunction = ProgramModule& (*)();
+/// The type of the module's only function, which returns the one object, never null. Its name
+/// contains the program's version.
+using ProgramModuleFunction = ProgramModule* (*)();
 
 }  // namespace chimewerk

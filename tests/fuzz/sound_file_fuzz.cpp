@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "linux/base/module.h"
 #include "linux/decoding/sound_file.h"
 #include "linux/decoding/stereo_mix.h"
 
@@ -33,6 +34,12 @@ void requireAudible(std::span<const float> samples) {
     require(std::ranges::all_of(samples, [](float s) { return std::fabs(s) < 10 * kLoudest; }));
 }
 
+/// Without the module every M4A would only be refused.
+bool hasM4aModule() {
+    Module module(CHIMEWERK_MODULE_DIR "/chimewerk-m4a.so");
+    return module.function<void (*)()>(CHIMEWERK_M4A_FUNCTION_NAME) != nullptr;
+}
+
 }  // namespace
 
 // libsndfile forgets a little memory with each damaged Ogg that it refuses.
@@ -45,6 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const Decoders decoders{CHIMEWERK_MODULE_DIR};
+    static const bool canReadM4a = hasM4aModule();
+    require(canReadM4a);
     static const int file = memfd_create("sound", MFD_CLOEXEC);
     static const std::string path = "/proc/self/fd/" + std::to_string(file);
     require(ftruncate(file, 0) == 0 && pwrite(file, data, size, 0) == static_cast<ssize_t>(size));

@@ -244,7 +244,7 @@ private:
 }  // namespace
 
 /// The module's only function: returns a decoder for the file, which must outlive it, or null.
-extern "C" __attribute__((visibility("default"))) Decoder* CHIMEWERK_M4A_FUNCTION(ByteStream* file);
+extern "C" Decoder* CHIMEWERK_M4A_FUNCTION(ByteStream* file);
 
 extern "C" Decoder* CHIMEWERK_M4A_FUNCTION(ByteStream* file) {
     av_log_set_level(AV_LOG_QUIET);
