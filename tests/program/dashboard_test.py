@@ -318,8 +318,9 @@ class TheDashboard(unittest.TestCase):
         sink.wait_for_tone()
 
     def test_says_how_it_hears_whether_it_runs_or_not(self):
-        def check():
-            answer = subprocess.run([PROGRAM, "--check", "--json"], capture_output=True, text=True, check=True, timeout=20)
+        def check(**environment):
+            answer = subprocess.run([PROGRAM, "--check", "--json"], capture_output=True, text=True, check=True, timeout=20,
+                                    env={**os.environ, **environment})
             self.assertEqual(answer.stderr, "")
             found = json.loads(answer.stdout)
             return found["running"], {one["id"]: one for one in found["checks"]}
@@ -341,6 +342,8 @@ class TheDashboard(unittest.TestCase):
         self.assertFalse(running)
         seen["trash_add"]["seconds_ago"] = told["trash_add"]["seconds_ago"]
         self.assertEqual(seen, told)
+        on_wayland = check(XDG_SESSION_TYPE="wayland")[1]
+        self.assertRegex(on_wayland["key_press"]["mechanism"], "^evdev", "a module of its own")
 
     def test_serves_the_interface_that_its_description_promises(self):
         def interface_of(xml):
