@@ -81,13 +81,16 @@ public:
 
 private:
     static void bindExt(wl_client* client, void* data, std::uint32_t version, std::uint32_t id) {
-        static const struct ext_idle_notifier_v1_interface kRequests {
-            .destroy = nullptr,
-            .get_idle_notification = [](wl_client* from, wl_resource* notifier, std::uint32_t made,
-                                        std::uint32_t timeout, wl_resource* /*seat*/) {
+        // Later versions of the protocol have more requests.
+        static const auto kRequests = [] {
+            struct ext_idle_notifier_v1_interface requests {};
+            requests.get_idle_notification = [](wl_client* from, wl_resource* notifier,
+                                                std::uint32_t made, std::uint32_t timeout,
+                                                wl_resource* /*seat*/) {
                 ask(from, notifier, ext_idle_notification_v1_interface, made, timeout);
-            }
-        };
+            };
+            return requests;
+        }();
         offer(client, ext_idle_notifier_v1_interface, version, id, &kRequests, data);
     }
     static void bindKde(wl_client* client, void* data, std::uint32_t version, std::uint32_t id) {
