@@ -41,8 +41,8 @@ endfunction()
 #     chimewerk_optimize_whole(target linux_audio sound)
 #
 # Lets the compiler see all these layers of the target at once in release builds, which makes them smaller by a sixth. The
-# toolkit does not allow that for what is linked into a program and uses the toolkit. Other programs made of these layers
-# are linked as ever.
+# toolkit does not allow that for what is linked into a program and uses the toolkit. The objects also hold plain code, for
+# linkers that cannot do this.
 function(chimewerk_optimize_whole target)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     foreach(layer IN LISTS ARGN)

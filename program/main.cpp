@@ -50,13 +50,13 @@ std::string actionFor(Command command) {
 /// Loads the rest of the program, calls `job` with it and returns the exit status.
 int withProgram(const std::function<int(ProgramModule& program)>& job) {
     Module module(findProgramFolders().modules + "/chimewerk-program.so", Module::Symbols::shared);
-    const auto find = module.function<ProgramModuleFunction>(CHIMEWERK_PROGRAM_FUNCTION_NAME);
-    if (find == nullptr) {
+    const auto entry = module.function<ProgramModuleFunction>(CHIMEWERK_PROGRAM_FUNCTION_NAME);
+    if (entry == nullptr) {
         std::fprintf(stderr, "chimewerk: a part of the program is missing: %s\n",
                      module.error().c_str());
         return EXIT_FAILURE;
     }
-    return job(*find());
+    return job(*entry());
 }
 
 /// Returns the callbacks for later launches. `handlers` must be set before the queue runs.
